@@ -1,0 +1,83 @@
+#include "qsamgr/qsanodereader.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "qsamgr/qsaallocator.h"
+#include "qsamgr/qsanodebuilder.h"
+#include "qsamgr/qsareader.h"
+#include "qsamgr/qsatextloader.h"
+
+namespace
+{
+// About how long the text of a file is, from its size alone; 0 when even that isn't known.
+size_t ExpectTextLen(const char* pszFilename, bool bCompressed)
+{
+    constexpr uintmax_t c_nUsualRatio = 5; // of text to its compressed form
+    constexpr uintmax_t c_nMost = SIZE_MAX / 8;
+    std::error_code error;
+    const uintmax_t nSize = std::filesystem::file_size(pszFilename, error);
+    return error ? 0 : static_cast<size_t>(std::min(nSize, c_nMost) * (bCompressed ? c_nUsualRatio : 1));
+}
+
+// Feeds the tokens to the builder. False when the load has to be given up.
+bool BuildFromTokens(CQSAReader& reader, CQSANodeBuilder& builder)
+{
+    char szToken[CQSANodeReader::c_nMaxAtomLen + 1];
+    for (;;)
+    {
+        bool bOk = true;
+        switch (reader.NextToken(szToken, sizeof(szToken)))
+        {
+        case TOKEN_OPEN:
+            bOk = builder.Push();
+            break;
+        case TOKEN_CLOSE:
+            builder.Pop(); // with nothing open it does nothing
+            break;
+        case TOKEN_VALUE:
+            bOk = builder.AddValue(szToken, false);
+            break;
+        case TOKEN_STRING:
+            bOk = builder.AddValue(szToken, true);
+            break;
+        case TOKEN_END:
+            return true;
+        }
+        if (!bOk)
+            return false;
+    }
+}
+} // namespace
+
+bool CQSANodeReader::LoadEntireFile(const char* pszFilename, bool bCompressed, CQSANode* pRoot,
+                                    CQSAAllocator* pAllocator)
+{
+    QS_ASSERT(pAllocator);
+    QS_ASSERT(pszFilename);
+    if (pAllocator == nullptr || pszFilename == nullptr)
+        return false;
+
+    if (auto* pLoadOnly = dynamic_cast<CQSALoadOnlyAlloc*>(pAllocator))
+    {
+        CQSAFile file(pszFilename, true, bCompressed, false);
+        return file.IsOpen() && QSALoadFile(file, ExpectTextLen(pszFilename, bCompressed), pRoot, pLoadOnly);
+    }
+    CQSAReader reader;
+    return reader.Open(pszFilename, bCompressed) && LoadEntireFile(&reader, pRoot, pAllocator);
+}
+
+bool CQSANodeReader::LoadEntireFile(CQSAReader* pReader, CQSANode* pRoot, CQSAAllocator* pAllocator)
+{
+    QS_ASSERT(pAllocator);
+    if (pAllocator == nullptr || pReader == nullptr || !pReader->IsOpen())
+        return false;
+
+    CQSANodeBuilder builder(pAllocator);
+    if (!BuildFromTokens(*pReader, builder))
+        return false; // the builder frees what it holds
+    pReader->Close();
+    // Something waits, so something must arrive, or memory was out and the file would be lost in silence.
+    const bool bAnyNode = builder.GetNumHeads() != 0;
+    return builder.DetachHeadsToList(pRoot) != 0 || !bAnyNode || pRoot == nullptr;
+}

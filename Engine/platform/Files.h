@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+// Plain file work on paths of any form (see Paths.h). False or null is failure; nothing throws.
+
+bool FileExists(const std::string& sPath); // a file or anything else that isn't a directory
+bool PathExists(const std::string& sPath);
+bool DirectoryExists(const std::string& sPath);
+bool IsReadOnlyFile(const std::string& sPath); // no write bit in the mode
+uint64_t FileSize(const std::string& sPath);   // 0 when there is none
+
+// At most nMaxSize bytes are taken; a larger file fails. What has no size of its own, such as a pipe,
+// is read to its end, at most 256 MB of it.
+bool ReadWholeFile(const std::string& sPath, std::string& sContent, uint64_t nMaxSize = UINT64_MAX);
+// Through a temporary file beside it that is synced and renamed; the old content stays on failure.
+// The mode of an existing file is kept, a link stays and its target is replaced, a device or pipe is
+// written to directly. A file that can't be written, or has no write bit, fails and stays.
+bool WriteFileSafely(const std::string& sPath, const std::string& sContent);
+bool RemoveFile(const std::string& sPath);      // no directories; a link itself, not its target
+bool MakeDirectories(const std::string& sPath); // with all above; true when it is there already
+
+struct CDirectoryEntry
+{
+    std::string m_sName;
+    bool m_bDirectory = false; // links are looked through
+    bool m_bLink = false;
+};
+// In name order, without regard to case and then by bytes; without the two dot entries.
+// False when the directory can't be read.
+bool ListDirectory(const std::string& sPath, std::vector<CDirectoryEntry>& entries);
+
+// An empty file of its own in the machine's temporary directory; empty path on failure.
+std::string MakeTemporaryFile(const std::string& sPrefix);

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// Names without regard to case. Only the letters A to Z are folded, to lower case, and bytes count as
+// unsigned, so that the result doesn't hang on a locale or on the encoding of a name.
+
+constexpr char FoldChar(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+}
+
+std::string FoldName(std::string_view sName);
+
+// Less than, equal to or greater than zero.
+int CompareFolded(std::string_view sLeft, std::string_view sRight);
+
+bool EqualFolded(std::string_view sLeft, std::string_view sRight);
+bool EndsWithFolded(std::string_view sText, std::string_view sEnd);

@@ -1,0 +1,255 @@
+#include "platform/Profile.h"
+
+#include <algorithm>
+
+#include "platform/Files.h"
+#include "platform/NameFold.h"
+#include "platform/Paths.h"
+
+namespace
+{
+
+constexpr uint64_t c_nMaxProfileSize = 4u << 20;
+
+// In no name, since names end with their line.
+constexpr const char* c_pszRepeated = "\n";
+
+constexpr bool IsBlank(char c)
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+std::string_view Trim(std::string_view sText)
+{
+    while (!sText.empty() && IsBlank(sText.front()))
+        sText.remove_prefix(1);
+    while (!sText.empty() && IsBlank(sText.back()))
+        sText.remove_suffix(1);
+    return sText;
+}
+
+std::string NameOf(std::string_view sText)
+{
+    return FoldName(Trim(sText));
+}
+
+bool HasQuotes(std::string_view sValue)
+{
+    return sValue.size() >= 2 && sValue.front() == sValue.back() &&
+           (sValue.front() == '"' || sValue.front() == '\'');
+}
+
+std::string_view ReadValue(std::string_view sText)
+{
+    sText = Trim(sText);
+    return HasQuotes(sText) ? sText.substr(1, sText.size() - 2) : sText;
+}
+
+std::string FormatLine(const std::string& sKey, const std::string& sValue)
+{
+    // Quoted when reading would take something off otherwise.
+    const bool bQuote = HasQuotes(sValue) || Trim(sValue).size() != sValue.size();
+    return sKey + '=' + (bQuote ? '"' + sValue + '"' : sValue);
+}
+
+bool IsSectionName(const std::string& sName)
+{
+    return sName.find_first_of("]\r\n") == std::string::npos;
+}
+
+bool IsKeyName(const std::string& sName)
+{
+    return !sName.empty() && sName.find_first_of("=\r\n") == std::string::npos && sName[0] != ';' &&
+           sName[0] != '[';
+}
+
+} // namespace
+
+void CProfileText::Parse(const std::string& sText)
+{
+    m_Lines.clear();
+    m_Index.clear();
+    m_Sections.clear();
+    std::string_view sRest = sText;
+    if (sRest.starts_with("\xEF\xBB\xBF"))
+        sRest.remove_prefix(3);
+    std::string sSection;
+    while (!sRest.empty())
+    {
+        const size_t nEnd = std::min(sRest.find_first_of("\r\n"), sRest.size());
+        AddLine(sRest.substr(0, nEnd), sSection);
+        const bool bPair = sRest.substr(nEnd).starts_with("\r\n");
+        sRest.remove_prefix(std::min(nEnd + (bPair ? 2 : 1), sRest.size()));
+    }
+}
+
+void CProfileText::AddLine(std::string_view sText, std::string& sSection)
+{
+    CLine line;
+    line.m_sText = sText;
+    const std::string_view sBody = Trim(sText);
+    const size_t nClose = sBody.find(']');
+    const size_t nEqual = sBody.find('=');
+    if (sBody.starts_with('[') && nClose != std::string_view::npos)
+    {
+        sSection = NameOf(sBody.substr(1, nClose - 1));
+        // The empty name belongs to the lines in front of all headers.
+        if (sSection.empty() || !m_Sections.insert(sSection).second)
+            sSection = c_pszRepeated;
+    }
+    else if (!sBody.starts_with(';') && !sBody.starts_with('[') && nEqual != std::string_view::npos &&
+             sSection != c_pszRepeated)
+    {
+        line.m_sKey = NameOf(sBody.substr(0, nEqual));
+        line.m_sValue = ReadValue(sBody.substr(nEqual + 1));
+        if (!line.m_sKey.empty())
+            m_Index.emplace(std::make_pair(sSection, line.m_sKey), m_Lines.size());
+    }
+    line.m_sSection = sSection;
+    m_Lines.push_back(std::move(line));
+}
+
+bool CProfileText::Get(const std::string& sSection, const std::string& sKey, std::string& sValue,
+                       size_t nMaxLength) const
+{
+    const auto it = m_Index.find(std::make_pair(NameOf(sSection), NameOf(sKey)));
+    if (it == m_Index.end())
+        return false;
+    sValue = m_Lines[it->second].m_sValue.substr(0, nMaxLength);
+    return true;
+}
+
+void CProfileText::Set(const std::string& sSection, const std::string& sKey, const std::string& sValue)
+{
+    const std::string sSectionName(Trim(sSection));
+    const std::string sKeyName(Trim(sKey));
+    if (!IsSectionName(sSectionName) || !IsKeyName(sKeyName))
+        return;
+    std::string sLine = sValue;
+    for (char& c : sLine)
+    {
+        if (c == '\r' || c == '\n')
+            c = ' ';
+    }
+    const auto name = std::make_pair(FoldName(sSectionName), FoldName(sKeyName));
+    if (!m_Index.contains(name))
+        Insert(name.first, sSectionName, name.second);
+    CLine& line = m_Lines[m_Index.at(name)];
+    line.m_sText = FormatLine(sKeyName, sLine);
+    line.m_sValue = std::move(sLine);
+}
+
+// Makes room for a key behind the last line of its section that says something.
+void CProfileText::Insert(const std::string& sSection, const std::string& sSectionName,
+                          const std::string& sKey)
+{
+    const auto inSection = [&sSection](const CLine& line) { return line.m_sSection == sSection; };
+    if (!sSection.empty() && m_Sections.insert(sSection).second)
+    {
+        if (!m_Lines.empty() && !Trim(m_Lines.back().m_sText).empty())
+            m_Lines.push_back(CLine{std::string(), m_Lines.back().m_sSection, std::string(), std::string()});
+        m_Lines.push_back(CLine{'[' + sSectionName + ']', sSection, std::string(), std::string()});
+    }
+    const auto begin = std::find_if(m_Lines.begin(), m_Lines.end(), inSection);
+    auto end = std::find_if_not(begin, m_Lines.end(), inSection);
+    // Nothing in front of the first header yet: the very beginning, not the end of everything.
+    if (sSection.empty() && begin == m_Lines.end())
+        end = m_Lines.begin();
+    while (end != begin && end != m_Lines.begin() && Trim((end - 1)->m_sText).empty())
+        --end;
+    const size_t nPlace = static_cast<size_t>(end - m_Lines.begin());
+    for (auto& entry : m_Index)
+    {
+        if (entry.second >= nPlace)
+            ++entry.second;
+    }
+    m_Lines.insert(end, CLine{std::string(), sSection, sKey, std::string()});
+    m_Index[std::make_pair(sSection, sKey)] = nPlace;
+}
+
+std::string CProfileText::Format() const
+{
+    std::string sText;
+    for (const CLine& line : m_Lines)
+        sText += line.m_sText + "\r\n";
+    return sText;
+}
+
+namespace
+{
+
+class CTextProfile : public IProfile
+{
+public:
+    std::string GetString(const std::string& sSection, const std::string& sKey,
+                          const std::string& sDefault) const override
+    {
+        std::string sValue = sDefault;
+        m_Text.Get(sSection, sKey, sValue, std::string::npos);
+        return sValue;
+    }
+
+    bool WriteString(const std::string& sSection, const std::string& sKey, const std::string& sValue) override
+    {
+        return WriteStrings({CEntry{sSection, sKey, sValue}});
+    }
+
+    bool WriteStrings(const std::vector<CEntry>& entries) override
+    {
+        for (const CEntry& entry : entries)
+            m_Text.Set(entry.m_sSection, entry.m_sKey, entry.m_sValue);
+        return Store();
+    }
+
+protected:
+    virtual bool Store() { return true; }
+
+    CProfileText m_Text;
+};
+
+class CFileProfile final : public CTextProfile
+{
+public:
+    explicit CFileProfile(const std::string& sPath) : m_sPath(sPath)
+    {
+        std::string sText;
+        if (ReadWholeFile(sPath, sText, c_nMaxProfileSize))
+            m_Text.Parse(sText);
+        else
+            m_bWritable = !sPath.empty() && !PathExists(sPath);
+    }
+
+private:
+    bool Store() override
+    {
+        if (!m_bWritable)
+            return false;
+        const size_t nSlash = m_sPath.rfind('/');
+        if (nSlash != std::string::npos && nSlash > 0 && !MakeDirectories(m_sPath.substr(0, nSlash)))
+            return false;
+        return WriteFileSafely(m_sPath, m_Text.Format());
+    }
+
+    std::string m_sPath;
+    bool m_bWritable = true;
+};
+
+std::string ProfilePath(const std::string& sFileName)
+{
+    if (!sFileName.empty() && IsSeparator(sFileName[0]))
+        return sFileName;
+    const std::string sDirectory = GetConfigDirectory();
+    return sDirectory.empty() || sFileName.empty() ? std::string() : sDirectory + '/' + sFileName;
+}
+
+} // namespace
+
+std::unique_ptr<IProfile> OpenFileProfile(const std::string& sFileName)
+{
+    return std::make_unique<CFileProfile>(ProfilePath(sFileName));
+}
+
+std::unique_ptr<IProfile> MakeMemoryProfile()
+{
+    return std::make_unique<CTextProfile>();
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <string>
+
+#include "app/EditScope.h"
+#include "model/EditClipboard.h"
+#include "model/EffectModule.h"
+#include "model/LibraryTree.h"
+#include "model/SpellMgr.h"
+#include "platform/IPrompts.h"
+
+// What one editing room needs of another, wired by the front at start.
+class IEditorHost
+{
+public:
+    virtual ~IEditorHost() = default;
+    virtual CEffectPropertySet* GetActivePrefab() = 0; // null: none is active
+    // A prefab was made: it becomes the active one when there is none now.
+    virtual void OfferActivePrefab(CEffectPropertySet* pPrefab) = 0;
+    virtual void ClearActivePrefab() = 0;
+    // Opens the property editor on a key or prefab, which it changes on OK. True: accepted.
+    virtual bool EditProperties(CEffectPropertySet& set) = 0;
+    virtual const CEffectTypeDesc* ChooseEffectType() = 0; // null: cancelled, or nothing chosen
+};
+
+// The open views of effects. An effect is open in at most one.
+class IDocuments
+{
+public:
+    virtual ~IDocuments() = default;
+    virtual bool IsOpen(const CSpell* pSpell) const = 0;
+    virtual void Open(CSpell& spell) = 0; // or brings its view to the front
+    virtual void Close(const CSpell* pSpell) = 0;
+    virtual void CloseAll() = 0;
+    virtual void RetitleAll() = 0; // after a rename
+};
+
+struct CEditContext
+{
+    CSpellMgr& m_SpellMgr;
+    CEffectModule& m_EffectModule;
+    CEditClipboard& m_Clipboard;
+    CLibraryTree& m_EffectTree;
+    CLibraryTree& m_PrefabTree;
+    const std::string& m_sResourceRoot;
+    CEditHub& m_Edits;
+    IPrompts& m_Prompts;
+    IEditorHost& m_Host;
+    IDocuments& m_Documents;
+};

@@ -1,0 +1,266 @@
+#include "app/EmberdeckApp.h"
+
+#include "app/CommandLineInfo.h"
+#include "app/LibraryEditor.h"
+#include "app/Messages.h"
+#include "formats/EmberdeckQSA.h"
+#include "platform/Files.h"
+#include "platform/Paths.h"
+
+namespace
+{
+
+// Stand in where there is no front: nothing is open, and no prefab is active.
+class CNoDocuments : public IDocuments
+{
+public:
+    bool IsOpen(const CSpell*) const override { return false; }
+    void Open(CSpell&) override {}
+    void Close(const CSpell*) override {}
+    void CloseAll() override {}
+    void RetitleAll() override {}
+};
+
+class CNoHost : public IEditorHost
+{
+public:
+    CEffectPropertySet* GetActivePrefab() override { return nullptr; }
+    void OfferActivePrefab(CEffectPropertySet*) override {}
+    void ClearActivePrefab() override {}
+    bool EditProperties(CEffectPropertySet&) override { return false; }
+    const CEffectTypeDesc* ChooseEffectType() override { return nullptr; }
+};
+
+IDocuments& DocumentsOf(const CAppServices& services)
+{
+    static CNoDocuments s_None;
+    return services.m_pDocuments ? *services.m_pDocuments : s_None;
+}
+
+IEditorHost& HostOf(const CAppServices& services)
+{
+    static CNoHost s_None;
+    return services.m_pHost ? *services.m_pHost : s_None;
+}
+
+} // namespace
+
+CEmberdeckApp::CEmberdeckApp(const CAppServices& services)
+    : m_Services(services),
+      m_Context{m_SpellMgr,      m_EffectModule, m_Clipboard,        m_EffectTree,     m_PrefabTree,
+                m_sResourceRoot, m_Edits,        services.m_Prompts, HostOf(services), DocumentsOf(services)},
+      m_Backups(services.m_sBackupDirectory)
+{
+}
+
+// The plug-in goes before the model. That is safe, since nothing that destroys a key, prefab or effect
+// reads its type; and a plug-in that looks at its own tables while it goes still finds the rest standing.
+CEmberdeckApp::~CEmberdeckApp()
+{
+    m_EffectTree.SetListener(nullptr);
+    m_PrefabTree.SetListener(nullptr);
+    m_Project = CProjectInfo();
+    m_sResourceRoot.clear();
+    m_EffectModule.Unload();
+    m_SpellMgr.Clear();
+    m_sFileName.clear();
+}
+
+void CEmberdeckApp::Start()
+{
+    m_Services.m_SourceControl.SetChangeSetInfo("Emberdeck", "Change set created by Emberdeck");
+}
+
+void CEmberdeckApp::OpenFirstFile(const std::string& sAskedFor)
+{
+    const std::string sFile =
+        sAskedFor.empty() ? m_Services.m_Profile.GetString("", c_szSettingLastFile) : MakeFullPath(sAskedFor);
+    if (sFile.empty())
+        NewEffectFile();
+    else
+        OpenEffectFile(sFile.c_str());
+}
+
+void CEmberdeckApp::InsertRoots()
+{
+    m_EffectTree.InsertGroup(c_szEffectRoot, {});
+    m_PrefabTree.InsertGroup(c_szPrefabRoot, {});
+}
+
+// The library without its views. Runs within a scope that has touched the library.
+void CEmberdeckApp::EmptyLibrary()
+{
+    m_Context.m_Host.ClearActivePrefab();
+    m_Clipboard.FlattenKey();
+    // Items before what they point to, so that whoever shows a tree never sees a dead pointer in it.
+    m_EffectTree.DeleteAllItems();
+    m_PrefabTree.DeleteAllItems();
+    m_SpellMgr.Clear();
+}
+
+void CEmberdeckApp::ClearAll()
+{
+    CEditScope scope(m_Edits, "Clear");
+    scope.TouchLibrary();
+    m_Context.m_Documents.CloseAll();
+    EmptyLibrary();
+}
+
+void CEmberdeckApp::NewEffectFile()
+{
+    CEditScope scope(m_Edits, "New");
+    m_sFileName.clear();
+    ClearAll();
+    InsertRoots();
+}
+
+bool CEmberdeckApp::LocateProject(const char* pszPath)
+{
+    if (FindAndLoadProject(pszPath, m_Project))
+        return true;
+    ShowMessage(m_Services.m_Prompts, c_MsgNoProject, {pszPath ? pszPath : "", c_szProjectExtension});
+    return false;
+}
+
+bool CEmberdeckApp::LoadProjectPlugin()
+{
+    // With the name gone too, a later save can't put an empty library over the file.
+    if (!m_SpellMgr.Spells().empty() || !m_SpellMgr.Prefabs().empty())
+        NewEffectFile();
+
+    m_Clipboard.FreezeForUnload();
+    if (!m_EffectModule.Load(m_Project.m_sFireglass.c_str()))
+    {
+        // The clipboard stays frozen until a plug-in comes that may know its key.
+        ShowMessage(m_Services.m_Prompts, c_MsgNoPlugin, {m_Project.m_sFireglass});
+        return false;
+    }
+    m_Clipboard.Thaw(m_EffectModule);
+    m_sResourceRoot = m_Project.m_sResourceRoot;
+    return true;
+}
+
+// The library of a file in place of the empty one. On failure nothing of it is left.
+bool CEmberdeckApp::LoadLibrary(const std::string& sPath, std::string& sError)
+{
+    CEditScope scope(m_Edits, "Open");
+    scope.TouchLibrary();
+    if (LoadEffectLibrary(sPath.c_str(), m_SpellMgr, m_EffectModule, &m_EffectTree, &m_PrefabTree, sError,
+                          &m_Services.m_Prompts))
+        return true;
+    NewEffectFile();
+    return false;
+}
+
+bool CEmberdeckApp::OpenEffectFile(const char* pszPath)
+{
+    const std::string sPath = pszPath ? pszPath : "";
+    IPrompts& prompts = m_Services.m_Prompts;
+    m_sFileName = sPath;
+    ClearAll();
+    if (!LocateProject(sPath.c_str()))
+    {
+        NewEffectFile();
+        return false;
+    }
+
+    m_Services.m_SourceControl.SetProject(m_Project.m_sProvider, m_Project.m_sDatabase);
+    if (ShowMessage(prompts, c_MsgCheckOut, {sPath}) == EAnswer::eYes)
+        m_Services.m_SourceControl.CheckOut(sPath.c_str(), 0);
+
+    if (!LoadProjectPlugin())
+    {
+        NewEffectFile();
+        return false;
+    }
+    std::string sError;
+    if (!LoadLibrary(sPath, sError))
+    {
+        ShowMessage(prompts, c_MsgLoadFailed, {sPath, sError});
+        return false;
+    }
+    m_Services.m_Profile.WriteString("", c_szSettingLastFile, sPath);
+    return true;
+}
+
+bool CEmberdeckApp::OpenWithDialog()
+{
+    CFileDialogRequest request;
+    request.m_bOpen = true;
+    request.m_sDefaultExtension = "Fx00c";
+    request.m_sInitialName = "*.Fx00a;*.Fx00c";
+    request.m_sInitialDirectory = GetCurrentDirectoryPath();
+    request.m_sFilter = c_szEffectFilter;
+    std::string sPath;
+    return m_Services.m_Prompts.ChooseFile(request, sPath) && OpenEffectFile(sPath.c_str());
+}
+
+bool CEmberdeckApp::SaveEffectFile()
+{
+    if (m_sFileName.empty())
+        return SaveEffectFileAs();
+
+    // A copy: the prompts of source control may run anything.
+    const std::string sPath = m_sFileName;
+    m_Services.m_SourceControl.EnsureCheckedOut(sPath.c_str(), 0);
+    m_sLastBackup = m_Backups.Keep(sPath);
+    if (!SaveEffectLibrary(sPath.c_str(), m_EffectTree, m_PrefabTree, &m_Services.m_Prompts))
+    {
+        ShowMessage(m_Services.m_Prompts, c_MsgSaveFailed, {sPath});
+        return false;
+    }
+    m_Services.m_Profile.WriteString("", c_szSettingLastFile, sPath);
+    return true;
+}
+
+bool CEmberdeckApp::SaveEffectFileAs()
+{
+    CFileDialogRequest request;
+    request.m_bOpen = false;
+    request.m_sDefaultExtension = "*.Fx00c";
+    request.m_sInitialName = m_sFileName.empty() || !PathExists(m_sFileName) ? "*.Fx00c" : m_sFileName;
+    request.m_sInitialDirectory = GetCurrentDirectoryPath();
+    request.m_sFilter = c_szEffectFilter;
+    std::string sPath;
+    // An empty answer would bring the dialog up again, without an end.
+    if (!m_Services.m_Prompts.ChooseFile(request, sPath) || sPath.empty())
+        return false;
+    m_sFileName = sPath;
+    return SaveEffectFile();
+}
+
+CSpell* CEmberdeckApp::NewEffect()
+{
+    CLibraryEditor editor(m_Context);
+    const HLibraryItem hItem = editor.NewEffect({});
+    CSpell* pSpell = static_cast<CSpell*>(m_EffectTree.GetItemData(hItem));
+    if (pSpell)
+        m_Context.m_Documents.Open(*pSpell);
+    return pSpell;
+}
+
+bool CEmberdeckApp::ConfirmExit()
+{
+    switch (ShowMessage(m_Services.m_Prompts, c_MsgSaveBeforeExit))
+    {
+    case EAnswer::eYes:
+        SaveEffectFile(); // whatever it gives
+        return true;
+    case EAnswer::eNo:
+        return true;
+    default:
+        return false;
+    }
+}
+
+void CEmberdeckApp::ConnectSourceControl()
+{
+    if (m_sFileName.empty())
+    {
+        if (ShowMessage(m_Services.m_Prompts, c_MsgSaveBeforeConnect) != EAnswer::eYes || !SaveEffectFile())
+            return;
+    }
+    // The save may have connected on its own.
+    if (!m_Services.m_SourceControl.IsConnected())
+        m_Services.m_SourceControl.Connect();
+}

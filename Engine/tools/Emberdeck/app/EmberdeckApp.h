@@ -1,0 +1,107 @@
+#pragma once
+
+#include <string>
+
+#include "app/BackupStore.h"
+#include "app/EditContext.h"
+#include "platform/IProfile.h"
+#include "shared/engine/ProjectLocator.h"
+#include "shared/engine/SourceControl.h"
+
+// What the application is given by its front; all of it outlives the application.
+struct CAppServices
+{
+    IPrompts& m_Prompts;
+    IProfile& m_Profile;
+    ISourceControl& m_SourceControl;
+    IDocuments* m_pDocuments = nullptr;             // null: nothing is ever open
+    IEditorHost* m_pHost = nullptr;                 // null: no prefab is ever active
+    std::string m_sBackupDirectory = std::string(); // empty: in the user's state directory
+};
+
+// Owns everything that outlives a window: the library, its trees, the plug-in, the project and the
+// edit clipboard. One effect file at a time. Plain sequencing; every question goes to IPrompts.
+class CEmberdeckApp
+{
+public:
+    explicit CEmberdeckApp(const CAppServices& services);
+    ~CEmberdeckApp();
+    CEmberdeckApp(const CEmberdeckApp&) = delete;
+    CEmberdeckApp& operator=(const CEmberdeckApp&) = delete;
+
+    // Before the first file: names the program to source control.
+    void Start();
+    // The first file of a session: the one that was asked for, else the last one, else a new library. The
+    // session goes on whatever came of it.
+    void OpenFirstFile(const std::string& sAskedFor = std::string());
+
+    // The library is replaced without a question. Each failure has shown its message and leaves the
+    // state of NewEffectFile. pszPath may be m_sFileName's own text.
+    void NewEffectFile();
+    bool OpenEffectFile(const char* pszPath);
+    bool OpenWithDialog();
+
+    // Writes in place, after a copy of what is there has gone to the backups. Without a name it is
+    // SaveEffectFileAs, which is false without a message when cancelled. After a failed save the name
+    // stays, the new one too.
+    bool SaveEffectFile();
+    bool SaveEffectFileAs();
+    // Where the last save put the copy of the old bytes; empty when there was nothing to keep, or when
+    // no copy could be made (Backups().GetLastProblem() then says why).
+    const std::string& GetLastBackup() const { return m_sLastBackup; }
+    CBackupStore& Backups() { return m_Backups; }
+
+    // Closes all views and empties model and trees, which have no root then. Plug-in, project and
+    // clipboard stay; a key on the clipboard takes over what it inherits, since its prefab goes.
+    void ClearAll();
+
+    // The project of a file, into m_Project. A failure has shown its message and changes nothing.
+    bool LocateProject(const char* pszPath);
+    // The plug-in of m_Project in place of the present one. A library that still stands on that one is
+    // given up (NewEffectFile) first. A failure has shown its message, and no plug-in is loaded then.
+    bool LoadProjectPlugin();
+
+    bool PackEffects();   // beside the effect file; without a name PackEffectsAs
+    bool PackEffectsAs(); // false without a message
+    bool SaveAndPack();
+    void SavePackLaunch();
+    void LaunchGame();   // doesn't wait, and reports nothing
+    void EditGameInfo(); // the game's command line
+    // The name that PackEffects packs a file to.
+    static std::string MakePackName(const std::string& sFileName);
+
+    // Re-saves every effect file below a directory, which doesn't have to be there; links to
+    // directories aren't followed. A file that can't be opened or saved has shown its message, and the
+    // walk goes on. False: only when the walk had to stop, on request of IPrompts::Progress.
+    bool UpdateEffectsInDirectory(const char* pszDirectory);
+    bool UpdateEffectFile(const char* pszPath); // always true
+
+    CSpell* NewEffect();         // adds it under the root and opens it; null when out of memory
+    bool ConfirmExit();          // the exit question; false: stay
+    void ConnectSourceControl(); // the Connect command: saves a library without a name first, if allowed
+
+    CEditContext& Context() { return m_Context; }
+    ISourceControl& SourceControl() { return m_Services.m_SourceControl; }
+    IProfile& Profile() { return m_Services.m_Profile; }
+
+    // The members that the texts name. Destroyed in the order that the destructor gives.
+    std::string m_sFileName; // empty for a library that was never saved
+    CProjectInfo m_Project;
+    std::string m_sResourceRoot;
+    CEffectModule m_EffectModule;
+    CSpellMgr m_SpellMgr;
+    CLibraryTree m_EffectTree;
+    CLibraryTree m_PrefabTree;
+    CEditClipboard m_Clipboard;
+    CEditHub m_Edits;
+
+private:
+    void EmptyLibrary();
+    void InsertRoots();
+    bool LoadLibrary(const std::string& sPath, std::string& sError);
+
+    CAppServices m_Services;
+    CEditContext m_Context;
+    CBackupStore m_Backups;
+    std::string m_sLastBackup;
+};

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+// What a launch starts.
+struct CLaunch
+{
+    std::string m_sProgram;               // in the machine's form
+    std::string m_sDirectory;             // where the game begins; empty: inherited
+    std::vector<std::string> m_Arguments; // without the program's own name
+};
+
+// From the project's binary, by a path of any form, and the text of the game's command line.
+CLaunch MakeLaunch(const std::string& sBinary, const std::string& sCommandLine);
+
+// Starts a game without waiting for it. Nothing happens without a binary, and no failure is told.
+void LaunchProgram(const std::string& sBinary, const std::string& sCommandLine);

@@ -1,0 +1,252 @@
+#include "app/LibraryEditor.h"
+
+#include <algorithm>
+
+#include "qsstrutils.h"
+
+void CLibraryEditor::TouchTree(CEditScope& scope, ELibrarySide eSide)
+{
+    if (eSide == ELibrarySide::eEffects)
+        scope.TouchEffectTree();
+    else
+        scope.TouchPrefabTree();
+}
+
+HLibraryItem CLibraryEditor::EnsureRoot(ELibrarySide eSide)
+{
+    CLibraryTree& tree = Tree(eSide);
+    const HLibraryItem hFirst = tree.GetRootItem();
+    if (hFirst && tree.IsGroup(hFirst))
+        return hFirst;
+
+    CEditScope scope(m_Context.m_Edits, "Make Root");
+    TouchTree(scope, eSide);
+    std::vector<HLibraryItem> roots;
+    for (HLibraryItem h = hFirst; h; h = tree.GetNextSiblingItem(h))
+        roots.push_back(h);
+    const HLibraryItem hRoot =
+        tree.InsertGroup(eSide == ELibrarySide::eEffects ? c_szEffectRoot : c_szPrefabRoot, {});
+    for (const HLibraryItem h : roots)
+        MoveBranch(tree, h, hRoot);
+    return hRoot;
+}
+
+// The group that a new item goes to. False: hGroup is something else.
+bool CLibraryEditor::FindGroup(ELibrarySide eSide, HLibraryItem& hGroup)
+{
+    if (!hGroup)
+        hGroup = EnsureRoot(eSide);
+    return Tree(eSide).IsGroup(hGroup);
+}
+
+HLibraryItem CLibraryEditor::NewGroup(ELibrarySide eSide, HLibraryItem hGroup, const char* pszName)
+{
+    CEditScope scope(m_Context.m_Edits, "New Group");
+    if (!FindGroup(eSide, hGroup))
+        return {};
+    TouchTree(scope, eSide);
+    return Tree(eSide).InsertGroup(pszName, hGroup);
+}
+
+HLibraryItem CLibraryEditor::NewEffect(HLibraryItem hGroup)
+{
+    CEditScope scope(m_Context.m_Edits, "New Effect");
+    if (!FindGroup(ELibrarySide::eEffects, hGroup))
+        return {};
+    CSpell* pSpell = m_Context.m_SpellMgr.AddSpell();
+    if (!pSpell)
+        return {};
+    scope.Touch(pSpell);
+    scope.TouchEffectTree();
+    return m_Context.m_EffectTree.InsertLeaf(pSpell->m_szName, hGroup, pSpell);
+}
+
+HLibraryItem CLibraryEditor::NewPrefab(HLibraryItem hGroup, const CEffectTypeDesc* pType)
+{
+    CEffectPropertySet* pPrefab = nullptr;
+    HLibraryItem hItem;
+    {
+        CEditScope scope(m_Context.m_Edits, "New Prefab");
+        if (!pType || !FindGroup(ELibrarySide::ePrefabs, hGroup))
+            return {};
+        std::string sName;
+        m_Context.m_SpellMgr.MakeUniquePrefabName(TypeName(*pType).c_str(), sName);
+        pPrefab = m_Context.m_SpellMgr.AddPrefab(pType);
+        if (!pPrefab)
+            return {};
+        scope.TouchPrefab(pPrefab);
+        scope.TouchPrefabTree();
+        pPrefab->m_sName = sName;
+        EnsureComplete(pPrefab);
+        hItem = m_Context.m_PrefabTree.InsertLeaf(sName, hGroup, pPrefab);
+    }
+    m_Context.m_Host.OfferActivePrefab(pPrefab);
+    return hItem;
+}
+
+CEffectPropertySet* CLibraryEditor::CreatePrefabFromKey(const CKey& key, const std::string& sName)
+{
+    if (!key.m_pTypeDesc)
+        return nullptr;
+    CEditScope scope(m_Context.m_Edits, "Create Prefab From Key");
+    CEffectPropertySet* pPrefab = m_Context.m_SpellMgr.AddPrefab(key.m_pTypeDesc);
+    if (!pPrefab)
+        return nullptr;
+    scope.TouchPrefab(pPrefab);
+    scope.TouchPrefabTree();
+    *pPrefab = key;
+    pPrefab->Flatten();
+    // The copy has brought the key's name, which the search for a free one would take for another's.
+    pPrefab->m_sName.clear();
+    std::string sTyped = sName;
+    std::replace(sTyped.begin(), sTyped.end(), '"', '\'');
+    std::string sUnique;
+    m_Context.m_SpellMgr.MakeUniquePrefabName(CutAtCharacter(sTyped, c_nMaxEntryName).c_str(), sUnique);
+    pPrefab->m_sName = sUnique;
+    m_Context.m_PrefabTree.InsertLeaf(sUnique, EnsureRoot(ELibrarySide::ePrefabs), pPrefab);
+    return pPrefab;
+}
+
+HLibraryItem CLibraryEditor::DuplicateEffect(const CSpell& source, HLibraryItem hItem)
+{
+    CSpellMgr& spellMgr = m_Context.m_SpellMgr;
+    CEditScope scope(m_Context.m_Edits, "Duplicate");
+    // The new effect is in the list, under its default name, while a free name is looked for.
+    CSpell* pSpell = spellMgr.AddSpell();
+    if (!pSpell)
+        return {};
+    scope.Touch(pSpell);
+    pSpell->SetName(UniqueEffectName(source.m_szName));
+    if (!pSpell->CopyFrom(source))
+    {
+        spellMgr.DeleteSpell(pSpell);
+        return {};
+    }
+    scope.TouchEffectTree();
+    return m_Context.m_EffectTree.InsertLeaf(pSpell->m_szName, m_Context.m_EffectTree.GetParentItem(hItem),
+                                             pSpell);
+}
+
+HLibraryItem CLibraryEditor::DuplicatePrefab(const CEffectPropertySet& source, HLibraryItem hItem)
+{
+    CSpellMgr& spellMgr = m_Context.m_SpellMgr;
+    CEditScope scope(m_Context.m_Edits, "Duplicate");
+    std::string sName;
+    spellMgr.MakeUniquePrefabName(source.m_sName.c_str(), sName);
+    CEffectPropertySet* pPrefab = spellMgr.AddPrefab(source.m_pTypeDesc);
+    if (!pPrefab)
+        return {};
+    scope.TouchPrefab(pPrefab);
+    scope.TouchPrefabTree();
+    *pPrefab = source;
+    pPrefab->m_sName = sName;
+    return m_Context.m_PrefabTree.InsertLeaf(sName, m_Context.m_PrefabTree.GetParentItem(hItem), pPrefab);
+}
+
+HLibraryItem CLibraryEditor::Duplicate(ELibrarySide eSide, HLibraryItem hItem)
+{
+    CLibraryTree& tree = Tree(eSide);
+    const void* pData = tree.GetItemData(hItem);
+    if (!tree.IsLeaf(hItem) || !pData)
+        return {};
+    CEditScope scope(m_Context.m_Edits, "Duplicate");
+    if (!tree.GetParentItem(hItem))
+    {
+        EnsureRoot(eSide);
+        hItem = tree.FindData(pData); // it may have been moved under the root
+    }
+    return eSide == ELibrarySide::eEffects
+               ? DuplicateEffect(*static_cast<const CSpell*>(pData), hItem)
+               : DuplicatePrefab(*static_cast<const CEffectPropertySet*>(pData), hItem);
+}
+
+std::vector<HLibraryItem> CLibraryEditor::DuplicateItems(ELibrarySide eSide,
+                                                         const std::vector<HLibraryItem>& items)
+{
+    CEditScope scope(m_Context.m_Edits, "Duplicate");
+    std::vector<HLibraryItem> copies;
+    for (const HLibraryItem hItem : items)
+    {
+        if (const HLibraryItem hCopy = Duplicate(eSide, hItem))
+            copies.push_back(hCopy);
+    }
+    Sort(eSide);
+    return copies;
+}
+
+ERename CLibraryEditor::Rename(ELibrarySide eSide, HLibraryItem hItem, const std::string& sText)
+{
+    CLibraryTree& tree = Tree(eSide);
+    const bool bEffect = eSide == ELibrarySide::eEffects;
+    const bool bLeaf = tree.IsLeaf(hItem);
+    const size_t nMax = bLeaf && bEffect ? CSpell::c_nMaxName : c_nMaxEntryName;
+    const std::string sName = CleanName(sText, nMax);
+    if (sName.empty() || !tree.GetParentItem(hItem))
+        return ERename::eUnchanged;
+
+    CEditScope scope(m_Context.m_Edits, "Rename");
+    if (!bLeaf)
+    {
+        if (sName == tree.GetItemText(hItem))
+            return ERename::eUnchanged;
+        TouchTree(scope, eSide);
+        tree.SetItemText(hItem, sName);
+        return ERename::eDone;
+    }
+
+    void* pData = tree.GetItemData(hItem);
+    if (!pData || QSStrIEquals(sName.c_str(), NameOf(eSide, pData).c_str()))
+        return ERename::eUnchanged;
+    const bool bInUse = bEffect ? m_Context.m_SpellMgr.FindSpell(sName.c_str()) != nullptr
+                                : m_Context.m_SpellMgr.FindPrefab(sName.c_str()) != nullptr;
+    if (bInUse)
+        return ERename::eInUse;
+    if (bEffect)
+    {
+        CSpell* pSpell = static_cast<CSpell*>(pData);
+        scope.Touch(pSpell);
+        pSpell->SetName(sName);
+    }
+    else
+    {
+        CEffectPropertySet* pPrefab = static_cast<CEffectPropertySet*>(pData);
+        scope.TouchPrefab(pPrefab);
+        pPrefab->m_sName = sName;
+    }
+    TouchTree(scope, eSide);
+    tree.SetItemText(hItem, sName);
+    m_Context.m_Documents.RetitleAll();
+    Sort(eSide);
+    return ERename::eDone;
+}
+
+unsigned CLibraryEditor::ImportEffects(CSpellMgr& source, const std::vector<CSpell*>& spells)
+{
+    CEditScope scope(m_Context.m_Edits, "Import Effects");
+    unsigned nCount = 0;
+    for (CSpell* pWanted : spells)
+    {
+        std::unique_ptr<CSpell> pTaken = source.TakeSpell(pWanted);
+        if (!pTaken)
+            continue;
+        // The prefabs of the temporary library go with it.
+        for (const auto& pTrack : pTaken->m_Tracks.Tracks())
+        {
+            for (const auto& pKey : pTrack->Keys())
+                pKey->Flatten();
+        }
+        // Before it is in the list, or it would find itself.
+        pTaken->SetName(UniqueEffectName(pTaken->m_szName));
+        const HLibraryItem hRoot = EnsureRoot(ELibrarySide::eEffects);
+        scope.Touch(pTaken.get());
+        scope.TouchEffectTree();
+        CSpell* pSpell = m_Context.m_SpellMgr.AdoptSpell(std::move(pTaken));
+        if (!pSpell)
+            break;
+        m_Context.m_EffectTree.InsertLeaf(pSpell->m_szName, hRoot, pSpell);
+        ++nCount;
+    }
+    if (nCount > 0)
+        Sort(ELibrarySide::eEffects);
+    return nCount;
+}

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <initializer_list>
+#include <string>
+
+#include "platform/IPrompts.h"
+
+// Every message of the file workflow, with its caption, buttons and icon. The words stand here alone.
+struct CMessage
+{
+    const char* m_pszText; // %s places are filled in order, %1!s! places by number
+    const char* m_pszCaption;
+    EButtons m_eButtons;
+    EIcon m_eIcon;
+};
+
+constexpr CMessage c_MsgNoProject = {
+    "Unable to find a project locator file in the same directory or above the file %s. Please make sure that "
+    "there is a %s file.",
+    "Error Loading", EButtons::eOk, EIcon::eStop};
+constexpr const char* c_szProjectExtension = "proj00"; // the second place of c_MsgNoProject
+
+constexpr CMessage c_MsgNoPlugin = {"Unable to load the Fireglass library %s for handling this file",
+                                    "Error Loading", EButtons::eOk, EIcon::eStop};
+
+constexpr CMessage c_MsgLoadFailed = {"Failed loading the file %s:\r\n%s", "Error Loading", EButtons::eOk,
+                                      EIcon::eStop};
+// The same words of an import, which ends nothing.
+constexpr CMessage c_MsgImportFailed = {"Failed loading the file %s:\r\n%s", "Error Loading", EButtons::eOk,
+                                        EIcon::eExclamation};
+
+constexpr CMessage c_MsgSaveFailed = {
+    "An error occurred saving the file %s. Please make sure that the file is writable and there is room on "
+    "the drive.",
+    "Error Saving", EButtons::eOk, EIcon::eExclamation};
+
+constexpr CMessage c_MsgPackFailed = {
+    "An error occurred packing the file %s. Please make sure that the file is writable and there is room on "
+    "the drive.",
+    "Error Packing", EButtons::eOk, EIcon::eExclamation};
+
+constexpr CMessage c_MsgSaveBeforeExit = {"Would you like to save your work before exiting?", "Save Work",
+                                          EButtons::eYesNoCancel, EIcon::eQuestion};
+
+constexpr CMessage c_MsgCheckOut = {"Would you like to checkout the following file for edit?  You must check "
+                                    "the file out before you start to "
+                                    "modify it because changes may accidentally get overwritten.\n\n%1!s!",
+                                    "Checkout For Edit?", EButtons::eYesNo, EIcon::eQuestion};
+
+constexpr CMessage c_MsgSaveBeforeConnect = {
+    "The resource must be saved before a connection to source control can be established.  Would you like to "
+    "save the current resource and continue with the connection to source control?",
+    "Save Resource Required", EButtons::eYesNo, EIcon::eExclamation};
+
+constexpr CMessage c_MsgEffectNameInUse = {"An effect with the name '%s' already exists.",
+                                           "Error Renaming Effect", EButtons::eOk, EIcon::eExclamation};
+constexpr CMessage c_MsgPrefabNameInUse = {"A prefab with the name '%s' already exists.",
+                                           "Error Renaming Prefab", EButtons::eOk, EIcon::eExclamation};
+
+constexpr const CMessage* c_WorkflowMessages[] = {
+    &c_MsgNoProject,         &c_MsgNoPlugin,        &c_MsgLoadFailed,      &c_MsgImportFailed,
+    &c_MsgSaveFailed,        &c_MsgPackFailed,      &c_MsgSaveBeforeExit,  &c_MsgCheckOut,
+    &c_MsgSaveBeforeConnect, &c_MsgEffectNameInUse, &c_MsgPrefabNameInUse,
+};
+
+// File dialogs and the one entry dialog of the workflow.
+constexpr const char* c_szEffectFilter =
+    "Effect Files (*.Fx00a,*.Fx00c)|*.Fx00a;*.Fx00c|All Files (*.*)|*.*||";
+constexpr const char* c_szPackedFilter = "Packed Effect Files (*.Fx00p)|*.Fx00p|All Files (*.*)|*.*||";
+constexpr const char* c_szGameInfoCaption = "Game Information";
+constexpr const char* c_szGameInfoLabel = "Command Line";
+
+// Names of the settings, in the section with the empty name.
+constexpr const char* c_szSettingLastFile = "LastOpenedFile";
+constexpr const char* c_szSettingCommandLine = "CommandLine";
+
+// A message's text with its places filled. Arguments are data: nothing in them is a place. Missing
+// ones are empty.
+std::string FillMessage(const CMessage& message, std::initializer_list<std::string> arguments);
+
+// Shows a message, and gives the answer.
+EAnswer ShowMessage(IPrompts& prompts, const CMessage& message,
+                    std::initializer_list<std::string> arguments = {});

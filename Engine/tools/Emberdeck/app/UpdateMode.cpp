@@ -1,0 +1,75 @@
+#include "app/CommandLineInfo.h"
+#include "app/EmberdeckApp.h"
+#include "platform/Files.h"
+#include "platform/Paths.h"
+#include "qsstrutils.h"
+
+namespace
+{
+
+bool IsEffectFile(const std::string& sName)
+{
+    const int32_t nExtension = FindExtension(sName.c_str());
+    if (nExtension < 0)
+        return false;
+    const char* pszExtension = sName.c_str() + nExtension;
+    return QSStrIEquals(pszExtension, "Fx00a") || QSStrIEquals(pszExtension, "Fx00c");
+}
+
+// All effect files below a directory, in the order of its entries, those of a directory at its place.
+// The walk is over before the first file is written, so that no save changes what it finds. False: the
+// user stopped it.
+bool CollectEffectFiles(const std::string& sDirectory, IPrompts& prompts, std::vector<std::string>& files)
+{
+    std::vector<CDirectoryEntry> entries;
+    if (!ListDirectory(sDirectory, entries))
+        return true;
+    if (!prompts.Progress("Looking for effect files", -1.0))
+        return false;
+    const bool bRoot = !sDirectory.empty() && IsSeparator(sDirectory.back());
+    for (const CDirectoryEntry& entry : entries)
+    {
+        const std::string sPath = sDirectory + (bRoot ? "" : "/") + entry.m_sName;
+        if (!entry.m_bDirectory)
+        {
+            if (IsEffectFile(entry.m_sName))
+                files.push_back(sPath);
+        }
+        // A link could lead back up, and the walk would never end.
+        else if (!entry.m_bLink && !CollectEffectFiles(sPath, prompts, files))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+bool CEmberdeckApp::UpdateEffectsInDirectory(const char* pszDirectory)
+{
+    std::string sDirectory = pszDirectory ? pszDirectory : "";
+    if (sDirectory.empty())
+        return true;
+    if (sDirectory.size() > 1 && IsSeparator(sDirectory.back()))
+        sDirectory.pop_back();
+    sDirectory = MakeFullPath(sDirectory);
+
+    IPrompts& prompts = m_Services.m_Prompts;
+    std::vector<std::string> files;
+    if (!CollectEffectFiles(sDirectory, prompts, files))
+        return false;
+    for (size_t i = 0; i < files.size(); ++i)
+    {
+        const double fDone = static_cast<double>(i) / static_cast<double>(files.size());
+        if (!prompts.Progress("Updating " + files[i], fDone) || !UpdateEffectFile(files[i].c_str()))
+            return false;
+    }
+    prompts.Progress("Updated " + std::to_string(files.size()) + " files", 1.0);
+    return true;
+}
+
+bool CEmberdeckApp::UpdateEffectFile(const char* pszPath)
+{
+    if (OpenEffectFile(pszPath))
+        SaveEffectFile();
+    return true;
+}

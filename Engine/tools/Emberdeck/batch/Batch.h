@@ -1,0 +1,66 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+#include "app/EmberdeckApp.h"
+#include "batch/BatchPrompts.h"
+
+namespace CLI
+{
+class App;
+}
+
+// What every command returns and the process exits with. Wrong usage is told by the option parser.
+enum EExit : int
+{
+    eExit_Done = 0,
+    eExit_Failed = 1,
+    eExit_Usage = 2,
+};
+
+// Options that stand before the command.
+struct CBatchOptions
+{
+    bool m_bJson = false;
+    bool m_bQuiet = false;   // no progress, no remarks; messages of failures stay
+    bool m_bCheckOut = false; // the answer to the check-out question
+};
+
+// The application without a window: settings in memory, so that a build machine's run leaves an
+// artist's settings alone; source control only where the command line asked for it.
+class CBatchSession
+{
+public:
+    explicit CBatchSession(const CBatchOptions& options);
+    ~CBatchSession();
+
+    // Opens a library as the window does. False: the message has been shown.
+    bool Open(const std::string& sFile);
+    // Finds the project of a file and loads its plug-in, without a library.
+    bool OpenProject(const std::string& sFile);
+
+    CBatchPrompts m_Prompts;
+    std::unique_ptr<IProfile> m_pProfile;
+    std::unique_ptr<ISourceControl> m_pSourceControl;
+    std::unique_ptr<CEmberdeckApp> m_pApp;
+};
+
+using CJson = nlohmann::ordered_json;
+
+// Each sets up its options on a new subcommand and runs later, when the parser has chosen it.
+using CCommandResult = int;
+void AddTypesCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult);
+void AddInfoCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult);
+void AddCheckCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult);
+void AddConvertCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult);
+void AddUpdateCommand(CLI::App& app, CBatchOptions& options, CCommandResult& nResult);
+void AddPackCommand(CLI::App& app, CBatchOptions& options, CCommandResult& nResult);
+void AddDumpCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult);
+void AddNodesCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult);
+void AddContainerCommands(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult);
+void AddDepsCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult);
+void AddLaunchCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult);
+void AddRecoverCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult);

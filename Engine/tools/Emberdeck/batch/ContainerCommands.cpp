@@ -1,0 +1,57 @@
+#include <CLI/CLI.hpp>
+
+#include "batch/Batch.h"
+#include "batch/Output.h"
+#include "platform/Files.h"
+#include "platform/Paths.h"
+#include "qsamgr/qsacompressedfile.h"
+
+namespace
+{
+using CTransform = bool (*)(const uint8_t*, size_t, std::vector<uint8_t>&);
+
+bool Compress(const uint8_t* pBytes, size_t nLen, std::vector<uint8_t>& out) { return QSACompress(pBytes, nLen, out); }
+bool Decompress(const uint8_t* pBytes, size_t nLen, std::vector<uint8_t>& out)
+{
+    return QSADecompress(pBytes, nLen, out);
+}
+
+int Transform(const std::string& sIn, const std::string& sOut, CTransform transform, const char* pszWrong,
+              const CBatchOptions& options)
+{
+    std::string sContent;
+    if (!ReadWholeFile(sIn, sContent))
+        return Fail("cannot read " + sIn);
+    std::vector<uint8_t> result;
+    if (!transform(reinterpret_cast<const uint8_t*>(sContent.data()), sContent.size(), result))
+        return Fail(sIn + ": " + pszWrong);
+    if (!WriteFileSafely(sOut, std::string(result.begin(), result.end())))
+        return Fail("cannot write " + sOut + ". Please make sure that the file is writable and there is room on the drive");
+    if (options.m_bJson)
+        PrintJson({{"in", ReadableText(sIn)}, {"inBytes", sContent.size()}, {"out", ReadableText(sOut)}, {"outBytes", result.size()}});
+    else if (!options.m_bQuiet)
+        std::printf("%s, %zu bytes -> %s, %zu bytes\n", sIn.c_str(), sContent.size(), sOut.c_str(), result.size());
+    return eExit_Done;
+}
+
+void AddOne(CLI::App& app, const CBatchOptions& options, int& nResult, const char* pszName, const char* pszHelp,
+            CTransform transform, const char* pszWrong)
+{
+    CLI::App* pCommand = app.add_subcommand(pszName, pszHelp);
+    auto pIn = std::make_shared<std::string>();
+    auto pOut = std::make_shared<std::string>();
+    pCommand->add_option("IN", *pIn, "The file to read")->required();
+    pCommand->add_option("OUT", *pOut, "The file to write")->required();
+    pCommand->callback([&options, &nResult, pIn, pOut, transform, pszWrong] {
+        nResult = Transform(*pIn, *pOut, transform, pszWrong, options);
+    });
+}
+} // namespace
+
+void AddContainerCommands(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult)
+{
+    AddOne(app, options, nResult, "compress", "Put any file into the compressed container", Compress,
+           "could not be compressed");
+    AddOne(app, options, nResult, "decompress", "Take a file out of the compressed container", Decompress,
+           "not a compressed file, its first four bytes are not zero");
+}

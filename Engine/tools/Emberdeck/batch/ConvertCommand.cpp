@@ -1,0 +1,33 @@
+#include <CLI/CLI.hpp>
+
+#include "batch/Batch.h"
+#include "batch/Output.h"
+
+void AddConvertCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult)
+{
+    CLI::App* pCommand =
+        app.add_subcommand("convert", "Load a library and save it under another name; its last letter decides the form");
+    auto pIn = std::make_shared<std::string>();
+    auto pOut = std::make_shared<std::string>();
+    pCommand->add_option("IN", *pIn, "The library to load")->required();
+    pCommand->add_option("OUT", *pOut, "The name to save under, such as fire.Fx00a or fire.Fx00c")->required();
+    pCommand->callback([&options, &nResult, pIn, pOut] {
+        CBatchSession session(options);
+        nResult = eExit_Failed;
+        if (pOut->empty())
+        {
+            Fail("the name to save under is empty");
+            return;
+        }
+        if (!session.Open(*pIn))
+            return;
+        session.m_pApp->m_sFileName = *pOut;
+        if (!session.m_pApp->SaveEffectFile())
+            return;
+        nResult = eExit_Done;
+        if (options.m_bJson)
+            PrintJson({{"in", ReadableText(*pIn)}, {"out", ReadableText(*pOut)}});
+        else if (!options.m_bQuiet)
+            std::printf("%s -> %s\n", pIn->c_str(), pOut->c_str());
+    });
+}

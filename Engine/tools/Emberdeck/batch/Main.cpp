@@ -1,0 +1,76 @@
+// emberdeck-batch: everything that Emberdeck does to files, without a window.
+
+#include <cstdio>
+
+#include <CLI/CLI.hpp>
+
+#include "batch/Batch.h"
+#include "batch/Output.h"
+#include "qsversion.h"
+#include "qsversion.h"
+
+namespace
+{
+constexpr const char* c_pszFooter =
+    "\nExit status: 0 the job is done; 1 it failed, with the reason on standard error; 2 wrong usage.\n"
+    "A library whose name ends in c is compressed text, any other is plain text.\n"
+    "\"emberdeck-batch COMMAND --help\" tells more of a command.";
+
+int Run(int argc, char** argv)
+{
+    SetProgramVersion(MakeVersionBlock("Emberdeck", EMBERDECK_VERSION, "Copyright Harrowgate Works"));
+
+    CBatchOptions options;
+    int nResult = eExit_Done;
+    CLI::App app("Emberdeck without a window: checks, converts, updates and packs effect libraries.", "emberdeck-batch");
+    app.footer(c_pszFooter);
+    app.require_subcommand(1);
+    app.fallthrough();
+    app.set_version_flag("--version", std::string("emberdeck-batch ") + EMBERDECK_VERSION);
+    app.add_flag("--json", options.m_bJson, "Print results as JSON");
+    app.add_flag("-q,--quiet", options.m_bQuiet, "No progress and no remarks; failures are still told");
+
+    AddTypesCommand(app, options, nResult);
+    AddInfoCommand(app, options, nResult);
+    AddCheckCommand(app, options, nResult);
+    AddConvertCommand(app, options, nResult);
+    AddUpdateCommand(app, options, nResult);
+    AddPackCommand(app, options, nResult);
+    AddDumpCommand(app, options, nResult);
+    AddNodesCommand(app, options, nResult);
+    AddContainerCommands(app, options, nResult);
+    AddDepsCommand(app, options, nResult);
+    AddLaunchCommand(app, options, nResult);
+    AddRecoverCommand(app, options, nResult);
+
+    try
+    {
+        app.parse(argc, argv);
+    }
+    catch (const CLI::ParseError& error)
+    {
+        // Help and version are no errors; everything else is wrong usage, whatever its own number.
+        return app.exit(error) == 0 ? eExit_Done : eExit_Usage;
+    }
+    if (!FlushOutput() && nResult == eExit_Done)
+        nResult = eExit_Failed;
+    return nResult;
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try
+    {
+        return Run(argc, argv);
+    }
+    catch (const std::bad_alloc&)
+    {
+        std::fprintf(stderr, "emberdeck-batch: out of memory\n");
+    }
+    catch (const std::exception& error)
+    {
+        std::fprintf(stderr, "emberdeck-batch: %s\n", error.what());
+    }
+    return eExit_Failed;
+}

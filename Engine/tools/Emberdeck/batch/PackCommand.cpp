@@ -1,0 +1,123 @@
+#include <set>
+
+#include <CLI/CLI.hpp>
+
+#include "batch/Batch.h"
+#include "batch/Output.h"
+#include "formats/EmberdeckPacker.h"
+#include "formats/ResourceCollector.h"
+#include "shared/engine/AssetLibrarySource.h"
+#include "platform/Files.h"
+#include "platform/Paths.h"
+
+namespace
+{
+struct CPackRequest
+{
+    std::string m_sLibrary;
+    std::string m_sOut;
+    std::string m_sTarget = "pc";
+    std::string m_sDepFile;
+};
+
+// A name as make reads it: blanks and "#" by a backslash, "$" doubled.
+std::string MakeName(const std::string& sPath)
+{
+    std::string sOut;
+    for (char c : sPath)
+    {
+        if (c == ' ' || c == '#' || c == '\t')
+            sOut += '\\';
+        if (c == '$')
+            sOut += '$';
+        sOut += c;
+    }
+    return sOut;
+}
+
+// What the packed file is made from: the library, the plug-in, and the files that its effects refer to.
+bool WriteDepFile(const CPackRequest& request, const std::string& sOut, const CEmberdeckApp& app)
+{
+    std::set<std::string> files;
+    CAssetLibrarySource source;
+    CollectResources(app.m_EffectTree, app.m_EffectTree.GetRootItem(), source);
+    for (const auto& pDependency : source.Dependencies())
+        if (pDependency->m_sResourceType.empty())
+            files.insert(NativePath(app.m_sResourceRoot + pDependency->m_sResource));
+
+    std::string sText = MakeName(NativePath(sOut)) + ": " + MakeName(NativePath(request.m_sLibrary));
+    const std::string sPlugin = NativeLibraryPath(app.m_Project.m_sFireglass);
+    if (!sPlugin.empty())
+        sText += " \\\n  " + MakeName(sPlugin);
+    for (const std::string& sFile : files)
+        sText += " \\\n  " + MakeName(sFile);
+    sText += "\n";
+    // A file that has gone since must not stop make: each dependency is a target of its own.
+    for (const std::string& sFile : files)
+        sText += "\n" + MakeName(sFile) + ":\n";
+    return WriteFileSafely(request.m_sDepFile, sText);
+}
+
+int Pack(const CPackRequest& request, const CBatchOptions& options)
+{
+    CBatchSession session(options);
+    CEmberdeckApp& app = *session.m_pApp;
+    if (!session.Open(request.m_sLibrary))
+        return eExit_Failed;
+
+    std::string sOut = request.m_sOut;
+    if (sOut.empty() && request.m_sTarget == "pc")
+    {
+        sOut = CEmberdeckApp::MakePackName(app.m_sFileName);
+        if (!app.PackEffects())
+            return eExit_Failed;
+    }
+    else
+    {
+        if (sOut.empty())
+            sOut = CEmberdeckApp::MakePackName(app.m_sFileName);
+        if (!PackEffectLibrary(sOut.c_str(), app.m_SpellMgr, app.m_EffectModule, &session.m_Prompts,
+                               request.m_sTarget == "xenon" ? "Xenon" : "PC"))
+        {
+            session.m_Prompts.Ask("An error occurred packing the file " + sOut +
+                                      ". Please make sure that the file is writable and there is room on the drive.",
+                                  "Error Packing", EButtons::eOk, EIcon::eExclamation);
+            return eExit_Failed;
+        }
+    }
+    if (!request.m_sDepFile.empty() && !WriteDepFile(request, sOut, app))
+        return Fail("cannot write " + request.m_sDepFile);
+
+    const uint64_t nBytes = FileSize(sOut);
+    if (options.m_bJson)
+        PrintJson({{"library", ReadableText(request.m_sLibrary)},
+                   {"packed", ReadableText(NativePath(sOut))},
+                   {"target", request.m_sTarget},
+                   {"effects", app.m_SpellMgr.Spells().size()},
+                   {"bytes", nBytes}});
+    else if (!options.m_bQuiet)
+        std::printf("%s -> %s, %llu bytes\n", request.m_sLibrary.c_str(), NativePath(sOut).c_str(),
+                    static_cast<unsigned long long>(nBytes));
+    return eExit_Done;
+}
+} // namespace
+
+void AddPackCommand(CLI::App& app, CBatchOptions& options, CCommandResult& nResult)
+{
+    CLI::App* pCommand = app.add_subcommand("pack", "Pack a library into the file that the game reads");
+    auto pRequest = std::make_shared<CPackRequest>();
+    auto pAnswer = std::make_shared<std::string>("no");
+    pCommand->add_option("LIB", pRequest->m_sLibrary, "The library")->required();
+    pCommand->add_option("-o,--output", pRequest->m_sOut, "The packed file; beside the library by default");
+    pCommand->add_option("--target", pRequest->m_sTarget, "Byte order of the target machine")
+        ->check(CLI::IsMember({"pc", "xenon"}))
+        ->capture_default_str();
+    pCommand->add_option("--depfile", pRequest->m_sDepFile, "Write the files that the result depends on, for make");
+    pCommand->add_option("--checkout", *pAnswer, "Answer to the check-out question")
+        ->check(CLI::IsMember({"yes", "no"}))
+        ->capture_default_str();
+    pCommand->callback([&options, &nResult, pRequest, pAnswer] {
+        options.m_bCheckOut = *pAnswer == "yes";
+        nResult = Pack(*pRequest, options);
+    });
+}

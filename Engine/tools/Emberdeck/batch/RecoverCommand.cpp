@@ -1,0 +1,80 @@
+#include <ctime>
+
+#include <CLI/CLI.hpp>
+
+#include "app/BackupStore.h"
+#include "batch/Batch.h"
+#include "batch/Output.h"
+
+namespace
+{
+struct CRecoverRequest
+{
+    std::string m_sFile;
+    bool m_bList = false;
+    uint32_t m_nCopy = 1; // 1 is the newest
+};
+
+std::string TimeText(uint64_t nNanoseconds)
+{
+    const std::time_t nSeconds = static_cast<std::time_t>(nNanoseconds / 1000000000u);
+    std::tm local = {};
+    char szText[32] = "";
+    if (localtime_r(&nSeconds, &local))
+        std::strftime(szText, sizeof(szText), "%Y-%m-%d %H:%M:%S", &local);
+    return szText;
+}
+
+int List(const CRecoverRequest& request, const std::vector<CBackupStore::CEntry>& entries, const CBatchOptions& options)
+{
+    CJson list = CJson::array();
+    for (size_t i = 0; i < entries.size(); ++i)
+    {
+        const CBackupStore::CEntry& entry = entries[i];
+        list.push_back({{"copy", i + 1},
+                        {"saved", TimeText(entry.m_nTime)},
+                        {"bytes", entry.m_nSize},
+                        {"path", ReadableText(entry.m_sBackup)}});
+        if (!options.m_bJson)
+            std::printf("%zu  %s  %llu bytes  %s\n", i + 1, TimeText(entry.m_nTime).c_str(),
+                        static_cast<unsigned long long>(entry.m_nSize), entry.m_sBackup.c_str());
+    }
+    if (options.m_bJson)
+        PrintJson(list);
+    else if (entries.empty())
+        std::printf("There is no copy of %s\n", request.m_sFile.c_str());
+    return eExit_Done;
+}
+
+int Recover(const CRecoverRequest& request, const CBatchOptions& options)
+{
+    CBackupStore store;
+    const std::vector<CBackupStore::CEntry> entries = store.List(request.m_sFile);
+    if (request.m_bList)
+        return List(request, entries, options);
+    if (entries.empty())
+        return Fail("there is no copy of " + request.m_sFile);
+    if (request.m_nCopy < 1 || request.m_nCopy > entries.size())
+        return Fail("there are " + std::to_string(entries.size()) + " copies of " + request.m_sFile + ", and no number " +
+                    std::to_string(request.m_nCopy));
+    const CBackupStore::CEntry chosen = entries[request.m_nCopy - 1];
+    std::string sError;
+    if (!store.Recover(request.m_sFile, request.m_nCopy - 1, sError))
+        return Fail(sError);
+    if (options.m_bJson)
+        PrintJson({{"file", ReadableText(request.m_sFile)}, {"saved", TimeText(chosen.m_nTime)}, {"bytes", chosen.m_nSize}});
+    else if (!options.m_bQuiet)
+        std::printf("%s is as it was before the save of %s\n", request.m_sFile.c_str(), TimeText(chosen.m_nTime).c_str());
+    return eExit_Done;
+}
+} // namespace
+
+void AddRecoverCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult)
+{
+    CLI::App* pCommand = app.add_subcommand("recover", "Bring back what a file held before it was saved over");
+    auto pRequest = std::make_shared<CRecoverRequest>();
+    pCommand->add_option("FILE", pRequest->m_sFile, "The library")->required();
+    pCommand->add_flag("--list", pRequest->m_bList, "Only list the copies, newest first");
+    pCommand->add_option("--copy", pRequest->m_nCopy, "Number of the copy in that list")->capture_default_str();
+    pCommand->callback([&options, &nResult, pRequest] { nResult = Recover(*pRequest, options); });
+}

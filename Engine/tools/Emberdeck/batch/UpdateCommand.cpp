@@ -1,0 +1,33 @@
+#include <CLI/CLI.hpp>
+
+#include "batch/Batch.h"
+#include "batch/Output.h"
+#include "platform/Files.h"
+
+void AddUpdateCommand(CLI::App& app, CBatchOptions& options, CCommandResult& nResult)
+{
+    CLI::App* pCommand = app.add_subcommand(
+        "update", "Re-save every library below a directory with the current writer and the current plug-in");
+    auto pDir = std::make_shared<std::string>();
+    auto pAnswer = std::make_shared<std::string>("no");
+    pCommand->add_option("DIR", *pDir, "The directory")->required();
+    pCommand->add_option("--checkout", *pAnswer, "Answer to the check-out question of each file")
+        ->check(CLI::IsMember({"yes", "no"}))
+        ->capture_default_str();
+    pCommand->callback([&options, &nResult, pDir, pAnswer] {
+        options.m_bCheckOut = *pAnswer == "yes";
+        if (!DirectoryExists(*pDir))
+        {
+            nResult = Fail("there is no directory " + *pDir);
+            return;
+        }
+        CBatchSession session(options);
+        session.m_Prompts.TellCheckOut(!options.m_bQuiet);
+        const bool bWalked = session.m_pApp->UpdateEffectsInDirectory(pDir->c_str());
+        // A file that could not be opened or saved has told so, and the walk went on.
+        const int nFailures = session.m_Prompts.GetNumFailures();
+        nResult = bWalked && nFailures == 0 ? eExit_Done : eExit_Failed;
+        if (options.m_bJson)
+            PrintJson({{"directory", ReadableText(*pDir)}, {"checkout", options.m_bCheckOut}, {"failures", nFailures}});
+    });
+}

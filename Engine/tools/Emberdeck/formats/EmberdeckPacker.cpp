@@ -1,0 +1,399 @@
+#include "formats/EmberdeckPacker.h"
+
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "formats/SharedValidation.h"
+#include "formats/StringTable.h"
+#include "iqsoutconverter.h"
+#include "model/FunctionCurve.h"
+#include "model/MakeOrNull.h"
+#include "model/NameIndex.h"
+#include "platform/IPrompts.h"
+#include "platform/Paths.h"
+#include "qsassert.h"
+#include "shared/engine/ProjectLocator.h"
+
+namespace
+{
+
+constexpr uint32_t c_nMagic = 0x58465351; // "QSFX" in the little-endian form
+constexpr uint32_t c_nFileVersion = 2;
+constexpr uint32_t c_nNoOffset = UINT32_MAX;
+constexpr uint32_t c_nMaxPath = 260;
+constexpr float c_fSecondsPerMillisecond = 0.001f; // 0x3A83126F
+constexpr uint32_t c_nRecordHeadSize = 8;          // name and end position
+
+struct CHeader
+{
+    uint32_t m_nMagic = c_nMagic;
+    uint32_t m_nFileVersion = c_nFileVersion;
+    uint32_t m_nTypeTableVersion = 0;
+    uint32_t m_nStringTableSize = 0;
+    uint32_t m_nCurveTableSize = 0;
+    uint32_t m_nNumKeys = 0;
+    uint32_t m_nNumEffects = 0;
+    uint32_t m_nNumTypes = 0;
+    uint32_t m_nStringTableOffset = 0;
+    uint32_t m_nEffectNamesOffset = 0;
+};
+
+std::string PackedName(std::string_view sText)
+{
+    char szPacked[c_nMaxPath];
+    ConvertToPackedName(std::string(sText).c_str(), szPacked, sizeof(szPacked));
+    return szPacked;
+}
+
+// Whose texts go into the string table as they are.
+bool IsTableText(uint32_t eType)
+{
+    return eType == ePropType_String || eType == ePropType_Animation || eType == ePropType_FireglassRef;
+}
+
+// The index that the game counts by; the default's for a text that isn't in the list, else 0.
+uint32_t EnumIndex(const CEffectPropertyDesc& desc, const CPropData& data)
+{
+    const std::string sList = DescData(desc);
+    int nIndex = FindEnumIndex(sList.c_str(), std::string(data.GetText()).c_str());
+    if (nIndex < 0)
+    {
+        CPropData defaultData;
+        defaultData.Assign(desc.m_Default);
+        nIndex = FindEnumIndex(sList.c_str(), std::string(defaultData.GetText()).c_str());
+    }
+    return nIndex < 0 ? 0 : static_cast<uint32_t>(nIndex);
+}
+
+// Bytes of a value in the file.
+uint32_t ValueSize(uint32_t eType)
+{
+    if (IsTextKind(eType) || eType == ePropType_Int || eType == ePropType_Float)
+        return 4;
+    return eType == ePropType_Vector ? 12 : eType == ePropType_Color ? 16 : 0;
+}
+
+// One pack. Memory that runs out throws.
+class CPacker
+{
+public:
+    CPacker(CSpellMgr& spellMgr, const CEffectModule& module) : m_SpellMgr(spellMgr), m_Module(module) {}
+
+    bool Pack(const char* pszFilename, const char* pszTarget);
+
+private:
+    template <class TVisit>
+    void ForEachKey(const CSpell& spell, TVisit&& visit)
+    {
+        for (const auto& pTrack : spell.m_Tracks.Tracks())
+        {
+            for (const auto& pKey : pTrack->Keys())
+                visit(*pKey);
+        }
+    }
+
+    bool HaveKeysTypes();
+    void WriteHeader();
+    void Collect();
+    void CollectKey(const CKey& key);
+    void CollectProperty(const CEffectProperty& prop);
+    void WriteStringTable();
+    void WriteCurveTable();
+    void WriteEffect(const CSpell& spell);
+    void WriteKey(const CKey& key);
+    void WriteProperty(CEffectProperty* pProperty, bool bInherited);
+    void ValidateForWriting(CEffectProperty* pProperty, bool bInherited);
+    uint32_t CurveOffset(const CEffectProperty* pProperty);
+    void WriteValue(const CEffectPropertyDesc& desc, const CPropKey& key);
+    void WriteString(std::string_view sText);
+
+    CSpellMgr& m_SpellMgr;
+    const CEffectModule& m_Module;
+    COutConverterPtr m_pOut;
+    CHeader m_Header;
+    std::vector<uint32_t> m_KeyCounts; // by type
+    CStringTable m_Strings;
+    CFunctionCurveData m_Curves;
+
+    // A prefab's values are met once for each key that inherits them, and cost their whole length only once.
+    std::unordered_set<const CEffectProperty*> m_Collected;
+    CSharedValidation m_Validation;
+    std::unordered_map<const CEffectProperty*, uint32_t> m_CurveOffsets;
+};
+
+bool CPacker::Pack(const char* pszFilename, const char* pszTarget)
+{
+    m_KeyCounts.resize(m_Module.GetNumTypes());
+    if (!HaveKeysTypes())
+        return false;
+    COutStreamPtr pStream = OpenFileOutStream(NativePath(pszFilename).c_str());
+    if (!pStream)
+        return false;
+    m_pOut = CreateOutConverter(pszTarget, pStream);
+    if (!m_pOut)
+        return false;
+
+    m_Header.m_nTypeTableVersion = m_Module.GetVersion();
+    m_Header.m_nNumTypes = m_Module.GetNumTypes();
+    WriteHeader(); // reserves its room
+    Collect();
+    for (const uint32_t nCount : m_KeyCounts)
+        m_pOut->WriteUint32(nCount);
+    WriteStringTable();
+    WriteCurveTable();
+    for (const auto& pSpell : m_SpellMgr.Spells())
+        WriteEffect(*pSpell);
+
+    const uint64_t nEffectNames = m_pOut->Tell();
+    m_Header.m_nEffectNamesOffset = static_cast<uint32_t>(nEffectNames);
+    for (const auto& pSpell : m_SpellMgr.Spells())
+        WriteString(pSpell->m_szName);
+    m_pOut->Seek(0, 0);
+    WriteHeader();
+    const bool bWritten = m_pOut->Close();
+    // Positions have 32 bits in this format.
+    return bWritten && m_Strings.IsSound() && nEffectNames <= UINT32_MAX;
+}
+
+// A type's number indexes the table of counts here and in the game; a plug-in that numbers its types wildly
+// gets no file.
+bool CPacker::HaveKeysTypes()
+{
+    bool bSound = true;
+    for (const auto& pSpell : m_SpellMgr.Spells())
+    {
+        ForEachKey(*pSpell,
+                   [&](const CKey& key)
+                   {
+                       if (!key.m_pTypeDesc || key.m_pTypeDesc->m_nTypeID >= m_Module.GetNumTypes())
+                           bSound = false;
+                   });
+    }
+    return bSound;
+}
+
+void CPacker::WriteHeader()
+{
+    (*m_pOut)
+        .WriteUint32(m_Header.m_nMagic)
+        .WriteUint32(m_Header.m_nFileVersion)
+        .WriteUint32(m_Header.m_nTypeTableVersion)
+        .WriteUint32(m_Header.m_nStringTableSize)
+        .WriteUint32(m_Header.m_nCurveTableSize)
+        .WriteUint32(m_Header.m_nNumKeys)
+        .WriteUint32(m_Header.m_nNumEffects)
+        .WriteUint32(m_Header.m_nNumTypes)
+        .WriteUint32(m_Header.m_nStringTableOffset)
+        .WriteUint32(m_Header.m_nEffectNamesOffset);
+}
+
+// The first pass: what the tables at the head of the file need to know of all keys.
+void CPacker::Collect()
+{
+    for (const auto& pSpell : m_SpellMgr.Spells())
+    {
+        m_Strings.Add(pSpell->m_szName);
+        ForEachKey(*pSpell, [&](const CKey& key) { CollectKey(key); });
+        ++m_Header.m_nNumEffects;
+    }
+}
+
+void CPacker::CollectKey(const CKey& key)
+{
+    ++m_KeyCounts[key.m_pTypeDesc->m_nTypeID];
+    for (uint32_t i = 0; i < key.GetNumProps(); ++i)
+    {
+        const CEffectProperty* pProp = key.GetProperty(i);
+        if (pProp && pProp != key.GetPropertyDirect(i) && !m_Collected.insert(pProp).second)
+            continue; // all that it has is in the tables
+        // The names of slots without a record are in the table, too.
+        m_Strings.Add(BoundedText(key.m_pTypeDesc->m_pProps[i].m_szName));
+        if (pProp)
+            CollectProperty(*pProp);
+    }
+    ++m_Header.m_nNumKeys;
+}
+
+void CPacker::CollectProperty(const CEffectProperty& prop)
+{
+    const uint32_t eType = prop.GetDesc()->m_eType;
+    if (IsTableText(eType) || eType == ePropType_Filename)
+    {
+        for (uint32_t i = 0; i < prop.GetNumKeys(); ++i)
+        {
+            const std::string_view sText = prop.GetKey(i)->m_Data.GetText();
+            m_Strings.Add(sText);
+            if (eType == ePropType_Filename)
+                m_Strings.Add(PackedName(sText));
+        }
+    }
+    if (prop.GetDesc()->m_bFunctionCurve && m_Curves.FindProperty(&prop) < 0)
+        m_Curves.Add(&prop);
+}
+
+void CPacker::WriteStringTable()
+{
+    const std::string& sBytes = m_Strings.Bytes();
+    m_Header.m_nStringTableOffset = static_cast<uint32_t>(m_pOut->Tell());
+    m_Header.m_nStringTableSize = static_cast<uint32_t>(sBytes.size());
+    if (m_Strings.IsSound())
+        m_pOut->WriteData(sBytes.data(), m_Header.m_nStringTableSize);
+}
+
+void CPacker::WriteCurveTable()
+{
+    const uint64_t nStart = m_pOut->Tell();
+    for (CFunctionCurveData::CEntry& entry : m_Curves.Entries())
+    {
+        const CEffectProperty& prop = *entry.m_pProp;
+        entry.m_nOffset = static_cast<uint32_t>(m_pOut->Tell() - nStart);
+        m_pOut->WriteUint32(prop.GetNumKeys());
+        for (uint32_t i = 0; i < prop.GetNumKeys(); ++i)
+        {
+            m_pOut->WriteFloat(prop.GetKey(i)->m_fTime);
+            WriteValue(*prop.GetDesc(), *prop.GetKey(i));
+        }
+    }
+    m_Header.m_nCurveTableSize = static_cast<uint32_t>(m_pOut->Tell() - nStart);
+}
+
+void CPacker::WriteEffect(const CSpell& spell)
+{
+    WriteString(spell.m_szName);
+    m_pOut->WriteUint32(static_cast<uint32_t>(spell.m_Tracks.m_nPhaseLength));
+    m_pOut->WriteUint32(spell.m_Tracks.GetNumKeys());
+    ForEachKey(spell, [&](const CKey& key) { WriteKey(key); });
+}
+
+void CPacker::WriteKey(const CKey& key)
+{
+    m_pOut->WriteUint32(key.m_pTypeDesc->m_nTypeID);
+    m_pOut->WriteFloat(static_cast<float>(key.m_nStartTime) * c_fSecondsPerMillisecond);
+    m_pOut->WriteFloat(static_cast<float>(key.m_nEndTime) * c_fSecondsPerMillisecond);
+    m_pOut->WriteUint32(key.m_nKeyID);
+    m_pOut->WriteUint32(key.m_bMotionLinked ? key.m_nMotionLinkID : key.m_nKeyID);
+
+    uint32_t nCount = 0;
+    for (uint32_t i = 0; i < key.GetNumProps(); ++i)
+        nCount += HasValue(key.GetProperty(i)) ? 1 : 0;
+    m_pOut->WriteUint32(nCount);
+    for (uint32_t i = 0; i < key.GetNumProps(); ++i)
+    {
+        CEffectProperty* pProp = key.GetProperty(i);
+        if (HasValue(pProp))
+            WriteProperty(pProp, pProp != key.GetPropertyDirect(i));
+    }
+}
+
+void CPacker::WriteProperty(CEffectProperty* pProperty, bool bInherited)
+{
+    QS_ASSERT_MSG(pProperty && pProperty->GetDesc(), "Error: Invalid property passed to WritePropertyData");
+    if (!pProperty || !pProperty->GetDesc())
+        return;
+    const CEffectPropertyDesc& desc = *pProperty->GetDesc();
+    // A record's size follows from its kind, so its end is known before it is written.
+    const uint64_t nStart = m_pOut->Tell();
+    WriteString(BoundedText(desc.m_szName));
+    m_pOut->WriteUint32(static_cast<uint32_t>(nStart) + c_nRecordHeadSize +
+                        (desc.m_bFunctionCurve ? 4 : ValueSize(desc.m_eType)));
+    ValidateForWriting(pProperty, bInherited);
+    if (desc.m_bFunctionCurve)
+    {
+        m_pOut->WriteUint32(CurveOffset(pProperty));
+        return;
+    }
+    const CPropKey* pFirst = std::as_const(*pProperty).GetKey(0);
+    WriteValue(desc, pFirst ? *pFirst : CPropKey());
+}
+
+void CPacker::ValidateForWriting(CEffectProperty* pProperty, bool bInherited)
+{
+    if (!bInherited)
+        Validate(pProperty);
+    else
+        m_Validation.Run(pProperty);
+}
+
+uint32_t CPacker::CurveOffset(const CEffectProperty* pProperty)
+{
+    const bool bStable = m_Validation.IsStable(pProperty);
+    if (bStable)
+    {
+        const auto found = m_CurveOffsets.find(pProperty);
+        if (found != m_CurveOffsets.end())
+            return found->second;
+    }
+    const auto nCurveIndex = static_cast<uint32_t>(m_Curves.FindProperty(pProperty));
+    QS_ASSERT_TEXT(nCurveIndex != UINT32_MAX, "nCurveIndex != (uint32)-1",
+                   "Error: Unable to find property curve index when packing!");
+    const uint32_t nOffset =
+        nCurveIndex == UINT32_MAX ? c_nNoOffset : m_Curves.Entries()[nCurveIndex].m_nOffset;
+    if (bStable)
+        m_CurveOffsets.emplace(pProperty, nOffset);
+    return nOffset;
+}
+
+void CPacker::WriteValue(const CEffectPropertyDesc& desc, const CPropKey& key)
+{
+    const uint32_t eType = desc.m_eType;
+    if (IsTableText(eType))
+    {
+        WriteString(key.m_Data.GetText());
+        return;
+    }
+    switch (eType)
+    {
+    case ePropType_Filename:
+        WriteString(PackedName(key.m_Data.GetText()));
+        break;
+    case ePropType_Enum:
+        m_pOut->WriteUint32(EnumIndex(desc, key.m_Data));
+        break;
+    case ePropType_Int:
+        m_pOut->WriteInt32(key.m_Data.GetInt());
+        break;
+    case ePropType_Float:
+        m_pOut->WriteFloat(key.m_Data.GetFloat());
+        break;
+    case ePropType_Vector:
+        m_pOut->WriteVector3(key.m_Data.GetVector());
+        break;
+    case ePropType_Color:
+    {
+        const uint32_t nColor = key.m_Data.GetColor();
+        m_pOut->WriteFloat(static_cast<float>(PropColorRed(nColor)) * c_fOneOver255);
+        m_pOut->WriteFloat(static_cast<float>(PropColorGreen(nColor)) * c_fOneOver255);
+        m_pOut->WriteFloat(static_cast<float>(PropColorBlue(nColor)) * c_fOneOver255);
+        m_pOut->WriteFloat(static_cast<float>(PropColorAlpha(nColor)) * c_fOneOver255);
+        break;
+    }
+    default:
+        QS_ASSERT_FORCED("Error: Unexpected property type");
+        break;
+    }
+}
+
+void CPacker::WriteString(std::string_view sText)
+{
+    uint32_t nOffset = c_nNoOffset;
+    const bool bFound = m_Strings.LookUp(sText, nOffset);
+    // Only a value that the validation gave a default behind the first pass's back can be missing.
+    QS_ASSERT_MSG(bFound, "Error: Unable to find a string when packing!");
+    m_pOut->WriteUint32(nOffset);
+}
+
+} // namespace
+
+bool PackEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffectModule& module,
+                       IPrompts* pPrompts, const char* pszTarget)
+{
+    const CWaitScope wait(pPrompts);
+    if (!pszFilename || !module.IsLoaded())
+        return false;
+    bool bPacked = false;
+    TryAllocating([&] { bPacked = CPacker(spellMgr, module).Pack(pszFilename, pszTarget ? pszTarget : ""); });
+    return bPacked;
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "model/EffectModule.h"
+#include "model/LibraryTree.h"
+#include "model/SpellMgr.h"
+
+class IPrompts;
+
+// The effect file that artists keep: text, or the same text in the compressed container; the last
+// letter of the name decides, for reading as for writing.
+
+// What the loader repaired or left out in silence. Texts are for people.
+struct CLoadFinding
+{
+    std::string m_sEffect; // effect or prefab; empty for the file as a whole
+    std::string m_sKey;    // the key's display name and id; empty for a prefab or effect
+    std::string m_sText;   // what was found and what was done
+};
+class ILoadObserver
+{
+public:
+    virtual ~ILoadObserver() = default;
+    virtual void OnFinding(const CLoadFinding& finding) = 0;
+};
+
+// Writes in place: an existing file is truncated first, and a failure part way leaves it cut.
+bool SaveEffectLibrary(const char* pszFilename, const CLibraryTree& effectTree,
+                       const CLibraryTree& prefabTree, IPrompts* pPrompts = nullptr);
+
+// Adds what the file holds to the model and, where given, to the trees (both may be null). False:
+// sError has grown by the reasons, innermost first, one a line; the model holds what was read so far,
+// and the caller clears it. pObserver, when given, hears of each silent repair; it changes no result.
+bool LoadEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffectModule& module,
+                       CLibraryTree* pEffectTree, CLibraryTree* pPrefabTree, std::string& sError,
+                       IPrompts* pPrompts = nullptr, ILoadObserver* pObserver = nullptr);
+
+// The same for the text of such a file, as it is behind the compression.
+bool LoadEffectText(std::string_view sText, CSpellMgr& spellMgr, const CEffectModule& module,
+                    CLibraryTree* pEffectTree, CLibraryTree* pPrefabTree, std::string& sError,
+                    ILoadObserver* pObserver = nullptr);

@@ -1,0 +1,239 @@
+#include "formats/EmberdeckQSA.h"
+
+#include <functional>
+
+#include "formats/LibraryLoader.h"
+#include "formats/NodeFields.h"
+#include "model/MakeOrNull.h"
+#include "platform/IPrompts.h"
+#include "platform/Paths.h"
+#include "qsamgr/qsaallocator.h"
+#include "qsamgr/qsanodereader.h"
+#include "qsamgr/qsatextloader.h"
+#include "qsamgr/qsautil.h"
+
+namespace
+{
+
+constexpr int32_t c_nFormatVersion = 1;
+constexpr uint32_t c_nLoadBlockSize = 262144;
+constexpr const char* c_pszUnreadable = "Failed to load the file from disk into memory";
+
+// The node tree of a file, freed in the order that it needs.
+struct CLoadedNodes
+{
+    CLoadedNodes() = default;
+    ~CLoadedNodes() { m_Root.Free(&m_Alloc); }
+    CLoadedNodes(const CLoadedNodes&) = delete;
+    CLoadedNodes& operator=(const CLoadedNodes&) = delete;
+
+    CQSANode m_Root; // goes last
+    CQSALoadOnlyAlloc m_Alloc{c_nLoadBlockSize};
+};
+
+bool IsVersionSupported(const CQSANode& root)
+{
+    const CQSANode* pHeader = CQSAUtil::ShallowFindList(&root, "header");
+    if (!pHeader)
+        return false;
+    const CNodeFields<1> fields(*pHeader, {"version"}, [](const CQSANode&) {});
+    const char* pszVersion = fields.FindValue(0);
+    return pszVersion && QSTextToInt(pszVersion) == c_nFormatVersion;
+}
+
+bool LoadNodes(CLibraryLoader& loader, const CEffectModule& module,
+               const std::function<bool(CLoadedNodes&)>& read)
+{
+    if (!module.IsLoaded())
+    {
+        loader.AppendError("No Fireglass DLL was loaded");
+        return false;
+    }
+    CLoadedNodes nodes;
+    if (!read(nodes))
+    {
+        loader.AppendError(c_pszUnreadable);
+        return false;
+    }
+    if (!IsVersionSupported(nodes.m_Root))
+    {
+        loader.AppendError("Invalid file version");
+        return false;
+    }
+    return loader.LoadRoot(nodes.m_Root);
+}
+
+} // namespace
+
+bool LoadEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffectModule& module,
+                       CLibraryTree* pEffectTree, CLibraryTree* pPrefabTree, std::string& sError,
+                       IPrompts* pPrompts, ILoadObserver* pObserver)
+{
+    const CWaitScope wait(pPrompts);
+    bool bLoaded = false;
+    TryAllocating(
+        [&]
+        {
+            CLibraryLoader loader(spellMgr, module, pEffectTree, pPrefabTree, sError, pObserver);
+            bLoaded = LoadNodes(loader, module,
+                                [&](CLoadedNodes& nodes)
+                                {
+                                    return pszFilename && CQSANodeReader::LoadEntireFile(
+                                                              NativePath(pszFilename).c_str(),
+                                                              CQSAUtil::IsFileCompressed(pszFilename),
+                                                              &nodes.m_Root, &nodes.m_Alloc);
+                                });
+        });
+    return bLoaded;
+}
+
+bool LoadEffectText(std::string_view sText, CSpellMgr& spellMgr, const CEffectModule& module,
+                    CLibraryTree* pEffectTree, CLibraryTree* pPrefabTree, std::string& sError,
+                    ILoadObserver* pObserver)
+{
+    bool bLoaded = false;
+    TryAllocating(
+        [&]
+        {
+            CLibraryLoader loader(spellMgr, module, pEffectTree, pPrefabTree, sError, pObserver);
+            bLoaded =
+                LoadNodes(loader, module,
+                          [&](CLoadedNodes& nodes)
+                          { return QSALoadText(sText.data(), sText.size(), &nodes.m_Root, &nodes.m_Alloc); });
+        });
+    return bLoaded;
+}
+
+CLibraryLoader::CLibraryLoader(CSpellMgr& spellMgr, const CEffectModule& module, CLibraryTree* pEffectTree,
+                               CLibraryTree* pPrefabTree, std::string& sError, ILoadObserver* pObserver)
+    : m_SpellMgr(spellMgr),
+      m_Module(module),
+      m_pEffectTree(pEffectTree),
+      m_pPrefabTree(pPrefabTree),
+      m_sError(sError),
+      m_Findings(pObserver)
+{
+    for (const auto& pPrefab : spellMgr.Prefabs())
+        NotePrefabName(pPrefab.get());
+}
+
+void CLibraryLoader::AddMessage(const std::string& sMessage)
+{
+    if (!m_sError.empty())
+        m_sError += "\r\n";
+    m_sError += sMessage;
+}
+
+// Prefabs come first, since keys refer to them by name; the file may hold its lists in any order.
+bool CLibraryLoader::LoadRoot(const CQSANode& root)
+{
+    if (m_Findings)
+        TellRoot(root);
+
+    if (const CQSANode* pPrefabs = CQSAUtil::ShallowFindList(&root, "prefab-tree"))
+    {
+        if (!LoadTree(*pPrefabs, eSide_Prefabs))
+        {
+            AppendError("Failed loading prefab tree");
+            return false;
+        }
+    }
+    else if (m_pPrefabTree)
+    {
+        m_pPrefabTree->InsertGroup("[Prefabs]", {});
+    }
+
+    const CQSANode* pEffects = CQSAUtil::ShallowFindList(&root, "effect-tree");
+    if (!pEffects)
+    {
+        AppendError("No effect list found in the file");
+        return false;
+    }
+    if (!LoadTree(*pEffects, eSide_Effects))
+    {
+        AppendError("Failed loading effect tree");
+        return false;
+    }
+    return true;
+}
+
+void CLibraryLoader::TellRoot(const CQSANode& root)
+{
+    const CNodeFields<4> fields(root, {"resource-database", "header", "prefab-tree", "effect-tree"},
+                                [&](const CQSANode& node) { m_Findings.TellSkipped(node); });
+    if (!fields.FindList(2))
+        m_Findings.Tell("There is no prefab tree; an empty one was made.");
+    for (const size_t nTree : {2u, 3u})
+    {
+        const CQSANode* pTree = fields.FindList(nTree);
+        if (pTree && pTree->GetNumElements() > 2)
+            m_Findings.Tell(
+                QSFormat("The %s has more than one item at its top; only the first is saved again.",
+                         ListName(*pTree)));
+    }
+}
+
+bool CLibraryLoader::LoadTree(const CQSANode& list, ESide eSide)
+{
+    for (uint32_t i = 1; i < list.GetNumElements(); ++i)
+    {
+        if (!LoadTreeNode(*list.GetElement(i), {}, eSide))
+            return false;
+    }
+    return true;
+}
+
+// Recurses as deep as groups nest, which the node reader has limited to some five hundred.
+bool CLibraryLoader::LoadTreeNode(const CQSANode& node, HLibraryItem hParent, ESide eSide)
+{
+    if (IsListNamed(node, "container"))
+        return LoadContainer(node, hParent, eSide);
+    if (eSide == eSide_Prefabs && IsListNamed(node, "prefab"))
+    {
+        if (LoadPrefab(node, hParent))
+            return true;
+        AppendError("Error loading prefab");
+        return false;
+    }
+    if (eSide == eSide_Effects && IsListNamed(node, "effect"))
+    {
+        if (LoadEffect(node, hParent))
+            return true;
+        AppendError("Error loading effect");
+        return false;
+    }
+    if (m_Findings)
+        m_Findings.TellSkipped(node);
+    return true;
+}
+
+bool CLibraryLoader::LoadContainer(const CQSANode& node, HLibraryItem hParent, ESide eSide)
+{
+    const CNodeFields<2> fields(node, {"name", "children"},
+                                [&](const CQSANode& skipped)
+                                {
+                                    if (m_Findings)
+                                        m_Findings.TellSkipped(skipped);
+                                });
+    const char* pszName = fields.FindValue(0);
+    if (!pszName)
+    {
+        AppendError("Unable to find container name");
+        return false;
+    }
+    CLibraryTree* pTree = eSide == eSide_Prefabs ? m_pPrefabTree : m_pEffectTree;
+    const HLibraryItem hGroup = pTree ? pTree->InsertGroup(pszName, hParent) : HLibraryItem();
+    if (pTree && !hGroup)
+        return false; // out of memory
+
+    const CQSANode* pChildren = fields.FindList(1);
+    for (uint32_t i = 1; pChildren && i < pChildren->GetNumElements(); ++i)
+    {
+        if (!LoadTreeNode(*pChildren->GetElement(i), hGroup, eSide))
+        {
+            AppendError("Failed loading children of container %s", pszName);
+            return false;
+        }
+    }
+    return true;
+}

@@ -1,0 +1,316 @@
+#include <algorithm>
+#include <cstring>
+
+#include "formats/LibraryLoader.h"
+#include "formats/NodeFields.h"
+#include "model/MakeOrNull.h"
+#include "model/NameIndex.h"
+
+namespace
+{
+
+std::string FoldName(std::string_view sName)
+{
+    std::string sFolded(sName);
+    std::transform(sFolded.begin(), sFolded.end(), sFolded.begin(),
+                   [](char c) { return static_cast<char>(FoldNameByte(c)); });
+    return sFolded;
+}
+
+} // namespace
+
+bool CLibraryLoader::LoadPrefab(const CQSANode& node, HLibraryItem hParent)
+{
+    const CNodeFields<3> fields(node, {"name", "type", "properties"},
+                                [&](const CQSANode& skipped)
+                                {
+                                    if (m_Findings)
+                                        m_Findings.TellSkipped(skipped);
+                                });
+    const char* pszName = fields.FindValue(0);
+    const char* pszType = fields.FindValue(1);
+    if (!pszName || !pszType)
+    {
+        AppendError("Unable to find a required parameter for prefab");
+        return false;
+    }
+    if (m_Findings)
+        m_Findings.EnterObject(pszName);
+    bool bFilled = false;
+    if (!TryAllocating([&] { bFilled = FillPrefab(pszName, pszType, fields.FindList(2), hParent); }))
+        AppendError("Failed to allocate memory for Prefab %s", pszName);
+    if (m_Findings)
+        m_Findings.EnterObject(nullptr);
+    return bFilled;
+}
+
+bool CLibraryLoader::FillPrefab(const char* pszName, const char* pszType, const CQSANode* pProperties,
+                                HLibraryItem hParent)
+{
+    const CEffectTypeDesc* pTypeDesc = m_Module.FindType(pszType);
+    if (!pTypeDesc)
+        return false;
+    CEffectPropertySet* pPrefab = m_SpellMgr.AddPrefab(pTypeDesc);
+    if (!pPrefab)
+    {
+        AppendError("Failed to allocate memory for Prefab %s", pszName);
+        return false;
+    }
+    pPrefab->m_sName = pszName;
+    if (!LoadProperties(pProperties, *pPrefab))
+    {
+        AppendError("Error loading property of key %s", pszName);
+        m_SpellMgr.DeletePrefab(pPrefab);
+        return false;
+    }
+    Finish(*pPrefab);
+    m_Validation.Note(*pPrefab);
+    NotePrefabName(pPrefab);
+    if (m_pPrefabTree && !m_pPrefabTree->InsertLeaf(pPrefab->m_sName, hParent, pPrefab))
+    {
+        AppendError("Failed to allocate memory for Prefab %s", pszName);
+        return false;
+    }
+    return true;
+}
+
+void CLibraryLoader::NotePrefabName(CEffectPropertySet* pPrefab)
+{
+    if (!m_PrefabsByName.emplace(FoldName(pPrefab->m_sName.c_str()), pPrefab).second && m_Findings)
+        m_Findings.Tell("Another prefab has this name; keys stand on the first one.");
+}
+
+CEffectPropertySet* CLibraryLoader::FindPrefab(const char* pszName) const
+{
+    const auto found = m_PrefabsByName.find(FoldName(pszName));
+    return found == m_PrefabsByName.end() ? nullptr : found->second;
+}
+
+bool CLibraryLoader::LoadEffect(const CQSANode& node, HLibraryItem hParent)
+{
+    const CNodeFields<3> fields(node, {"name", "length", "key-list"},
+                                [&](const CQSANode& skipped)
+                                {
+                                    if (m_Findings)
+                                        m_Findings.TellSkipped(skipped);
+                                });
+    const char* pszName = fields.FindValue(0);
+    const char* pszLength = fields.FindValue(1);
+    if (!pszName || !pszLength)
+    {
+        AppendError("Error finding name and length of effect");
+        return false;
+    }
+    CSpell* pSpell = m_SpellMgr.AddSpell();
+    if (!pSpell)
+    {
+        AppendError("Unable to allocate memory for effect %s", pszName);
+        return false;
+    }
+    if (m_Findings)
+        m_Findings.EnterObject(pszName);
+    bool bFilled = false;
+    if (!TryAllocating([&]
+                       { bFilled = FillEffect(*pSpell, pszName, pszLength, fields.FindList(2), hParent); }))
+        AppendError("Unable to allocate memory for effect %s", pszName);
+    if (m_Findings)
+        m_Findings.EnterObject(nullptr);
+    return bFilled;
+}
+
+bool CLibraryLoader::FillEffect(CSpell& spell, const char* pszName, const char* pszLength,
+                                const CQSANode* pKeyList, HLibraryItem hParent)
+{
+    spell.SetName(std::string_view(pszName).substr(0, CSpell::c_nMaxName));
+    spell.m_Tracks.m_nPhaseLength = ReadInt(pszLength, "length");
+    if (m_Findings && std::strlen(pszName) > CSpell::c_nMaxName)
+        m_Findings.Tell(QSFormat("The name was cut to %u bytes.", CSpell::c_nMaxName));
+
+    for (uint32_t i = 1; pKeyList && i < pKeyList->GetNumElements(); ++i)
+    {
+        const CQSANode& node = *pKeyList->GetElement(i);
+        if (!IsListNamed(node, "key"))
+        {
+            if (m_Findings)
+                m_Findings.TellSkipped(node);
+            continue;
+        }
+        std::unique_ptr<CKey> pKey = LoadKey(node);
+        if (!pKey)
+        {
+            AppendError("Error loading key for effect %s", spell.m_szName);
+            return false;
+        }
+        if (!PlaceLoadedKey(spell, std::move(pKey)))
+        {
+            AppendError("Unable to allocate track for effect %s", spell.m_szName);
+            return false;
+        }
+    }
+    spell.m_Tracks.RecalcNextKeyID();
+    if (m_Findings)
+        m_Findings.TellLinks(spell);
+    if (m_pEffectTree && !m_pEffectTree->InsertLeaf(spell.m_szName, hParent, &spell))
+    {
+        AppendError("Unable to allocate memory for effect %s", pszName);
+        return false;
+    }
+    return true;
+}
+
+bool CLibraryLoader::AddTracksFor(CTrackList& tracks, uint32_t nTrack)
+{
+    if (nTrack < tracks.GetNumTracks())
+        return true;
+    // A damaged number may ask for billions of tracks.
+    const uint64_t nNew = uint64_t(nTrack) + 1 - tracks.GetNumTracks();
+    if (nTrack >= CTrackList::c_nMaxTracks || m_nTracksMade + nNew > c_nMaxSpareTracks + m_nKeysLoaded)
+        return false;
+    m_nTracksMade += nNew;
+    while (nTrack >= tracks.GetNumTracks())
+    {
+        if (!tracks.AddTrack())
+            return false;
+    }
+    return true;
+}
+
+bool CLibraryLoader::PlaceLoadedKey(CSpell& spell, std::unique_ptr<CKey> pKey)
+{
+    ++m_nKeysLoaded;
+    if (!AddTracksFor(spell.m_Tracks, pKey->m_nTrack))
+        return false;
+    CTrack* pTrack = spell.m_Tracks.GetTrack(pKey->m_nTrack);
+    const int32_t nStart = pKey->m_nStartTime;
+    const int32_t nEnd = pKey->m_nEndTime;
+    const CKey* pPlaced = pTrack->AppendAndPlaceKey(std::move(pKey));
+    if (!pPlaced)
+        return false;
+    if (m_Findings)
+    {
+        m_Findings.EnterKey(pPlaced);
+        if (pTrack->GetKey(pTrack->GetNumKeys() - 1) != pPlaced)
+            m_Findings.Tell("The key stood behind a later one of its track; it was put in order.");
+        if (pPlaced->m_nStartTime != nStart || pPlaced->m_nEndTime != nEnd)
+        {
+            m_Findings.Tell(
+                QSFormat("The key's time, %d to %d ms, doesn't fit on its track; it is %d to %d ms now.",
+                         nStart, nEnd, pPlaced->m_nStartTime, pPlaced->m_nEndTime));
+        }
+        m_Findings.EnterKey(nullptr);
+    }
+    return true;
+}
+
+struct CLibraryLoader::CKeyFields
+{
+    const char* m_pszName; // null without one
+    const char* m_pszType;
+    const char* m_pszID;
+    const char* m_pszStart;
+    const char* m_pszEnd;
+    const char* m_pszTrack;
+    const char* m_pszParent;       // null without one
+    const CQSANode* m_pMotionLink; // null without one
+    const CQSANode* m_pProperties; // null without one
+
+    const char* Name() const { return m_pszName ? m_pszName : ""; }
+};
+
+std::unique_ptr<CKey> CLibraryLoader::LoadKey(const CQSANode& node)
+{
+    const CNodeFields<9> found(
+        node,
+        {"name", "type", "id", "start-time", "end-time", "track", "parent", "motion-link", "properties"},
+        [&](const CQSANode& skipped)
+        {
+            if (m_Findings)
+                m_Findings.TellSkipped(skipped);
+        });
+    const CKeyFields fields = {found.FindValue(0), found.FindValue(1), found.FindValue(2),
+                               found.FindValue(3), found.FindValue(4), found.FindValue(5),
+                               found.FindValue(6), found.FindList(7),  found.FindList(8)};
+    if (!fields.m_pszTrack || !fields.m_pszID || !fields.m_pszStart || !fields.m_pszEnd || !fields.m_pszType)
+    {
+        AppendError("Unable to find a required parameter for key");
+        return nullptr;
+    }
+    std::unique_ptr<CKey> pKey;
+    if (!TryAllocating([&] { pKey = FillKey(fields); }))
+        AppendError("Failed to allocate memory for key %s", fields.Name());
+    if (m_Findings)
+        m_Findings.EnterKey(nullptr);
+    return pKey;
+}
+
+std::unique_ptr<CKey> CLibraryLoader::FillKey(const CKeyFields& fields)
+{
+    const CEffectTypeDesc* pTypeDesc = m_Module.FindType(fields.m_pszType);
+    if (!pTypeDesc)
+        return nullptr;
+    auto pKey = std::make_unique<CKey>(pTypeDesc);
+    pKey->m_sName = fields.Name();
+    if (m_Findings)
+    {
+        pKey->m_nKeyID = static_cast<uint32_t>(QSTextToInt(fields.m_pszID)); // for the title
+        m_Findings.EnterKey(pKey.get());
+    }
+    if (!SetKeyParent(*pKey, fields))
+        return nullptr;
+
+    pKey->m_nKeyID = ReadUnsigned(fields.m_pszID, "id");
+    pKey->m_nTrack = ReadUnsigned(fields.m_pszTrack, "track");
+    pKey->m_nStartTime = ReadInt(fields.m_pszStart, "start-time");
+    pKey->m_nEndTime = ReadInt(fields.m_pszEnd, "end-time");
+    pKey->Unlink();
+    if (fields.m_pMotionLink)
+    {
+        const CNodeFields<1> link(*fields.m_pMotionLink, {"id"},
+                                  [&](const CQSANode& skipped)
+                                  {
+                                      if (m_Findings)
+                                          m_Findings.TellSkipped(skipped);
+                                  });
+        if (const char* pszID = link.FindValue(0))
+            pKey->Link(ReadUnsigned(pszID, "motion-link"));
+        else if (m_Findings)
+            m_Findings.Tell("The motion link has no id; it was dropped.");
+    }
+    if (!LoadProperties(fields.m_pProperties, *pKey))
+    {
+        AppendError("Error loading property of key %s", fields.Name());
+        return nullptr;
+    }
+    Finish(*pKey);
+    return pKey;
+}
+
+bool CLibraryLoader::SetKeyParent(CKey& key, const CKeyFields& fields)
+{
+    if (!fields.m_pszParent)
+        return true;
+    CEffectPropertySet* pPrefab = FindPrefab(fields.m_pszParent);
+    if (!pPrefab)
+    {
+        AppendError("Failed to find prefab %s for key %s", fields.m_pszParent, fields.Name());
+        return false;
+    }
+    if (!key.SetParent(pPrefab) && m_Findings)
+        m_Findings.Tell(
+            QSFormat("Prefab %s is of another type; the key stands on none.", fields.m_pszParent));
+    return true;
+}
+
+int32_t CLibraryLoader::ReadInt(const char* pszText, const char* pszField)
+{
+    if (m_Findings)
+        m_Findings.TellWholeNumber(pszText, pszField);
+    return QSTextToInt(pszText);
+}
+
+float CLibraryLoader::ReadFloat(const char* pszText, const char* pszField)
+{
+    if (m_Findings)
+        m_Findings.TellDecimalNumber(pszText, pszField);
+    return QSTextToFloat(pszText);
+}

@@ -1,0 +1,227 @@
+#include "formats/LibraryLoader.h"
+#include "formats/NodeFields.h"
+#include "model/MakeOrNull.h"
+#include "model/NameIndex.h"
+#include "qsassert.h"
+
+namespace
+{
+
+// Whether the list has nCount atoms behind its name.
+bool HasAtoms(const CQSANode& list, uint32_t nCount)
+{
+    if (list.IsAtom() || list.GetNumElements() < nCount + 1)
+        return false;
+    for (uint32_t i = 1; i <= nCount; ++i)
+    {
+        if (!list.GetElement(i)->IsAtom())
+            return false;
+    }
+    return true;
+}
+
+// Atoms that a value of a kind takes; 0 for a kind without a value.
+uint32_t CountAtoms(EEffectPropertyType eType)
+{
+    if (IsTextKind(eType) || eType == ePropType_Int || eType == ePropType_Float)
+        return 1;
+    return eType == ePropType_Vector ? 3 : eType == ePropType_Color ? 4 : 0;
+}
+
+uint32_t ReadChannel(const CQSANode& data, uint32_t nElement)
+{
+    return static_cast<uint32_t>(QSTextToInt(data.GetElement(nElement)->GetValue())) & 0xFF;
+}
+
+float ReadComponent(const CQSANode& data, uint32_t nElement)
+{
+    return QSTextToFloat(data.GetElement(nElement)->GetValue());
+}
+
+} // namespace
+
+bool LoadPropertyValue(const CQSANode* pData, EEffectPropertyType eType, CPropKey& key)
+{
+    QS_ASSERT_MSG(pData, "Error: Invalid parameters passed into LoadPropertyValue");
+    if (!pData)
+        return false;
+    const uint32_t nAtoms = CountAtoms(eType);
+    if (nAtoms == 0)
+    {
+        QS_ASSERT_FORCED("Error: Unexpected property value");
+        return true;
+    }
+    if (!HasAtoms(*pData, nAtoms))
+        return false;
+
+    const CQSANode& data = *pData;
+    switch (eType)
+    {
+    case ePropType_Int:
+        key.m_Data.SetInt(QSTextToInt(data.GetElement(1)->GetValue()));
+        break;
+    case ePropType_Float:
+        key.m_Data.SetFloat(ReadComponent(data, 1));
+        break;
+    case ePropType_Vector:
+        key.m_Data.SetVector({ReadComponent(data, 1), ReadComponent(data, 2), ReadComponent(data, 3)});
+        break;
+    case ePropType_Color:
+        key.m_Data.SetColor(MakePropColor(ReadChannel(data, 1), ReadChannel(data, 2), ReadChannel(data, 3),
+                                          ReadChannel(data, 4)));
+        break;
+    default:
+        key.m_Data.SetText(data.GetElement(1)->GetValue());
+        break;
+    }
+    return true;
+}
+
+bool CLibraryLoader::LoadProperties(const CQSANode* pProperties, CEffectPropertySet& set)
+{
+    for (uint32_t i = 1; pProperties && i < pProperties->GetNumElements(); ++i)
+    {
+        const CQSANode& node = *pProperties->GetElement(i);
+        if (!IsListNamed(node, "property"))
+        {
+            if (m_Findings)
+                m_Findings.TellSkipped(node);
+            continue;
+        }
+        std::unique_ptr<CEffectProperty> pProp;
+        if (!LoadProperty(node, set.m_pTypeDesc, pProp))
+            return false;
+        if (m_Findings && pProp)
+        {
+            const auto nSlot = static_cast<uint32_t>(pProp->GetDesc() - set.m_pTypeDesc->m_pProps);
+            if (set.GetPropertyDirect(nSlot))
+                m_Findings.Tell(QSFormat("Property %s stands here twice; the last one counts.",
+                                         DescName(*pProp->GetDesc()).c_str()));
+        }
+        if (pProp)
+            set.AddProperty(pProp); // one that is refused goes with pProp
+    }
+    return true;
+}
+
+bool CLibraryLoader::LoadProperty(const CQSANode& node, const CEffectTypeDesc* pTypeDesc,
+                                  std::unique_ptr<CEffectProperty>& pProp)
+{
+    const CNodeFields<3> fields(node, {"name", "type", "value-list"},
+                                [&](const CQSANode& skipped)
+                                {
+                                    if (m_Findings)
+                                        m_Findings.TellSkipped(skipped);
+                                });
+    const char* pszName = fields.FindValue(0);
+    const char* pszType = fields.FindValue(1);
+    if (!pszName || !pszType)
+    {
+        AppendError("Error loading name or type for property");
+        return false;
+    }
+    EEffectPropertyType eType = ePropType_None;
+    if (!ParsePropTypeName(pszType, eType))
+    {
+        if (m_Findings)
+            m_Findings.Tell(
+                QSFormat("Property %s has the unknown kind %s; it was dropped.", pszName, pszType));
+        return true;
+    }
+    const int nIndex = m_Module.FindPropertyIndex(pTypeDesc, pszName);
+    if (nIndex < 0)
+    {
+        if (m_Findings)
+            m_Findings.Tell(QSFormat("The type has no property %s; it was dropped.", pszName));
+        return true;
+    }
+    const CEffectPropertyDesc& desc = pTypeDesc->m_pProps[nIndex];
+    pProp = MakeOrNull<CEffectProperty>(&desc);
+    if (!pProp)
+    {
+        AppendError("Unable to allocate memory for property %s", pszName);
+        return false;
+    }
+    if (m_Findings && desc.m_eType != static_cast<uint32_t>(eType))
+    {
+        m_Findings.Tell(
+            QSFormat("Property %s is stored as %s, which is no longer its kind; its bytes were kept.",
+                     pszName, pszType));
+    }
+    if (const CQSANode* pValueList = fields.FindList(2))
+        LoadValues(*pValueList, eType, *pProp);
+    return true;
+}
+
+void CLibraryLoader::LoadValues(const CQSANode& valueList, EEffectPropertyType eType, CEffectProperty& prop)
+{
+    for (uint32_t i = 1; i < valueList.GetNumElements(); ++i)
+    {
+        const CQSANode& node = *valueList.GetElement(i);
+        if (!IsListNamed(node, "value"))
+        {
+            if (m_Findings)
+                m_Findings.TellSkipped(node);
+            continue;
+        }
+        CPropKey key;
+        if (LoadValue(node, eType, prop, key))
+            prop.AddKey(key);
+        else if (m_Findings)
+            m_Findings.Tell(QSFormat("A value of property %s is incomplete; it was dropped.",
+                                     DescName(*prop.GetDesc()).c_str()));
+    }
+}
+
+bool CLibraryLoader::LoadValue(const CQSANode& node, EEffectPropertyType eType, const CEffectProperty& prop,
+                               CPropKey& key)
+{
+    const CNodeFields<2> fields(node, {"time", "data"},
+                                [&](const CQSANode& skipped)
+                                {
+                                    if (m_Findings)
+                                        m_Findings.TellSkipped(skipped);
+                                });
+    const char* pszTime = fields.FindValue(0);
+    const CQSANode* pData = fields.FindList(1);
+    if (!pszTime || !pData)
+        return false;
+    key.m_fTime = ReadFloat(pszTime, "time");
+    if (!LoadPropertyValue(pData, eType, key))
+        return false;
+    if (m_Findings)
+        m_Findings.TellValue(*pData, eType, DescName(*prop.GetDesc()));
+    return true;
+}
+
+// EnsureComplete, then ValidateSet; the latter in two parts, since what is inherited is validated again with
+// each key, and need not be.
+void CLibraryLoader::Finish(CEffectPropertySet& set)
+{
+    if (m_Findings)
+        TellMissing(set);
+    EnsureComplete(&set);
+    for (uint32_t i = 0; i < set.GetNumProps(); ++i)
+    {
+        CEffectProperty* pOwn = set.GetPropertyDirect(i);
+        if (m_Findings)
+            m_Findings.ValidateAndTell(pOwn);
+        else
+            Validate(pOwn);
+    }
+    m_Validation.RunInherited(set);
+}
+
+// What EnsureComplete is going to fill. On a prefab it fills nothing that a file could have held.
+void CLibraryLoader::TellMissing(const CEffectPropertySet& set)
+{
+    if (set.GetParent())
+        return;
+    for (uint32_t i = 0; i < set.GetNumProps(); ++i)
+    {
+        const CEffectPropertyDesc& desc = set.m_pTypeDesc->m_pProps[i];
+        if (!set.GetPropertyDirect(i) && desc.m_eType != ePropType_None && desc.m_eType != ePropType_UI)
+            m_Findings.Tell(
+                QSFormat("There is no property %s; it took the default.", DescName(desc).c_str()));
+    }
+}

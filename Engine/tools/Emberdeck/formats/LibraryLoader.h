@@ -1,0 +1,102 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "formats/LoadFindings.h"
+#include "formats/SharedValidation.h"
+#include "model/EffectModule.h"
+#include "model/LibraryTree.h"
+#include "model/SpellMgr.h"
+#include "qsamgr/qsanode.h"
+#include "qsnumber.h"
+
+// Turns the node tree of an effect file into the model. One object for each load; what it notes on the way
+// belongs to that load. Memory that runs out gives the failure of the object that was being made.
+class CLibraryLoader
+{
+public:
+    // The trees may be null. Messages are added to sError, innermost first, one a line.
+    CLibraryLoader(CSpellMgr& spellMgr, const CEffectModule& module, CLibraryTree* pEffectTree,
+                   CLibraryTree* pPrefabTree, std::string& sError, ILoadObserver* pObserver);
+
+    bool LoadRoot(const CQSANode& root);
+
+    template <class... TArgs>
+    void AppendError(const char* pszFormat, const TArgs&... args)
+    {
+        if constexpr (sizeof...(args) == 0)
+            AddMessage(pszFormat);
+        else
+            AddMessage(QSFormat(pszFormat, args...));
+    }
+
+private:
+    // The two walks over groups differ in their leaves.
+    enum ESide
+    {
+        eSide_Prefabs,
+        eSide_Effects
+    };
+
+    // Tracks without a key that one file may make, all effects together: a few bytes of text ask for up to
+    // 65,536 of them.
+    static constexpr uint64_t c_nMaxSpareTracks = 1u << 20;
+
+    void AddMessage(const std::string& sMessage);
+    void TellRoot(const CQSANode& root);
+    bool LoadTree(const CQSANode& list, ESide eSide);
+    bool LoadTreeNode(const CQSANode& node, HLibraryItem hParent, ESide eSide);
+    bool LoadContainer(const CQSANode& node, HLibraryItem hParent, ESide eSide);
+
+    bool LoadPrefab(const CQSANode& node, HLibraryItem hParent);
+    bool FillPrefab(const char* pszName, const char* pszType, const CQSANode* pProperties,
+                    HLibraryItem hParent);
+    bool LoadEffect(const CQSANode& node, HLibraryItem hParent);
+    bool FillEffect(CSpell& spell, const char* pszName, const char* pszLength, const CQSANode* pKeyList,
+                    HLibraryItem hParent);
+
+    struct CKeyFields;
+    std::unique_ptr<CKey> LoadKey(const CQSANode& node);
+    std::unique_ptr<CKey> FillKey(const CKeyFields& fields);
+    bool SetKeyParent(CKey& key, const CKeyFields& fields);
+    bool PlaceLoadedKey(CSpell& spell, std::unique_ptr<CKey> pKey);
+    bool AddTracksFor(CTrackList& tracks, uint32_t nTrack);
+    CEffectPropertySet* FindPrefab(const char* pszName) const;
+    void NotePrefabName(CEffectPropertySet* pPrefab);
+
+    bool LoadProperties(const CQSANode* pProperties, CEffectPropertySet& set);
+    bool LoadProperty(const CQSANode& node, const CEffectTypeDesc* pTypeDesc,
+                      std::unique_ptr<CEffectProperty>& pProp);
+    void LoadValues(const CQSANode& valueList, EEffectPropertyType eType, CEffectProperty& prop);
+    bool LoadValue(const CQSANode& node, EEffectPropertyType eType, const CEffectProperty& prop,
+                   CPropKey& key);
+    void Finish(CEffectPropertySet& set);
+    void TellMissing(const CEffectPropertySet& set);
+
+    int32_t ReadInt(const char* pszText, const char* pszField);
+    uint32_t ReadUnsigned(const char* pszText, const char* pszField)
+    {
+        return static_cast<uint32_t>(ReadInt(pszText, pszField));
+    }
+    float ReadFloat(const char* pszText, const char* pszField);
+
+    CSpellMgr& m_SpellMgr;
+    const CEffectModule& m_Module;
+    CLibraryTree* m_pEffectTree;
+    CLibraryTree* m_pPrefabTree;
+    std::string& m_sError;
+    CLoadFindings m_Findings;
+
+    // Prefabs by their name without regard to case; the first of a name in the library's order.
+    std::unordered_map<std::string, CEffectPropertySet*> m_PrefabsByName;
+    CSharedValidation m_Validation;
+    uint64_t m_nTracksMade = 0;
+    uint64_t m_nKeysLoaded = 0;
+};
+
+// Reads the atoms behind a "data" list's name into key, by the kind that the file names. False when there are
+// too few, or a list among them; key is unchanged then. Further elements do no harm.
+bool LoadPropertyValue(const CQSANode* pData, EEffectPropertyType eType, CPropKey& key);

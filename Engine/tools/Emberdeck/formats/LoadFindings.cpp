@@ -1,0 +1,203 @@
+#include "formats/LoadFindings.h"
+
+#include <cmath>
+#include <cstring>
+#include <unordered_set>
+
+#include "formats/NodeFields.h"
+#include "formats/SharedValidation.h"
+#include "qsnumber.h"
+
+namespace
+{
+
+const char* SkipBlanksAndSign(const char* pszText)
+{
+    pszText += std::strspn(pszText, " \t\n\v\f\r");
+    return *pszText == '+' || *pszText == '-' ? pszText + 1 : pszText;
+}
+
+// Only digits, and within what 32 bits tell, signed or not.
+bool IsWholeNumber(const char* pszText)
+{
+    const char* pszDigits = SkipBlanksAndSign(pszText);
+    const size_t nDigits = std::strspn(pszDigits, "0123456789");
+    if (nDigits == 0 || pszDigits[nDigits] != 0)
+        return false;
+    const double fValue = QSTextToDouble(pszText);
+    return fValue >= double(INT32_MIN) && fValue <= double(UINT32_MAX);
+}
+
+bool IsDecimalNumber(const char* pszText)
+{
+    const char* pszRest = SkipBlanksAndSign(pszText);
+    const size_t nWhole = std::strspn(pszRest, "0123456789");
+    pszRest += nWhole;
+    size_t nFraction = 0;
+    if (*pszRest == '.')
+    {
+        nFraction = std::strspn(++pszRest, "0123456789");
+        pszRest += nFraction;
+    }
+    if (nWhole + nFraction == 0)
+        return false;
+    if (*pszRest == 'e' || *pszRest == 'E')
+    {
+        const char* pszExponent = SkipBlanksAndSign(pszRest + 1);
+        const size_t nExponent = std::strspn(pszExponent, "0123456789");
+        if (nExponent > 0)
+            pszRest = pszExponent + nExponent;
+    }
+    return *pszRest == 0 && std::isfinite(QSTextToFloat(pszText));
+}
+
+std::string PropTitle(const CEffectProperty& prop)
+{
+    return prop.GetDesc() ? DescName(*prop.GetDesc()) : std::string();
+}
+
+std::string CountText(uint32_t nCount)
+{
+    return QSFormat(nCount == 1 ? "%u value" : "%u values", nCount);
+}
+
+// What ValidateStructure did, told by what is left.
+std::string StructureText(const CEffectProperty& before, const CEffectProperty& after)
+{
+    const std::string sName = PropTitle(after);
+    if (before.GetNumKeys() == after.GetNumKeys())
+        return QSFormat("The times of property %s were set right.", sName.c_str());
+    return QSFormat("Property %s had %s, and has %s now.", sName.c_str(),
+                    CountText(before.GetNumKeys()).c_str(), CountText(after.GetNumKeys()).c_str());
+}
+
+} // namespace
+
+std::string KeyTitle(const CKey& key)
+{
+    return QSFormat("%s, id %u", key.GetDisplayName().c_str(), key.m_nKeyID);
+}
+
+void CLoadFindings::EnterObject(const char* pszName)
+{
+    m_sObject = pszName ? pszName : "";
+    m_sKey.clear();
+}
+
+void CLoadFindings::EnterKey(const CKey* pKey)
+{
+    m_sKey = pKey ? KeyTitle(*pKey) : std::string();
+}
+
+void CLoadFindings::Tell(const std::string& sText)
+{
+    if (m_pObserver)
+        m_pObserver->OnFinding(CLoadFinding{m_sObject, m_sKey, sText});
+}
+
+void CLoadFindings::TellSkipped(const CQSANode& node)
+{
+    const char* pszName = ListName(node);
+    if (pszName)
+        Tell(QSFormat("A list \"%s\" is unknown here, or stands here twice; it was skipped.", pszName));
+    else if (node.IsAtom())
+        Tell(QSFormat("\"%s\" stands outside of a list; it was skipped.", node.GetValue()));
+    else
+        Tell("A list without a name was skipped.");
+}
+
+void CLoadFindings::TellWholeNumber(const char* pszText, const char* pszField)
+{
+    if (!IsWholeNumber(pszText))
+        Tell(QSFormat("\"%s\" in %s is no whole number; %d was taken.", pszText, pszField,
+                      QSTextToInt(pszText)));
+}
+
+void CLoadFindings::TellDecimalNumber(const char* pszText, const char* pszField)
+{
+    if (!IsDecimalNumber(pszText))
+    {
+        Tell(QSFormat("\"%s\" in %s is no number; %s was taken.", pszText, pszField,
+                      QSFixedText(QSTextToFloat(pszText), 6).c_str()));
+    }
+}
+
+void CLoadFindings::TellValue(const CQSANode& data, uint32_t eType, const std::string& sProp)
+{
+    const std::string sField = "property " + sProp;
+    const auto text = [&](uint32_t n) { return data.GetElement(n)->GetValue(); };
+    switch (eType)
+    {
+    case ePropType_Int:
+        TellWholeNumber(text(1), sField.c_str());
+        break;
+    case ePropType_Float:
+        TellDecimalNumber(text(1), sField.c_str());
+        break;
+    case ePropType_Vector:
+        for (uint32_t i = 1; i <= 3; ++i)
+            TellDecimalNumber(text(i), sField.c_str());
+        break;
+    case ePropType_Color:
+        for (uint32_t i = 1; i <= 4; ++i)
+        {
+            TellWholeNumber(text(i), sField.c_str());
+            const int32_t nChannel = QSTextToInt(text(i));
+            if (nChannel < 0 || nChannel > 255)
+                Tell(QSFormat("The channel %d of colour %s was cut to %d.", nChannel, sProp.c_str(),
+                              nChannel & 0xFF));
+        }
+        break;
+    default:
+        if (std::strlen(text(1)) > CPropData::c_nMaxText)
+            Tell(QSFormat("The text of property %s was cut to 255 bytes.", sProp.c_str()));
+        break;
+    }
+}
+
+void CLoadFindings::ValidateAndTell(CEffectProperty* pProp)
+{
+    if (!pProp)
+        return;
+    CEffectProperty before(*pProp);
+    ValidateStructure(pProp);
+    if (!IsSameContent(before, *pProp))
+        Tell(StructureText(before, *pProp));
+    before = *pProp;
+    ClampToRange(pProp);
+    if (!IsSameContent(before, *pProp))
+        Tell(QSFormat("Property %s was brought into its range.", PropTitle(*pProp).c_str()));
+    before = *pProp;
+    ValidateEnum(pProp);
+    if (!IsSameContent(before, *pProp))
+        Tell(QSFormat("Property %s had a value that isn't in its list; it took the default.",
+                      PropTitle(*pProp).c_str()));
+}
+
+void CLoadFindings::TellLinks(const CSpell& spell)
+{
+    std::unordered_set<uint32_t> ids;
+    for (const auto& pTrack : spell.m_Tracks.Tracks())
+    {
+        for (const auto& pKey : pTrack->Keys())
+        {
+            EnterKey(pKey.get());
+            if (!ids.insert(pKey->m_nKeyID).second)
+                Tell("Another key of the effect has this id; links go to the first one.");
+        }
+    }
+    for (const auto& pTrack : spell.m_Tracks.Tracks())
+    {
+        for (const auto& pKey : pTrack->Keys())
+        {
+            if (!pKey->m_bMotionLinked)
+                continue;
+            EnterKey(pKey.get());
+            if (ids.count(pKey->m_nMotionLinkID) == 0)
+                Tell(QSFormat("The key is linked to key %u, which isn't there.", pKey->m_nMotionLinkID));
+            else if (pKey->m_nMotionLinkID == pKey->m_nKeyID)
+                Tell("The key is linked to itself.");
+        }
+    }
+    EnterKey(nullptr);
+}

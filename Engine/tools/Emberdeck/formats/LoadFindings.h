@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "formats/EmberdeckQSA.h"
+#include "model/Key.h"
+#include "qsamgr/qsanode.h"
+
+// Tells an observer of what the loader repairs or leaves out, and where. Every call is for a caller that has
+// looked first whether anybody listens: without an observer nothing here may cost time.
+class CLoadFindings
+{
+public:
+    explicit CLoadFindings(ILoadObserver* pObserver) : m_pObserver(pObserver) {}
+    explicit operator bool() const { return m_pObserver != nullptr; }
+
+    // Where the next findings belong.
+    void EnterObject(const char* pszName); // an effect or prefab; null: the file
+    void EnterKey(const CKey* pKey);       // null: the effect itself
+
+    void Tell(const std::string& sText);
+
+    void TellSkipped(const CQSANode& node); // something that stands where nothing reads it
+    void TellWholeNumber(const char* pszText, const char* pszField);   // when it isn't read as it stands
+    void TellDecimalNumber(const char* pszText, const char* pszField); // likewise
+    void TellValue(const CQSANode& data, uint32_t eType, const std::string& sProp); // likewise, by kind
+    // Validates a property, and tells what that changed.
+    void ValidateAndTell(CEffectProperty* pProp);
+    // Ids and links of an effect that was loaded.
+    void TellLinks(const CSpell& spell);
+
+private:
+    ILoadObserver* m_pObserver;
+    std::string m_sObject;
+    std::string m_sKey;
+};
+
+// How a key is called in a finding: its display name and id.
+std::string KeyTitle(const CKey& key);

@@ -1,0 +1,147 @@
+#include "formats/ResourceCollector.h"
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "model/MakeOrNull.h"
+#include "qsamgr/qsaallocator.h"
+#include "qsamgr/qsafile.h"
+#include "qsamgr/qsanode.h"
+#include "qsamgr/qsanodebuilder.h"
+#include "qsamgr/qsanodewriter.h"
+#include "qsamgr/qsawriter.h"
+#include "shared/engine/AssetLibrarySource.h"
+
+namespace
+{
+
+constexpr const char* c_pszEffectType = "FX";
+constexpr std::string_view c_sBlanks = " \t\n\v\f\r";
+
+std::string_view Trim(std::string_view sText)
+{
+    const size_t nFirst = sText.find_first_not_of(c_sBlanks);
+    if (nFirst == std::string_view::npos)
+        return {};
+    return sText.substr(nFirst, sText.find_last_not_of(c_sBlanks) + 1 - nFirst);
+}
+
+void AddReference(CAssetLibrarySource& source, const std::string& sEffect, std::string_view sResource,
+                  const char* pszResourceType)
+{
+    source.AddDependency(sEffect.c_str(), std::string(sResource).c_str(), pszResourceType, c_pszEffectType,
+                         "", 1);
+}
+
+// One value may name several effects, with semicolons between them.
+void AddEffectReferences(CAssetLibrarySource& source, const std::string& sEffect, std::string_view sNames)
+{
+    while (!sNames.empty())
+    {
+        const size_t nEnd = std::min(sNames.find(';'), sNames.size());
+        const std::string_view sName = Trim(sNames.substr(0, nEnd));
+        if (!sName.empty())
+            AddReference(source, sEffect, sName, c_pszEffectType);
+        sNames.remove_prefix(std::min(nEnd + 1, sNames.size()));
+    }
+}
+
+void CollectFromProperty(CAssetLibrarySource& source, const std::string& sEffect, const CEffectProperty& prop)
+{
+    const uint32_t eType = prop.GetDesc() ? prop.GetDesc()->m_eType : uint32_t(ePropType_None);
+    if (eType != ePropType_Filename && eType != ePropType_Animation && eType != ePropType_FireglassRef)
+        return;
+    for (uint32_t i = 0; i < prop.GetNumKeys(); ++i)
+    {
+        const std::string_view sText = prop.GetKey(i)->m_Data.GetText();
+        if (sText.empty())
+            continue;
+        if (eType == ePropType_Filename)
+            AddReference(source, sEffect, sText, "");
+        else if (eType == ePropType_Animation)
+            AddReference(source, sEffect, sText, "Animation");
+        else
+            AddEffectReferences(source, sEffect, sText);
+    }
+}
+
+void CollectFromItem(const CLibraryTree& tree, HLibraryItem hItem, CAssetLibrarySource& source)
+{
+    const auto* pSpell = static_cast<const CSpell*>(tree.GetItemData(hItem));
+    if (!tree.IsLeaf(hItem) || !pSpell)
+        return;
+    if (pSpell->m_szName[0] != 0)
+        source.AddResource(pSpell->m_szName, c_pszEffectType);
+    CollectDependencies(*pSpell, source);
+}
+
+// The next item of the tree below hTop, in display order; null at its end.
+HLibraryItem NextBelow(const CLibraryTree& tree, HLibraryItem hTop, HLibraryItem hItem)
+{
+    if (const HLibraryItem hChild = tree.GetChildItem(hItem))
+        return hChild;
+    while (hItem && hItem != hTop)
+    {
+        if (const HLibraryItem hNext = tree.GetNextSiblingItem(hItem))
+            return hNext;
+        hItem = tree.GetParentItem(hItem);
+    }
+    return {};
+}
+
+} // namespace
+
+bool CollectResources(const CLibraryTree& tree, HLibraryItem hItem, CAssetLibrarySource& source)
+{
+    return TryAllocating(
+        [&]
+        {
+            for (HLibraryItem h = hItem; h; h = NextBelow(tree, hItem, h))
+                CollectFromItem(tree, h, source);
+        });
+}
+
+bool CollectDependencies(const CSpell& spell, CAssetLibrarySource& source)
+{
+    return TryAllocating(
+        [&]
+        {
+            const std::string sEffect = spell.m_szName;
+            for (const auto& pTrack : spell.m_Tracks.Tracks())
+            {
+                for (const auto& pKey : pTrack->Keys())
+                {
+                    const uint32_t nNumProps = pKey->m_pTypeDesc ? pKey->GetNumProps() : 0;
+                    for (uint32_t i = 0; i < nNumProps; ++i)
+                    {
+                        if (const CEffectProperty* pProp = pKey->GetProperty(i))
+                            CollectFromProperty(source, sEffect, *pProp);
+                    }
+                }
+            }
+        });
+}
+
+bool WriteResourceDatabase(const CLibraryTree& effectTree, CQSAFile& file)
+{
+    CAssetLibrarySource source;
+    if (!CollectResources(effectTree, effectTree.GetRootItem(), source))
+        return false;
+
+    CQSADefaultAlloc alloc;
+    CQSANode* pNode = nullptr;
+    {
+        const auto pBuilder = MakeOrNull<CQSANodeBuilder>(&alloc); // its tables are too large for the stack
+        if (!pBuilder || !source.WriteTo(pBuilder.get()))
+            return false;
+        pNode = pBuilder->DetachHead();
+    }
+    if (!pNode)
+        return false;
+    CQSAWriter writer(&file);
+    const bool bSaved = CQSANodeWriter::SaveNode(pNode, &writer);
+    alloc.FreeNode(pNode);
+    return bSaved;
+}

@@ -1,0 +1,110 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "effecttypes.h"
+#include "model/PropData.h"
+
+// One timed value. m_fTime is normalised to the key's length, 0 to 1.
+struct CPropKey
+{
+    float m_fTime = 0.0f;
+    CPropData m_Data;         // 256 bytes, all zero at first
+    bool m_bSelected = false; // in the curve dialog; in no file
+};
+
+// A descriptor with its values, sorted by time. A plain value is a list of one, a function curve a
+// list of its control points. The descriptor belongs to the plug-in and is never looked at by the
+// destructor, so a property may outlive it.
+class CEffectProperty
+{
+public:
+    explicit CEffectProperty(
+        const CEffectPropertyDesc* pDesc); // null is reported; the property has no kind then
+    CEffectProperty(const CEffectProperty&) = default;
+    CEffectProperty& operator=(const CEffectProperty&) = default; // takes the descriptor too
+
+    const CEffectPropertyDesc* GetDesc() const { return m_pDesc; }
+
+    uint32_t GetNumKeys() const { return static_cast<uint32_t>(m_Keys.size()); }
+    // Null at and beyond GetNumKeys. The pointer dies with the next change of the list. A time that is
+    // changed through it puts nothing in order until SortKeys, AddKey or a validation runs.
+    CPropKey* GetKey(uint32_t nIndex);
+    const CPropKey* GetKey(uint32_t nIndex) const;
+    // A copy, placed by time behind those of equal time. Costs no search when the key comes last, as it
+    // does in a saved file. Without memory it isn't added.
+    void AddKey(const CPropKey& key);
+    void AddDefaultKey(float fTime);
+    void RemoveKey(uint32_t nIndex); // out of range: nothing
+    void ClearKeys();
+    void SortKeys(); // stable, by time; a time that is no number goes last
+
+private:
+    // What is known of the order of m_Keys. A key that AddKey put behind a later one is only brought to
+    // its place when somebody looks, so that a long list in any order costs one sort.
+    enum EOrder : uint8_t
+    {
+        eOrder_Unknown, // a pointer was given out, times may have changed
+        eOrder_Sorted,
+        eOrder_Pending,
+    };
+    void SortPending() const
+    {
+        if (m_eOrder == eOrder_Pending)
+            SortNow();
+    }
+    void SortNow() const;
+
+    friend void ValidateStructure(CEffectProperty* pProp);
+
+    const CEffectPropertyDesc* m_pDesc;
+    mutable std::vector<CPropKey> m_Keys;
+    mutable EOrder m_eOrder = eOrder_Sorted;
+};
+
+bool HasValue(const CEffectProperty* pProp); // null, None and UI have none
+
+// Three passes that bring stored values back in line with their descriptor; Validate runs all
+// three in this order. A null property is left alone.
+void ValidateStructure(CEffectProperty* pProp);
+void ClampToRange(CEffectProperty* pProp);
+void ValidateEnum(CEffectProperty* pProp);
+void Validate(CEffectProperty* pProp);
+
+// The range in an Int's, Float's or Vector's text: a minimum, a semicolon, a maximum, either of which may be
+// missing. A side of blanks only isn't missing, it is 0. Without a semicolon, and for null, there is no range.
+struct CPropRange
+{
+    bool m_bHasMin = false;
+    float m_fMin = 0.0f;
+    bool m_bHasMax = false;
+    float m_fMax = 0.0f;
+};
+CPropRange ParseRange(const char* pszData);
+
+// Index of a value in a comma-separated list, both trimmed, without regard to case; -1 when absent. Nothing
+// between two commas is an item, nothing behind the last one isn't. Null counts as empty.
+int FindEnumIndex(const char* pszList, const char* pszValue);
+// The items of such a list as a list box shows them: untrimmed.
+std::vector<std::string> SplitEnumList(const char* pszList);
+
+int32_t RoundToInt(float fValue); // halves away from zero; the nearest end beyond 32 bits, 0 for NaN
+
+const char* GetPropTypeName(uint32_t eType); // the text format's name; "Unknown", reported, for others
+// The kind of such a name, without regard to case; false, eType left alone, for others and null.
+bool ParsePropTypeName(const char* pszName, EEffectPropertyType& eType);
+bool IsTextKind(uint32_t eType); // String, Filename, Enum, Animation, FireglassRef
+
+// Same value by the rule of a kind: texts exactly, numbers by ==, colours as whole words.
+// A kind without a form is reported and never equal.
+bool IsSameValue(uint32_t eType, const CPropData& left, const CPropData& right);
+
+// Bounded reads of a descriptor's fixed-size texts: at most 127 or 255 bytes, NUL or not.
+std::string DescName(const CEffectPropertyDesc& desc);
+std::string DescData(const CEffectPropertyDesc& desc);
+std::string DescHelp(const CEffectPropertyDesc& desc);
+std::string TypeName(const CEffectTypeDesc& desc);

@@ -1,0 +1,296 @@
+#include "model/FunctionCurve.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <functional>
+#include <string_view>
+
+#include "model/MakeOrNull.h"
+#include "qsassert.h"
+
+namespace
+{
+
+uint32_t KindOf(const CEffectProperty& prop)
+{
+    return prop.GetDesc() ? prop.GetDesc()->m_eType : uint32_t(ePropType_None);
+}
+
+// Place of an axis' channel in the colour word; all above blue are alpha.
+int ColorShift(int nAxis)
+{
+    constexpr int c_Shifts[] = {16, 8, 0, 24};
+    return c_Shifts[std::min(nAxis, 3)];
+}
+
+float AxisOf(const CVector3& v, int nAxis)
+{
+    return nAxis == 0 ? v.x : nAxis == 1 ? v.y : nAxis == 2 ? v.z : 0.0f;
+}
+
+void SetVectorAxis(CPropData& data, int nAxis, float fValue)
+{
+    CVector3 v = data.GetVector();
+    if (nAxis == 0)
+        v.x = fValue;
+    else if (nAxis == 1)
+        v.y = fValue;
+    else if (nAxis == 2)
+        v.z = fValue;
+    data.SetVector(v);
+}
+
+void SetColorAxis(CPropData& data, int nAxis, float fValue)
+{
+    if (nAxis < 0)
+        return;
+    // In float, so that every channel that GetAxisValue gave comes back as it was.
+    const auto nChannel = static_cast<uint32_t>(std::clamp(fValue, 0.0f, 1.0f) * 255.0f);
+    const int nShift = ColorShift(nAxis);
+    data.SetColor((data.GetColor() & ~(0xFFu << nShift)) | nChannel << nShift);
+}
+
+// What rules the value at a time: key m_nKey alone, or a part of the way from it to the next one.
+struct CCurvePlace
+{
+    uint32_t m_nKey = 0;
+    bool m_bBetween = false;
+    double m_fPart = 0.0; // 0 to 1 in m_bBetween
+};
+
+// The keys need not be in order: while a curve is edited they may not be. The walk from the front finds a
+// key all the same, and the one before it lies below the time, so nothing is divided by zero.
+CCurvePlace FindPlace(const CEffectProperty& prop, double fTime)
+{
+    const uint32_t nNumKeys = prop.GetNumKeys();
+    if (!(fTime > double(prop.GetKey(0)->m_fTime)))
+        return CCurvePlace{0};
+    if (!(fTime < double(prop.GetKey(nNumKeys - 1)->m_fTime)))
+        return CCurvePlace{nNumKeys - 1};
+    uint32_t nKey = 1;
+    while (nKey + 1 < nNumKeys && double(prop.GetKey(nKey)->m_fTime) < fTime)
+        ++nKey;
+    if (!prop.GetDesc() || !prop.GetDesc()->m_bInterpolate)
+        return CCurvePlace{nKey - 1};
+    const double fBefore = prop.GetKey(nKey - 1)->m_fTime;
+    return CCurvePlace{nKey - 1, true, (fTime - fBefore) / (double(prop.GetKey(nKey)->m_fTime) - fBefore)};
+}
+
+uint32_t MixChannel(uint32_t nFrom, uint32_t nTo, double fPart)
+{
+    // Equal ends give that value; the formula could come out a hair below and lose one.
+    if (nFrom == nTo)
+        return nFrom;
+    const double fMixed = (1.0 - fPart) * nFrom + fPart * nTo;
+    return fMixed > 0.0 ? static_cast<uint32_t>(std::min(fMixed, 255.0)) : 0;
+}
+
+// Values that compare equal have one hash, -0 and 0 among them.
+uint32_t FloatBits(float fValue)
+{
+    if (fValue == 0.0f)
+        return 0;
+    uint32_t nBits;
+    std::memcpy(&nBits, &fValue, sizeof(nBits));
+    return nBits;
+}
+
+class CCurveHash
+{
+public:
+    void Add(uint64_t nWord)
+    {
+        m_nHash = (m_nHash ^ nWord) * 0x9E3779B97F4A7C15u;
+        m_nHash ^= m_nHash >> 32;
+    }
+    void Add(std::string_view sText) { Add(std::hash<std::string_view>()(sText)); }
+    uint64_t m_nHash = 0;
+};
+
+uint64_t HashCurve(const CEffectProperty& prop)
+{
+    const uint32_t eType = KindOf(prop);
+    CCurveHash hash;
+    hash.Add(eType);
+    hash.Add(prop.GetNumKeys());
+    for (uint32_t i = 0; i < prop.GetNumKeys(); ++i)
+    {
+        const CPropKey& key = *prop.GetKey(i);
+        if (IsTextKind(eType))
+        {
+            hash.Add(key.m_Data.GetText());
+        }
+        else if (eType == ePropType_Int || eType == ePropType_Color)
+        {
+            hash.Add(key.m_Data.GetColor());
+        }
+        else if (eType == ePropType_Float)
+        {
+            hash.Add(FloatBits(key.m_Data.GetFloat()));
+        }
+        else if (eType == ePropType_Vector)
+        {
+            const CVector3 v = key.m_Data.GetVector();
+            hash.Add(uint64_t(FloatBits(v.x)) << 32 | FloatBits(v.y));
+            hash.Add(FloatBits(v.z));
+        }
+        else
+        {
+            break; // a kind without a form: the comparison reports it
+        }
+        hash.Add(FloatBits(key.m_fTime));
+    }
+    return hash.m_nHash;
+}
+
+bool IsSameCurve(const CEffectProperty& left, const CEffectProperty& right)
+{
+    const uint32_t eType = KindOf(left);
+    if (eType != KindOf(right) || left.GetNumKeys() != right.GetNumKeys())
+        return false;
+    if (&left == &right)
+        return true;
+    for (uint32_t i = 0; i < left.GetNumKeys(); ++i)
+    {
+        const CPropKey& leftKey = *left.GetKey(i);
+        const CPropKey& rightKey = *right.GetKey(i);
+        if (leftKey.m_fTime != rightKey.m_fTime || !IsSameValue(eType, leftKey.m_Data, rightKey.m_Data))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+double GetAxisValue(const CEffectProperty& prop, const CPropKey& key, int nAxis)
+{
+    switch (KindOf(prop))
+    {
+    case ePropType_Int:
+        return key.m_Data.GetInt();
+    case ePropType_Float:
+        return key.m_Data.GetFloat();
+    case ePropType_Color:
+        if (nAxis < 0)
+            return 0.0;
+        return static_cast<float>(key.m_Data.GetColor() >> ColorShift(nAxis) & 0xFF) * c_fOneOver255;
+    case ePropType_Vector:
+        return AxisOf(key.m_Data.GetVector(), nAxis);
+    default:
+        return 0.0;
+    }
+}
+
+void SetAxisValue(float fValue, CPropKey& key, int nAxis, CEffectProperty& prop)
+{
+    if (!std::isfinite(fValue))
+        fValue = 0.0f;
+    switch (KindOf(prop))
+    {
+    case ePropType_Int:
+        key.m_Data.SetInt(RoundToInt(fValue));
+        break;
+    case ePropType_Float:
+        key.m_Data.SetFloat(fValue);
+        break;
+    case ePropType_Color:
+        SetColorAxis(key.m_Data, nAxis, fValue);
+        break;
+    case ePropType_Vector:
+        SetVectorAxis(key.m_Data, nAxis, fValue);
+        break;
+    default:
+        break;
+    }
+    ClampToRange(&prop);
+}
+
+double EvaluateAxis(const CEffectProperty& prop, int nAxis, double fTime)
+{
+    if (prop.GetNumKeys() == 0)
+        return 0.0;
+    const CCurvePlace place = FindPlace(prop, fTime);
+    const double fFrom = GetAxisValue(prop, *prop.GetKey(place.m_nKey), nAxis);
+    if (!place.m_bBetween)
+        return fFrom;
+    const double fTo = GetAxisValue(prop, *prop.GetKey(place.m_nKey + 1), nAxis);
+    return (1.0 - place.m_fPart) * fFrom + place.m_fPart * fTo;
+}
+
+uint32_t EvaluateColor(const CEffectProperty& prop, float fTime)
+{
+    if (prop.GetNumKeys() == 0 || KindOf(prop) != ePropType_Color)
+        return 0;
+    const CCurvePlace place = FindPlace(prop, fTime);
+    const uint32_t nFrom = prop.GetKey(place.m_nKey)->m_Data.GetColor();
+    if (!place.m_bBetween)
+        return nFrom & 0xFFFFFF;
+    const uint32_t nTo = prop.GetKey(place.m_nKey + 1)->m_Data.GetColor();
+    return MixChannel(PropColorRed(nFrom), PropColorRed(nTo), place.m_fPart) << 16 |
+           MixChannel(PropColorGreen(nFrom), PropColorGreen(nTo), place.m_fPart) << 8 |
+           MixChannel(PropColorBlue(nFrom), PropColorBlue(nTo), place.m_fPart);
+}
+
+int CFunctionCurveData::FindProperty(const CEffectProperty* pProp) const
+{
+    QS_ASSERT_TEXT(pProp && pProp->GetDesc() && pProp->GetDesc()->m_bFunctionCurve,
+                   "pProp && pProp->GetDesc()->m_bFunctionCurve",
+                   "Error: Invalid property passed into the function curve data object");
+    if (!pProp)
+        return -1;
+    const uint64_t nHash = HashCurve(*pProp);
+    int nFound = -1;
+    TryAllocating(
+        [&]
+        {
+            Rehash(pProp, nHash);
+            const auto bucket = m_Buckets.find(nHash);
+            if (bucket == m_Buckets.end())
+                return;
+            for (const uint32_t nEntry : bucket->second)
+            {
+                if (IsSameCurve(*m_Entries[nEntry].m_pProp, *pProp))
+                {
+                    nFound = static_cast<int>(nEntry);
+                    return;
+                }
+            }
+        });
+    return nFound;
+}
+
+int CFunctionCurveData::Add(const CEffectProperty* pProp)
+{
+    if (!pProp)
+        return -1;
+    const auto nEntry = static_cast<uint32_t>(m_Entries.size());
+    const bool bAdded = TryAllocating(
+        [&]
+        {
+            const uint64_t nHash = HashCurve(*pProp);
+            m_Entries.push_back(CEntry{pProp, 0});
+            m_ByProperty.try_emplace(pProp, CHome{nEntry, nHash});
+            m_Buckets[nHash].push_back(nEntry);
+        });
+    if (bAdded)
+        return static_cast<int>(nEntry);
+    m_Entries.resize(nEntry, CEntry{nullptr, 0});
+    const auto home = m_ByProperty.find(pProp);
+    if (home != m_ByProperty.end() && home->second.m_nEntry == nEntry)
+        m_ByProperty.erase(home);
+    return -1;
+}
+
+// An entry whose property was repaired since it was added moves to the bucket of its present curve.
+void CFunctionCurveData::Rehash(const CEffectProperty* pProp, uint64_t nHash) const
+{
+    const auto home = m_ByProperty.find(pProp);
+    if (home == m_ByProperty.end() || home->second.m_nHash == nHash)
+        return;
+    std::vector<uint32_t>& to = m_Buckets[nHash];
+    to.insert(std::lower_bound(to.begin(), to.end(), home->second.m_nEntry), home->second.m_nEntry);
+    std::vector<uint32_t>& from = m_Buckets[home->second.m_nHash];
+    from.erase(std::lower_bound(from.begin(), from.end(), home->second.m_nEntry));
+    home->second.m_nHash = nHash;
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <unordered_map>
+#include <vector>
+
+#include "model/EffectProperty.h"
+
+// The scalar of one axis of a value: Color 0 red, 1 green, 2 blue, above alpha (0 to 1); Vector 0 to
+// 2; Int and Float the one value. Other kinds and axes read as 0 and are never written.
+double GetAxisValue(const CEffectProperty& prop, const CPropKey& key, int nAxis);
+// Writes the scalar into key, then runs ClampToRange on all keys of prop; key may be one of them, or one that
+// isn't added yet, which isn't clamped then. A value that isn't finite counts as 0.
+void SetAxisValue(float fValue, CPropKey& key, int nAxis, CEffectProperty& prop);
+
+// The curve's scalar at a normalised time, stepped or linear as the descriptor says. A step is taken just
+// after its key's time, the last one at it. 0 for a property without keys.
+double EvaluateAxis(const CEffectProperty& prop, int nAxis, double fTime);
+// Red, green and blue of a colour curve at a time, as a colour to paint with: 0x00RRGGBB. 0 for other kinds.
+uint32_t EvaluateColor(const CEffectProperty& prop, float fTime);
+
+// The distinct curves of a library while it is packed, in the order of adding. The properties outlive it.
+// A property may be validated while it is in the table, as long as FindProperty is the next to see it.
+class CFunctionCurveData
+{
+public:
+    struct CEntry
+    {
+        const CEffectProperty* m_pProp; // the first one seen with this curve; not owned
+        uint32_t m_nOffset;             // in the packed table, once written
+    };
+
+    // Index of the first entry with an equal curve, whatever property it came from; -1. Kind, times and
+    // values count, descriptors don't. Times and floats are equal by ==, so a curve with a value that is no
+    // number is only equal to itself.
+    int FindProperty(const CEffectProperty* pProp) const;
+    int Add(const CEffectProperty* pProp); // the index; -1 for null and when out of memory
+    std::vector<CEntry>& Entries() { return m_Entries; }
+
+private:
+    void Rehash(const CEffectProperty* pProp, uint64_t nHash) const;
+
+    std::vector<CEntry> m_Entries;
+    // Entries by a hash of kind and keys, each list in the order of adding.
+    mutable std::unordered_map<uint64_t, std::vector<uint32_t>> m_Buckets;
+    struct CHome
+    {
+        uint32_t m_nEntry;
+        uint64_t m_nHash;
+    };
+    mutable std::unordered_map<const CEffectProperty*, CHome> m_ByProperty;
+};

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "model/EffectPropertySet.h"
+
+// A property set with a place on the timeline. Times in whole milliseconds from the start of the phase.
+class CKey : public CEffectPropertySet
+{
+public:
+    explicit CKey(const CEffectTypeDesc* pTypeDesc) : CEffectPropertySet(pTypeDesc) {}
+    CKey(const CKey&) = default; // every field, selection and drag fields included
+    CKey& operator=(const CKey&) = default;
+
+    std::unique_ptr<CKey> Clone() const; // null when out of memory
+    void Link(uint32_t nID);             // 0 is an id like any other
+    void Unlink();
+
+    uint32_t m_nKeyID = 0; // unique within its effect
+    uint32_t m_nTrack = 0; // number of the track that holds it
+    int32_t m_nStartTime = 0;
+    int32_t m_nEndTime = 0;
+    bool m_bSelected = false; // on the timeline; in no file
+    int32_t m_nDragStart = 0; // scratch of a gesture: pointer time minus start at the press
+    int32_t m_nDragEnd = 0;   // scratch of a gesture: end minus start at the press
+    bool m_bMotionLinked = false;
+    uint32_t m_nMotionLinkID = 0; // key id in the same effect; may point nowhere
+};

@@ -1,0 +1,121 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+// Handle of a tree item. Numbers are never given twice in the life of a tree, so a handle that was
+// kept too long finds nothing, rather than another item.
+struct HLibraryItem
+{
+    uint32_t m_nID = 0; // 0: no item
+    explicit operator bool() const { return m_nID != 0; }
+    friend bool operator==(HLibraryItem, HLibraryItem) = default;
+    friend auto operator<=>(HLibraryItem, HLibraryItem) = default;
+};
+
+enum ELibraryImage : int
+{
+    eImage_Group = 0,     // closed folder
+    eImage_GroupOpen = 1, // its selected image
+    eImage_Leaf = 2,      // both images
+};
+
+// The hierarchy of one side of the library: groups, and leaves that stand for effects or prefabs.
+// Owns its items, not their data. Every operation takes a dead or empty handle: it gives null, 0 or
+// empty text, or does nothing. Nothing recurses on the stack, however deep the tree. Steps from item to
+// item take constant time; IsAncestor takes the depth, SortChildren and DeleteItem what they touch.
+class CLibraryTree
+{
+public:
+    CLibraryTree();
+    ~CLibraryTree();
+    CLibraryTree(const CLibraryTree&) = delete;
+    CLibraryTree& operator=(const CLibraryTree&) = delete;
+
+    HLibraryItem GetRootItem() const;                    // the first one, when a file had several
+    HLibraryItem GetChildItem(HLibraryItem hItem) const; // first child
+    HLibraryItem GetLastChildItem(HLibraryItem hItem) const;
+    HLibraryItem GetNextSiblingItem(HLibraryItem hItem) const; // of a root: the next root
+    HLibraryItem GetPrevSiblingItem(HLibraryItem hItem) const;
+    HLibraryItem GetParentItem(HLibraryItem hItem) const; // null for a root
+    bool IsAlive(HLibraryItem hItem) const;
+    bool HasChildren(HLibraryItem hItem) const { return bool(GetChildItem(hItem)); }
+    bool IsAncestor(HLibraryItem hAncestor, HLibraryItem hItem) const; // of itself: true
+    uint32_t GetCount() const;                                         // all items
+
+    int GetItemImage(HLibraryItem hItem) const; // -1 for a dead handle
+    int GetItemSelectedImage(HLibraryItem hItem) const;
+    bool IsGroup(HLibraryItem hItem) const { return GetItemImage(hItem) == eImage_Group; }
+    bool IsLeaf(HLibraryItem hItem) const { return GetItemImage(hItem) == eImage_Leaf; }
+    const std::string& GetItemText(HLibraryItem hItem) const; // good until the item's text changes or it goes
+    void* GetItemData(HLibraryItem hItem) const;
+
+    // As last child of hParent, or as last root for an empty one. The new item's handle; empty, nothing
+    // inserted, when hParent is dead or memory is out.
+    HLibraryItem InsertItem(std::string_view sText, int nImage, int nSelectedImage, HLibraryItem hParent,
+                            void* pData = nullptr);
+    HLibraryItem InsertGroup(std::string_view sText, HLibraryItem hParent)
+    {
+        return InsertItem(sText, eImage_Group, eImage_GroupOpen, hParent);
+    }
+    HLibraryItem InsertLeaf(std::string_view sText, HLibraryItem hParent, void* pData)
+    {
+        return InsertItem(sText, eImage_Leaf, eImage_Leaf, hParent, pData);
+    }
+    void SetItemImages(HLibraryItem hItem, int nImage, int nSelectedImage);
+    void SetItemText(HLibraryItem hItem, std::string_view sText);
+    void SetItemData(HLibraryItem hItem, void* pData);
+    void DeleteItem(HLibraryItem hItem); // with all below it
+    void DeleteAllItems();
+    // Reorders the children of hItem: stable, by compare(left, right) < 0. compare changes nothing here.
+    void SortChildren(HLibraryItem hItem, const std::function<int(HLibraryItem, HLibraryItem)>& compare);
+
+    // First in tree order whose data this is; null. Without a search when it is the data of one item.
+    HLibraryItem FindData(const void* pData) const;
+
+    // The next item in display order as if all were expanded; null at the end.
+    HLibraryItem GetNextItem(HLibraryItem hItem) const;
+
+    // Whoever shows the tree may ask to hear of changes. Called after the change; eTree_Removing before it.
+    // Removing and Removed tell the item that DeleteItem was called on, not those below it, and the handle
+    // is dead by the second one. Text stands for the images too; Sorted gives the parent, Cleared no item.
+    // One listener at most; an empty function takes it away.
+    enum EChange
+    {
+        eTree_Inserted,
+        eTree_Removing,
+        eTree_Removed,
+        eTree_Text,
+        eTree_Sorted,
+        eTree_Cleared
+    };
+    void SetListener(std::function<void(EChange, HLibraryItem)> listener);
+
+private:
+    struct CItem;
+    struct CDataUse;
+    CItem* Find(HLibraryItem hItem) const;
+    static HLibraryItem HandleOf(const CItem* pItem);
+    void Tell(EChange eChange, HLibraryItem hItem) const;
+    void Append(CItem* pItem, CItem* pParent);
+    void Unlink(CItem* pItem);
+    void Destroy(CItem* pItem);
+    void NoteData(const CItem* pItem);
+    void ForgetData(const CItem* pItem);
+
+    // By number less m_nFirstID; dead ones are null.
+    std::vector<std::unique_ptr<CItem>> m_Items;
+    uint32_t m_nFirstID = 1;
+    CItem* m_pFirstRoot = nullptr;
+    CItem* m_pLastRoot = nullptr;
+    uint32_t m_nCount = 0;
+    // Which item a data pointer belongs to, null pointers aside.
+    std::unordered_map<const void*, CDataUse> m_Data;
+    bool m_bDataComplete = true; // false once memory was short: FindData walks then
+    std::function<void(EChange, HLibraryItem)> m_Listener;
+};

@@ -1,0 +1,201 @@
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <string_view>
+
+#include "model/EffectProperty.h"
+#include "model/NameIndex.h"
+#include "qsnumber.h"
+
+namespace
+{
+
+constexpr std::string_view c_sBlanks = " \t\n\v\f\r";
+
+std::string_view Trim(std::string_view sText)
+{
+    const size_t nFirst = sText.find_first_not_of(c_sBlanks);
+    if (nFirst == std::string_view::npos)
+        return std::string_view();
+    return sText.substr(nFirst, sText.find_last_not_of(c_sBlanks) - nFirst + 1);
+}
+
+// Takes the next item off a comma-separated list; false when nothing is left.
+bool TakeItem(std::string_view& sList, std::string_view& sItem)
+{
+    if (sList.empty())
+        return false;
+    const size_t nComma = sList.find(',');
+    sItem = sList.substr(0, nComma);
+    sList.remove_prefix(nComma == std::string_view::npos ? sList.size() : nComma + 1);
+    return true;
+}
+
+int FindItem(std::string_view sList, std::string_view sValue)
+{
+    sValue = Trim(sValue);
+    std::string_view sItem;
+    for (int nIndex = 0; TakeItem(sList, sItem); ++nIndex)
+    {
+        if (IsSameName(Trim(sItem), sValue))
+            return nIndex;
+    }
+    return -1;
+}
+
+CPropRange DescRange(const CEffectPropertyDesc& desc)
+{
+    // The text ends in its array nearly always, and can be read where it is then.
+    const std::string_view sData = BoundedText(desc.m_szData);
+    if (sData.size() < sizeof(desc.m_szData) - 1)
+        return ParseRange(desc.m_szData);
+    char szData[sizeof(desc.m_szData)];
+    std::memcpy(szData, desc.m_szData, sizeof(szData) - 1);
+    szData[sizeof(szData) - 1] = 0;
+    return ParseRange(szData);
+}
+
+// The comparisons are written so that a value that is no number takes the minimum.
+float ClampFloat(const CPropRange& range, float fValue)
+{
+    if (range.m_bHasMin && !(range.m_fMin < fValue))
+        fValue = range.m_fMin;
+    if (range.m_bHasMax && fValue > range.m_fMax)
+        fValue = range.m_fMax;
+    return fValue;
+}
+
+int32_t ClampInt(const CPropRange& range, int32_t nValue)
+{
+    if (range.m_bHasMin && nValue < RoundToInt(range.m_fMin))
+        nValue = RoundToInt(range.m_fMin);
+    if (range.m_bHasMax && nValue > RoundToInt(range.m_fMax))
+        nValue = RoundToInt(range.m_fMax);
+    return nValue;
+}
+
+void ClampKey(uint32_t eType, const CPropRange& range, CPropData& data)
+{
+    if (eType == ePropType_Int)
+    {
+        data.SetInt(ClampInt(range, data.GetInt()));
+    }
+    else if (eType == ePropType_Float)
+    {
+        data.SetFloat(ClampFloat(range, data.GetFloat()));
+    }
+    else
+    {
+        const CVector3 v = data.GetVector();
+        data.SetVector(CVector3{ClampFloat(range, v.x), ClampFloat(range, v.y), ClampFloat(range, v.z)});
+    }
+}
+
+} // namespace
+
+// Works on the list itself: this pass runs on every value of a library that is loaded, and most are in
+// line already.
+void ValidateStructure(CEffectProperty* pProp)
+{
+    const CEffectPropertyDesc* pDesc = pProp ? pProp->m_pDesc : nullptr;
+    if (!pDesc || pDesc->m_eType == ePropType_UI)
+        return;
+    pProp->SortKeys();
+    if (pProp->m_Keys.empty())
+        pProp->AddDefaultKey(0.0f);
+    if (pProp->m_Keys.empty())
+        return; // out of memory
+    if (!pDesc->m_bFunctionCurve && pProp->m_Keys.size() > 1)
+        pProp->m_Keys.erase(pProp->m_Keys.begin() + 1, pProp->m_Keys.end());
+    pProp->m_Keys.front().m_fTime = 0.0f;
+    if (pDesc->m_bFunctionCurve && pDesc->m_bInterpolate)
+    {
+        if (pProp->m_Keys.size() > 1)
+            pProp->m_Keys.back().m_fTime = 1.0f;
+        else
+            pProp->AddDefaultKey(1.0f);
+    }
+    if (pProp->m_Keys.size() > 1)
+        pProp->SortNow();
+}
+
+void ClampToRange(CEffectProperty* pProp)
+{
+    if (!pProp || !pProp->GetDesc() || pProp->GetNumKeys() == 0)
+        return;
+    const uint32_t eType = pProp->GetDesc()->m_eType;
+    if (eType != ePropType_Int && eType != ePropType_Float && eType != ePropType_Vector)
+        return;
+    const CPropRange range = DescRange(*pProp->GetDesc());
+    if (!range.m_bHasMin && !range.m_bHasMax)
+        return;
+    for (uint32_t i = 0; i < pProp->GetNumKeys(); ++i)
+        ClampKey(eType, range, pProp->GetKey(i)->m_Data);
+}
+
+void ValidateEnum(CEffectProperty* pProp)
+{
+    if (!pProp || !pProp->GetDesc() || pProp->GetDesc()->m_eType != ePropType_Enum)
+        return;
+    const CEffectPropertyDesc& desc = *pProp->GetDesc();
+    const std::string_view sList = BoundedText(desc.m_szData);
+    for (uint32_t i = 0; i < pProp->GetNumKeys(); ++i)
+    {
+        CPropData& data = pProp->GetKey(i)->m_Data;
+        if (FindItem(sList, data.GetText()) < 0)
+            data.Assign(desc.m_Default);
+    }
+}
+
+void Validate(CEffectProperty* pProp)
+{
+    ValidateStructure(pProp);
+    ClampToRange(pProp);
+    ValidateEnum(pProp);
+}
+
+CPropRange ParseRange(const char* pszData)
+{
+    CPropRange range;
+    const char* pszSplit = pszData ? std::strchr(pszData, ';') : nullptr;
+    if (!pszSplit)
+        return range;
+    // A conversion stops at the semicolon by itself, so no side has to be cut out.
+    range.m_bHasMin = pszSplit != pszData;
+    if (range.m_bHasMin)
+        range.m_fMin = QSTextToFloat(pszData);
+    range.m_bHasMax = pszSplit[1] != 0;
+    if (range.m_bHasMax)
+        range.m_fMax = QSTextToFloat(pszSplit + 1);
+    return range;
+}
+
+int FindEnumIndex(const char* pszList, const char* pszValue)
+{
+    return FindItem(pszList ? pszList : "", pszValue ? pszValue : "");
+}
+
+std::vector<std::string> SplitEnumList(const char* pszList)
+{
+    std::vector<std::string> items;
+    std::string_view sList = pszList ? pszList : "";
+    std::string_view sItem;
+    while (TakeItem(sList, sItem))
+        items.emplace_back(sItem);
+    return items;
+}
+
+int32_t RoundToInt(float fValue)
+{
+    if (std::isnan(fValue))
+        return 0;
+    // In double, where the sum is exact: a float below a half would round up to 1, a large one to its
+    // neighbour.
+    const double fSum = fValue < 0.0f ? fValue - 0.5 : fValue + 0.5;
+    if (fSum >= 2147483648.0)
+        return std::numeric_limits<int32_t>::max();
+    if (fSum <= -2147483649.0)
+        return std::numeric_limits<int32_t>::min();
+    return static_cast<int32_t>(fSum);
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "model/EffectPropertySet.h"
+#include "model/Spell.h"
+
+// All effects and prefabs of one library, owned, newest last.
+class CSpellMgr
+{
+public:
+    CSpellMgr() = default;
+    ~CSpellMgr() { Clear(); }
+    CSpellMgr(const CSpellMgr&) = delete;
+    CSpellMgr& operator=(const CSpellMgr&) = delete;
+
+    CSpell* AddSpell();                           // null when out of memory
+    CSpell* FindSpell(const char* pszName) const; // without regard to case, first wins; null
+    // The name itself when FindSpell doesn't find it; else the name without the digits and underscores at its
+    // end, an underscore, and the lowest number from 1 on that is free. One walk over the effects, however
+    // many numbers are taken.
+    void MakeUniqueSpellName(const char* pszName, std::string& sOut) const;
+    void DeleteSpell(CSpell* pSpell); // reported, nothing destroyed, when it isn't here
+    std::unique_ptr<CSpell> TakeSpell(const CSpell* pSpell); // out of the list; null when it isn't here
+    CSpell*
+    AdoptSpell(std::unique_ptr<CSpell> pSpell); // at the end; null when out of memory, it is gone then
+
+    CEffectPropertySet*
+    AddPrefab(const CEffectTypeDesc* pTypeDesc);               // empty, unnamed; null when out of memory
+    CEffectPropertySet* FindPrefab(const char* pszName) const; // as FindSpell
+    void MakeUniquePrefabName(const char* pszName, std::string& sOut) const; // as MakeUniqueSpellName
+    // Nothing when it isn't here. The caller has detached every key from it.
+    void DeletePrefab(CEffectPropertySet* pPrefab);
+
+    void Clear(); // all effects, then all prefabs
+
+    // Every key of every effect, in list order.
+    void ForEachKey(const std::function<void(CSpell&, CKey&)>& visit) const;
+
+    const std::vector<std::unique_ptr<CSpell>>& Spells() const { return m_Spells; }
+    const std::vector<std::unique_ptr<CEffectPropertySet>>& Prefabs() const { return m_Prefabs; }
+
+private:
+    std::vector<std::unique_ptr<CSpell>> m_Spells;
+    std::vector<std::unique_ptr<CEffectPropertySet>> m_Prefabs;
+};

@@ -1,0 +1,101 @@
+#include "timeline/KeyInfoBar.h"
+
+#include <utility>
+
+std::string DoubleAmpersands(const std::string& sText)
+{
+    std::string sDoubled;
+    for (const char c : sText)
+        sDoubled.append(c == '&' ? 2 : 1, c);
+    return sDoubled;
+}
+
+void CIntButton::Bind(const std::string& sTitle, int32_t* pValue)
+{
+    m_sTitle = sTitle;
+    m_pValue = pValue;
+}
+
+bool CIntButton::Click(IPrompts& prompts)
+{
+    if (!m_pValue)
+        return false;
+    int32_t nValue = *m_pValue;
+    if (!prompts.EnterNumber(CNumberEntry{m_sTitle, std::string(), c_nMinLength, c_nMaxLength}, nValue))
+        return false;
+    *m_pValue = nValue;
+    return true;
+}
+
+std::string CIntButton::GetText() const
+{
+    return m_pValue ? std::to_string(*m_pValue) : std::string();
+}
+
+CKeyInfoBar::CKeyInfoBar(CEditContext& context, CSpell& spell, CTimeBar& timeBar, ITrackView& view)
+    : m_nPhaseLength(timeBar.m_nPhaseLength),
+      m_Context(context),
+      m_Spell(spell),
+      m_TimeBar(timeBar),
+      m_View(view)
+{
+    m_Button.Bind("Choose phase length in Milliseconds", &m_nPhaseLength);
+    m_Info = MakeInfo(nullptr);
+}
+
+CKeyInfo CKeyInfoBar::MakeInfo(const CKey* pCurKey) const
+{
+    uint32_t nSelected = 0;
+    for (const std::unique_ptr<CTrack>& pTrack : m_Spell.m_Tracks.Tracks())
+    {
+        for (const std::unique_ptr<CKey>& pKey : pTrack->Keys())
+            nSelected += pKey->m_bSelected ? 1 : 0;
+    }
+
+    CKeyInfo info;
+    info.m_sPhaseLength = m_Button.GetText();
+    info.m_sTotalKeys = std::to_string(m_Spell.m_Tracks.GetNumKeys());
+    info.m_sTotalTracks = std::to_string(m_Spell.m_Tracks.GetNumTracks());
+    info.m_bKey = pCurKey != nullptr;
+    info.m_sTitle = pCurKey ? "Key Info [" + DoubleAmpersands(pCurKey->GetDisplayName()) + "]" : "Key Info";
+    if (pCurKey && nSelected > 1)
+    {
+        info.m_sStart = info.m_sEnd = info.m_sLength = "---";
+    }
+    else if (pCurKey)
+    {
+        const int64_t nLength = int64_t(pCurKey->m_nEndTime) - pCurKey->m_nStartTime;
+        info.m_sStart = std::to_string(pCurKey->m_nStartTime) + " ms";
+        info.m_sEnd = std::to_string(pCurKey->m_nEndTime) + " ms";
+        info.m_sLength = std::to_string(nLength) + " ms";
+    }
+    return info;
+}
+
+void CKeyInfoBar::UpdateInfo(const CKey* pCurKey)
+{
+    CKeyInfo info = MakeInfo(pCurKey);
+    if (info == m_Info)
+        return;
+    m_Info = std::move(info);
+    m_View.KeyInfoChanged();
+}
+
+void CKeyInfoBar::OnPhaseLengthButton()
+{
+    if (!m_Button.Click(m_Context.m_Prompts))
+        return;
+    m_Info.m_sPhaseLength = m_Button.GetText();
+    m_View.KeyInfoChanged();
+    m_View.PostPhaseLengthEntered();
+}
+
+void CKeyInfoBar::OnPhaseLengthEntered()
+{
+    m_TimeBar.SetPhaseLength(m_nPhaseLength);
+    if (m_Spell.m_Tracks.m_nPhaseLength == m_nPhaseLength)
+        return;
+    CEditScope scope(m_Context.m_Edits, "Set Phase Length");
+    scope.Touch(&m_Spell);
+    m_Spell.m_Tracks.m_nPhaseLength = m_nPhaseLength;
+}

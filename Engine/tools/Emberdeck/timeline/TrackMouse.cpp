@@ -1,0 +1,257 @@
+#include "timeline/TrackWnd.h"
+
+#include <utility>
+
+#include "timeline/KeyIndex.h"
+#include "timeline/gestures/CarryKey.h"
+#include "timeline/gestures/MoveKeys.h"
+#include "timeline/gestures/ResizeKeys.h"
+
+namespace
+{
+
+constexpr const char* c_szApplication = "Emberdeck";
+
+} // namespace
+
+void CTrackWnd::OnLeftPress(CPoint pt, bool bCtrl, bool bShift)
+{
+    if (IsLinking())
+    {
+        m_bPressSwallowed = true;
+        EndLinkLine(pt);
+        return;
+    }
+    m_bPressSwallowed = false;
+    if (IsDragging())
+        return;
+
+    m_View.TakeFocus();
+    const bool bCleared = !bCtrl && ClearSelection();
+    m_pCurTrack = TrackFromY(pt.y);
+    if (!m_pCurTrack)
+    {
+        // Below the rows the current key stays, unselected.
+        if (bCleared)
+            Refresh();
+        return;
+    }
+    SetCurKey(KeyFromPoint(pt));
+    if (!m_pCurKey)
+    {
+        if (bCleared)
+            m_View.Invalidate();
+        return;
+    }
+    m_View.Invalidate();
+    m_ptDown = pt;
+
+    if (bShift)
+    {
+        if (GetSelectedKeyCount() == 1)
+            CarryKey(bCtrl);
+        return;
+    }
+    // The key was found by its times, the zone goes by pixels: in a column that both tests don't share, the
+    // press selects and does nothing more.
+    switch (HitTestKey(*m_pCurKey, pt))
+    {
+    case EKeyZone::eBody:
+        MoveKeys();
+        break;
+    case EKeyZone::eLeftEdge:
+        ResizeKeysLeft();
+        break;
+    case EKeyZone::eRightEdge:
+        ResizeKeysRight();
+        break;
+    case EKeyZone::eOutside:
+        break;
+    }
+}
+
+void CTrackWnd::OnDoubleClick(CPoint pt, bool bCtrl, bool bShift)
+{
+    // After a press that only ended the link line, this is the first that counts.
+    if (m_bPressSwallowed || IsLinking())
+        OnLeftPress(pt, bCtrl, bShift);
+    else if (!IsDragging())
+        OnTrackEditKey();
+}
+
+void CTrackWnd::OnMove(CPoint pt, bool bLeftDown)
+{
+    if (IsLinking())
+    {
+        if (m_LinkLine.MoveTo(pt))
+            m_View.PaintNow();
+        return;
+    }
+    if (!IsDragging())
+    {
+        SetCursor(m_Layout.IsOverEdge(pt) ? ECursorShape::eSizeHorizontal : ECursorShape::eArrow);
+        return;
+    }
+    StepGesture(pt);
+    if (!bLeftDown) // the release went elsewhere
+        EndGesture();
+}
+
+void CTrackWnd::OnLeftRelease(CPoint pt)
+{
+    if (!IsDragging())
+        return;
+    StepGesture(pt);
+    EndGesture();
+}
+
+void CTrackWnd::OnMouseLost()
+{
+    if (IsDragging())
+        EndGesture();
+}
+
+void CTrackWnd::OnDeactivate()
+{
+    if (!IsLinking())
+        return;
+    m_LinkLine.End();
+    m_View.Invalidate();
+}
+
+// A key that others are linked to stays where it is. True: the user was asked, and no gesture follows.
+bool CTrackWnd::RefuseLinkedTo()
+{
+    if (!IsLinkedTo(m_pCurKey))
+        return false;
+    if (m_Context.m_Prompts.Ask("This key has been linked to, you cannot move it, Unlink ?", c_szApplication,
+                                EButtons::eYesNo, EIcon::eQuestion) == EAnswer::eYes)
+        UnlinkKey(m_pCurKey);
+    return true;
+}
+
+void CTrackWnd::MoveKeys()
+{
+    if (!RefuseLinkedTo())
+        StartGesture(std::make_unique<CMoveKeys>(GestureContext(), m_ptDown), ECursorShape::eSizeHorizontal);
+}
+
+void CTrackWnd::ResizeKeysLeft()
+{
+    if (!RefuseLinkedTo())
+        StartGesture(std::make_unique<CResizeKeysLeft>(GestureContext(), m_ptDown),
+                     ECursorShape::eSizeHorizontal);
+}
+
+void CTrackWnd::ResizeKeysRight()
+{
+    if (!RefuseLinkedTo())
+        StartGesture(std::make_unique<CResizeKeysRight>(GestureContext(), m_ptDown),
+                     ECursorShape::eSizeHorizontal);
+}
+
+void CTrackWnd::CarryKey(bool bMove)
+{
+    if (!m_pCurKey || !m_pCurTrack)
+        return;
+    const bool bUnlink = bMove && (CKeyIndex(Tracks()).TargetOf(*m_pCurKey) || IsLinkedTo(m_pCurKey));
+    if (bUnlink && m_Context.m_Prompts.Ask("You must unlink this key first, would you like to unlink it?",
+                                           "Move Key", EButtons::eYesNo, EIcon::eQuestion) != EAnswer::eYes)
+        return;
+    if (!m_pCurKey || !m_pCurTrack)
+        return;
+    CEditScope scope(m_Context.m_Edits, "Move Key To Track"); // one edit with the gesture's own
+    if (bUnlink)
+        UnlinkKey(m_pCurKey);
+    auto pCarry = std::make_unique<CCarryKey>(GestureContext(), *m_pCurTrack, *m_pCurKey, bMove, m_ptDown);
+    if (pCarry->IsCarrying())
+        StartGesture(std::move(pCarry), ECursorShape::eArrow);
+}
+
+void CTrackWnd::StartGesture(std::unique_ptr<CTrackGesture> pGesture, ECursorShape eShape)
+{
+    m_pGesture = std::move(pGesture);
+    SetCursor(eShape);
+    m_View.Invalidate();
+    // A focus change or a question within the press may have taken the release.
+    if (!m_View.IsLeftButtonDown())
+        EndGesture();
+}
+
+void CTrackWnd::StepGesture(CPoint pt)
+{
+    if (!m_pGesture->Move(pt))
+        return;
+    if (!m_pGesture->PaintsAtOnce())
+    {
+        m_View.Invalidate();
+        return;
+    }
+    m_View.PaintNow();
+    UpdateKeyInfo();
+}
+
+void CTrackWnd::EndGesture()
+{
+    m_pGesture->Release();
+    m_pGesture.reset();
+    SetCursor(ECursorShape::eArrow);
+    Refresh();
+}
+
+void CTrackWnd::EndLinkLine(CPoint pt)
+{
+    // First, so that no press on a message box is taken for one on a target.
+    m_LinkLine.End();
+    const CKey* pTarget = KeyFromRect(pt);
+    if (pTarget && m_pCurKey && pTarget != m_pCurKey)
+    {
+        if (m_pCurKey->m_nStartTime > pTarget->m_nStartTime && m_pCurKey->m_nEndTime < pTarget->m_nEndTime)
+        {
+            CEditScope scope(m_Context.m_Edits, "Link Key");
+            scope.Touch(&m_Spell);
+            m_pCurKey->Link(pTarget->m_nKeyID);
+        }
+        else
+        {
+            m_View.PaintNow();
+            m_Context.m_Prompts.Ask("You cannot link this key, its boundaries are outside of the target key",
+                                    c_szApplication, EButtons::eOk, EIcon::eExclamation);
+        }
+    }
+    m_View.PaintNow();
+}
+
+std::vector<CMenuEntry> CTrackWnd::OnRightRelease(CPoint pt, bool bCtrl)
+{
+    if (IsBusy() || !m_Layout.VisibleTrackArea().Contains(pt))
+        return {};
+    m_pCurTrack = TrackFromY(pt.y);
+    SetCurKey(KeyFromPoint(pt));
+    m_View.PaintNow();
+    const bool bCleared = !bCtrl && ClearSelection();
+    m_ptMenu = pt;
+    if (m_pCurKey)
+        SetCurKey(m_pCurKey);
+    if (m_pCurKey || bCleared)
+        Refresh();
+    return BuildTrackMenu(MenuState());
+}
+
+CTrackMenuState CTrackWnd::MenuState() const
+{
+    CTrackMenuState state;
+    state.m_bTrack = m_pCurTrack != nullptr;
+    state.m_pKey = m_pCurKey;
+    state.m_bLinkedTo = IsLinkedTo(m_pCurKey);
+    state.m_nSelected = GetSelectedKeyCount();
+    state.m_pActivePrefab = m_Context.m_Host.GetActivePrefab();
+    state.m_bKeyOnClipboard = m_Context.m_Clipboard.GetKey() != nullptr;
+    return state;
+}
+
+void CTrackWnd::OnMenuClosed(int32_t nID)
+{
+    m_View.PaintNow();
+    Command(nID);
+}

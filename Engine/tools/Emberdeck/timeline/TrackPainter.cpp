@@ -1,0 +1,155 @@
+#include "timeline/TrackPainter.h"
+
+#include <algorithm>
+#include <string>
+
+#include "timeline/KeyIndex.h"
+
+namespace
+{
+
+constexpr CColorRef c_nBackground = 0x646464;
+constexpr CColorRef c_nBlack = 0x000000;
+constexpr CColorRef c_nWhite = 0xFFFFFF;
+constexpr CColorRef c_nRed = 0x0000FF;
+constexpr int32_t c_nOverhang = 100; // keeps the side edges of the strips out of sight
+constexpr int32_t c_nMinFill = 1000; // pixels of background in either direction, at least
+constexpr int32_t c_nTextMargin = 5; // what a key must be wider than its text
+constexpr int32_t c_nFrameInset = 4; // of the dotted frame
+constexpr int32_t c_nMark = 5;       // half the width of triangles and circles
+
+constexpr CPenSpec c_Pen = {EPenStyle::eSolid, c_nBlack};
+constexpr CPenSpec c_DottedPen = {EPenStyle::eDotted, c_nBlack};
+
+CRect Moved(const CRect& rc, int32_t dx, int32_t dy)
+{
+    return CRect{rc.left + dx, rc.top + dy, rc.right + dx, rc.bottom + dy};
+}
+
+// By shift, which rounds down left of the view start too.
+CPoint Centre(const CRect& rc)
+{
+    return CPoint{static_cast<int32_t>((int64_t(rc.left) + rc.right) >> 1),
+                  static_cast<int32_t>((int64_t(rc.top) + rc.bottom) >> 1)};
+}
+
+} // namespace
+
+CTrackPainter::CTrackPainter(const CTrackList& tracks, const CTrackLayout& layout, IDrawSurface& surface)
+    : m_Tracks(tracks),
+      m_Layout(layout),
+      m_Surface(surface),
+      m_nWidth(layout.m_rcTrack.Width()),
+      m_nHeight(layout.m_rcTrack.Height())
+{
+}
+
+void CTrackPainter::Paint(const CCarriedKey& carried, const CLinkLinePoints& linkLine)
+{
+    m_Surface.FillRect(CRect{0, 0, std::max(m_nWidth, c_nMinFill), std::max(m_nHeight, c_nMinFill)},
+                       c_nBackground);
+    PaintRows();
+    PaintGuides();
+    if (carried.m_pKey)
+        DrawKey(*carried.m_pKey, Moved(carried.m_rc, 0, -m_Layout.m_rcTrack.top));
+    PaintLinks();
+    if (linkLine.m_bActive)
+        PaintLink(CPoint{linkLine.x0, linkLine.y0}, CPoint{linkLine.x1, linkLine.y1});
+}
+
+CRect CTrackPainter::SurfaceRect(const CKey& key) const
+{
+    return Moved(m_Layout.GetKeyRect(key), 0, -m_Layout.m_rcTrack.top);
+}
+
+// Keys may be out of order for as long as a gesture runs, so each row in view is looked through; what that
+// costs is two products for a key.
+void CTrackPainter::PaintRows()
+{
+    constexpr int32_t nRowHeight = CTrackLayout::c_nTrackHeight;
+    const int64_t nScrollY = std::max(m_Layout.m_nScrollY, 0);
+    for (int64_t i = nScrollY / nRowHeight; i < m_Tracks.GetNumTracks(); ++i)
+    {
+        const auto nTop = static_cast<int32_t>(i * nRowHeight - m_Layout.m_nScrollY);
+        if (nTop >= m_nHeight)
+            break;
+        m_Surface.DrawSunkenFace(CRect{-c_nOverhang, nTop, m_nWidth + c_nOverhang, nTop + nRowHeight});
+        for (const std::unique_ptr<CKey>& pKey : m_Tracks.GetTrack(static_cast<uint32_t>(i))->Keys())
+        {
+            CRect rc = SurfaceRect(*pKey);
+            rc.top = nTop;
+            rc.bottom = nTop + nRowHeight;
+            if (!rc.IsEmpty() && rc.right > 0 && rc.left < m_nWidth)
+                DrawKey(*pKey, rc);
+        }
+    }
+}
+
+void CTrackPainter::DrawKey(const CKey& key, const CRect& rc)
+{
+    m_Surface.DrawRaisedFace(rc);
+    if (rc.Width() > c_nTextMargin) // else not even an empty text has room
+    {
+        const std::string sText = key.GetDisplayName();
+        if (m_Surface.TextWidth(sText) < rc.Width() - c_nTextMargin)
+            m_Surface.DrawTextCentered(rc, sText, c_nBlack);
+    }
+    const CRect rcFrame = rc.Inset(c_nFrameInset);
+    if (key.m_bSelected && !rcFrame.IsEmpty())
+        m_Surface.DrawRectangle(rcFrame, c_DottedPen, CBrushSpec{EBrushStyle::eNone, c_nBlack});
+}
+
+// A selected key shows its ends at the bottom, also when its row is scrolled away.
+void CTrackPainter::PaintGuides()
+{
+    for (const std::unique_ptr<CTrack>& pTrack : m_Tracks.Tracks())
+    {
+        for (const std::unique_ptr<CKey>& pKey : pTrack->Keys())
+        {
+            if (!pKey->m_bSelected)
+                continue;
+            const CRect rc = SurfaceRect(*pKey);
+            for (const int32_t x : {rc.left, rc.right})
+            {
+                if (x >= 0 && x < m_nWidth)
+                    m_Surface.DrawLine(CPoint{x, rc.top}, CPoint{x, m_nHeight}, c_Pen);
+            }
+            for (const int32_t x : {rc.left, rc.right})
+            {
+                if (x < -c_nMark || x > m_nWidth + c_nMark)
+                    continue;
+                const CPoint triangle[] = {
+                    {x - c_nMark, m_nHeight - c_nMark}, {x + c_nMark, m_nHeight - c_nMark}, {x, m_nHeight}};
+                m_Surface.DrawPolygon(triangle, 3, c_Pen, CBrushSpec{EBrushStyle::eSolid, c_nRed});
+            }
+        }
+    }
+}
+
+void CTrackPainter::PaintLinks()
+{
+    CKeyIndex index(m_Tracks);
+    for (const std::unique_ptr<CTrack>& pTrack : m_Tracks.Tracks())
+    {
+        for (const std::unique_ptr<CKey>& pKey : pTrack->Keys())
+        {
+            const CKey* pTarget = index.TargetOf(*pKey);
+            if (!pTarget)
+                continue;
+            const CPoint from = Centre(SurfaceRect(*pKey));
+            const CPoint to = Centre(SurfaceRect(*pTarget));
+            const bool bInView =
+                std::max(from.x, to.x) >= -c_nMark - 1 && std::min(from.x, to.x) <= m_nWidth + c_nMark &&
+                std::max(from.y, to.y) >= -c_nMark - 1 && std::min(from.y, to.y) <= m_nHeight + c_nMark;
+            if (bInView)
+                PaintLink(from, to);
+        }
+    }
+}
+
+void CTrackPainter::PaintLink(CPoint from, CPoint to)
+{
+    m_Surface.DrawLine(from, to, c_Pen);
+    m_Surface.DrawEllipse(CRect{to.x - c_nMark, to.y - c_nMark, to.x + c_nMark + 1, to.y + c_nMark + 1},
+                          c_Pen, CBrushSpec{EBrushStyle::eSolid, c_nWhite});
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "app/EditScope.h"
+#include "timeline/TrackLayout.h"
+
+// What a gesture works on; all borrowed, and alive as long as the gesture.
+struct CGestureContext
+{
+    CSpell& m_Spell;
+    const CTrackLayout& m_Layout;
+    const CTimeScale& m_Scale;
+    CEditHub& m_Edits;
+};
+
+// One drag of the mouse over the rows, from the press to the release. It knows keys and times, never a
+// window: points come in, the library changes. Its edit scope opens before the first change and closes at
+// the end.
+class CTrackGesture
+{
+public:
+    explicit CTrackGesture(const CGestureContext& context) : m_Context(context) {}
+    virtual ~CTrackGesture() = default;
+    CTrackGesture(const CTrackGesture&) = delete;
+    CTrackGesture& operator=(const CTrackGesture&) = delete;
+
+    // True: there is something to paint.
+    virtual bool Move(CPoint pt) = 0;
+    // The button went up at the point of the last Move, or of the press.
+    virtual void Release() = 0;
+    // The window goes. Nothing gets lost; what stands in the library already stays there.
+    virtual void Cancel() = 0;
+
+    // The steps are painted before the next event comes, not some time later.
+    virtual bool PaintsAtOnce() const { return true; }
+    // A key that is on no track for now, to be drawn at m_rc in window coordinates; null: none.
+    virtual const CKey* CarriedKey(CRect& rc) const
+    {
+        (void)rc;
+        return nullptr;
+    }
+
+protected:
+    CTrackList& Tracks() const { return m_Context.m_Spell.m_Tracks; }
+    // Call before each change.
+    void Touch(const char* pszLabel)
+    {
+        if (m_Scope)
+            return;
+        m_Scope.emplace(m_Context.m_Edits, pszLabel);
+        m_Scope->Touch(&m_Context.m_Spell);
+    }
+    void CloseScope() { m_Scope.reset(); }
+
+    const CGestureContext m_Context;
+
+private:
+    std::optional<CEditScope> m_Scope;
+};

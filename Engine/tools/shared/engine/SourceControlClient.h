@@ -1,0 +1,100 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/IPrompts.h"
+#include "shared/engine/ProviderRegistry.h"
+#include "shared/engine/SourceControl.h"
+
+// What source control is given by its front; all of it outlives the manager and its client.
+struct CSourceControlServices
+{
+    const CProviderRegistry* m_pRegistry = nullptr; // null: no providers
+    IPrompts* m_pPrompts = nullptr;                 // null: errors while connecting are told to nobody
+    // Makes the chooser of providers. Empty: CSilentLocator. A null result is an installation that is
+    // broken, which the user is told.
+    std::function<std::unique_ptr<ISourceControlLocator>()> m_MakeLocator;
+    SourceControlWindow m_hWindow = nullptr;
+};
+
+// Holds the connection to a provider and turns file operations into its calls. Dialogs come up only
+// while connecting; an operation that fails on a provider's error tells it by its result alone.
+class CSourceControlClient
+{
+public:
+    // bWorkWithout is the user's choice to work without source control. It outlives the client and
+    // answers the choice of a provider until somebody clears it, so that a project without provider
+    // doesn't ask at each save.
+    CSourceControlClient(const CSourceControlServices& services, bool& bWorkWithout);
+    CSourceControlClient(const CSourceControlClient&) = delete;
+    CSourceControlClient& operator=(const CSourceControlClient&) = delete;
+
+    // Counts with the next Connect.
+    void SetProvider(const CClassId& id, const std::string& sDatabase);
+
+    // Drops an old connection first. bSelectProvider lets the user choose the provider. nInitFlag is for
+    // the provider. True with no connection when there is no provider to connect to: look at IsConnected.
+    bool Connect(const std::string& sChangeSetName, const std::string& sChangeSetDesc, bool bSelectProvider,
+                 int nInitFlag);
+    void Disconnect();
+    bool IsConnected() const { return (m_nFlags & c_nConnected) != 0; }
+    // A dialog of the connect may be up, whose events can lead back here: no time to destroy the client.
+    bool IsConnecting() const { return m_bConnecting; }
+    bool UsesChangeSets() const { return (m_nFlags & c_nChangeSets) != 0; }
+
+    // The provider's status word; -1 for a file that it doesn't know; 0 without a connection and after an
+    // error.
+    int32_t GetFileStatus(const std::string& sPath);
+    ESourceControlState SourceControlStateForFile(const std::string& sPath);
+    static ESourceControlState StateFromStatus(int32_t nStatus);
+
+    // Each of these is true without a connection, and false after a provider's error.
+    bool CheckOut(const std::string& sPath, int nFlag);         // false for an unknown file
+    bool EnsureCheckedOut(const std::string& sPath, int nFlag); // false for a blocked file
+    bool AddFile(const std::string& sPath, int nFlag);          // with the folders above that are missing
+    bool Submit(const std::string& sPath);                      // new folders above it first
+    bool Undo(const std::string& sPath);
+    bool GetLatest(const std::string& sPath, int nFlag);
+    bool History(const std::string& sPath);
+
+private:
+    enum class EStep
+    {
+        eGoOn,
+        eWithout,
+        eFailed
+    };
+
+    bool RunConnect(bool bSelectProvider, int nInitFlag);
+    EStep ChooseProvider(bool bMayRemember, std::string* pError = nullptr);
+    EStep FindProvider(bool bSelectProvider);
+    EStep StartProvider(int nInitFlag);
+    EStep AfterFailedStart(const CSourceControlError& error, bool& bRetried);
+    bool OpenDatabase();
+    void UseChangeSets();
+    void ShowError(const std::string& sText);
+
+    ISourceControlProvider& Provider();
+    bool IsKnown(const std::string& sPath);
+    std::string LocalToDepot(const std::string& sPath);
+    void AddMissingFolders(const std::string& sPath);
+    void SubmitPendingFolders(const std::string& sPath);
+
+    static constexpr uint32_t c_nConnected = 1;
+    static constexpr uint32_t c_nChangeSets = 2;
+
+    uint32_t m_nFlags = 0;
+    std::unique_ptr<ISourceControlLocator> m_pLocator; // kept once it is made
+    std::unique_ptr<ISourceControlProvider> m_pProvider;
+    CClassId m_ProviderClsid;
+    std::string m_sDatabase;
+    std::string m_sChangeSetName;
+    std::string m_sChangeSetDesc;
+
+    const CSourceControlServices& m_Services;
+    bool& m_bWorkWithout;
+    bool m_bConnecting = false;
+};

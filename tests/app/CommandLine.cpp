@@ -1,0 +1,45 @@
+#include "app/CommandLineInfo.h"
+
+namespace
+{
+CEmberdeckCommandLineInfo Parse(const std::vector<std::string>& params)
+{
+    return ParseCommandLine(params, [](const std::string& s) { return s == "/here"; });
+}
+} // namespace
+
+TEST(CommandLine, UpdateModeNeedsTheDirectoryBehindTheFlag)
+{
+    for (const char* pszFlag : {"/UpdateFx", "/updatefx", "-UPDATEFX", "--updateFx"})
+    {
+        const auto info = Parse({pszFlag, "/a/b", "more"});
+        EXPECT_TRUE(info.IsUpdateMode()) << pszFlag;
+        EXPECT_EQ("/a/b", info.m_sUpdateDir);
+        EXPECT_EQ("more", info.m_sFileName);
+        EXPECT_FALSE(info.m_bShowSplash);
+        EXPECT_TRUE(info.m_Complaints.empty());
+    }
+    EXPECT_FALSE(Parse({"/UpdateFx"}).IsUpdateMode());
+    const auto before = Parse({"dir", "/UpdateFx"});
+    EXPECT_FALSE(before.IsUpdateMode());
+    EXPECT_TRUE(before.m_bUpdateFx && before.m_bShowSplash);
+    EXPECT_EQ("dir", before.m_sFileName);
+    // What is on the disk is no flag.
+    EXPECT_EQ("/here", Parse({"/UpdateFx", "/here"}).m_sUpdateDir);
+}
+
+TEST(CommandLine, FlagsOfItsOwnAndUnknownOnes)
+{
+    EXPECT_EQ("-odd.Fx00a", Parse({"--open", "-odd.Fx00a"}).m_sOpenFile);
+    EXPECT_EQ("a b", Parse({"--OPEN=a b"}).m_sOpenFile);
+    EXPECT_EQ("", Parse({"plain.Fx00a"}).m_sOpenFile);
+    EXPECT_FALSE(Parse({"/nosplash"}).m_bShowSplash);
+    EXPECT_TRUE(Parse({"--help"}).m_bHelp);
+    EXPECT_TRUE(Parse({"--version"}).m_bVersion);
+
+    const auto info = Parse({"/x", "--frob", "-", "", "/a/b", "--open"});
+    EXPECT_EQ((std::vector<std::string>{"unknown option: /x", "unknown option: --frob", "unknown option: -",
+                                        "--open needs a file behind it"}),
+              info.m_Complaints);
+    EXPECT_EQ("/a/b", info.m_sFileName);
+}
