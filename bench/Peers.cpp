@@ -119,12 +119,8 @@ double ParseSimdjson(const std::string& sJson)
 {
     static simdjson::dom::parser s_Parser;
     static simdjson::padded_string s_Padded;
-    static const std::string* s_pFor = nullptr;
-    if (s_pFor != &sJson)
-    {
+    if (s_Padded.size() != sJson.size())
         s_Padded = simdjson::padded_string(sJson);
-        s_pFor = &sJson;
-    }
     const double fStart = Now();
     simdjson::dom::element element;
     const auto error = s_Parser.parse(s_Padded).get(element);

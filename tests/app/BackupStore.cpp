@@ -48,7 +48,8 @@ TEST(BackupStore, StandsDamageAndStaysWithinItsSize)
     // A lost owner file, foreign files and a folder with a copy's name don't disturb.
     std::filesystem::remove(sCopy.substr(0, sCopy.find('-', dir.path("store").size())) + ".path");
     dir.write("store/readme.bak", "mine");
-    std::filesystem::create_directories(sCopy.substr(0, sCopy.size() - 5) + "f.bak");
+    const char cOther = sCopy[sCopy.size() - 5] == 'f' ? 'e' : 'f';
+    std::filesystem::create_directories(sCopy.substr(0, sCopy.size() - 5) + cOther + ".bak");
     ASSERT_EQ(1u, store.ListAll().size());
     EXPECT_EQ("", store.ListAll()[0].m_sPath);
     EXPECT_EQ(1u, store.List(sFirst).size());

@@ -294,8 +294,7 @@ const char* const c_pszOneOfEach =
 )
 )";
 
-// The head is written by the node writer's rules, which put a list's first list on a line of its own only
-// behind a value; here it is rebuilt from its lines.
+// The resource list, which is written by the node writer's own rules and line ends.
 std::string HeadOf(const std::string& sBytes)
 {
     return sBytes.substr(0, sBytes.find("( header"));

@@ -84,7 +84,7 @@ public:
     ISourceControl& SourceControl() { return m_Services.m_SourceControl; }
     IProfile& Profile() { return m_Services.m_Profile; }
 
-    // The members that the texts name. Destroyed in the order that the destructor gives.
+    // What every room works on. Destroyed in the order that the destructor gives: the plug-in before the model.
     std::string m_sFileName; // empty for a library that was never saved
     CProjectInfo m_Project;
     std::string m_sResourceRoot;

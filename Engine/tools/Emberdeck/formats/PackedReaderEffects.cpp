@@ -1,0 +1,222 @@
+#include "formats/PackedParse.h"
+#include "model/EffectProperty.h"
+#include "model/NameIndex.h"
+
+namespace
+{
+
+constexpr uint32_t c_nEffectHeadSize = 12;
+constexpr uint32_t c_nKeyHeadSize = 24;
+constexpr uint32_t c_nPropertyHeadSize = 8;
+// A curve is shared by any number of properties, and shown with each: a small file could ask for more than
+// any memory.
+constexpr uint64_t c_nMaxCurveKeys = 8u << 20;
+
+uint32_t ValueSize(uint32_t eType)
+{
+    if (IsTextKind(eType) || eType == ePropType_Int || eType == ePropType_Float)
+        return 4;
+    return eType == ePropType_Vector ? 12 : eType == ePropType_Color ? 16 : 0;
+}
+
+bool HasRecord(const CEffectPropertyDesc& desc)
+{
+    return desc.m_eType != ePropType_None && desc.m_eType != ePropType_UI;
+}
+
+} // namespace
+
+const CEffectTypeDesc* CPackedReader::TypeByID(uint32_t nID)
+{
+    if (m_TypesByID.empty())
+    {
+        for (uint32_t i = 0; i < m_Module.GetNumTypes(); ++i)
+            m_TypesByID.emplace(m_Module.GetType(i)->m_nTypeID, m_Module.GetType(i));
+    }
+    const auto found = m_TypesByID.find(nID);
+    return found == m_TypesByID.end() ? nullptr : found->second;
+}
+
+bool CPackedReader::ReadEffects()
+{
+    m_Reader.SetWindow(EffectsOffset(), Head().m_nEffectNamesOffset);
+    if (Head().m_nNumEffects > m_Reader.Remaining() / c_nEffectHeadSize)
+        return Fail(24, QSFormat("%u effects, more than the file has room for", Head().m_nNumEffects));
+    m_Library.m_Effects.resize(Head().m_nNumEffects);
+    for (CPackedEffect& effect : m_Library.m_Effects)
+    {
+        if (!ReadEffect(effect))
+            return false;
+    }
+    return m_Reader.Remaining() == 0 || Fail(m_Reader.Tell(), "bytes that belong to no effect");
+}
+
+bool CPackedReader::ReadEffect(CPackedEffect& effect)
+{
+    effect.m_nOffset = m_Reader.Tell();
+    const uint32_t nName = m_Reader.ReadU32();
+    effect.m_nPhaseLength = m_Reader.ReadU32();
+    const uint32_t nNumKeys = m_Reader.ReadU32();
+    if (!m_Reader.IsOk())
+        return FailShort();
+    if (!ReadText(effect.m_nOffset, nName, effect.m_sName))
+        return false;
+    if (nNumKeys > m_Reader.Remaining() / c_nKeyHeadSize)
+        return Fail(effect.m_nOffset + 8, QSFormat("%u keys, more than the file has room for", nNumKeys));
+    effect.m_Keys.resize(nNumKeys);
+    for (CPackedKey& key : effect.m_Keys)
+    {
+        if (!ReadKey(key))
+            return false;
+    }
+    return true;
+}
+
+bool CPackedReader::ReadKey(CPackedKey& key)
+{
+    key.m_nOffset = m_Reader.Tell();
+    key.m_nTypeID = m_Reader.ReadU32();
+    key.m_fStart = m_Reader.ReadFloat();
+    key.m_fEnd = m_Reader.ReadFloat();
+    key.m_nID = m_Reader.ReadU32();
+    key.m_nLink = m_Reader.ReadU32();
+    const uint32_t nNumProps = m_Reader.ReadU32();
+    if (!m_Reader.IsOk())
+        return FailShort();
+    const CEffectTypeDesc* pType = key.m_nTypeID < Head().m_nNumTypes ? TypeByID(key.m_nTypeID) : nullptr;
+    if (!pType)
+        return Fail(key.m_nOffset, QSFormat("the plug-in has no type %u", key.m_nTypeID));
+    return ReadProperties(*pType, nNumProps, key);
+}
+
+// Records stand in the order of the type's properties; those without a value have none.
+bool CPackedReader::ReadProperties(const CEffectTypeDesc& type, uint32_t nCount, CPackedKey& key)
+{
+    if (nCount > type.m_nNumProps || nCount > m_Reader.Remaining() / c_nPropertyHeadSize)
+        return Fail(key.m_nOffset + 20, QSFormat("%u properties, more than there can be", nCount));
+    key.m_Properties.reserve(nCount);
+    uint32_t nSlot = 0;
+    for (uint32_t i = 0; i < nCount; ++i, ++nSlot)
+    {
+        CPackedProperty& prop = key.m_Properties.emplace_back();
+        prop.m_nOffset = m_Reader.Tell();
+        const uint32_t nName = m_Reader.ReadU32();
+        const uint32_t nEnd = m_Reader.ReadU32();
+        if (!m_Reader.IsOk())
+            return FailShort();
+        if (!ReadText(prop.m_nOffset, nName, prop.m_sName))
+            return false;
+        while (nSlot < type.m_nNumProps && !(HasRecord(type.m_pProps[nSlot]) &&
+                                             prop.m_sName == BoundedText(type.m_pProps[nSlot].m_szName)))
+            ++nSlot;
+        if (nSlot == type.m_nNumProps)
+        {
+            return Fail(prop.m_nOffset, QSFormat("%s is no property of type %s, or stands out of order",
+                                                 prop.m_sName.c_str(), TypeName(type).c_str()));
+        }
+        if (!ReadPropertyData(type.m_pProps[nSlot], prop))
+            return false;
+        if (m_Reader.Tell() != nEnd)
+        {
+            return Fail(prop.m_nOffset + 4,
+                        QSFormat("end position %u, but the record ends at %u", nEnd, m_Reader.Tell()));
+        }
+    }
+    return true;
+}
+
+bool CPackedReader::ReadPropertyData(const CEffectPropertyDesc& desc, CPackedProperty& prop)
+{
+    prop.m_eType = desc.m_eType;
+    prop.m_bCurve = desc.m_bFunctionCurve != 0;
+    if (prop.m_bCurve)
+    {
+        prop.m_nCurveOffset = m_Reader.ReadU32();
+        return m_Reader.IsOk() ? ReadCurve(desc, prop) : FailShort();
+    }
+    CPackedCurveKey& key = prop.m_Keys.emplace_back();
+    key.m_fTime = 0.0f;
+    return ReadValue(m_Reader, desc, key.m_Value);
+}
+
+bool CPackedReader::ReadCurve(const CEffectPropertyDesc& desc, CPackedProperty& prop)
+{
+    const uint32_t nAt = m_Reader.Tell() - 4;
+    if (prop.m_nCurveOffset % 4 != 0 || prop.m_nCurveOffset >= Head().m_nCurveTableSize)
+        return Fail(nAt, QSFormat("no curve can begin at %u of the curve table", prop.m_nCurveOffset));
+    CByteReader reader(m_sBytes, m_Library.m_bBigEndian);
+    reader.SetWindow(CurveTableOffset() + prop.m_nCurveOffset, EffectsOffset());
+    const uint32_t nNumKeys = reader.ReadU32();
+    if (nNumKeys == 0 || nNumKeys > reader.Remaining() / (4 + ValueSize(desc.m_eType)))
+        return Fail(reader.Tell() - 4, QSFormat("a curve of %u keys", nNumKeys));
+    m_nCurveKeys += nNumKeys;
+    if (m_nCurveKeys > c_nMaxCurveKeys)
+        return Fail(nAt, "the curves of all properties together have more keys than this reader takes");
+
+    prop.m_Keys.resize(nNumKeys);
+    for (CPackedCurveKey& key : prop.m_Keys)
+    {
+        key.m_fTime = reader.ReadFloat();
+        if (!ReadValue(reader, desc, key.m_Value))
+            return false;
+    }
+    const CCurve curve = {static_cast<uint32_t>(reader.Tell() - CurveTableOffset()), desc.m_eType};
+    const auto [known, bNew] = m_Curves.emplace(prop.m_nCurveOffset, curve);
+    if (!bNew && known->second.m_eType != curve.m_eType)
+        return Fail(nAt, "a curve that another property reads as another kind");
+    return true;
+}
+
+bool CPackedReader::ReadValue(CByteReader& reader, const CEffectPropertyDesc& desc, CPackedValue& value)
+{
+    const uint32_t nAt = reader.Tell();
+    switch (desc.m_eType)
+    {
+    case ePropType_String:
+    case ePropType_Filename:
+    case ePropType_Animation:
+    case ePropType_FireglassRef:
+    {
+        const uint32_t nOffset = reader.ReadU32();
+        std::string sText;
+        if (reader.IsOk() && !ReadText(nAt, nOffset, sText))
+            return false;
+        value.m_Value = std::move(sText);
+        break;
+    }
+    case ePropType_Enum:
+    {
+        const uint32_t nIndex = reader.ReadU32();
+        const size_t nItems = SplitEnumList(DescData(desc).c_str()).size();
+        if (nIndex >= std::max<size_t>(nItems, 1))
+            return Fail(nAt, QSFormat("%s has no enumerator %u", DescName(desc).c_str(), nIndex));
+        value.m_Value = nIndex;
+        break;
+    }
+    case ePropType_Int:
+        value.m_Value = static_cast<int32_t>(reader.ReadU32());
+        break;
+    case ePropType_Float:
+        value.m_Value = reader.ReadFloat();
+        break;
+    case ePropType_Vector:
+    {
+        CVector3 v;
+        for (float* pComponent : {&v.x, &v.y, &v.z})
+            *pComponent = reader.ReadFloat();
+        value.m_Value = v;
+        break;
+    }
+    case ePropType_Color:
+    {
+        CPackedColor color = {};
+        for (float* pChannel : {&color.r, &color.g, &color.b, &color.a})
+            *pChannel = reader.ReadFloat();
+        value.m_Value = color;
+        break;
+    }
+    default:
+        return Fail(nAt, QSFormat("%s is of a kind without a form", DescName(desc).c_str()));
+    }
+    return reader.IsOk() || Fail(nAt, "the file, or the part that this belongs to, ends here");
+}

@@ -1,0 +1,98 @@
+#include "programs/Programs.h"
+
+TEST(BatchUsage, EveryCommandHasHelpAndWrongUseExitsWithTwo)
+{
+    const char* const aCommands[] = {"types", "info",  "check",    "convert",    "update", "pack",   "dump",
+                                     "nodes", "deps", "compress", "decompress", "launch", "recover"};
+    const CProcessResult help = Batch({"--help"});
+    EXPECT_EQ(0, help.m_nExitCode);
+    for (const char* pszCommand : aCommands)
+    {
+        EXPECT_TRUE(Holds(help.m_sOutput, std::string("\n  ") + pszCommand)) << pszCommand;
+        const CProcessResult own = Batch({pszCommand, "--help"});
+        EXPECT_EQ(0, own.m_nExitCode) << pszCommand;
+        EXPECT_GT(own.m_sOutput.size(), 100u) << pszCommand;
+
+        const CProcessResult bare = Batch({pszCommand});
+        EXPECT_EQ(2, bare.m_nExitCode) << pszCommand;
+        EXPECT_TRUE(Holds(bare.m_sErrors + bare.m_sOutput, "required")) << bare.m_sErrors;
+        EXPECT_EQ(2, Batch({pszCommand, "a", "--no-such-option"}).m_nExitCode) << pszCommand;
+    }
+    EXPECT_EQ(2, Batch({}).m_nExitCode);
+    EXPECT_EQ(2, Batch({"melt", "x"}).m_nExitCode);
+    EXPECT_EQ(2, Batch({"pack", "x", "--target", "toaster"}).m_nExitCode);
+    EXPECT_EQ(2, Batch({"update", ".", "--checkout", "maybe"}).m_nExitCode);
+    EXPECT_EQ(0, Batch({"--version"}).m_nExitCode);
+}
+
+TEST(BatchUsage, FailuresOfTheProjectAreToldInTheSystemsWords)
+{
+    CTempDir bare;
+    const std::string sLost = bare.write("a.Fx00a", "( header )");
+    CProcessResult result = Batch({"info", sLost});
+    EXPECT_EQ(1, result.m_nExitCode);
+    EXPECT_TRUE(Holds(result.m_sErrors, "Unable to find a project locator file in the same directory or above the file " +
+                                            sLost + ". Please make sure that there is a proj00 file."))
+        << result.m_sErrors;
+
+    bare.write("game.proj00", "");
+    result = Batch({"info", sLost});
+    EXPECT_EQ(1, result.m_nExitCode);
+    EXPECT_TRUE(Holds(result.m_sErrors, "Error Loading: Unable to load the Fireglass library ")) << result.m_sErrors;
+
+    const std::string sNoLibrary = bare.write("nolib.dll", "no library at all");
+    bare.write("game.proj00", "[Project Binaries]\nFireglass=" + sNoLibrary + "\n");
+    result = Batch({"types", sLost});
+    EXPECT_EQ(1, result.m_nExitCode);
+    EXPECT_TRUE(Holds(result.m_sErrors, "for handling this file")) << result.m_sErrors;
+
+    // A real library, but without the entry points.
+    bare.write("game.proj00", std::string("[Project Binaries]\nFireglass=") + EMBERDECK_BIN_DIR + "/AssertWin32DLL.dll\n");
+    EXPECT_EQ(1, Batch({"types", sLost}).m_nExitCode);
+}
+
+TEST(BatchUsage, FilesThatCantBeReadOrWritten)
+{
+    CSampleProject project;
+    CProcessResult result = Batch({"info", project.path("none.Fx00a")});
+    EXPECT_EQ(1, result.m_nExitCode);
+    EXPECT_TRUE(Holds(result.m_sErrors, "Failed to load the file from disk into memory")) << result.m_sErrors;
+    EXPECT_EQ(1, Batch({"info", project.path("resources")}).m_nExitCode);
+
+    const std::string sLibrary = project.path("bonfire.Fx00a");
+    result = Batch({"convert", sLibrary, "/dev/full"});
+    EXPECT_EQ(1, result.m_nExitCode);
+    EXPECT_TRUE(Holds(result.m_sErrors, "Error Saving: An error occurred saving the file /dev/full. Please make sure that "
+                                        "the file is writable and there is room on the drive."))
+        << result.m_sErrors;
+    EXPECT_EQ(1, Batch({"convert", sLibrary, project.path("resources")}).m_nExitCode);
+    EXPECT_EQ(1, Batch({"convert", sLibrary, project.path("no/such/folder/x.Fx00c")}).m_nExitCode);
+
+    result = Batch({"pack", sLibrary, "-o", "/dev/full"});
+    EXPECT_EQ(1, result.m_nExitCode);
+    EXPECT_TRUE(Holds(result.m_sErrors, "Error Packing: An error occurred packing the file /dev/full.")) << result.m_sErrors;
+
+    project.write("noise.Fx00p", std::string(200, '\x55'));
+    result = Batch({"dump", project.path("noise.Fx00p")});
+    EXPECT_EQ(1, result.m_nExitCode);
+    EXPECT_FALSE(result.m_sErrors.empty());
+    EXPECT_EQ(1, Batch({"decompress", sLibrary, project.path("out")}).m_nExitCode);
+    EXPECT_FALSE(project.has("out"));
+}
+
+TEST(BatchUsage, UpdateGoesOnBehindADamagedFileAndSaysSo)
+{
+    CSampleProject project;
+    project.write("sub folder/broken.FX00A", "( header ( version 2 ) )");
+    project.write("sub folder/notes.txt", "no library");
+    std::filesystem::copy(project.path("bonfire.Fx00a"), project.path("sub folder/zz.Fx00a"));
+    const std::string sOld = ReadBytes(project.path("bonfire.Fx00a"));
+    const CProcessResult result = Batch({"update", project.dir(), "--checkout", "yes"});
+    EXPECT_EQ(1, result.m_nExitCode);
+    EXPECT_TRUE(Holds(result.m_sErrors, "Invalid file version")) << result.m_sErrors;
+    EXPECT_TRUE(Holds(result.m_sErrors, "zz.Fx00a: Yes")) << result.m_sErrors;
+    EXPECT_EQ(sOld, ReadBytes(project.path("bonfire.Fx00a")));
+    EXPECT_EQ(sOld, ReadBytes(project.path("sub folder/zz.Fx00a")));
+    EXPECT_EQ(0, Batch({"update", project.path("resources")}).m_nExitCode);
+    EXPECT_EQ(1, Batch({"update", project.path("none")}).m_nExitCode);
+}

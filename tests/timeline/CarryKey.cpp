@@ -1,0 +1,87 @@
+#include "timeline/TimelineBench.h"
+
+TEST(CarryKey, ShiftCopiesAndCtrlShiftMoves)
+{
+    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 1000, 2005).id(4).track().key("Light", 5000, 6000));
+    CTrackWnd& wnd = *bench.wnd;
+    bench.Press(bench.At(1500, 0), false, true);
+    wnd.OnMove({350, 130}, true);
+    CRecordingSurface surface;
+    wnd.Paint(surface);
+    EXPECT_EQ("raised 300,42 100x36", surface.Calls("raised").back());
+    const int nPainted = bench.view.m_nPainted;
+    wnd.OnLeftRelease({350, 130});
+    EXPECT_EQ(nPainted, bench.view.m_nPainted); // such steps are painted later
+    // The ends land on the pixel grid; both keys are selected, the source stays the current one.
+    EXPECT_EQ("1000-2005* | 2999-3999* 5000-6000", bench.Dump());
+    EXPECT_EQ(5u, bench.Key(1, 0).m_nKeyID);
+    EXPECT_EQ(&bench.Key(0, 0), wnd.GetCurKey());
+    EXPECT_EQ(bench.Tracks().GetTrack(0), wnd.GetCurTrack());
+    bench.checker.ExpectEdits(1);
+
+    bench.Click(bench.At(1500, 0));
+    bench.Drag(bench.At(1500, 0), bench.At(7500, 1), true, true);
+    EXPECT_EQ(" | 2999-3999 5000-6000 6999-7999*", bench.Dump());
+    bench.checker.ExpectEdits(1);
+
+    bench.Click(bench.At(3500, 1), true); // two are selected: nothing runs
+    bench.Press(bench.At(3500, 1), true, true);
+    EXPECT_FALSE(wnd.IsDragging());
+    bench.checker.ExpectEdits(0);
+}
+
+TEST(CarryKey, BelowAndAboveTheRowsANewTrackTakesIt)
+{
+    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 1000, 2000).track().key("Light", 1000, 2000));
+    bench.Drag(bench.At(1500, 0), {150, 900}, true, true);
+    EXPECT_EQ(" | 1000-2000 | 999-1999*", bench.Dump());
+    bench.Drag(bench.At(1500, 1), {150, 20}, true, true);
+    EXPECT_EQ(" | | 999-1999 | 999-1999*", bench.Dump());
+    bench.checker.ExpectEdits(2);
+}
+
+TEST(CarryKey, WhatFindsNoPlaceGoesBack)
+{
+    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 1000, 2005).id(4).track().key("Light", 0, 500));
+    bench.Drag(bench.At(1500, 0), bench.At(250, 1), true, true); // onto a key
+    EXPECT_EQ("1000-2005* | 0-500", bench.Dump());
+    bench.Drag(bench.At(1500, 0), bench.At(250, 1), false, true);
+    EXPECT_EQ("1000-2005* | 0-500", bench.Dump());
+    EXPECT_EQ(6u, bench.Tracks().m_nNextKeyID); // the id of a dropped copy stays spent
+
+    bench.Drag(bench.At(1500, 0), {-60, 120}, true, true); // wholly left of the origin
+    EXPECT_EQ("1000-2005* | 0-500", bench.Dump());
+    bench.Drag(bench.At(1500, 0), {-60, 900}, true, true); // and no new track for it
+    EXPECT_EQ("1000-2005* | 0-500", bench.Dump());
+
+    // Cut to the neighbours where it merely overlaps them.
+    bench.Drag(bench.At(1500, 0), bench.At(800, 1), true, true);
+    EXPECT_EQ(" | 0-500 500-1299*", bench.Dump());
+
+    // A window that closes puts it back.
+    bench.Press(bench.At(1000, 1), true, true);
+    bench.wnd->OnMove(bench.At(7000, 0), true);
+    EXPECT_EQ(" | 0-500", bench.Dump());
+    bench.Open();
+    EXPECT_EQ(" | 0-500 500-1299*", bench.Dump());
+}
+
+TEST(CarryKey, LinkedKeysAreUnlinkedFirst)
+{
+    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 1000, 5000).name("Target").track().key("Light", 2000, 3000).linkTo("Target"));
+    bench.prompts.onAsk("You must unlink this key first, would you like to unlink it?", EAnswer::eNo);
+    bench.Drag(bench.At(2500, 1), bench.At(7000, 1), true, true);
+    EXPECT_EQ("Move Key", bench.prompts.m_Asked.at(0).m_sCaption);
+    EXPECT_EQ("1000-5000 | 2000-3000*", bench.Dump());
+    bench.checker.ExpectEdits(0);
+
+    bench.Drag(bench.At(2500, 1), bench.At(7000, 1), false, true); // a copy keeps its link, and asks nothing
+    EXPECT_EQ("1000-5000 | 2000-3000* 6499-7499*", bench.Dump());
+    EXPECT_TRUE(bench.Key(1, 1).m_bMotionLinked);
+
+    // The question has taken the release: the target is dropped where it was taken, off both its links.
+    bench.view.m_bLeftDown = false;
+    bench.prompts.onAsk("You must unlink this key first", EAnswer::eYes);
+    bench.Press(bench.At(3000, 0), false, false);
+    bench.checker.ExpectEdits(1, "the copy");
+}

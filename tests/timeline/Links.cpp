@@ -1,0 +1,91 @@
+#include "timeline/TimelineBench.h"
+
+namespace
+{
+
+struct CLinkBench : CTimelineBench
+{
+    CLinkBench()
+        : CTimelineBench(aLibrary().effect("Smoke").track().key("Sprite", 1000, 5000).id(3).track().key("Light", 2000, 3000).key("Light", 6000, 7000).track().key("Light", 1000, 3000))
+    {
+    }
+    // Links the key at one point to that at another, by the command.
+    void Link(CPoint from, CPoint to)
+    {
+        Click(from);
+        view.m_ptPointer = from;
+        wnd->Command(32814);
+        EXPECT_TRUE(wnd->IsLinking());
+        wnd->OnMove(to, false);
+        Press(to);
+        EXPECT_FALSE(wnd->IsBusy());
+    }
+};
+
+} // namespace
+
+TEST(MotionLink, TakesATargetThatHoldsTheKeyStrictly)
+{
+    CLinkBench bench;
+    bench.Link(bench.At(2500, 1), bench.At(4000, 0));
+    EXPECT_TRUE(bench.Key(1, 0).m_bMotionLinked);
+    EXPECT_EQ(3u, bench.Key(1, 0).m_nMotionLinkID);
+    EXPECT_EQ("1000-5000 | 2000-3000* 6000-7000 | 1000-3000", bench.Dump()); // that press selects nothing
+    bench.checker.ExpectEdits(1);
+
+    bench.prompts.onAsk("You cannot link this key, its boundaries are outside of the target key");
+    bench.Link(bench.At(2500, 2), bench.At(4000, 0)); // shares a boundary
+    EXPECT_EQ("Emberdeck", bench.prompts.m_Asked.at(0).m_sCaption);
+    EXPECT_EQ(EIcon::eExclamation, bench.prompts.m_Asked.at(0).m_eIcon);
+    bench.Link(bench.At(2500, 2), bench.At(2600, 2)); // itself: nothing, and no message
+    bench.Link(bench.At(2500, 2), {900, 80});
+    EXPECT_FALSE(bench.Key(2, 0).m_bMotionLinked);
+    bench.checker.ExpectEdits(0);
+}
+
+TEST(MotionLink, TheRubberLineFollowsThePointerUntilAPress)
+{
+    CLinkBench bench;
+    CTrackWnd& wnd = *bench.wnd;
+    bench.wnd->Command(32814); // without a current key nothing begins
+    EXPECT_FALSE(wnd.IsLinking());
+    bench.Click(bench.At(2500, 1));
+    bench.view.m_ptPointer = {10, 75};
+    wnd.Command(32814);
+    wnd.OnMove({102, 80}, false); // no size cursor on an edge meanwhile
+    EXPECT_EQ(ECursorShape::eArrow, bench.view.m_eShape);
+    const int nPainted = bench.view.m_nPainted;
+    wnd.OnMove({102, 80}, false);
+    EXPECT_EQ(nPainted, bench.view.m_nPainted);
+    CRecordingSurface surface;
+    wnd.Paint(surface);
+    EXPECT_EQ("line 250,54 102,10", surface.Calls("line").back());
+    EXPECT_EQ("ellipse 97,5 11x11 #FFFFFF", surface.Calls("ellipse").back());
+    EXPECT_TRUE(wnd.IsBusy());
+    wnd.Command(32792);
+    wnd.OnDeactivate(); // another program is in front: no link
+    EXPECT_FALSE(wnd.IsLinking());
+    bench.checker.ExpectEdits(0);
+
+    // The press that ends it is swallowed; a double click right after is a first press.
+    bench.Link(bench.At(2500, 1), {900, 80});
+    wnd.OnDoubleClick(bench.At(6500, 1), false, false);
+    EXPECT_TRUE(bench.host.m_Edited.empty());
+    EXPECT_TRUE(wnd.IsDragging());
+    wnd.OnLeftRelease(bench.At(6500, 1));
+    wnd.OnDoubleClick(bench.At(6500, 1), false, false);
+    EXPECT_EQ(1u, bench.host.m_Edited.size());
+}
+
+TEST(MotionLink, UnlinkKeyEndsBothDirections)
+{
+    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 0, 9000).id(0).track().key("Light", 1000, 5000).id(1).link(0).track().key("Light", 2000, 3000).link(1).key("Light", 3000, 4000).link(1).track().key("Light", 2000, 2500).link(0));
+    CTrackWnd& wnd = *bench.wnd;
+    EXPECT_TRUE(wnd.IsLinkedTo(&bench.Key(0, 0))); // by id 0, which is one like any other
+    EXPECT_TRUE(wnd.IsLinkedTo(&bench.Key(1, 0)));
+    EXPECT_FALSE(wnd.IsLinkedTo(&bench.Key(2, 0)));
+    bench.Key(2, 0).Link(bench.Key(2, 0).m_nKeyID);
+    EXPECT_FALSE(wnd.IsLinkedTo(&bench.Key(2, 0))); // itself doesn't count
+    bench.Key(2, 0).Link(1);
+    bench.checker.Check("set up"), bench.Click(bench.At(1500, 1));
+}

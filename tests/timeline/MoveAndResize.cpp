@@ -1,0 +1,123 @@
+#include "timeline/TimelineBench.h"
+
+namespace
+{
+
+// A drag of the key at nTime on row nRow by dt milliseconds, which are tens; the effect afterwards.
+std::string Dragged(CTimelineBench& bench, int32_t nTime, int32_t nRow, int32_t dt, bool bCtrl = false)
+{
+    bench.Drag(bench.At(nTime, nRow), bench.At(nTime + dt, nRow), bCtrl);
+    return bench.Dump();
+}
+
+} // namespace
+
+TEST(MoveKeys, StopAtOriginPhaseEndAndNeighbours)
+{
+    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 500, 1500).key("Sprite", 3000, 4000).key("Sprite", 8000, 9000));
+    EXPECT_EQ("0-1000* 3000-4000 8000-9000", Dragged(bench, 1000, 0, -5000));
+    bench.checker.ExpectEdits(1);
+    EXPECT_EQ("2000-3000* 3000-4000 8000-9000", Dragged(bench, 500, 0, 7000)); // never over it
+    EXPECT_EQ("2000-3000 3000-4000 9000-10000*", Dragged(bench, 8500, 0, 5000));
+    EXPECT_EQ("2000-3000 3500-4500* 9000-10000", Dragged(bench, 3500, 0, 500));
+    EXPECT_EQ("2000-3000 3000-4000* 9000-10000", Dragged(bench, 4000, 0, -5000));
+
+    // The first of two touching keys meets the other's old place, and follows at the next step.
+    bench.Click(bench.At(2500, 0));
+    bench.Press(bench.At(3500, 0), true);
+    bench.wnd->OnMove(bench.At(4000, 0), true);
+    EXPECT_EQ("2000-3000* 3500-4500* 9000-10000", bench.Dump());
+    const int nPainted = bench.view.m_nPainted;
+    bench.wnd->OnMove({400, 300}, true); // the same x: no step
+    EXPECT_EQ(nPainted, bench.view.m_nPainted);
+    bench.wnd->OnMove(bench.At(4010, 0), true);
+    EXPECT_EQ(nPainted + 1, bench.view.m_nPainted);
+    EXPECT_EQ("2500-3500* 3510-4510* 9000-10000", bench.Dump());
+    bench.wnd->OnLeftRelease(bench.At(4010, 0));
+    EXPECT_EQ("2500-3500* 3510-4510* 9000-10000", bench.Dump());
+}
+
+TEST(MoveKeys, TheLaterRuleWinsWhereTheRoomIsTooSmall)
+{
+    // Longer than the room between its neighbours: the next key's bound comes after the previous one's.
+    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 0, 1000).key("Sprite", 1000, 3000).key("Sprite", 2000, 2500));
+    EXPECT_EQ("0-1000 0-2000* 2000-2500", Dragged(bench, 1500, 0, -200));
+
+    // A key beyond the phase is pulled back, and the move to the left of its neighbour undone by the sort.
+    CTimelineBench beyond(aLibrary().effect("Smoke").length(5000).track().key("Sprite", 4000, 4900).key("Sprite", 4900, 6900));
+    beyond.Drag({980, 80}, {970, 80}); // 0.2 pixels a millisecond
+    EXPECT_EQ("4000-4900 4900-6900*", beyond.Dump()); // stays behind the key before, a step of 50 ms
+    beyond.Drag({990, 80}, {995, 80});
+    EXPECT_EQ("3000-5000* 4000-4900", beyond.Dump());
+}
+
+TEST(MoveKeys, LinkedKeysStayInsideTheirTarget)
+{
+    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 1000, 5000).name("Target").track().key("Light", 2000, 3000).linkTo("Target").key("Light", 1500, 1600));
+    EXPECT_EQ("1000-5000 | 1050-2050* 1500-1600", Dragged(bench, 2500, 1, -3000)); // over its neighbour, then sorted
+    EXPECT_EQ("1000-5000 | 1500-1600 3950-4950*", Dragged(bench, 1300, 1, 8000));
+    bench.Key(1, 1).m_nMotionLinkID = bench.Key(1, 1).m_nKeyID; // to itself: counts as none
+    EXPECT_EQ("1000-5000 | 1500-1600 4950-5950*", Dragged(bench, 4500, 1, 1000));
+    bench.Key(1, 1).m_nMotionLinkID = 999; // to nothing
+    EXPECT_EQ("1000-5000 | 1500-1600 9000-10000*", Dragged(bench, 5500, 1, 9000));
+}
+
+TEST(MoveKeys, ALinkTargetAsksAndNeverMoves)
+{
+    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 1000, 5000).name("Target").track().key("Light", 2000, 3000).linkTo("Target").key("Light", 6000, 7000));
+    bench.prompts.onAsk("This key has been linked to, you cannot move it, Unlink ?", EAnswer::eNo);
+    EXPECT_EQ("1000-5000* | 2000-3000 6000-7000", Dragged(bench, 3000, 0, 500));
+    EXPECT_EQ("Emberdeck", bench.prompts.m_Asked.at(0).m_sCaption);
+    EXPECT_EQ(EIcon::eQuestion, bench.prompts.m_Asked.at(0).m_eIcon);
+    bench.checker.ExpectEdits(0);
+
+    // It follows a group whose key under the pointer is another one.
+    EXPECT_EQ("1500-5500* | 2000-3000 6500-7500*", Dragged(bench, 6500, 1, 500, true));
+    bench.checker.ExpectEdits(1);
+
+    bench.prompts.onAsk("Unlink ?", EAnswer::eYes);
+    bench.Drag({152, 80}, {100, 80}); // its left edge
+    EXPECT_EQ("1500-5500* | 2000-3000 6500-7500", bench.Dump());
+    EXPECT_FALSE(bench.Key(1, 0).m_bMotionLinked);
+    bench.checker.ExpectEdits(1);
+}
+
+TEST(ResizeKeys, EdgesStopAtTheirBoundsAndAtALeastLength)
+{
+    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 500, 1500).key("Sprite", 2000, 3000).key("Sprite", 8000, 9000));
+    const auto left = [&](int32_t nStart, int32_t nTo) {
+        bench.Drag({nStart / 10 + 1, 80}, {nTo / 10 + 1, 80});
+        return bench.Dump();
+    };
+    const auto right = [&](int32_t nEnd, int32_t nTo) {
+        bench.Drag({nEnd / 10 - 1, 80}, {nTo / 10 - 1, 80});
+        return bench.Dump();
+    };
+    EXPECT_EQ("0-1500* 2000-3000 8000-9000", left(500, -400));
+    EXPECT_EQ("1400-1500* 2000-3000 8000-9000", left(0, 1490));
+    EXPECT_EQ("1400-1500 1500-3000* 8000-9000", left(2000, 1000));
+    EXPECT_EQ("1400-1500 1500-8000* 8000-9000", right(3000, 9500));
+    EXPECT_EQ("1400-1500 1500-1600* 8000-9000", right(8000, 1000));
+    EXPECT_EQ("1400-1500 1500-1600 8000-10000*", right(9000, 20000));
+
+    // Shorter than the least length already: the edge isn't pushed into a neighbour.
+    bench.Key(0, 1).m_nEndTime = 1560;
+    bench.Key(0, 2).m_nStartTime = 1580;
+    EXPECT_EQ("1400-1500 1500-1560* 1580-10000", left(1500, 1540));
+    EXPECT_EQ("1400-1500 1500-1580* 1580-10000", right(1560, 1530));
+    // A bound that would leave nothing leaves the key as it was.
+    bench.Key(0, 2).m_nStartTime = 10500;
+    bench.Key(0, 2).m_nEndTime = 11500;
+    bench.wnd->OnSize(2020, 470, 70, 100, 20);
+    bench.Drag({2298, 80}, {2290, 80});
+    EXPECT_EQ("1400-1500 1500-1580 10500-11500*", bench.Dump());
+}
+
+TEST(ResizeKeys, LinkedEdgesKeepTheirMargin)
+{
+    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 1000, 5000).name("Target").track().key("Light", 500, 2000).key("Light", 2000, 3000).linkTo("Target"));
+    bench.Drag({201, 120}, {50, 120});
+    EXPECT_EQ("1000-5000 | 500-2000 1050-3000*", bench.Dump()); // over its neighbour
+    bench.Drag({299, 120}, {700, 120});
+    EXPECT_EQ("1000-5000 | 500-2000 1050-4950*", bench.Dump());
+}

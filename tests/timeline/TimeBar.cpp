@@ -1,0 +1,186 @@
+#include "timeline/TimelineBench.h"
+
+namespace
+{
+
+// The ruler tick by tick, as it is to look; "x" or "X" for a short or long tick in a column, then the labels.
+std::vector<std::string> PlainRuler(const CTimeBar& bar, int32_t nWidth)
+{
+    std::map<int32_t, bool> ticks;
+    std::vector<std::string> labels;
+    int64_t t = bar.m_nViewStart / 100 * 100;
+    int32_t nLastRight = -50;
+    for (int32_t i = 0; i < bar.m_nPhaseLength / 100 + 1; ++i, t += 100)
+    {
+        const int32_t x = PixelFromTime(bar, t);
+        ticks[x] = ticks[x] || t % 1000 == 0;
+        const std::string sLabel = std::to_string(t / 1000);
+        const int32_t nHalf = int32_t(sLabel.size()) * 6 / 2;
+        if (t % 1000 != 0 || x - nHalf <= nLastRight)
+            continue;
+        nLastRight = x + nHalf + 5;
+        if (x - nHalf < nWidth)
+            labels.push_back("text " + std::to_string(x - nHalf) + ",10 " + sLabel);
+    }
+    std::vector<std::string> calls;
+    for (const auto& [x, bMajor] : ticks)
+        if (x < nWidth)
+            calls.push_back("line " + std::to_string(x) + ",0 " + std::to_string(x) + (bMajor ? ",10" : ",5"));
+    calls.insert(calls.end(), labels.begin(), labels.end());
+    return calls;
+}
+
+std::vector<std::string> DrawnRuler(const CTimeBar& bar, int32_t nWidth)
+{
+    CRecordingSurface surface;
+    bar.DrawRuler(surface, nWidth, 26);
+    EXPECT_EQ("fill 0,0 " + std::to_string(nWidth) + "x26 #DCDCDC", surface.m_Calls.front());
+    std::vector<std::string> calls;
+    for (const std::string sKind : {"line", "text"})
+        for (const std::string& sCall : surface.Calls(sKind))
+            if (std::stoi(sCall.substr(5)) < nWidth)
+                calls.push_back(sCall);
+    return calls;
+}
+
+} // namespace
+
+TEST(TimeBar, RulerHasTicksEachTenthAndLabelsThatDontCrowd)
+{
+    CFakeTrackView view;
+    CTimeBar bar(view, 10000);
+    bar.SetWidth(1000);
+    CRecordingSurface surface;
+    bar.DrawRuler(surface, 1000, 26);
+    EXPECT_EQ(101u, surface.Calls("line").size());
+    EXPECT_EQ("line 100,0 100,10", surface.Calls("line").at(10));
+    EXPECT_EQ("line 110,0 110,5", surface.Calls("line").at(11));
+    EXPECT_EQ(11u, surface.Calls("text").size());
+    EXPECT_EQ("text -3,10 0", surface.Calls("text").front());
+    EXPECT_EQ("text 994,10 10", surface.Calls("text").back());
+
+    // Panned, not a multiple of a tick, crowded, and absurdly long: what is drawn is what a pass over all
+    // ticks would leave in view.
+    struct
+    {
+        int32_t nWidth, nPhase, nScale, nPan;
+    } const cases[] = {{1000, 10000, 10, 47}, {1000, 1050, 0, 0},  {1000, 1000000, 0, 0}, {777, 1000000, 3, 61},
+                       {333, 123456, 1, 99},  {1000, 60, 0, 0},    {1000, 0, 0, 0},       {1000, -500, 0, 0},
+                       {1000, 999999, 50, 50}, {90, 300000000, 0, 0}};
+    for (const auto& c : cases)
+    {
+        bar.SetWidth(c.nWidth);
+        bar.SetPhaseLength(c.nPhase);
+        bar.OnScaleSlider(c.nScale);
+        bar.OnPhaseSlider(c.nPan);
+        EXPECT_EQ(PlainRuler(bar, c.nWidth), DrawnRuler(bar, c.nWidth)) << c.nWidth << " " << c.nPhase;
+    }
+
+    // Two thousand million milliseconds cost no more than the columns.
+    bar.SetWidth(1000);
+    bar.SetPhaseLength(INT32_MAX);
+    bar.OnScaleSlider(0);
+    EXPECT_EQ(1001u, DrawnRuler(bar, 1001).size() - 32 + 0);
+}
+
+TEST(TimeBar, SlidersZoomAndPanWithinThePhase)
+{
+    CFakeTrackView view;
+    CTimeBar bar(view, 10000);
+    bar.SetWidth(1000);
+    bar.OnPhaseSlider(80); // nothing to pan over yet
+    EXPECT_EQ(0, bar.m_nViewStart);
+
+    bar.OnScaleSlider(5);
+    EXPECT_EQ(2.0f, bar.m_fZoom);
+    EXPECT_EQ(0.2f, bar.m_fPixelsPerMs);
+    EXPECT_EQ(0, bar.m_nViewStart); // the phase slider isn't asked
+    bar.OnPhaseSlider(50);
+    EXPECT_EQ(2500, bar.m_nViewStart);
+    bar.OnPhaseSlider(100);
+    EXPECT_EQ(5000, bar.m_nViewStart);
+    bar.OnScaleSlider(1); // zoom 1.2: what fits begins at 1667 at the latest
+    EXPECT_EQ(1.2f, bar.m_fZoom);
+    EXPECT_EQ(1667, bar.m_nViewStart);
+    bar.OnScaleSlider(0);
+    EXPECT_EQ(0, bar.m_nViewStart);
+    bar.OnScaleSlider(99);
+    EXPECT_EQ(11.0f, bar.m_fZoom);
+
+    // A shorter phase leaves the view start to the next slider; it never goes below 0.
+    bar.OnPhaseSlider(100);
+    EXPECT_EQ(9090, bar.m_nViewStart);
+    bar.SetPhaseLength(-5);
+    EXPECT_EQ(9090, bar.m_nViewStart);
+    bar.OnScaleSlider(50);
+    EXPECT_EQ(0, bar.m_nViewStart);
+    bar.OnPhaseSlider(100);
+    EXPECT_EQ(0, bar.m_nViewStart);
+}
+
+TEST(TimeBar, EveryNotificationDrawsTheRulerAndOnlyChangesTheRows)
+{
+    CFakeTrackView view;
+    CTimeBar bar(view, 10000);
+    EXPECT_EQ(0, view.m_nInvalidated + view.m_nRulers);
+    bar.SetWidth(1000);
+    bar.SetWidth(1000);
+    EXPECT_EQ(1, view.m_nInvalidated);
+    bar.OnScaleSlider(5);
+    bar.OnScaleSlider(5);
+    bar.SetPhaseLength(10000);
+    EXPECT_EQ(2, view.m_nInvalidated);
+    EXPECT_EQ(3, view.m_nRulers);
+    CRecordingSurface surface;
+    bar.DrawRuler(surface, 1000, 26);
+    EXPECT_EQ(2, view.m_nInvalidated);
+}
+
+TEST(KeyInfoBar, ShowsTheCurrentKeyAndTotals)
+{
+    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 1500, 3500).name("A & B").track().key("Light", 0, 900));
+    const CKeyInfo& info = bench.wnd->KeyInfo().GetInfo();
+    const auto shown = [&] {
+        return info.m_sTitle + "|" + info.m_sStart + "|" + info.m_sEnd + "|" + info.m_sLength + "|" +
+               info.m_sTotalKeys + "|" + info.m_sTotalTracks + "|" + info.m_sPhaseLength + (info.m_bKey ? "+" : "");
+    };
+    EXPECT_EQ("Key Info||||2|2|10000", shown());
+    bench.Click(bench.At(2000, 0));
+    EXPECT_EQ("Key Info [A && B - Sprite]|1500 ms|3500 ms|2000 ms|2|2|10000+", shown());
+    bench.Click(bench.At(500, 1), true);
+    EXPECT_EQ("Key Info [Light]|---|---|---|2|2|10000+", shown());
+    bench.Click(bench.At(5000, 1));
+    EXPECT_EQ("Key Info||||2|2|10000", shown());
+    bench.Click(bench.At(2000, 0));
+    bench.Click({500, 300}); // below the rows the key stays the current one
+    EXPECT_EQ("Key Info [A && B - Sprite]|1500 ms|3500 ms|2000 ms|2|2|10000+", shown());
+
+    // At each step of a drag.
+    bench.Press(bench.At(2000, 0));
+    bench.wnd->OnMove(bench.At(2500, 0), true);
+    EXPECT_EQ("2000 ms", info.m_sStart);
+    bench.wnd->OnLeftRelease(bench.At(2500, 0));
+}
+
+TEST(KeyInfoBar, PhaseLengthWaitsForItsDialogToGo)
+{
+    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 8000, 9000));
+    CKeyInfoBar& bar = bench.wnd->KeyInfo();
+    bench.prompts.onNumber(std::nullopt, "Choose phase length in Milliseconds").onNumber(5000, "Choose phase length");
+    bar.OnPhaseLengthButton();
+    EXPECT_EQ(0, bench.view.m_nPosted);
+    bar.OnPhaseLengthButton();
+    EXPECT_EQ(1, bench.prompts.m_Numbers.at(0).m_nMin);
+    EXPECT_EQ(1000000, bench.prompts.m_Numbers.at(0).m_nMax);
+    EXPECT_EQ(1, bench.view.m_nPosted);
+    EXPECT_EQ("5000", bar.GetInfo().m_sPhaseLength);
+    EXPECT_EQ(10000, bench.Tracks().m_nPhaseLength);
+
+    bar.OnPhaseLengthEntered();
+    bench.checker.ExpectEdits(1);
+    EXPECT_EQ(5000, bench.Tracks().m_nPhaseLength);
+    EXPECT_EQ(0.2f, bench.wnd->TimeBar().m_fPixelsPerMs);
+    EXPECT_EQ("8000-9000", bench.Dump());
+    bar.OnPhaseLengthEntered(); // the same again changes nothing
+    bench.checker.ExpectEdits(0);
+}

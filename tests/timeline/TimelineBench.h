@@ -1,0 +1,110 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "support/LibraryBuilder.h"
+#include "support/MemoryDocuments.h"
+#include "support/RecordingSurface.h"
+#include "support/ScopeChecker.h"
+#include "support/ScriptedPrompts.h"
+#include "timeline/TrackCommands.h"
+#include "timeline/TrackWnd.h"
+
+// A window that counts what is asked of it.
+class CFakeTrackView : public ITrackView
+{
+public:
+    void TakeFocus() override { ++m_nFocus; }
+    void Invalidate() override { ++m_nInvalidated; }
+    void PaintNow() override { ++m_nPainted; }
+    void PaintRulerNow() override { ++m_nRulers; }
+    void KeyInfoChanged() override { ++m_nKeyInfos; }
+    void SetCursorShape(ECursorShape eShape) override { m_eShape = eShape; }
+    CPoint PointerPosition() const override { return m_ptPointer; }
+    bool IsLeftButtonDown() const override { return m_bLeftDown; }
+    void PostPhaseLengthEntered() override { ++m_nPosted; }
+
+    CPoint m_ptPointer;
+    bool m_bLeftDown = true;
+    ECursorShape m_eShape = ECursorShape::eArrow;
+    int m_nFocus = 0, m_nInvalidated = 0, m_nPainted = 0, m_nRulers = 0, m_nKeyInfos = 0, m_nPosted = 0;
+};
+
+// The timeline of the first effect of a library, 0.1 pixels a millisecond, rows from y 70 on.
+struct CTimelineBench
+{
+    explicit CTimelineBench(CLibraryBuilder& builder) : library(builder.build()), checker(context) { Open(); }
+
+    CSpell& Spell(size_t nSpell = 0) { return *library->m_SpellMgr.Spells().at(nSpell); }
+    CTrackList& Tracks() { return Spell().m_Tracks; }
+    CKey& Key(uint32_t nTrack, uint32_t nKey) { return *Tracks().GetTrack(nTrack)->GetKey(nKey); }
+    void Open(size_t nSpell = 0)
+    {
+        wnd.reset();
+        wnd = std::make_unique<CTrackWnd>(context, Spell(nSpell), view);
+        const int32_t nScrollBar = 20;
+        wnd->OnSize(1000 + nScrollBar, 470, 70, 100, nScrollBar);
+    }
+
+    // The middle of a row, at the pixel of a time.
+    static CPoint At(int32_t nTime, int32_t nRow) { return {nTime / 10, 70 + nRow * 36 + 18}; }
+    void Press(CPoint pt, bool bCtrl = false, bool bShift = false) { wnd->OnLeftPress(pt, bCtrl, bShift); }
+    void Click(CPoint pt, bool bCtrl = false)
+    {
+        Press(pt, bCtrl);
+        wnd->OnLeftRelease(pt);
+    }
+    void Drag(CPoint from, CPoint to, bool bCtrl = false, bool bShift = false)
+    {
+        Press(from, bCtrl, bShift);
+        wnd->OnMove(to, true);
+        wnd->OnLeftRelease(to);
+    }
+
+    // "0-500* 800-1000 | 300-400": starts and ends by track, a star for a selected key.
+    std::string Dump()
+    {
+        std::string sText;
+        for (uint32_t i = 0; i < Tracks().GetNumTracks(); ++i)
+        {
+            sText += i ? " |" : "";
+            for (const auto& pKey : Tracks().GetTrack(i)->Keys())
+            {
+                EXPECT_EQ(i, pKey->m_nTrack);
+                sText += (sText.empty() ? "" : " ") + std::to_string(pKey->m_nStartTime) + "-" +
+                         std::to_string(pKey->m_nEndTime) + (pKey->m_bSelected ? "*" : "");
+            }
+        }
+        return sText;
+    }
+
+    std::unique_ptr<CTestLibrary> library;
+    CScriptedPrompts prompts;
+    CMemoryHost host;
+    CMemoryDocuments documents;
+    CEditClipboard clipboard;
+    CEditHub edits;
+    std::string sResourceRoot;
+    CEditContext context{library->m_SpellMgr, library->Module(), clipboard, library->m_EffectTree,
+                         library->m_PrefabTree, sResourceRoot, edits, prompts, host, documents};
+    CScopeChecker checker;
+    CFakeTrackView view;
+    std::unique_ptr<CTrackWnd> wnd;
+};
+
+// Labels as they stand in the menu: "Key(Name Key, -, Delete Key) Track(Insert Track)".
+inline std::string DumpMenu(const std::vector<CMenuEntry>& entries)
+{
+    std::string sText;
+    for (const CMenuEntry& entry : entries)
+    {
+        sText += (sText.empty() ? "" : ", ") + (entry.IsSeparator() ? "-" : entry.m_sLabel);
+        if (!entry.m_Entries.empty())
+            sText += "(" + DumpMenu(entry.m_Entries) + ")";
+    }
+    return sText;
+}
