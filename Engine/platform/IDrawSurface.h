@@ -48,6 +48,7 @@ struct CPenSpec
 {
     EPenStyle m_eStyle = EPenStyle::eSolid;
     CColorRef m_nColor = 0;
+    int32_t m_nWidth = 1; // pixels
     friend bool operator==(const CPenSpec&, const CPenSpec&) = default;
 };
 
@@ -64,7 +65,7 @@ public:
     virtual ~IDrawSurface() = default;
 
     virtual void FillRect(const CRect& rc, CColorRef nColor) = 0;
-    virtual void DrawLine(CPoint from, CPoint to, const CPenSpec& pen) = 0; // one pixel wide, without its last point
+    virtual void DrawLine(CPoint from, CPoint to, const CPenSpec& pen) = 0; // without its last point
     // The outline passes through the points; the inside by the brush.
     virtual void DrawPolygon(const CPoint* pPoints, int nCount, const CPenSpec& pen, const CBrushSpec& brush) = 0;
     virtual void DrawEllipse(const CRect& rc, const CPenSpec& pen, const CBrushSpec& brush) = 0;

@@ -45,10 +45,10 @@ std::string_view ReadValue(std::string_view sText)
     return HasQuotes(sText) ? sText.substr(1, sText.size() - 2) : sText;
 }
 
-std::string FormatLine(const std::string& sKey, const std::string& sValue)
+std::string FormatLine(const std::string& sKey, const std::string& sValue, bool bKeepBlanks)
 {
     // Quoted when reading would take something off otherwise.
-    const bool bQuote = HasQuotes(sValue) || Trim(sValue).size() != sValue.size();
+    const bool bQuote = HasQuotes(sValue) || (bKeepBlanks && Trim(sValue).size() != sValue.size());
     return sKey + '=' + (bQuote ? '"' + sValue + '"' : sValue);
 }
 
@@ -119,7 +119,8 @@ bool CProfileText::Get(const std::string& sSection, const std::string& sKey, std
     return true;
 }
 
-void CProfileText::Set(const std::string& sSection, const std::string& sKey, const std::string& sValue)
+void CProfileText::SetValue(const std::string& sSection, const std::string& sKey, const std::string& sValue,
+                            bool bKeepBlanks)
 {
     const std::string sSectionName(Trim(sSection));
     const std::string sKeyName(Trim(sKey));
@@ -135,8 +136,8 @@ void CProfileText::Set(const std::string& sSection, const std::string& sKey, con
     if (!m_Index.contains(name))
         Insert(name.first, sSectionName, name.second);
     CLine& line = m_Lines[m_Index.at(name)];
-    line.m_sText = FormatLine(sKeyName, sLine);
-    line.m_sValue = std::move(sLine);
+    line.m_sText = FormatLine(sKeyName, sLine, bKeepBlanks);
+    line.m_sValue = bKeepBlanks ? std::move(sLine) : std::string(ReadValue(sLine));
 }
 
 // Makes room for a key behind the last line of its section that says something.

@@ -24,10 +24,21 @@ public:
              size_t nMaxLength = 259) const;
     // Replaces the first such key or adds it at the end of its section. Line ends in the value become
     // blanks; other values come back as they are. Names that no line can hold change nothing.
-    void Set(const std::string& sSection, const std::string& sKey, const std::string& sValue);
+    void Set(const std::string& sSection, const std::string& sKey, const std::string& sValue)
+    {
+        SetValue(sSection, sKey, sValue, true);
+    }
+    // The same for a value whose outer blanks are mere padding: they are written without the quotes that
+    // would keep them, as other programs write such a line.
+    void SetPadded(const std::string& sSection, const std::string& sKey, const std::string& sValue)
+    {
+        SetValue(sSection, sKey, sValue, false);
+    }
     std::string Format() const; // lines end in CR LF
 
 private:
+    void SetValue(const std::string& sSection, const std::string& sKey, const std::string& sValue,
+                  bool bKeepBlanks);
     void AddLine(std::string_view sText, std::string& sSection);
     void Insert(const std::string& sSection, const std::string& sSectionName, const std::string& sKey);
 

@@ -13,7 +13,10 @@ constexpr uint32_t c_nShortest = c_nBreakEven + 1;
 constexpr uint32_t c_nLookAhead = (1 << c_nLengthBits) + c_nBreakEven;
 constexpr uint32_t c_nRoot = c_nWindowSize;
 
-uint32_t Wrap(uint32_t nPos) { return nPos & (c_nWindowSize - 1); }
+uint32_t Wrap(uint32_t nPos)
+{
+    return nPos & (c_nWindowSize - 1);
+}
 
 class CBitSink
 {

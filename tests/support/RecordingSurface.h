@@ -19,7 +19,10 @@ public:
     explicit CRecordingSurface(CRect rcBounds = CRect{0, 0, 1000, 300}) : m_rcBounds(rcBounds) {}
 
     void FillRect(const CRect& rc, CColorRef nColor) override { Add("fill " + Box(rc) + Color(nColor)); }
-    void DrawLine(CPoint from, CPoint to, const CPenSpec&) override { Add("line " + Spot(from) + " " + Spot(to)); }
+    void DrawLine(CPoint from, CPoint to, const CPenSpec&) override
+    {
+        Add("line " + Spot(from) + " " + Spot(to));
+    }
     void DrawPolygon(const CPoint* pPoints, int nCount, const CPenSpec&, const CBrushSpec& brush) override
     {
         std::string sCall = "polygon";

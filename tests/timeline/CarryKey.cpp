@@ -2,7 +2,8 @@
 
 TEST(CarryKey, ShiftCopiesAndCtrlShiftMoves)
 {
-    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 1000, 2005).id(4).track().key("Light", 5000, 6000));
+    CTimelineBench bench(
+        aLibrary().effect("Smoke").track().key("Sprite", 1000, 2005).id(4).track().key("Light", 5000, 6000));
     CTrackWnd& wnd = *bench.wnd;
     bench.Press(bench.At(1500, 0), false, true);
     wnd.OnMove({350, 130}, true);
@@ -32,7 +33,8 @@ TEST(CarryKey, ShiftCopiesAndCtrlShiftMoves)
 
 TEST(CarryKey, BelowAndAboveTheRowsANewTrackTakesIt)
 {
-    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 1000, 2000).track().key("Light", 1000, 2000));
+    CTimelineBench bench(
+        aLibrary().effect("Smoke").track().key("Sprite", 1000, 2000).track().key("Light", 1000, 2000));
     bench.Drag(bench.At(1500, 0), {150, 900}, true, true);
     EXPECT_EQ(" | 1000-2000 | 999-1999*", bench.Dump());
     bench.Drag(bench.At(1500, 1), {150, 20}, true, true);
@@ -42,7 +44,8 @@ TEST(CarryKey, BelowAndAboveTheRowsANewTrackTakesIt)
 
 TEST(CarryKey, WhatFindsNoPlaceGoesBack)
 {
-    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 1000, 2005).id(4).track().key("Light", 0, 500));
+    CTimelineBench bench(
+        aLibrary().effect("Smoke").track().key("Sprite", 1000, 2005).id(4).track().key("Light", 0, 500));
     bench.Drag(bench.At(1500, 0), bench.At(250, 1), true, true); // onto a key
     EXPECT_EQ("1000-2005* | 0-500", bench.Dump());
     bench.Drag(bench.At(1500, 0), bench.At(250, 1), false, true);
@@ -68,7 +71,14 @@ TEST(CarryKey, WhatFindsNoPlaceGoesBack)
 
 TEST(CarryKey, LinkedKeysAreUnlinkedFirst)
 {
-    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 1000, 5000).name("Target").track().key("Light", 2000, 3000).linkTo("Target"));
+    CTimelineBench bench(aLibrary()
+                             .effect("Smoke")
+                             .track()
+                             .key("Sprite", 1000, 5000)
+                             .name("Target")
+                             .track()
+                             .key("Light", 2000, 3000)
+                             .linkTo("Target"));
     bench.prompts.onAsk("You must unlink this key first, would you like to unlink it?", EAnswer::eNo);
     bench.Drag(bench.At(2500, 1), bench.At(7000, 1), true, true);
     EXPECT_EQ("Move Key", bench.prompts.m_Asked.at(0).m_sCaption);
@@ -78,10 +88,15 @@ TEST(CarryKey, LinkedKeysAreUnlinkedFirst)
     bench.Drag(bench.At(2500, 1), bench.At(7000, 1), false, true); // a copy keeps its link, and asks nothing
     EXPECT_EQ("1000-5000 | 2000-3000* 6499-7499*", bench.Dump());
     EXPECT_TRUE(bench.Key(1, 1).m_bMotionLinked);
+    bench.checker.ExpectEdits(1);
 
     // The question has taken the release: the target is dropped where it was taken, off both its links.
     bench.view.m_bLeftDown = false;
     bench.prompts.onAsk("You must unlink this key first", EAnswer::eYes);
-    bench.Press(bench.At(3000, 0), false, false);
-    bench.checker.ExpectEdits(1, "the copy");
+    bench.wnd->ClearSelection();
+    bench.Press(bench.At(4000, 0), true, true);
+    EXPECT_EQ("999-4999* | 2000-3000 6499-7499", bench.Dump());
+    EXPECT_FALSE(bench.Key(1, 0).m_bMotionLinked || bench.Key(1, 1).m_bMotionLinked);
+    EXPECT_FALSE(bench.wnd->IsDragging());
+    bench.checker.ExpectEdits(1); // both as one
 }

@@ -6,7 +6,7 @@ TEST(TimelineGeometry, TimesAndPixelsTruncateTowardZeroAndNeverOverflow)
     EXPECT_EQ(0.1f, scale.m_fPixelsPerMs);
     EXPECT_EQ(200, PixelFromTime(scale, 2000));
     EXPECT_EQ(1999, TimeFromPixel(scale, 200)); // the float lies above 0.1
-    EXPECT_EQ(-199, TimeFromPixel(scale, -20) + 0);
+    EXPECT_EQ(-199, TimeFromPixel(scale, -20));
 
     scale.m_nViewStart = 105;
     EXPECT_EQ(0, PixelFromTime(scale, 100)); // and just right of the view start too
@@ -28,8 +28,14 @@ TEST(TimelineGeometry, TimesAndPixelsTruncateTowardZeroAndNeverOverflow)
 
 TEST(TimelineGeometry, KeysAndRowsStandWhereHitTestsFindThem)
 {
-    CTimelineBench bench(
-        aLibrary().effect("Smoke").track().key("Sprite", 0, 5).track().track().key("Sprite", 2000, 3000).key("Light", 3000, 3400));
+    CTimelineBench bench(aLibrary()
+                             .effect("Smoke")
+                             .track()
+                             .key("Sprite", 0, 5)
+                             .track()
+                             .track()
+                             .key("Sprite", 2000, 3000)
+                             .key("Light", 3000, 3400));
     CTrackWnd& wnd = *bench.wnd;
     const CKey& key = bench.Key(2, 0);
     const CKey& next = bench.Key(2, 1);
@@ -93,7 +99,8 @@ TEST(TimelineGeometry, SizesDivideTheWindowAndScrollingStopsAtItsEnds)
     EXPECT_EQ(0, wnd.Layout().m_rcTrack.Height());
     EXPECT_EQ(0.0001f, wnd.TimeBar().m_fPixelsPerMs);
 
-    const auto scroll = [&](EScrollEvent eEvent, int32_t nThumb = 0) {
+    const auto scroll = [&](EScrollEvent eEvent, int32_t nThumb = 0)
+    {
         wnd.OnScroll(eEvent, nThumb);
         EXPECT_EQ(4 * wnd.GetScrollPos(), wnd.Layout().m_nScrollY);
         return wnd.GetScrollPos();
@@ -107,5 +114,6 @@ TEST(TimelineGeometry, SizesDivideTheWindowAndScrollingStopsAtItsEnds)
     EXPECT_EQ(191, scroll(EScrollEvent::eThumbTrack, 200));
     EXPECT_EQ(191, scroll(EScrollEvent::eOther, 3));
     EXPECT_EQ(nPainted + 7, bench.view.m_nPainted);
-    EXPECT_EQ(-764 + 70, wnd.GetKeyRect(std::make_unique<CKey>(bench.library->Module().GetType(0)).get()).top);
+    EXPECT_EQ(-764 + 70,
+              wnd.GetKeyRect(std::make_unique<CKey>(bench.library->Module().GetType(0)).get()).top);
 }

@@ -6,7 +6,16 @@ namespace
 struct CLinkBench : CTimelineBench
 {
     CLinkBench()
-        : CTimelineBench(aLibrary().effect("Smoke").track().key("Sprite", 1000, 5000).id(3).track().key("Light", 2000, 3000).key("Light", 6000, 7000).track().key("Light", 1000, 3000))
+        : CTimelineBench(aLibrary()
+                             .effect("Smoke")
+                             .track()
+                             .key("Sprite", 1000, 5000)
+                             .id(3)
+                             .track()
+                             .key("Light", 2000, 3000)
+                             .key("Light", 6000, 7000)
+                             .track()
+                             .key("Light", 1000, 3000))
     {
     }
     // Links the key at one point to that at another, by the command.
@@ -79,13 +88,85 @@ TEST(MotionLink, TheRubberLineFollowsThePointerUntilAPress)
 
 TEST(MotionLink, UnlinkKeyEndsBothDirections)
 {
-    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 0, 9000).id(0).track().key("Light", 1000, 5000).id(1).link(0).track().key("Light", 2000, 3000).link(1).key("Light", 3000, 4000).link(1).track().key("Light", 2000, 2500).link(0));
+    CTimelineBench bench(aLibrary()
+                             .effect("Smoke")
+                             .track()
+                             .key("Sprite", 0, 9000)
+                             .id(0)
+                             .track()
+                             .key("Light", 1000, 5000)
+                             .id(1)
+                             .link(0)
+                             .track()
+                             .key("Light", 2000, 3000)
+                             .link(1)
+                             .key("Light", 3000, 4000)
+                             .link(1)
+                             .track()
+                             .key("Light", 2000, 2500)
+                             .link(0));
     CTrackWnd& wnd = *bench.wnd;
     EXPECT_TRUE(wnd.IsLinkedTo(&bench.Key(0, 0))); // by id 0, which is one like any other
     EXPECT_TRUE(wnd.IsLinkedTo(&bench.Key(1, 0)));
     EXPECT_FALSE(wnd.IsLinkedTo(&bench.Key(2, 0)));
-    bench.Key(2, 0).Link(bench.Key(2, 0).m_nKeyID);
-    EXPECT_FALSE(wnd.IsLinkedTo(&bench.Key(2, 0))); // itself doesn't count
-    bench.Key(2, 0).Link(1);
-    bench.checker.Check("set up"), bench.Click(bench.At(1500, 1));
+    bench.Arrange([&] { bench.Key(3, 0).Link(bench.Key(3, 0).m_nKeyID); });
+    EXPECT_FALSE(wnd.IsLinkedTo(&bench.Key(3, 0))); // itself doesn't count
+
+    bench.Click(bench.At(1500, 1));
+    wnd.Command(32815);
+    bench.checker.ExpectEdits(1);
+    EXPECT_FALSE(bench.Key(1, 0).m_bMotionLinked || bench.Key(2, 0).m_bMotionLinked ||
+                 bench.Key(2, 1).m_bMotionLinked);
+    EXPECT_TRUE(bench.Key(3, 0).m_bMotionLinked); // no business of that key's
+    wnd.Command(32815);                           // nothing left to end
+    bench.checker.ExpectEdits(0);
+}
+
+TEST(PrefabKeys, AddAssignAndCreateFromKey)
+{
+    CTimelineBench bench(aLibrary()
+                             .prefab("Sprite", "Puff")
+                             .value("Count", 7)
+                             .effect("Smoke")
+                             .track()
+                             .key("Sprite", 0, 1000)
+                             .name("Plume")
+                             .value("Count", 5)
+                             .key("Light", 1000, 2000));
+    CTrackWnd& wnd = *bench.wnd;
+    wnd.OnRightRelease(bench.At(5000, 0), false);
+    wnd.OnMenuClosed(32870); // no prefab is active
+    bench.checker.ExpectEdits(0);
+
+    CEffectPropertySet* pPuff = bench.library->m_SpellMgr.FindPrefab("Puff");
+    bench.host.m_pActive = pPuff;
+    wnd.OnRightRelease(bench.At(5000, 0), false);
+    wnd.OnMenuClosed(32870);
+    bench.checker.ExpectEdits(1);
+    EXPECT_EQ("0-1000 1000-2000 3999-5999", bench.Dump());
+    EXPECT_EQ(pPuff, bench.Key(0, 2).GetParent());
+    EXPECT_FALSE(OwnPropOf(bench.Key(0, 2), "Count"));
+    EXPECT_EQ(7, IntOf(bench.Key(0, 2), "Count"));
+
+    bench.Click(bench.At(500, 0));
+    wnd.Command(32875);
+    bench.checker.ExpectEdits(1);
+    EXPECT_EQ(pPuff, bench.Key(0, 0).GetParent());
+    EXPECT_EQ(5, IntOf(bench.Key(0, 0), "Count")); // its own values stay
+    bench.Click(bench.At(1500, 0));
+    wnd.Command(32875); // another type
+    EXPECT_FALSE(bench.Key(0, 1).GetParent());
+    bench.checker.ExpectEdits(0);
+
+    bench.Click(bench.At(5000, 0));
+    bench.prompts.onText(std::nullopt, "Enter the name of the prefab")
+        .onText(" Puff", "Enter the name of the prefab");
+    wnd.Command(32874);
+    bench.checker.ExpectEdits(0);
+    wnd.Command(32874);
+    bench.checker.ExpectEdits(1);
+    EXPECT_EQ("[[Prefabs]]\n  Puff\n   Puff\n", DumpTree(bench.library->m_PrefabTree)); // as typed, so unique
+    EXPECT_EQ(7, IntOf(*bench.library->m_SpellMgr.Prefabs().at(1), "Count"));
+    EXPECT_EQ(pPuff, bench.Key(0, 2).GetParent());
+    EXPECT_EQ(pPuff, bench.host.m_pActive);
 }

@@ -14,7 +14,12 @@ std::string Dragged(CTimelineBench& bench, int32_t nTime, int32_t nRow, int32_t 
 
 TEST(MoveKeys, StopAtOriginPhaseEndAndNeighbours)
 {
-    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 500, 1500).key("Sprite", 3000, 4000).key("Sprite", 8000, 9000));
+    CTimelineBench bench(aLibrary()
+                             .effect("Smoke")
+                             .track()
+                             .key("Sprite", 500, 1500)
+                             .key("Sprite", 3000, 4000)
+                             .key("Sprite", 8000, 9000));
     EXPECT_EQ("0-1000* 3000-4000 8000-9000", Dragged(bench, 1000, 0, -5000));
     bench.checker.ExpectEdits(1);
     EXPECT_EQ("2000-3000* 3000-4000 8000-9000", Dragged(bench, 500, 0, 7000)); // never over it
@@ -40,12 +45,18 @@ TEST(MoveKeys, StopAtOriginPhaseEndAndNeighbours)
 TEST(MoveKeys, TheLaterRuleWinsWhereTheRoomIsTooSmall)
 {
     // Longer than the room between its neighbours: the next key's bound comes after the previous one's.
-    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 0, 1000).key("Sprite", 1000, 3000).key("Sprite", 2000, 2500));
+    CTimelineBench bench(aLibrary()
+                             .effect("Smoke")
+                             .track()
+                             .key("Sprite", 0, 1000)
+                             .key("Sprite", 1000, 3000)
+                             .key("Sprite", 2000, 2500));
     EXPECT_EQ("0-1000 0-2000* 2000-2500", Dragged(bench, 1500, 0, -200));
 
     // A key beyond the phase is pulled back, and the move to the left of its neighbour undone by the sort.
-    CTimelineBench beyond(aLibrary().effect("Smoke").length(5000).track().key("Sprite", 4000, 4900).key("Sprite", 4900, 6900));
-    beyond.Drag({980, 80}, {970, 80}); // 0.2 pixels a millisecond
+    CTimelineBench beyond(
+        aLibrary().effect("Smoke").length(5000).track().key("Sprite", 4000, 4900).key("Sprite", 4900, 6900));
+    beyond.Drag({980, 80}, {970, 80});                // 0.2 pixels a millisecond
     EXPECT_EQ("4000-4900 4900-6900*", beyond.Dump()); // stays behind the key before, a step of 50 ms
     beyond.Drag({990, 80}, {995, 80});
     EXPECT_EQ("3000-5000* 4000-4900", beyond.Dump());
@@ -53,18 +64,35 @@ TEST(MoveKeys, TheLaterRuleWinsWhereTheRoomIsTooSmall)
 
 TEST(MoveKeys, LinkedKeysStayInsideTheirTarget)
 {
-    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 1000, 5000).name("Target").track().key("Light", 2000, 3000).linkTo("Target").key("Light", 1500, 1600));
-    EXPECT_EQ("1000-5000 | 1050-2050* 1500-1600", Dragged(bench, 2500, 1, -3000)); // over its neighbour, then sorted
+    CTimelineBench bench(aLibrary()
+                             .effect("Smoke")
+                             .track()
+                             .key("Sprite", 1000, 5000)
+                             .name("Target")
+                             .track()
+                             .key("Light", 2000, 3000)
+                             .linkTo("Target")
+                             .key("Light", 1500, 1600));
+    EXPECT_EQ("1000-5000 | 1050-2050* 1500-1600",
+              Dragged(bench, 2500, 1, -3000)); // over its neighbour, then sorted
     EXPECT_EQ("1000-5000 | 1500-1600 3950-4950*", Dragged(bench, 1300, 1, 8000));
-    bench.Key(1, 1).m_nMotionLinkID = bench.Key(1, 1).m_nKeyID; // to itself: counts as none
+    bench.Arrange([&] { bench.Key(1, 1).m_nMotionLinkID = bench.Key(1, 1).m_nKeyID; }); // itself: none
     EXPECT_EQ("1000-5000 | 1500-1600 4950-5950*", Dragged(bench, 4500, 1, 1000));
-    bench.Key(1, 1).m_nMotionLinkID = 999; // to nothing
+    bench.Arrange([&] { bench.Key(1, 1).m_nMotionLinkID = 999; }); // no key
     EXPECT_EQ("1000-5000 | 1500-1600 9000-10000*", Dragged(bench, 5500, 1, 9000));
 }
 
 TEST(MoveKeys, ALinkTargetAsksAndNeverMoves)
 {
-    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 1000, 5000).name("Target").track().key("Light", 2000, 3000).linkTo("Target").key("Light", 6000, 7000));
+    CTimelineBench bench(aLibrary()
+                             .effect("Smoke")
+                             .track()
+                             .key("Sprite", 1000, 5000)
+                             .name("Target")
+                             .track()
+                             .key("Light", 2000, 3000)
+                             .linkTo("Target")
+                             .key("Light", 6000, 7000));
     bench.prompts.onAsk("This key has been linked to, you cannot move it, Unlink ?", EAnswer::eNo);
     EXPECT_EQ("1000-5000* | 2000-3000 6000-7000", Dragged(bench, 3000, 0, 500));
     EXPECT_EQ("Emberdeck", bench.prompts.m_Asked.at(0).m_sCaption);
@@ -84,12 +112,19 @@ TEST(MoveKeys, ALinkTargetAsksAndNeverMoves)
 
 TEST(ResizeKeys, EdgesStopAtTheirBoundsAndAtALeastLength)
 {
-    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 500, 1500).key("Sprite", 2000, 3000).key("Sprite", 8000, 9000));
-    const auto left = [&](int32_t nStart, int32_t nTo) {
+    CTimelineBench bench(aLibrary()
+                             .effect("Smoke")
+                             .track()
+                             .key("Sprite", 500, 1500)
+                             .key("Sprite", 2000, 3000)
+                             .key("Sprite", 8000, 9000));
+    const auto left = [&](int32_t nStart, int32_t nTo)
+    {
         bench.Drag({nStart / 10 + 1, 80}, {nTo / 10 + 1, 80});
         return bench.Dump();
     };
-    const auto right = [&](int32_t nEnd, int32_t nTo) {
+    const auto right = [&](int32_t nEnd, int32_t nTo)
+    {
         bench.Drag({nEnd / 10 - 1, 80}, {nTo / 10 - 1, 80});
         return bench.Dump();
     };
@@ -101,21 +136,36 @@ TEST(ResizeKeys, EdgesStopAtTheirBoundsAndAtALeastLength)
     EXPECT_EQ("1400-1500 1500-1600 8000-10000*", right(9000, 20000));
 
     // Shorter than the least length already: the edge isn't pushed into a neighbour.
-    bench.Key(0, 1).m_nEndTime = 1560;
-    bench.Key(0, 2).m_nStartTime = 1580;
+    bench.Arrange(
+        [&]
+        {
+            bench.Key(0, 1).m_nEndTime = 1560;
+            bench.Key(0, 2).m_nStartTime = 1580;
+        });
     EXPECT_EQ("1400-1500 1500-1560* 1580-10000", left(1500, 1540));
     EXPECT_EQ("1400-1500 1500-1580* 1580-10000", right(1560, 1530));
     // A bound that would leave nothing leaves the key as it was.
-    bench.Key(0, 2).m_nStartTime = 10500;
-    bench.Key(0, 2).m_nEndTime = 11500;
-    bench.wnd->OnSize(2020, 470, 70, 100, 20);
-    bench.Drag({2298, 80}, {2290, 80});
+    bench.Arrange(
+        [&]
+        {
+            bench.Key(0, 2).m_nStartTime = 10500;
+            bench.Key(0, 2).m_nEndTime = 11500;
+        });
+    bench.Drag({1149, 80}, {1145, 80}); // it stands beyond the phase
     EXPECT_EQ("1400-1500 1500-1580 10500-11500*", bench.Dump());
 }
 
 TEST(ResizeKeys, LinkedEdgesKeepTheirMargin)
 {
-    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 1000, 5000).name("Target").track().key("Light", 500, 2000).key("Light", 2000, 3000).linkTo("Target"));
+    CTimelineBench bench(aLibrary()
+                             .effect("Smoke")
+                             .track()
+                             .key("Sprite", 1000, 5000)
+                             .name("Target")
+                             .track()
+                             .key("Light", 500, 2000)
+                             .key("Light", 2000, 3000)
+                             .linkTo("Target"));
     bench.Drag({201, 120}, {50, 120});
     EXPECT_EQ("1000-5000 | 500-2000 1050-3000*", bench.Dump()); // over its neighbour
     bench.Drag({299, 120}, {700, 120});

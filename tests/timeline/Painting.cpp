@@ -18,9 +18,17 @@ TEST(TimelinePainting, DrawsRowsThenGuidesThenLinks)
 {
     CTimelineBench bench(aLibrary()
                              .effect("Smoke")
-                             .track().key("Sprite", 1000, 5000).name("Big").id(7)
-                             .track().key("Light", 2000, 3000).selected().link(7)
-                             .key("Light", 3000, 3080).selected().key("Marker", 4000, 4470));
+                             .track()
+                             .key("Sprite", 1000, 5000)
+                             .name("Big")
+                             .id(7)
+                             .track()
+                             .key("Light", 2000, 3000)
+                             .selected()
+                             .link(7)
+                             .key("Light", 3000, 3080)
+                             .selected()
+                             .key("Marker", 4000, 4470));
     const CCalls expected = {
         "fill 0,0 1020x1000 #646464",
         "sunken -100,0 1220x36",
@@ -46,19 +54,24 @@ TEST(TimelinePainting, DrawsRowsThenGuidesThenLinks)
     };
     EXPECT_EQ(expected, Painted(bench));
 
-    bench.Key(1, 2).m_nEndTime = 4410; // no room for a text of the width less five
+    bench.Arrange([&] { bench.Key(1, 2).m_nEndTime = 4410; }); // no room for a text of the width less five
     EXPECT_EQ("raised 400,36 41x36", Painted(bench).at(9));
     EXPECT_EQ("line 200,36 200,300", Painted(bench).at(10));
 
     // A link to nothing, and one to itself, draw nothing.
-    bench.Key(1, 0).m_nMotionLinkID = 4711;
-    bench.Key(1, 1).Link(bench.Key(1, 1).m_nKeyID);
+    bench.Arrange(
+        [&]
+        {
+            bench.Key(1, 0).m_nMotionLinkID = 4711;
+            bench.Key(1, 1).Link(bench.Key(1, 1).m_nKeyID);
+        });
     EXPECT_EQ(18u, Painted(bench).size());
 }
 
 TEST(TimelinePainting, DrawsOnlyWhatIsInView)
 {
-    CLibraryBuilder builder = aLibrary().effect("Smoke");
+    CLibraryBuilder builder = aLibrary();
+    builder.effect("Smoke");
     for (int i = 0; i < 200; ++i)
     {
         builder.track();
@@ -71,8 +84,12 @@ TEST(TimelinePainting, DrawsOnlyWhatIsInView)
     bench.wnd->TimeBar().OnScaleSlider(50);
     bench.wnd->TimeBar().OnPhaseSlider(5); // 454 ms on, 1.1 pixels a millisecond
     bench.wnd->OnScroll(EScrollEvent::ePageDown);
-    bench.Key(9, 40).Link(bench.Key(0, 4).m_nKeyID); // right of the view, to above it
-    bench.Key(0, 3).Link(bench.Key(0, 4).m_nKeyID);  // both above
+    bench.Arrange(
+        [&]
+        {
+            bench.Key(9, 40).Link(bench.Key(0, 4).m_nKeyID); // right of the view, to above it
+            bench.Key(0, 3).Link(bench.Key(0, 4).m_nKeyID);  // both above
+        });
 
     CRecordingSurface surface;
     bench.wnd->Paint(surface);
@@ -80,7 +97,7 @@ TEST(TimelinePainting, DrawsOnlyWhatIsInView)
     EXPECT_EQ(9u, surface.Calls("sunken").size());
     EXPECT_EQ(9u * 6, surface.Calls("raised").size());
     // The guides of a key that is scrolled away, and of it alone: the other's are off to the right.
-    ASSERT_EQ(4u, surface.Calls("polygon").size() + 0);
+    ASSERT_EQ(4u, surface.Calls("polygon").size());
     EXPECT_EQ(1u, surface.Calls("ellipse").size());
 }
 

@@ -2,7 +2,13 @@
 
 TEST(TimelineSelection, PlainCtrlAndMissingPressesFollowTheirSteps)
 {
-    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 0, 1000).key("Sprite", 2000, 3000).track().key("Light", 0, 1000));
+    CTimelineBench bench(aLibrary()
+                             .effect("Smoke")
+                             .track()
+                             .key("Sprite", 0, 1000)
+                             .key("Sprite", 2000, 3000)
+                             .track()
+                             .key("Light", 0, 1000));
     CTrackWnd& wnd = *bench.wnd;
     bench.Click(bench.At(500, 0));
     bench.Click(bench.At(2500, 0), true);
@@ -33,7 +39,8 @@ TEST(TimelineSelection, PlainCtrlAndMissingPressesFollowTheirSteps)
 
 TEST(TimelineSelection, PressInASharedColumnSelectsAndRunsNothing)
 {
-    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 1000, 2000).key("Sprite", 2000, 3000));
+    CTimelineBench bench(
+        aLibrary().effect("Smoke").track().key("Sprite", 1000, 2000).key("Sprite", 2000, 3000));
     bench.Press({200, 80}); // the left key by time, outside its rectangle
     EXPECT_EQ("1000-2000* 2000-3000", bench.Dump());
     EXPECT_FALSE(bench.wnd->IsDragging());
@@ -70,7 +77,8 @@ TEST(TimelineSelection, NothingElseRunsWhileAGestureDoes)
 
 TEST(TimelineSelection, NothingPointsToWhatIsGone)
 {
-    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 0, 1000).track().key("Light", 0, 1000));
+    CTimelineBench bench(
+        aLibrary().effect("Smoke").track().key("Sprite", 0, 1000).track().key("Light", 0, 1000));
     CTrackWnd& wnd = *bench.wnd;
     bench.Click(bench.At(500, 1));
     {

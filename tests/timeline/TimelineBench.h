@@ -65,6 +65,18 @@ struct CTimelineBench
         wnd->OnLeftRelease(to);
     }
 
+    // Changes what the test needs, as something else than the timeline would.
+    template <class TChange>
+    void Arrange(const TChange& change)
+    {
+        {
+            CEditScope scope(edits, "Test");
+            scope.Touch(&Spell());
+            change();
+        }
+        checker.Check("before a change of the test");
+    }
+
     // "0-500* 800-1000 | 300-400": starts and ends by track, a star for a selected key.
     std::string Dump()
     {
@@ -89,8 +101,16 @@ struct CTimelineBench
     CEditClipboard clipboard;
     CEditHub edits;
     std::string sResourceRoot;
-    CEditContext context{library->m_SpellMgr, library->Module(), clipboard, library->m_EffectTree,
-                         library->m_PrefabTree, sResourceRoot, edits, prompts, host, documents};
+    CEditContext context{library->m_SpellMgr,
+                         library->Module(),
+                         clipboard,
+                         library->m_EffectTree,
+                         library->m_PrefabTree,
+                         sResourceRoot,
+                         edits,
+                         prompts,
+                         host,
+                         documents};
     CScopeChecker checker;
     CFakeTrackView view;
     std::unique_ptr<CTrackWnd> wnd;

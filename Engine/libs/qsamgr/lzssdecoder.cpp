@@ -141,7 +141,8 @@ bool CLZSSDecoder::DecodeTokens(CBitCursor& cursor, COutput& out)
                 bMore = false;
                 break;
             }
-            const uint32_t nLen = ReverseLength(uint32_t(nAhead >> (1 + c_nOffsetBits)) & 15) + c_nShortestSpan;
+            const uint32_t nLen =
+                ReverseLength(uint32_t(nAhead >> (1 + c_nOffsetBits)) & 15) + c_nShortestSpan;
             nAhead >>= c_nSpanBits;
             nBits -= c_nSpanBits;
             const size_t nDone = size_t(pOut - out.m_pBegin);

@@ -22,15 +22,18 @@ namespace LZSS
 
 constexpr uint32_t c_nOffsetBits = 12;
 constexpr uint32_t c_nLengthBits = 4;
-constexpr uint32_t c_nWindowSize = 1u << c_nOffsetBits;                        // 4096
-constexpr uint32_t c_nBreakEven = (1 + c_nOffsetBits + c_nLengthBits) / 9;     // 1
-constexpr uint32_t c_nShortestSpan = c_nBreakEven + 1;                         // 2
-constexpr uint32_t c_nLookAheadSize = (1u << c_nLengthBits) + c_nBreakEven;    // 17
-constexpr uint32_t c_nLiteralBits = 1 + 8;                                     // 9
-constexpr uint32_t c_nSpanBits = 1 + c_nOffsetBits + c_nLengthBits;            // 17
+constexpr uint32_t c_nWindowSize = 1u << c_nOffsetBits;                     // 4096
+constexpr uint32_t c_nBreakEven = (1 + c_nOffsetBits + c_nLengthBits) / 9;  // 1
+constexpr uint32_t c_nShortestSpan = c_nBreakEven + 1;                      // 2
+constexpr uint32_t c_nLookAheadSize = (1u << c_nLengthBits) + c_nBreakEven; // 17
+constexpr uint32_t c_nLiteralBits = 1 + 8;                                  // 9
+constexpr uint32_t c_nSpanBits = 1 + c_nOffsetBits + c_nLengthBits;         // 17
 constexpr uint32_t c_nHeaderSize = 4;
 
-constexpr uint32_t WrapPosition(uint32_t nPos) { return nPos & (c_nWindowSize - 1); }
+constexpr uint32_t WrapPosition(uint32_t nPos)
+{
+    return nPos & (c_nWindowSize - 1);
+}
 
 // Every byte with its bits in the opposite order: turns a field's order into that of the bytes and back.
 constexpr std::array<uint8_t, 256> c_aReversed = []
@@ -47,10 +50,16 @@ constexpr uint32_t ReverseOffset(uint32_t nOffset)
     return (uint32_t(c_aReversed[nOffset & 0xFF]) << 4) | (c_aReversed[nOffset >> 8] >> 4);
 }
 
-constexpr uint32_t ReverseLength(uint32_t nLength) { return c_aReversed[nLength] >> 4; }
+constexpr uint32_t ReverseLength(uint32_t nLength)
+{
+    return c_aReversed[nLength] >> 4;
+}
 
 // The bits of a token, the first one lowest.
-constexpr uint32_t LiteralToken(uint8_t nByte) { return 1u | (uint32_t(c_aReversed[nByte]) << 1); }
+constexpr uint32_t LiteralToken(uint8_t nByte)
+{
+    return 1u | (uint32_t(c_aReversed[nByte]) << 1);
+}
 constexpr uint32_t SpanToken(uint32_t nOffset, uint32_t nLength)
 {
     return (ReverseOffset(nOffset) << 1) | (ReverseLength(nLength - c_nShortestSpan) << (1 + c_nOffsetBits));

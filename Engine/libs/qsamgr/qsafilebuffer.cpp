@@ -82,7 +82,8 @@ uint32_t CQSAFileBuffer::ReadBlock(void* pBuffer, uint32_t nLen)
     if (nCached == nLen)
         return nLen;
     // The rest passes the cache by.
-    return nCached + uint32_t(std::fread(static_cast<uint8_t*>(pBuffer) + nCached, 1, nLen - nCached, m_pStream));
+    return nCached +
+           uint32_t(std::fread(static_cast<uint8_t*>(pBuffer) + nCached, 1, nLen - nCached, m_pStream));
 }
 
 bool CQSAFileBuffer::WriteByte(uint8_t nByte)

@@ -33,6 +33,8 @@ EAnswer CBatchPrompts::Ask(const std::string& sText, const std::string& sCaption
         std::fprintf(stderr, "%s: %s\n", sCaption.c_str(), Lines(sText).c_str());
         if (eButtons == EButtons::eOk)
             ++m_nFailures;
+        if (sCaption == "Error Saving" && m_OnSaveFailed)
+            m_OnSaveFailed();
     }
     switch (eButtons)
     {

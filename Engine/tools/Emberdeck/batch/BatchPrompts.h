@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <utility>
 
 #include "platform/IPrompts.h"
 
@@ -22,6 +24,8 @@ public:
 
     // Messages that told of a failure so far: a command that goes on after one still fails at its end.
     int GetNumFailures() const { return m_nFailures; }
+    // Called behind the message of a failed save.
+    void SetOnSaveFailed(std::function<void()> onSaveFailed) { m_OnSaveFailed = std::move(onSaveFailed); }
     // Whether the answer given to the check-out question is told for each file.
     void TellCheckOut(bool bTell) { m_bTellCheckOut = bTell; }
 
@@ -33,4 +37,5 @@ private:
     bool m_bProgress;      // standard error is a terminal
     size_t m_nShown = 0;   // columns of the progress line on the screen
     int m_nFailures = 0;
+    std::function<void()> m_OnSaveFailed;
 };

@@ -61,16 +61,18 @@ struct CCurvePlace
 
 // The keys need not be in order: while a curve is edited they may not be. The walk from the front finds a
 // key all the same, and the one before it lies below the time, so nothing is divided by zero.
-CCurvePlace FindPlace(const CEffectProperty& prop, double fTime)
+CCurvePlace FindPlace(const CEffectProperty& prop, double fTime, uint32_t* pnWalk = nullptr)
 {
     const uint32_t nNumKeys = prop.GetNumKeys();
     if (!(fTime > double(prop.GetKey(0)->m_fTime)))
         return CCurvePlace{0};
     if (!(fTime < double(prop.GetKey(nNumKeys - 1)->m_fTime)))
         return CCurvePlace{nNumKeys - 1};
-    uint32_t nKey = 1;
+    uint32_t nKey = pnWalk && *pnWalk > 0 && *pnWalk < nNumKeys ? *pnWalk : 1;
     while (nKey + 1 < nNumKeys && double(prop.GetKey(nKey)->m_fTime) < fTime)
         ++nKey;
+    if (pnWalk)
+        *pnWalk = nKey;
     if (!prop.GetDesc() || !prop.GetDesc()->m_bInterpolate)
         return CCurvePlace{nKey - 1};
     const double fBefore = prop.GetKey(nKey - 1)->m_fTime;
@@ -218,11 +220,11 @@ double EvaluateAxis(const CEffectProperty& prop, int nAxis, double fTime)
     return (1.0 - place.m_fPart) * fFrom + place.m_fPart * fTo;
 }
 
-uint32_t EvaluateColor(const CEffectProperty& prop, float fTime)
+uint32_t EvaluateColor(const CEffectProperty& prop, float fTime, uint32_t* pnWalk)
 {
     if (prop.GetNumKeys() == 0 || KindOf(prop) != ePropType_Color)
         return 0;
-    const CCurvePlace place = FindPlace(prop, fTime);
+    const CCurvePlace place = FindPlace(prop, fTime, pnWalk);
     const uint32_t nFrom = prop.GetKey(place.m_nKey)->m_Data.GetColor();
     if (!place.m_bBetween)
         return nFrom & 0xFFFFFF;

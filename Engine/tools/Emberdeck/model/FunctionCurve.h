@@ -17,7 +17,8 @@ void SetAxisValue(float fValue, CPropKey& key, int nAxis, CEffectProperty& prop)
 // after its key's time, the last one at it. 0 for a property without keys.
 double EvaluateAxis(const CEffectProperty& prop, int nAxis, double fTime);
 // Red, green and blue of a colour curve at a time, as a colour to paint with: 0x00RRGGBB. 0 for other kinds.
-uint32_t EvaluateColor(const CEffectProperty& prop, float fTime);
+// A sweep over times that never fall hands one number through, 0 at first, and walks over the keys once.
+uint32_t EvaluateColor(const CEffectProperty& prop, float fTime, uint32_t* pnWalk = nullptr);
 
 // The distinct curves of a library while it is packed, in the order of adding. The properties outlive it.
 // A property may be validated while it is in the table, as long as FindProperty is the next to see it.

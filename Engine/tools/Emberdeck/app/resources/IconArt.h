@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/IDrawSurface.h"
+
+// The program's small images are pixel tables: 16 rows of 16 characters, each a colour of one palette, so
+// that all of them keep one style: a dark outline one pixel wide, two tones of fill, light from the top
+// left, and ember orange for what is the program's own.
+constexpr int32_t c_nIconSize = 16;
+constexpr CColorRef c_nIconTransparent = MakeColorRef(0xFF, 0x00, 0xFF);
+
+struct CIconArt
+{
+    const char* m_Rows[c_nIconSize];
+};
+
+struct CIconColor
+{
+    char m_cPixel;
+    CColorRef m_nColor;
+};
+
+// clang-format off
+inline constexpr CIconColor c_IconColors[] = {
+    {'.', c_nIconTransparent},
+    {'#', MakeColorRef(0x3A, 0x42, 0x50)}, // slate: outlines
+    {'d', MakeColorRef(0x6F, 0x79, 0x89)},
+    {'l', MakeColorRef(0xB9, 0xC2, 0xCE)},
+    {'w', MakeColorRef(0xFB, 0xFC, 0xFD)}, // paper
+    {'n', MakeColorRef(0x25, 0x4A, 0x73)}, // blue, from dark to light
+    {'v', MakeColorRef(0x2F, 0x65, 0x9C)},
+    {'b', MakeColorRef(0x45, 0x84, 0xC2)},
+    {'B', MakeColorRef(0x94, 0xC0, 0xE8)},
+    {'e', MakeColorRef(0x1F, 0x66, 0x38)}, // green
+    {'g', MakeColorRef(0x3F, 0xA3, 0x60)},
+    {'G', MakeColorRef(0x97, 0xD6, 0xA6)},
+    {'k', MakeColorRef(0x8A, 0x63, 0x1F)}, // cardboard
+    {'s', MakeColorRef(0xC8, 0x94, 0x3C)},
+    {'t', MakeColorRef(0xE4, 0xB6, 0x5C)},
+    {'T', MakeColorRef(0xF8, 0xDF, 0xA3)},
+    {'r', MakeColorRef(0xB2, 0x3A, 0x16)}, // ember
+    {'o', MakeColorRef(0xEE, 0x78, 0x2A)},
+    {'y', MakeColorRef(0xFF, 0xC8, 0x4A)},
+    {'Y', MakeColorRef(0xFF, 0xF0, 0xBE)},
+};
+// clang-format on
+
+// The colour of a pixel's character. One that isn't in the palette is transparent.
+constexpr CColorRef GetIconColor(char cPixel)
+{
+    for (const CIconColor& color : c_IconColors)
+    {
+        if (color.m_cPixel == cPixel)
+            return color.m_nColor;
+    }
+    return c_nIconTransparent;
+}

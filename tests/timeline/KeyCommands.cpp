@@ -1,0 +1,183 @@
+#include "timeline/TimelineBench.h"
+
+namespace
+{
+
+// Adds a key of the type at a point, through menu and chooser.
+void AddAt(CTimelineBench& bench, CPoint pt, const char* pszType = "Light")
+{
+    bench.host.m_pChosen = pszType ? bench.library->Module().FindType(pszType) : nullptr;
+    bench.wnd->OnRightRelease(pt, false);
+    bench.wnd->OnMenuClosed(32790);
+}
+
+} // namespace
+
+TEST(AddKey, LastsTwoSecondsAboutTheClickWithinTheFreeGap)
+{
+    CTimelineBench bench(aLibrary().effect("Smoke").track());
+    AddAt(bench, bench.At(5000, 0), nullptr); // nothing chosen
+    bench.checker.ExpectEdits(0);
+    AddAt(bench, bench.At(500, 0));
+    EXPECT_EQ("0-1499", bench.Dump());
+    AddAt(bench, bench.At(9500, 0));
+    EXPECT_EQ("0-1499 8499-10499", bench.Dump()); // the phase is no bound here
+    bench.checker.ExpectEdits(2);
+    EXPECT_EQ(1u, bench.Key(0, 1).m_nKeyID);
+    EXPECT_TRUE(OwnPropOf(bench.Key(0, 1), "Radius"));
+    EXPECT_FALSE(bench.wnd->GetCurKey());
+
+    // Less than a second behind the start of another key, and between two: the gap about the click.
+    AddAt(bench, bench.At(1600, 0));
+    EXPECT_EQ("0-1499 1499-2599 8499-10499", bench.Dump());
+    AddAt(bench, bench.At(8000, 0));
+    EXPECT_EQ("0-1499 1499-2599 6999-8499 8499-10499", bench.Dump());
+    bench.Arrange([&] { bench.Key(0, 0).m_nStartTime = 1400; });
+    AddAt(bench, bench.At(300, 0)); // it would have come in front of a key that starts 1.1 s later
+    EXPECT_EQ("0-1299 1400-1499 1499-2599 6999-8499 8499-10499", bench.Dump());
+}
+
+TEST(Tracks, InsertAndDeleteRenumber)
+{
+    CTimelineBench bench(aLibrary()
+                             .effect("Smoke")
+                             .track()
+                             .key("Sprite", 0, 1000)
+                             .id(3)
+                             .track()
+                             .key("Light", 100, 200)
+                             .link(3)
+                             .key("Light", 300, 400));
+    CTrackWnd& wnd = *bench.wnd;
+    bench.Click(bench.At(500, 0));
+    wnd.Command(32789);
+    EXPECT_EQ("0-1000* | | 100-200 300-400", bench.Dump());
+    bench.Click(bench.At(500, 9));
+    wnd.Command(32789); // without a current track: at the end
+    EXPECT_EQ("0-1000 | | 100-200 300-400 |", bench.Dump());
+    bench.checker.ExpectEdits(2);
+
+    wnd.Command(32809); // no current track
+    bench.Click(bench.At(350, 2));
+    bench.prompts.onAsk("Are you sure you want to delete this track and the 2 keys it contains?",
+                        EAnswer::eNo);
+    wnd.Command(32809);
+    EXPECT_EQ("Delete Track", bench.prompts.m_Asked.at(0).m_sCaption);
+    bench.checker.ExpectEdits(0);
+    bench.Click(bench.At(500, 0));
+    bench.prompts.onAsk("the 1 keys", EAnswer::eYes);
+    wnd.Command(32809);
+    EXPECT_EQ(" | 100-200 300-400 |", bench.Dump());
+    EXPECT_FALSE(wnd.GetCurKey() || wnd.GetCurTrack());
+    EXPECT_TRUE(bench.Key(1, 0).m_bMotionLinked); // links to what has gone stay
+    bench.checker.ExpectEdits(1);
+}
+
+TEST(DeleteKey, TakesAllSelectedAndTheirLinks)
+{
+    CTimelineBench bench(aLibrary()
+                             .effect("Smoke")
+                             .track()
+                             .key("Sprite", 0, 1000)
+                             .id(3)
+                             .selected()
+                             .key("Sprite", 1000, 1100)
+                             .selected()
+                             .track()
+                             .key("Light", 100, 200)
+                             .link(3)
+                             .key("Light", 300, 400)
+                             .selected());
+    bench.wnd->Command(32792);
+    EXPECT_EQ(" | 100-200", bench.Dump());
+    EXPECT_FALSE(bench.Key(1, 0).m_bMotionLinked);
+    EXPECT_EQ("1", bench.wnd->KeyInfo().GetInfo().m_sTotalKeys);
+    bench.checker.ExpectEdits(1);
+    bench.wnd->Command(32792);
+    bench.checker.ExpectEdits(0);
+}
+
+TEST(ExpandKey, GrowsToNeighboursOriginAndPhase)
+{
+    CTimelineBench bench(aLibrary()
+                             .effect("Smoke")
+                             .track()
+                             .key("Sprite", 1000, 2000)
+                             .selected()
+                             .key("Sprite", 4000, 5000)
+                             .selected()
+                             .key("Sprite", 8000, 9000)
+                             .track()
+                             .key("Light", 300, 400)
+                             .selected()
+                             .track()
+                             .key("Light", 12000, 13000)
+                             .selected());
+    bench.wnd->Command(32793);
+    EXPECT_EQ("0-4000* 4000-8000* 8000-9000 | 0-10000* | 0-10000*", bench.Dump());
+    bench.checker.ExpectEdits(1);
+    // Behind a key that ends beyond the phase there is no end to grow to.
+    bench.Arrange(
+        [&]
+        {
+            bench.wnd->ClearSelection();
+            bench.Key(0, 1).m_nEndTime = 11000;
+            bench.Key(0, 2).m_nStartTime = 12000;
+            bench.Key(0, 2).m_nEndTime = 12500;
+            bench.Key(0, 2).m_bSelected = true;
+        });
+    bench.wnd->Command(32793);
+    EXPECT_EQ("0-4000 4000-11000 11000-12500* | 0-10000 | 0-10000", bench.Dump());
+}
+
+TEST(SetKeyLength, KeepsStartsAndNeighbours)
+{
+    CTimelineBench bench(aLibrary()
+                             .effect("Smoke")
+                             .track()
+                             .key("Sprite", 1000, 2000)
+                             .selected()
+                             .key("Sprite", 4000, 4500)
+                             .track()
+                             .key("Light", 9000, 9100)
+                             .selected());
+    CTrackWnd& wnd = *bench.wnd;
+    bench.prompts.onNumber(std::nullopt, "Enter Key Length in Milliseconds").onNumber(5000).onNumber(700);
+    wnd.Command(32816);
+    bench.checker.ExpectEdits(0);
+    EXPECT_EQ(1, bench.prompts.m_Numbers.at(0).m_nMin);
+    EXPECT_EQ(1000000, bench.prompts.m_Numbers.at(0).m_nMax);
+    wnd.Command(32816);
+    EXPECT_EQ("1000-4000* 4000-4500 | 9000-14000*", bench.Dump());
+    wnd.Command(32816);
+    EXPECT_EQ("1000-1700* 4000-4500 | 9000-9700*", bench.Dump());
+    bench.checker.ExpectEdits(2);
+}
+
+TEST(NameKey, CleansTheTextAndNamesAllSelected)
+{
+    CTimelineBench bench(aLibrary()
+                             .effect("Smoke")
+                             .track()
+                             .key("Sprite", 1000, 2000)
+                             .name("Old")
+                             .selected()
+                             .key("Light", 4000, 4500)
+                             .name("Glow"));
+    CTrackWnd& wnd = *bench.wnd;
+    bench.prompts.onText(std::nullopt, "Enter Name For Sprite")
+        .onText(" \t a \"b\" ", "Enter Name For Sprite");
+    wnd.Command(32823);
+    bench.checker.ExpectEdits(0);
+    wnd.Command(32823);
+    EXPECT_EQ("a 'b'", bench.Key(0, 0).m_sName);
+    bench.Click(bench.At(4200, 0), true);
+    bench.prompts.onText("   ", "Enter Name For Keys");
+    wnd.Command(32823);
+    EXPECT_EQ((std::vector<std::string>{"Old", "Old", ""}), bench.prompts.m_Offered);
+    EXPECT_EQ("", bench.Key(0, 0).m_sName + bench.Key(0, 1).m_sName);
+    EXPECT_EQ("Key Info [Light]", wnd.KeyInfo().GetInfo().m_sTitle);
+    wnd.ClearSelection();
+    wnd.Command(32823); // nothing selected, nothing asked
+    bench.checker.ExpectEdits(2);
+}
