@@ -45,33 +45,21 @@ double MeasureInFreshProcess(const std::vector<std::string>& arguments)
     return QSTextToDouble(result.m_sOutput.c_str());
 }
 
-namespace
+uint64_t ResidentMemory()
 {
-uint64_t StatusField(const char* pszField)
-{
-    std::FILE* pFile = std::fopen("/proc/self/status", "r");
+    // The figures in "status" lag behind by some pages for each thread; these are counted when read.
+    std::FILE* pFile = std::fopen("/proc/self/smaps_rollup", "r");
     if (!pFile)
         return 0;
     char szLine[256];
     uint64_t nKiB = 0;
     while (std::fgets(szLine, sizeof(szLine), pFile))
-        if (std::strncmp(szLine, pszField, std::strlen(pszField)) == 0)
-            nKiB = std::strtoull(szLine + std::strlen(pszField) + 1, nullptr, 10);
+    {
+        if (std::strncmp(szLine, "Rss:", 4) == 0)
+            nKiB = std::strtoull(szLine + 4, nullptr, 10);
+    }
     std::fclose(pFile);
     return nKiB * 1024;
-}
-} // namespace
-
-uint64_t PeakMemory() { return StatusField("VmHWM"); }
-uint64_t CurrentMemory() { return StatusField("VmRSS"); }
-
-void ResetPeak()
-{
-    if (std::FILE* pFile = std::fopen("/proc/self/clear_refs", "w"))
-    {
-        std::fputs("5", pFile);
-        std::fclose(pFile);
-    }
 }
 
 double PageCost()

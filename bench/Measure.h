@@ -32,10 +32,8 @@ std::vector<CSample> MeasureRounds(const std::vector<CSubject>& subjects, int nR
 // Starts this program again with the given arguments and gives the number that it prints, or below 0.
 double MeasureInFreshProcess(const std::vector<std::string>& arguments);
 
-// The process's peak of resident memory so far, in bytes; ResetPeak starts it over where the system can.
-uint64_t PeakMemory();
-void ResetPeak();
-uint64_t CurrentMemory();
+// The process's resident memory now, in bytes; 0 where the system doesn't tell.
+uint64_t ResidentMemory();
 
 // What a fresh page of 4 KiB costs here, in microseconds.
 double PageCost();

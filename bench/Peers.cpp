@@ -153,28 +153,32 @@ CPeerWriters::CPeerWriters(const std::string& sXml, const std::string& sJson) : 
 
 CPeerWriters::~CPeerWriters() { std::unique_ptr<CTrees>(m_pTrees).reset(); }
 
+// Both write into memory that is kept from run to run, as Emberdeck's own writer does.
 double CPeerWriters::WritePugixml() const
 {
     struct CWriter : pugi::xml_writer
     {
         void write(const void* pData, size_t nSize) override { m_sText.append(static_cast<const char*>(pData), nSize); }
         std::string m_sText;
-    } writer;
+    };
+    static CWriter s_Writer;
+    s_Writer.m_sText.clear();
     const double fStart = Now();
-    m_pTrees->m_Xml.save(writer, "\t");
+    m_pTrees->m_Xml.save(s_Writer, "\t");
     const double fTime = Now() - fStart;
-    return writer.m_sText.empty() ? -1.0 : fTime;
+    return s_Writer.m_sText.empty() ? -1.0 : fTime;
 }
 
 double CPeerWriters::WriteRapidJsonPretty() const
 {
+    static rapidjson::StringBuffer s_Buffer;
+    s_Buffer.Clear();
     const double fStart = Now();
-    rapidjson::StringBuffer buffer;
-    rapidjson::PrettyWriter<rapidjson::StringBuffer> writer(buffer);
+    rapidjson::PrettyWriter<rapidjson::StringBuffer> writer(s_Buffer);
     writer.SetIndent('\t', 1);
     m_pTrees->m_Json.Accept(writer);
     const double fTime = Now() - fStart;
-    return buffer.GetSize() == 0 ? -1.0 : fTime;
+    return s_Buffer.GetSize() == 0 ? -1.0 : fTime;
 }
 
 CPacked CompressZlib(const std::string& sText, int nLevel)

@@ -70,7 +70,9 @@ std::string CanonicalizePath(std::string_view sPath)
         const std::string_view sStep = sPath.substr(i, nEnd - i);
         const bool bLast = nEnd == sPath.size();
         i = bLast ? nEnd : nEnd + 1;
-        const bool bDropped = sStep == "." || (sStep == ".." && (DropLastStep(sOut, nRoot) || bRooted));
+        // A separator that has lost what stood in front of it would make a root, or another one.
+        const bool bDropped = sStep == "." || (sStep == ".." && (DropLastStep(sOut, nRoot) || bRooted)) ||
+                              (sStep.empty() && sOut.size() == nRoot);
         if (!bDropped)
             sOut += sPath.substr(nEnd - sStep.size(), sStep.size() + (bLast ? 0 : 1));
         else if (bLast && sOut.size() > nRoot)

@@ -11,6 +11,8 @@ namespace
 
 constexpr uint64_t c_nMaxProfileSize = 4u << 20;
 
+constexpr const char* c_pszByteOrderMark = "\xEF\xBB\xBF"; // in the first line it is no part of a name
+
 // In no name, since names end with their line.
 constexpr const char* c_pszRepeated = "\n";
 
@@ -60,7 +62,7 @@ bool IsSectionName(const std::string& sName)
 bool IsKeyName(const std::string& sName)
 {
     return !sName.empty() && sName.find_first_of("=\r\n") == std::string::npos && sName[0] != ';' &&
-           sName[0] != '[';
+           sName[0] != '[' && !sName.starts_with(c_pszByteOrderMark);
 }
 
 } // namespace
@@ -71,7 +73,8 @@ void CProfileText::Parse(const std::string& sText)
     m_Index.clear();
     m_Sections.clear();
     std::string_view sRest = sText;
-    if (sRest.starts_with("\xEF\xBB\xBF"))
+    // All of them, else what is written again would lose one more.
+    while (sRest.starts_with(c_pszByteOrderMark))
         sRest.remove_prefix(3);
     std::string sSection;
     while (!sRest.empty())

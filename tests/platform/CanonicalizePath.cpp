@@ -21,6 +21,9 @@ TEST(CanonicalizePath, RemovesDotStepsAndNothingElse)
         {"./a", "a"},
         {"a//b/..c/...", "a//b/..c/..."},
         {"a//../b", "b"},
+        {"a/..//b", "b"},
+        {".\\\\a", "a"},
+        {"/a/..//b", "/b"},
         {"\\\\server\\share\\..\\x", "\\\\server\\x"},
         {"/a/.../.x/..y/ ", "/a/.../.x/..y/ "},
     };

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 #include <random>
+#include <set>
 
 namespace
 {
@@ -174,6 +175,41 @@ TEST(TextLoading, AllRoadsAgree)
     }
 }
 
+TEST(TextLoading, GivesATreeThatCanBeChanged)
+{
+    CQSALoadOnlyAlloc alloc(2000);
+    CRoot root(alloc);
+    const std::string sText = "(name 12345678901 \"a text beyond a node\" (x)) last";
+    ASSERT_TRUE(QSALoadText(sText.data(), sText.size(), &root, &alloc));
+    CQSANode* pList = root.GetElement(0);
+    CQSANode* pFirst = pList->GetElement(0);
+    CQSANode* pSecond = pList->GetElement(1);
+    pList->SetElement(pSecond, 0);
+    pList->SetElement(pFirst, 1);
+    EXPECT_EQ(pSecond, pList->GetElement(0));
+    EXPECT_EQ("((<12345678901><name>\"a text beyond a node\"(<x>))<last>)", TreeText(&root));
+    ASSERT_TRUE(pSecond->SetValue(pSecond->GetValue() + 9, true, &alloc)) << "the end of its own text";
+    ASSERT_TRUE(pFirst->SetValue("another text that is longer", false, &alloc));
+    ASSERT_TRUE(pList->GetElement(3)->AppendElement(alloc.AllocateNode(), &alloc));
+    pList->GetElement(2)->Free(&alloc);
+    EXPECT_EQ("((\"01\"<another text that is longer>()(<x>()))<last>)", TreeText(&root));
+
+    // Another text behind it, and then memory that is used again.
+    ASSERT_TRUE(QSALoadText("(b)", 3, &root, &alloc));
+    EXPECT_EQ("(<last>(<b>))",
+              TreeText(&root).substr(0, 1) + TreeText(&root).substr(TreeText(&root).size() - 12));
+    std::set<const void*> seen;
+    for (int i = 0; i < 3; ++i)
+    {
+        root.Free(&alloc);
+        alloc.Reset();
+        ASSERT_TRUE(QSALoadText(sText.data(), sText.size(), &root, &alloc));
+        EXPECT_EQ("((<name><12345678901>\"a text beyond a node\"(<x>))<last>)", TreeText(&root));
+        seen.insert(root.GetElement(0));
+    }
+    EXPECT_EQ(1u, seen.size()) << "the same block each time";
+}
+
 TEST(TextLoading, ReadsTheContainer)
 {
     CTempDir dir;
@@ -259,12 +295,25 @@ TEST(TextLoading, KernelsSeeTheSameBytes)
         ASSERT_EQ(std::string(" \t\r\n").find(sText[i]) != std::string::npos, Bit(masks.m_nWhite)) << i;
     }
     std::vector<QSAScanFn> kernels{QSAPickScan()};
+    std::vector<QSAIndexFn> indexers{QSAPickIndex()};
 #if defined(__x86_64__)
     kernels.push_back(QSAScanSSE2);
+    indexers.push_back(QSAIndexSSE2);
 #endif
     for (const QSAScanFn pfnScan : kernels)
     {
         pfnScan(sText.data(), 200, other.data());
         EXPECT_EQ(0, std::memcmp(plain.data(), other.data(), 200 * sizeof(CQSATextMasks)));
+    }
+    for (const QSAIndexFn pfnIndex : indexers)
+    {
+        CQSATextState state, otherState;
+        for (size_t nBlock = 0; nBlock < 192; nBlock += c_nIndexBlocks)
+        {
+            uint16_t aEdges[c_nIndexRoom], aOther[c_nIndexRoom];
+            const uint32_t nCount = QSAIndexPlain(&plain[nBlock], c_nIndexBlocks, state, aEdges);
+            ASSERT_EQ(nCount, pfnIndex(&plain[nBlock], c_nIndexBlocks, otherState, aOther));
+            EXPECT_TRUE(std::equal(aEdges, aEdges + nCount, aOther));
+        }
     }
 }

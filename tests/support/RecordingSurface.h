@@ -12,16 +12,19 @@
 //     raised 200,72 100x36           sunken -100,0 1220x36    ellipse 10,10 11x11 #FFFFFF
 //     dotted 204,76 92x28            rect 0,0 5x5             text 200,72 100x36 Plume    text 3,10 0
 //
-// Every character is six pixels wide and a line twelve high.
+// A line that is not one pixel wide adds its width and colour: "line 0,5 9,5 w2 #000000". Every character is six
+// pixels wide and a line of text twelve high.
 class CRecordingSurface : public IDrawSurface
 {
 public:
     explicit CRecordingSurface(CRect rcBounds = CRect{0, 0, 1000, 300}) : m_rcBounds(rcBounds) {}
 
     void FillRect(const CRect& rc, CColorRef nColor) override { Add("fill " + Box(rc) + Color(nColor)); }
-    void DrawLine(CPoint from, CPoint to, const CPenSpec&) override
+    void DrawLine(CPoint from, CPoint to, const CPenSpec& pen) override
     {
-        Add("line " + Spot(from) + " " + Spot(to));
+        const std::string sPen =
+            pen.m_nWidth == 1 ? "" : " w" + std::to_string(pen.m_nWidth) + Color(pen.m_nColor);
+        Add("line " + Spot(from) + " " + Spot(to) + sPen);
     }
     void DrawPolygon(const CPoint* pPoints, int nCount, const CPenSpec&, const CBrushSpec& brush) override
     {

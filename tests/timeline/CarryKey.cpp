@@ -2,8 +2,7 @@
 
 TEST(CarryKey, ShiftCopiesAndCtrlShiftMoves)
 {
-    CTimelineBench bench(
-        aLibrary().effect("Smoke").track().key("Sprite", 1000, 2005).id(4).track().key("Light", 5000, 6000));
+    CTimelineBench bench("S1000-2005#4 | L5000-6000");
     CTrackWnd& wnd = *bench.wnd;
     bench.Press(bench.At(1500, 0), false, true);
     wnd.OnMove({350, 130}, true);
@@ -15,7 +14,7 @@ TEST(CarryKey, ShiftCopiesAndCtrlShiftMoves)
     EXPECT_EQ(nPainted, bench.view.m_nPainted); // such steps are painted later
     // The ends land on the pixel grid; both keys are selected, the source stays the current one.
     EXPECT_EQ("1000-2005* | 2999-3999* 5000-6000", bench.Dump());
-    EXPECT_EQ(5u, bench.Key(1, 0).m_nKeyID);
+    EXPECT_EQ(6u, bench.Key(1, 0).m_nKeyID);
     EXPECT_EQ(&bench.Key(0, 0), wnd.GetCurKey());
     EXPECT_EQ(bench.Tracks().GetTrack(0), wnd.GetCurTrack());
     bench.checker.ExpectEdits(1);
@@ -33,10 +32,10 @@ TEST(CarryKey, ShiftCopiesAndCtrlShiftMoves)
 
 TEST(CarryKey, BelowAndAboveTheRowsANewTrackTakesIt)
 {
-    CTimelineBench bench(
-        aLibrary().effect("Smoke").track().key("Sprite", 1000, 2000).track().key("Light", 1000, 2000));
+    CTimelineBench bench("S1000-2000 | L1000-2000");
     bench.Drag(bench.At(1500, 0), {150, 900}, true, true);
     EXPECT_EQ(" | 1000-2000 | 999-1999*", bench.Dump());
+    bench.wnd->ClearSelection();
     bench.Drag(bench.At(1500, 1), {150, 20}, true, true);
     EXPECT_EQ(" | | 999-1999 | 999-1999*", bench.Dump());
     bench.checker.ExpectEdits(2);
@@ -44,13 +43,12 @@ TEST(CarryKey, BelowAndAboveTheRowsANewTrackTakesIt)
 
 TEST(CarryKey, WhatFindsNoPlaceGoesBack)
 {
-    CTimelineBench bench(
-        aLibrary().effect("Smoke").track().key("Sprite", 1000, 2005).id(4).track().key("Light", 0, 500));
+    CTimelineBench bench("S1000-2005#4 | L0-500");
     bench.Drag(bench.At(1500, 0), bench.At(250, 1), true, true); // onto a key
     EXPECT_EQ("1000-2005* | 0-500", bench.Dump());
     bench.Drag(bench.At(1500, 0), bench.At(250, 1), false, true);
     EXPECT_EQ("1000-2005* | 0-500", bench.Dump());
-    EXPECT_EQ(6u, bench.Tracks().m_nNextKeyID); // the id of a dropped copy stays spent
+    EXPECT_EQ(7u, bench.Tracks().m_nNextKeyID); // the id of a dropped copy stays spent
 
     bench.Drag(bench.At(1500, 0), {-60, 120}, true, true); // wholly left of the origin
     EXPECT_EQ("1000-2005* | 0-500", bench.Dump());
@@ -71,14 +69,7 @@ TEST(CarryKey, WhatFindsNoPlaceGoesBack)
 
 TEST(CarryKey, LinkedKeysAreUnlinkedFirst)
 {
-    CTimelineBench bench(aLibrary()
-                             .effect("Smoke")
-                             .track()
-                             .key("Sprite", 1000, 5000)
-                             .name("Target")
-                             .track()
-                             .key("Light", 2000, 3000)
-                             .linkTo("Target"));
+    CTimelineBench bench("S1000-5000 | L2000-3000>0");
     bench.prompts.onAsk("You must unlink this key first, would you like to unlink it?", EAnswer::eNo);
     bench.Drag(bench.At(2500, 1), bench.At(7000, 1), true, true);
     EXPECT_EQ("Move Key", bench.prompts.m_Asked.at(0).m_sCaption);

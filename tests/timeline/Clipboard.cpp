@@ -2,14 +2,7 @@
 
 TEST(KeyClipboard, PastesAStandardSpanWhereThereIsRoom)
 {
-    CTimelineBench bench(aLibrary()
-                             .effect("Smoke")
-                             .track()
-                             .key("Sprite", 1000, 1200)
-                             .id(5)
-                             .name("Plume")
-                             .key("Sprite", 4000, 5000)
-                             .track());
+    CTimelineBench bench("S1000-1200#5=Plume S4000-5000 |");
     CTrackWnd& wnd = *bench.wnd;
     wnd.OnKeyPress('C', true, false, false); // no current key
     bench.view.m_ptPointer = bench.At(7000, 0);
@@ -39,7 +32,7 @@ TEST(KeyClipboard, PastesAStandardSpanWhereThereIsRoom)
     wnd.OnMenuClosed(32827);
     wnd.OnRightRelease(bench.At(300, 1), false);
     wnd.OnMenuClosed(32827);
-    EXPECT_EQ("1000-1200 1999-3999* 4000-5000 5999-7999 | 0-1299*", bench.Dump());
+    EXPECT_EQ("1000-1200 1999-3999 4000-5000 5999-7999 | 0-1299*", bench.Dump());
     wnd.OnRightRelease(bench.At(5300, 0), false);
     wnd.OnMenuClosed(32827);
     EXPECT_EQ("1000-1200 1999-3999 4000-5000 5000-5999* 5999-7999 | 0-1299", bench.Dump());
@@ -47,13 +40,7 @@ TEST(KeyClipboard, PastesAStandardSpanWhereThereIsRoom)
 
 TEST(KeyClipboard, CutCopiesOneAndDeletesTheSelection)
 {
-    CTimelineBench bench(aLibrary()
-                             .effect("Smoke")
-                             .track()
-                             .key("Sprite", 1000, 2000)
-                             .key("Sprite", 4000, 5000)
-                             .key("Light", 6000, 7000)
-                             .name("Last"));
+    CTimelineBench bench("S1000-2000 S4000-5000 L6000-7000=Last");
     CTrackWnd& wnd = *bench.wnd;
     bench.Click(bench.At(1500, 0));
     bench.Click(bench.At(6500, 0), true);
@@ -71,16 +58,8 @@ TEST(KeyClipboard, CutCopiesOneAndDeletesTheSelection)
 
 TEST(KeyClipboard, ALinkStaysWithinItsEffect)
 {
-    CTimelineBench bench(aLibrary()
-                             .effect("Smoke")
-                             .track()
-                             .key("Sprite", 0, 9000)
-                             .id(3)
-                             .track()
-                             .key("Light", 1000, 2000)
-                             .link(3)
-                             .effect("Fire")
-                             .track());
+    CTimelineBench bench("S0-9000#3 | L1000-2000>3");
+    bench.Arrange([&] { bench.library->m_SpellMgr.AddSpell()->m_Tracks.AddTrack(); });
     bench.Click(bench.At(1500, 1));
     bench.wnd->Command(32825);
     bench.wnd->PasteKeyAt(bench.At(5000, 1));

@@ -28,14 +28,7 @@ TEST(TimelineGeometry, TimesAndPixelsTruncateTowardZeroAndNeverOverflow)
 
 TEST(TimelineGeometry, KeysAndRowsStandWhereHitTestsFindThem)
 {
-    CTimelineBench bench(aLibrary()
-                             .effect("Smoke")
-                             .track()
-                             .key("Sprite", 0, 5)
-                             .track()
-                             .track()
-                             .key("Sprite", 2000, 3000)
-                             .key("Light", 3000, 3400));
+    CTimelineBench bench("S0-5 | | S2000-3000 L3000-3400");
     CTrackWnd& wnd = *bench.wnd;
     const CKey& key = bench.Key(2, 0);
     const CKey& next = bench.Key(2, 1);
@@ -86,7 +79,7 @@ TEST(TimelineGeometry, KeysAndRowsStandWhereHitTestsFindThem)
 
 TEST(TimelineGeometry, SizesDivideTheWindowAndScrollingStopsAtItsEnds)
 {
-    CTimelineBench bench(aLibrary().effect("Smoke").track());
+    CTimelineBench bench("");
     CTrackWnd& wnd = *bench.wnd;
     EXPECT_EQ((CRect{0, 0, 1020, 70}), wnd.Layout().m_rcKeyInfo);
     EXPECT_EQ((CRect{0, 370, 1000, 470}), wnd.Layout().m_rcTimeBar);

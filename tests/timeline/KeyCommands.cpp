@@ -15,7 +15,7 @@ void AddAt(CTimelineBench& bench, CPoint pt, const char* pszType = "Light")
 
 TEST(AddKey, LastsTwoSecondsAboutTheClickWithinTheFreeGap)
 {
-    CTimelineBench bench(aLibrary().effect("Smoke").track());
+    CTimelineBench bench("");
     AddAt(bench, bench.At(5000, 0), nullptr); // nothing chosen
     bench.checker.ExpectEdits(0);
     AddAt(bench, bench.At(500, 0));
@@ -39,17 +39,9 @@ TEST(AddKey, LastsTwoSecondsAboutTheClickWithinTheFreeGap)
 
 TEST(Tracks, InsertAndDeleteRenumber)
 {
-    CTimelineBench bench(aLibrary()
-                             .effect("Smoke")
-                             .track()
-                             .key("Sprite", 0, 1000)
-                             .id(3)
-                             .track()
-                             .key("Light", 100, 200)
-                             .link(3)
-                             .key("Light", 300, 400));
+    CTimelineBench bench("S0-1000#3 | L100-200>3 L300-400");
     CTrackWnd& wnd = *bench.wnd;
-    bench.Click(bench.At(500, 0));
+    wnd.OnRightRelease(bench.At(500, 0), false);
     wnd.Command(32789);
     EXPECT_EQ("0-1000* | | 100-200 300-400", bench.Dump());
     bench.Click(bench.At(500, 9));
@@ -64,7 +56,7 @@ TEST(Tracks, InsertAndDeleteRenumber)
     wnd.Command(32809);
     EXPECT_EQ("Delete Track", bench.prompts.m_Asked.at(0).m_sCaption);
     bench.checker.ExpectEdits(0);
-    bench.Click(bench.At(500, 0));
+    wnd.OnRightRelease(bench.At(500, 0), false);
     bench.prompts.onAsk("the 1 keys", EAnswer::eYes);
     wnd.Command(32809);
     EXPECT_EQ(" | 100-200 300-400 |", bench.Dump());
@@ -75,19 +67,7 @@ TEST(Tracks, InsertAndDeleteRenumber)
 
 TEST(DeleteKey, TakesAllSelectedAndTheirLinks)
 {
-    CTimelineBench bench(aLibrary()
-                             .effect("Smoke")
-                             .track()
-                             .key("Sprite", 0, 1000)
-                             .id(3)
-                             .selected()
-                             .key("Sprite", 1000, 1100)
-                             .selected()
-                             .track()
-                             .key("Light", 100, 200)
-                             .link(3)
-                             .key("Light", 300, 400)
-                             .selected());
+    CTimelineBench bench("S0-1000#3* S1000-1100* | L100-200>3 L300-400*");
     bench.wnd->Command(32792);
     EXPECT_EQ(" | 100-200", bench.Dump());
     EXPECT_FALSE(bench.Key(1, 0).m_bMotionLinked);
@@ -99,20 +79,7 @@ TEST(DeleteKey, TakesAllSelectedAndTheirLinks)
 
 TEST(ExpandKey, GrowsToNeighboursOriginAndPhase)
 {
-    CTimelineBench bench(aLibrary()
-                             .effect("Smoke")
-                             .track()
-                             .key("Sprite", 1000, 2000)
-                             .selected()
-                             .key("Sprite", 4000, 5000)
-                             .selected()
-                             .key("Sprite", 8000, 9000)
-                             .track()
-                             .key("Light", 300, 400)
-                             .selected()
-                             .track()
-                             .key("Light", 12000, 13000)
-                             .selected());
+    CTimelineBench bench("S1000-2000* S4000-5000* S8000-9000 | L300-400* | L12000-13000*");
     bench.wnd->Command(32793);
     EXPECT_EQ("0-4000* 4000-8000* 8000-9000 | 0-10000* | 0-10000*", bench.Dump());
     bench.checker.ExpectEdits(1);
@@ -132,15 +99,7 @@ TEST(ExpandKey, GrowsToNeighboursOriginAndPhase)
 
 TEST(SetKeyLength, KeepsStartsAndNeighbours)
 {
-    CTimelineBench bench(aLibrary()
-                             .effect("Smoke")
-                             .track()
-                             .key("Sprite", 1000, 2000)
-                             .selected()
-                             .key("Sprite", 4000, 4500)
-                             .track()
-                             .key("Light", 9000, 9100)
-                             .selected());
+    CTimelineBench bench("S1000-2000* S4000-4500 | L9000-9100*");
     CTrackWnd& wnd = *bench.wnd;
     bench.prompts.onNumber(std::nullopt, "Enter Key Length in Milliseconds").onNumber(5000).onNumber(700);
     wnd.Command(32816);
@@ -156,14 +115,7 @@ TEST(SetKeyLength, KeepsStartsAndNeighbours)
 
 TEST(NameKey, CleansTheTextAndNamesAllSelected)
 {
-    CTimelineBench bench(aLibrary()
-                             .effect("Smoke")
-                             .track()
-                             .key("Sprite", 1000, 2000)
-                             .name("Old")
-                             .selected()
-                             .key("Light", 4000, 4500)
-                             .name("Glow"));
+    CTimelineBench bench("S1000-2000*=Old L4000-4500=Glow");
     CTrackWnd& wnd = *bench.wnd;
     bench.prompts.onText(std::nullopt, "Enter Name For Sprite")
         .onText(" \t a \"b\" ", "Enter Name For Sprite");

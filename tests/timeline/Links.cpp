@@ -5,19 +5,7 @@ namespace
 
 struct CLinkBench : CTimelineBench
 {
-    CLinkBench()
-        : CTimelineBench(aLibrary()
-                             .effect("Smoke")
-                             .track()
-                             .key("Sprite", 1000, 5000)
-                             .id(3)
-                             .track()
-                             .key("Light", 2000, 3000)
-                             .key("Light", 6000, 7000)
-                             .track()
-                             .key("Light", 1000, 3000))
-    {
-    }
+    CLinkBench() : CTimelineBench("S1000-5000#3 | L2000-3000 L6000-7000 | L1000-3000") {}
     // Links the key at one point to that at another, by the command.
     void Link(CPoint from, CPoint to)
     {
@@ -88,23 +76,7 @@ TEST(MotionLink, TheRubberLineFollowsThePointerUntilAPress)
 
 TEST(MotionLink, UnlinkKeyEndsBothDirections)
 {
-    CTimelineBench bench(aLibrary()
-                             .effect("Smoke")
-                             .track()
-                             .key("Sprite", 0, 9000)
-                             .id(0)
-                             .track()
-                             .key("Light", 1000, 5000)
-                             .id(1)
-                             .link(0)
-                             .track()
-                             .key("Light", 2000, 3000)
-                             .link(1)
-                             .key("Light", 3000, 4000)
-                             .link(1)
-                             .track()
-                             .key("Light", 2000, 2500)
-                             .link(0));
+    CTimelineBench bench("S0-9000#0 | L1000-5000#1>0 | L2000-3000>1 L3000-4000>1 | L2000-2500>0");
     CTrackWnd& wnd = *bench.wnd;
     EXPECT_TRUE(wnd.IsLinkedTo(&bench.Key(0, 0))); // by id 0, which is one like any other
     EXPECT_TRUE(wnd.IsLinkedTo(&bench.Key(1, 0)));
@@ -112,7 +84,7 @@ TEST(MotionLink, UnlinkKeyEndsBothDirections)
     bench.Arrange([&] { bench.Key(3, 0).Link(bench.Key(3, 0).m_nKeyID); });
     EXPECT_FALSE(wnd.IsLinkedTo(&bench.Key(3, 0))); // itself doesn't count
 
-    bench.Click(bench.At(1500, 1));
+    wnd.OnRightRelease(bench.At(1500, 1), false);
     wnd.Command(32815);
     bench.checker.ExpectEdits(1);
     EXPECT_FALSE(bench.Key(1, 0).m_bMotionLinked || bench.Key(2, 0).m_bMotionLinked ||

@@ -53,8 +53,7 @@ TEST(TrackMenu, HoldsWhatAppliesToTheClick)
 
 TEST(TrackMenu, RightReleasesSelect)
 {
-    CTimelineBench bench(
-        aLibrary().effect("Smoke").track().key("Sprite", 0, 1000).selected().key("Sprite", 2000, 3000));
+    CTimelineBench bench("S0-1000* S2000-3000");
     CTrackWnd& wnd = *bench.wnd;
     wnd.OnRightRelease(bench.At(2500, 0), true);
     EXPECT_EQ("0-1000* 2000-3000*", bench.Dump());
@@ -88,7 +87,7 @@ TEST(TrackCommands, TablesAreWhole)
         nWithout += int(1 - ids.count(accelerator.m_nID));
     EXPECT_EQ(2, nWithout); // the find commands
 
-    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 0, 1000));
+    CTimelineBench bench("S0-1000");
     bench.Click(bench.At(500, 0));
     EXPECT_TRUE(bench.wnd->OnKeyPress('F', true, false, false)); // ends here
     EXPECT_FALSE(bench.wnd->OnKeyPress(c_nKeyDelete, true, false, false));

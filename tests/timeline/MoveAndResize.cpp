@@ -14,12 +14,7 @@ std::string Dragged(CTimelineBench& bench, int32_t nTime, int32_t nRow, int32_t 
 
 TEST(MoveKeys, StopAtOriginPhaseEndAndNeighbours)
 {
-    CTimelineBench bench(aLibrary()
-                             .effect("Smoke")
-                             .track()
-                             .key("Sprite", 500, 1500)
-                             .key("Sprite", 3000, 4000)
-                             .key("Sprite", 8000, 9000));
+    CTimelineBench bench("S500-1500 S3000-4000 S8000-9000");
     EXPECT_EQ("0-1000* 3000-4000 8000-9000", Dragged(bench, 1000, 0, -5000));
     bench.checker.ExpectEdits(1);
     EXPECT_EQ("2000-3000* 3000-4000 8000-9000", Dragged(bench, 500, 0, 7000)); // never over it
@@ -45,18 +40,13 @@ TEST(MoveKeys, StopAtOriginPhaseEndAndNeighbours)
 TEST(MoveKeys, TheLaterRuleWinsWhereTheRoomIsTooSmall)
 {
     // Longer than the room between its neighbours: the next key's bound comes after the previous one's.
-    CTimelineBench bench(aLibrary()
-                             .effect("Smoke")
-                             .track()
-                             .key("Sprite", 0, 1000)
-                             .key("Sprite", 1000, 3000)
-                             .key("Sprite", 2000, 2500));
+    CTimelineBench bench("S0-1000 S1000-3000 S2000-2500");
     EXPECT_EQ("0-1000 0-2000* 2000-2500", Dragged(bench, 1500, 0, -200));
 
     // A key beyond the phase is pulled back, and the move to the left of its neighbour undone by the sort.
     CTimelineBench beyond(
         aLibrary().effect("Smoke").length(5000).track().key("Sprite", 4000, 4900).key("Sprite", 4900, 6900));
-    beyond.Drag({980, 80}, {970, 80});                // 0.2 pixels a millisecond
+    beyond.Drag({985, 80}, {975, 80});                // 0.2 pixels a millisecond
     EXPECT_EQ("4000-4900 4900-6900*", beyond.Dump()); // stays behind the key before, a step of 50 ms
     beyond.Drag({990, 80}, {995, 80});
     EXPECT_EQ("3000-5000* 4000-4900", beyond.Dump());
@@ -64,15 +54,7 @@ TEST(MoveKeys, TheLaterRuleWinsWhereTheRoomIsTooSmall)
 
 TEST(MoveKeys, LinkedKeysStayInsideTheirTarget)
 {
-    CTimelineBench bench(aLibrary()
-                             .effect("Smoke")
-                             .track()
-                             .key("Sprite", 1000, 5000)
-                             .name("Target")
-                             .track()
-                             .key("Light", 2000, 3000)
-                             .linkTo("Target")
-                             .key("Light", 1500, 1600));
+    CTimelineBench bench("S1000-5000 | L2000-3000>0 L1500-1600");
     EXPECT_EQ("1000-5000 | 1050-2050* 1500-1600",
               Dragged(bench, 2500, 1, -3000)); // over its neighbour, then sorted
     EXPECT_EQ("1000-5000 | 1500-1600 3950-4950*", Dragged(bench, 1300, 1, 8000));
@@ -84,15 +66,7 @@ TEST(MoveKeys, LinkedKeysStayInsideTheirTarget)
 
 TEST(MoveKeys, ALinkTargetAsksAndNeverMoves)
 {
-    CTimelineBench bench(aLibrary()
-                             .effect("Smoke")
-                             .track()
-                             .key("Sprite", 1000, 5000)
-                             .name("Target")
-                             .track()
-                             .key("Light", 2000, 3000)
-                             .linkTo("Target")
-                             .key("Light", 6000, 7000));
+    CTimelineBench bench("S1000-5000 | L2000-3000>0 L6000-7000");
     bench.prompts.onAsk("This key has been linked to, you cannot move it, Unlink ?", EAnswer::eNo);
     EXPECT_EQ("1000-5000* | 2000-3000 6000-7000", Dragged(bench, 3000, 0, 500));
     EXPECT_EQ("Emberdeck", bench.prompts.m_Asked.at(0).m_sCaption);
@@ -112,12 +86,7 @@ TEST(MoveKeys, ALinkTargetAsksAndNeverMoves)
 
 TEST(ResizeKeys, EdgesStopAtTheirBoundsAndAtALeastLength)
 {
-    CTimelineBench bench(aLibrary()
-                             .effect("Smoke")
-                             .track()
-                             .key("Sprite", 500, 1500)
-                             .key("Sprite", 2000, 3000)
-                             .key("Sprite", 8000, 9000));
+    CTimelineBench bench("S500-1500 S2000-3000 S8000-9000");
     const auto left = [&](int32_t nStart, int32_t nTo)
     {
         bench.Drag({nStart / 10 + 1, 80}, {nTo / 10 + 1, 80});
@@ -157,15 +126,7 @@ TEST(ResizeKeys, EdgesStopAtTheirBoundsAndAtALeastLength)
 
 TEST(ResizeKeys, LinkedEdgesKeepTheirMargin)
 {
-    CTimelineBench bench(aLibrary()
-                             .effect("Smoke")
-                             .track()
-                             .key("Sprite", 1000, 5000)
-                             .name("Target")
-                             .track()
-                             .key("Light", 500, 2000)
-                             .key("Light", 2000, 3000)
-                             .linkTo("Target"));
+    CTimelineBench bench("S1000-5000 | L500-2000 L2000-3000>0");
     bench.Drag({201, 120}, {50, 120});
     EXPECT_EQ("1000-5000 | 500-2000 1050-3000*", bench.Dump()); // over its neighbour
     bench.Drag({299, 120}, {700, 120});

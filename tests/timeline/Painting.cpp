@@ -16,19 +16,7 @@ CCalls Painted(const CTimelineBench& bench)
 
 TEST(TimelinePainting, DrawsRowsThenGuidesThenLinks)
 {
-    CTimelineBench bench(aLibrary()
-                             .effect("Smoke")
-                             .track()
-                             .key("Sprite", 1000, 5000)
-                             .name("Big")
-                             .id(7)
-                             .track()
-                             .key("Light", 2000, 3000)
-                             .selected()
-                             .link(7)
-                             .key("Light", 3000, 3080)
-                             .selected()
-                             .key("Marker", 4000, 4470));
+    CTimelineBench bench("S1000-5000#7=Big | L2000-3000*>7 L3000-3080* M4000-4470");
     const CCalls expected = {
         "fill 0,0 1020x1000 #646464",
         "sunken -100,0 1220x36",
@@ -72,15 +60,15 @@ TEST(TimelinePainting, DrawsOnlyWhatIsInView)
 {
     CLibraryBuilder builder = aLibrary();
     builder.effect("Smoke");
-    for (int i = 0; i < 200; ++i)
+    for (int i = 0; i < 12; ++i)
     {
         builder.track();
         for (int nKey = 0; nKey < 50; ++nKey)
-            builder.key("Sprite", nKey * 200, nKey * 200 + 200);
+            builder.key("Marker", nKey * 200, nKey * 200 + 200);
     }
     CTimelineBench bench(builder);
     bench.Key(0, 3).m_bSelected = true;
-    bench.Key(1, 5).m_bSelected = true;
+    bench.Key(1, 30).m_bSelected = true;
     bench.wnd->TimeBar().OnScaleSlider(50);
     bench.wnd->TimeBar().OnPhaseSlider(5); // 454 ms on, 1.1 pixels a millisecond
     bench.wnd->OnScroll(EScrollEvent::ePageDown);
@@ -95,9 +83,9 @@ TEST(TimelinePainting, DrawsOnlyWhatIsInView)
     bench.wnd->Paint(surface);
     EXPECT_EQ("sunken -100,-8 1220x36", surface.Calls("sunken").front());
     EXPECT_EQ(9u, surface.Calls("sunken").size());
-    EXPECT_EQ(9u * 6, surface.Calls("raised").size());
+    EXPECT_EQ(9u * 5, surface.Calls("raised").size());
     // The guides of a key that is scrolled away, and of it alone: the other's are off to the right.
-    ASSERT_EQ(4u, surface.Calls("polygon").size());
+    EXPECT_EQ(2u, surface.Calls("polygon").size());
     EXPECT_EQ(1u, surface.Calls("ellipse").size());
 }
 

@@ -2,13 +2,7 @@
 
 TEST(TimelineSelection, PlainCtrlAndMissingPressesFollowTheirSteps)
 {
-    CTimelineBench bench(aLibrary()
-                             .effect("Smoke")
-                             .track()
-                             .key("Sprite", 0, 1000)
-                             .key("Sprite", 2000, 3000)
-                             .track()
-                             .key("Light", 0, 1000));
+    CTimelineBench bench("S0-1000 S2000-3000 | L0-1000");
     CTrackWnd& wnd = *bench.wnd;
     bench.Click(bench.At(500, 0));
     bench.Click(bench.At(2500, 0), true);
@@ -39,8 +33,7 @@ TEST(TimelineSelection, PlainCtrlAndMissingPressesFollowTheirSteps)
 
 TEST(TimelineSelection, PressInASharedColumnSelectsAndRunsNothing)
 {
-    CTimelineBench bench(
-        aLibrary().effect("Smoke").track().key("Sprite", 1000, 2000).key("Sprite", 2000, 3000));
+    CTimelineBench bench("S1000-2000 S2000-3000");
     bench.Press({200, 80}); // the left key by time, outside its rectangle
     EXPECT_EQ("1000-2000* 2000-3000", bench.Dump());
     EXPECT_FALSE(bench.wnd->IsDragging());
@@ -59,7 +52,7 @@ TEST(TimelineSelection, PressInASharedColumnSelectsAndRunsNothing)
 
 TEST(TimelineSelection, NothingElseRunsWhileAGestureDoes)
 {
-    CTimelineBench bench(aLibrary().effect("Smoke").track().key("Sprite", 1000, 2000));
+    CTimelineBench bench("S1000-2000");
     CTrackWnd& wnd = *bench.wnd;
     bench.Press(bench.At(1500, 0));
     EXPECT_TRUE(wnd.IsBusy());
@@ -77,8 +70,7 @@ TEST(TimelineSelection, NothingElseRunsWhileAGestureDoes)
 
 TEST(TimelineSelection, NothingPointsToWhatIsGone)
 {
-    CTimelineBench bench(
-        aLibrary().effect("Smoke").track().key("Sprite", 0, 1000).track().key("Light", 0, 1000));
+    CTimelineBench bench("S0-1000 | L0-1000");
     CTrackWnd& wnd = *bench.wnd;
     bench.Click(bench.At(500, 1));
     {

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -37,6 +39,9 @@ public:
 // The timeline of the first effect of a library, 0.1 pixels a millisecond, rows from y 70 on.
 struct CTimelineBench
 {
+    // One effect from a text: "S1000-5000#3 | L2000-3000>3* L4000-5000=Glow" has a Sprite with the id 3 on one
+    // track, and on the next two Lights, the one linked to it and selected, the other named.
+    explicit CTimelineBench(const std::string& sTracks) : CTimelineBench(Parse(aLibrary(), sTracks)) {}
     explicit CTimelineBench(CLibraryBuilder& builder) : library(builder.build()), checker(context) { Open(); }
 
     CSpell& Spell(size_t nSpell = 0) { return *library->m_SpellMgr.Spells().at(nSpell); }
@@ -92,6 +97,38 @@ struct CTimelineBench
             }
         }
         return sText;
+    }
+
+    static CLibraryBuilder& Parse(CLibraryBuilder&& builder, const std::string& sTracks)
+    {
+        builder.effect("Smoke").track();
+        std::istringstream words(sTracks);
+        for (std::string sWord; words >> sWord;)
+        {
+            if (sWord == "|")
+            {
+                builder.track();
+                continue;
+            }
+            const char* pszRest = sWord.c_str();
+            const auto number = [&]
+            { return int32_t(std::strtol(pszRest + 1, const_cast<char**>(&pszRest), 10)); };
+            const char* pszType = *pszRest == 'S' ? "Sprite" : *pszRest == 'L' ? "Light" : "Marker";
+            const int32_t nStart = number();
+            builder.key(pszType, nStart, number());
+            for (; *pszRest == '#' || *pszRest == '>' || *pszRest == '*';)
+            {
+                if (*pszRest == '#')
+                    builder.id(uint32_t(number()));
+                else if (*pszRest == '>')
+                    builder.link(uint32_t(number()));
+                else
+                    builder.selected(), ++pszRest;
+            }
+            if (*pszRest == '=')
+                builder.name(pszRest + 1);
+        }
+        return builder;
     }
 
     std::unique_ptr<CTestLibrary> library;

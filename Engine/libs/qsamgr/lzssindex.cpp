@@ -34,30 +34,11 @@ void CLZSSIndex::Reset()
     std::fill(std::begin(m_aRank), std::end(m_aRank), 0u);
     std::fill(std::begin(m_aEntryAt), std::end(m_aEntryAt), Index(c_nNone));
     std::fill(std::begin(m_aIsNewest), std::end(m_aIsNewest), uint8_t(0));
-    std::fill(std::begin(m_aHash), std::end(m_aHash), Index(c_nNone));
     std::fill(std::begin(m_aBucketUsed), std::end(m_aBucketUsed), uint64_t(0));
     std::fill(std::begin(m_aData), std::end(m_aData), uint8_t(0));
 }
 
 CLZSSIndex::CPlace CLZSSIndex::Find(uint32_t nIndex) const
-{
-    const uint32_t nEntry = m_aHash[HashOf(m_aData + nIndex)];
-    const uint32_t nKnown = m_aEntries[nEntry].m_nNewest;
-    if (nKnown + c_nReach >= nIndex) // it is in the list still
-    {
-        const uint32_t nEqual = CountShared(m_aData + nIndex, m_aData + nKnown, 0);
-        if (nEqual == c_nLookAheadSize)
-            return {{}, c_nNone, 0, 0, nEntry};
-        if (nEqual >= c_nHashed)
-        {
-            const uint32_t nDirection = m_aData[nIndex + nEqual] > m_aData[nKnown + nEqual] ? UP : DOWN;
-            return FindFrom(nIndex, {nEntry, nKnown, nDirection, nEqual + 1});
-        }
-    }
-    return FindByBucket(nIndex);
-}
-
-CLZSSIndex::CPlace CLZSSIndex::FindByBucket(uint32_t nIndex) const
 {
     const uint32_t nBucket = BucketOf(m_aData + nIndex);
     uint32_t nWord = nBucket / 64;

@@ -113,8 +113,6 @@ private:
     static constexpr uint32_t c_nEntries = LZSS::c_nWindowSize + 2;
     static constexpr uint32_t c_nSpare = 32; // behind arrays that are written in blocks
 
-    static constexpr uint32_t c_nHashBits = 12;
-    static constexpr uint32_t c_nHashed = 3; // bytes
     static constexpr uint32_t c_nBuckets = 256 * 128;
     static constexpr uint32_t c_nRankLimit = 1u << 19;
 
@@ -133,14 +131,7 @@ private:
     void Remove(uint32_t nEntry);
     void EnterBucket(uint32_t nEntry);
     void LeaveBucket(uint32_t nEntry);
-    CPlace FindByBucket(uint32_t nIndex) const;
     void CompactRanks();
-
-    static uint32_t HashOf(const uint8_t* pString)
-    {
-        const uint32_t nBytes = uint32_t(LZSS::Load64(pString)) & ((1u << (c_nHashed * 8)) - 1);
-        return (nBytes * 0x9E3779B1u) >> (32 - c_nHashBits);
-    }
 
     uint32_t m_nRank; // given last
     uint32_t m_nFree; // first of the unused entries, linked upward
@@ -150,9 +141,8 @@ private:
     Index m_aEntryAt[LZSS::c_nWindowSize + c_nSpare];    // by position
     uint8_t m_aIsNewest[LZSS::c_nWindowSize + c_nSpare]; // by position: 1 when its entry stands there last
 
-    // Ways to a place when there is no finger: some entry with the same first bytes, perhaps one long gone, and
-    // the smallest entry of each bucket, which follow one another in sorted order.
-    Index m_aHash[1 << c_nHashBits];
+    // The way to a place without a finger: the smallest entry of each bucket. Buckets go by the first two bytes
+    // and follow one another in sorted order.
     Index m_aBucket[c_nBuckets];
     uint64_t m_aBucketUsed[c_nBuckets / 64];
 
@@ -176,26 +166,34 @@ inline uint32_t CountShared(const uint8_t* pA, const uint8_t* pB, uint32_t nFrom
 // the new one; one that shares less stands on the other. Only of one that shares as many are bytes compared.
 inline CLZSSIndex::CPlace CLZSSIndex::FindFrom(uint32_t nIndex, CFinger finger) const
 {
+    const uint32_t nDirection = finger.m_nDirection;
     for (;;)
     {
-        const CEntry& entry = m_aEntries[finger.m_nEntry];
-        const uint32_t nFar = entry.m_aLink[finger.m_nDirection];
-        const uint32_t nStep = entry.m_aShared[finger.m_nDirection];
+        uint32_t nFar = m_aEntries[finger.m_nEntry].m_aLink[nDirection];
+        uint32_t nStep = m_aEntries[finger.m_nEntry].m_aShared[nDirection];
+        if (nStep > finger.m_nShared)
+        {
+            do
+            {
+                finger.m_nEntry = nFar;
+                nFar = m_aEntries[finger.m_nEntry].m_aLink[nDirection];
+                nStep = m_aEntries[finger.m_nEntry].m_aShared[nDirection];
+            } while (nStep > finger.m_nShared);
+            finger.m_nIndex = m_aEntries[finger.m_nEntry].m_nNewest;
+        }
         if (nStep < finger.m_nShared) [[likely]]
             return {finger, nFar, nStep, 0, c_nNone};
+
         const uint32_t nFarIndex = m_aEntries[nFar].m_nNewest;
-        if (nStep == finger.m_nShared)
-        {
-            const uint32_t nEqual = CountShared(m_aData + nIndex, m_aData + nFarIndex, finger.m_nShared - 1);
-            if (nEqual == LZSS::c_nLookAheadSize)
-                return {finger, nFar, 0, 0, nFar};
-            const uint32_t nDirection = m_aData[nIndex + nEqual] > m_aData[nFarIndex + nEqual] ? UP : DOWN;
-            if (nDirection != finger.m_nDirection)
-                return {finger, nFar, nEqual + 1, nFarIndex, c_nNone};
-            finger.m_nShared = nEqual + 1;
-        }
+        const uint32_t nEqual = CountShared(m_aData + nIndex, m_aData + nFarIndex, finger.m_nShared - 1);
+        if (nEqual == LZSS::c_nLookAheadSize)
+            return {finger, nFar, 0, 0, nFar};
+        const bool bUp = m_aData[nIndex + nEqual] > m_aData[nFarIndex + nEqual];
+        if (bUp != (nDirection == UP))
+            return {finger, nFar, nEqual + 1, nFarIndex, c_nNone};
         finger.m_nEntry = nFar;
         finger.m_nIndex = nFarIndex;
+        finger.m_nShared = nEqual + 1;
     }
 }
 
@@ -218,7 +216,6 @@ inline void CLZSSIndex::Insert(uint32_t nIndex, const CPlace& place)
     farEntry.m_aLink[nToNear] = Index(nEntry);
     farEntry.m_aShared[nToNear] = uint8_t(place.m_nSharedFar);
     m_aRank[nEntry] = ++m_nRank;
-    m_aHash[HashOf(m_aData + nIndex)] = Index(nEntry);
     SetEntryAt(nIndex, nEntry);
     if (entry.m_aShared[DOWN] < 3) [[unlikely]]
         EnterBucket(nEntry);

@@ -8,7 +8,7 @@ namespace
 {
 
 // A finger that shares fewer bytes than this is worse than a new search.
-constexpr uint32_t c_nUsefulShared = 3 + 1;
+constexpr uint32_t c_nUsefulShared = 2 + 1;
 
 } // namespace
 
@@ -199,7 +199,7 @@ inline void CLZSSWindow::EncodeString(const CPlace& place)
 void CLZSSWindow::EncodeMatch(const CPlace& place)
 {
     const uint32_t nShared = std::max(place.m_Near.m_nShared, place.m_nSharedFar);
-    if (nShared - 1 >= c_nShortestSpan && nShared != 0)
+    if (nShared > c_nShortestSpan)
         PutSpan(m_Index.GetNewest(m_Index.FindMatch(place, nShared)), nShared - 1);
     else
         PutLiteral();

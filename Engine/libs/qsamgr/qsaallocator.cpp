@@ -48,6 +48,8 @@ CQSALoadOnlyAlloc::~CQSALoadOnlyAlloc()
 
 bool CQSALoadOnlyAlloc::StartBlock(uint32_t nSize)
 {
+    if (ReuseBlock(nSize))
+        return true;
     const uint32_t nBlock = std::max(nSize, m_nBlockSize);
     char* pMemory = static_cast<char*>(QSAllocate(nBlock));
     if (pMemory == nullptr)
@@ -58,9 +60,27 @@ bool CQSALoadOnlyAlloc::StartBlock(uint32_t nSize)
         QSFree(pMemory);
         return false;
     }
-    m_pHead = new (pRecord) MemBlock{pMemory, pMemory, m_pHead};
+    m_pHead = new (pRecord) MemBlock{pMemory, pMemory, nBlock, m_pHead};
     m_nMemLeft = nBlock;
     return true;
+}
+
+// The first spare block that is large enough; smaller ones wait for smaller requests.
+bool CQSALoadOnlyAlloc::ReuseBlock(uint32_t nSize)
+{
+    for (MemBlock** ppBlock = &m_pSpare; *ppBlock != nullptr; ppBlock = &(*ppBlock)->m_pNext)
+    {
+        MemBlock* pBlock = *ppBlock;
+        if (pBlock->m_nSize < nSize)
+            continue;
+        *ppBlock = pBlock->m_pNext;
+        pBlock->m_pNext = m_pHead;
+        pBlock->m_pCursor = pBlock->m_pMemory;
+        m_pHead = pBlock;
+        m_nMemLeft = pBlock->m_nSize;
+        return true;
+    }
+    return false;
 }
 
 void* CQSALoadOnlyAlloc::Take(uint32_t nSize)
@@ -108,14 +128,33 @@ void CQSALoadOnlyAlloc::FreeNode(CQSANode*) {}
 
 void CQSALoadOnlyAlloc::FreeBlock(void*) {}
 
+void CQSALoadOnlyAlloc::FreeBlocks(MemBlock*& pFirst)
+{
+    while (pFirst != nullptr)
+    {
+        MemBlock* pBlock = pFirst;
+        pFirst = pBlock->m_pNext;
+        QSFree(pBlock->m_pMemory);
+        QSFree(pBlock);
+    }
+}
+
 void CQSALoadOnlyAlloc::FreeAll()
 {
+    FreeBlocks(m_pHead);
+    FreeBlocks(m_pSpare);
+    m_nMemLeft = 0;
+}
+
+void CQSALoadOnlyAlloc::Reset()
+{
+    // One by one to the front, so that the oldest comes first again: the same load then takes the same blocks.
     while (m_pHead != nullptr)
     {
         MemBlock* pBlock = m_pHead;
         m_pHead = pBlock->m_pNext;
-        QSFree(pBlock->m_pMemory);
-        QSFree(pBlock);
+        pBlock->m_pNext = m_pSpare;
+        m_pSpare = pBlock;
     }
     m_nMemLeft = 0;
 }

@@ -63,18 +63,26 @@ public:
     // Ends every node and every text of every tree made here.
     void FreeAll();
 
+    // The same, but keeps the blocks for what is allocated next: for whoever loads one text after the other,
+    // and so gets memory that is at hand and has been touched.
+    void Reset();
+
 private:
     struct MemBlock
     {
         char* m_pMemory;
         char* m_pCursor; // next free byte
+        uint32_t m_nSize;
         MemBlock* m_pNext;
     };
 
     bool StartBlock(uint32_t nSize);
+    bool ReuseBlock(uint32_t nSize);
     void* Take(uint32_t nSize);
+    static void FreeBlocks(MemBlock*& pFirst);
 
     uint32_t m_nMemLeft = 0; // bytes left in the head block
     uint32_t m_nBlockSize;
-    MemBlock* m_pHead = nullptr; // newest block
+    MemBlock* m_pHead = nullptr;  // newest block
+    MemBlock* m_pSpare = nullptr; // kept by Reset, empty
 };

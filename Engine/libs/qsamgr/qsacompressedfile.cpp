@@ -131,24 +131,53 @@ void CompressTo(const uint8_t* pData, size_t nSize, std::vector<uint8_t>& out)
     pWindow->Flush(out);
 }
 
-// False when there is more than nMaxOut.
-bool DecompressTo(const uint8_t* pBits, size_t nSize, std::vector<uint8_t>& out, size_t nMaxOut)
+// The stream behind a good header.
+struct CPackedStream
 {
-    constexpr size_t c_nPiece = 65536;
-    CLZSSDecoder decoder;
-    decoder.Reset();
-    CBitCursor cursor;
-    cursor.m_pNext = pBits;
-    cursor.m_pEnd = pBits + nSize;
+    CPackedStream(const uint8_t* pBits, size_t nSize)
+    {
+        m_Decoder.Reset();
+        m_Cursor.m_pNext = pBits;
+        m_Cursor.m_pEnd = pBits + nSize;
+    }
+    size_t GetSize() const { return static_cast<size_t>(m_Cursor.m_pEnd - m_Cursor.m_pNext); } // bytes left
+    // nHistory bytes before pOut are its own.
+    size_t Decode(uint8_t* pOut, size_t nLen, size_t nHistory)
+    {
+        return m_Decoder.Decode(m_Cursor, pOut, nLen, nHistory);
+    }
+
+    CLZSSDecoder m_Decoder;
+    CBitCursor m_Cursor;
+};
+
+bool HasHeader(const uint8_t* pFile, size_t nSize)
+{
+    const size_t nHeader = std::min(nSize, size_t(LZSS::c_nHeaderSize));
+    return std::all_of(pFile, pFile + nHeader, [](uint8_t nByte) { return nByte == 0; });
+}
+
+CPackedStream StreamOf(const uint8_t* pFile, size_t nSize)
+{
+    const size_t nHeader = std::min(nSize, size_t(LZSS::c_nHeaderSize));
+    return CPackedStream(pFile + nHeader, nSize - nHeader);
+}
+
+// False when there is more than nMaxOut.
+bool DecompressTo(CPackedStream stream, std::vector<uint8_t>& out, size_t nMaxOut)
+{
+    constexpr size_t c_nPiece = 262144;
+    // A token gives at most as many bytes as it has bits; the last one may lack some of these.
+    const size_t nLimit = std::min(nMaxOut, stream.GetSize() * 8 + LZSS::c_nLookAheadSize);
     for (;;)
     {
         const size_t nDone = out.size();
-        // One byte more than allowed tells whether there is more.
-        const size_t nPiece = std::min(c_nPiece, nMaxOut - nDone + (nMaxOut - nDone < c_nPiece ? 1 : 0));
+        // One byte more than there may be tells whether there is more.
+        const size_t nPiece = nLimit - nDone < c_nPiece ? nLimit - nDone + 1 : c_nPiece;
         out.resize(nDone + nPiece);
-        const size_t nDecoded = decoder.Decode(cursor, out.data() + nDone, nPiece, nDone);
+        const size_t nDecoded = stream.Decode(out.data() + nDone, nPiece, nDone);
         out.resize(nDone + nDecoded);
-        if (out.size() > nMaxOut)
+        if (out.size() > nLimit)
             return false;
         if (nDecoded < nPiece)
             return true;
@@ -173,10 +202,7 @@ bool QSADecompress(const uint8_t* pFile, size_t nSize, std::vector<uint8_t>& out
 try
 {
     out.clear();
-    const size_t nHeader = std::min(nSize, size_t(LZSS::c_nHeaderSize));
-    if (std::any_of(pFile, pFile + nHeader, [](uint8_t nByte) { return nByte != 0; }))
-        return false;
-    if (DecompressTo(pFile + nHeader, nSize - nHeader, out, nMaxOut))
+    if (HasHeader(pFile, nSize) && DecompressTo(StreamOf(pFile, nSize), out, nMaxOut))
         return true;
     out.clear();
     return false;
@@ -185,4 +211,15 @@ catch (const std::exception&)
 {
     out.clear();
     return false;
+}
+
+bool QSADecompress(const uint8_t* pFile, size_t nSize, uint8_t* pOut, size_t nRoom, size_t& nLen)
+{
+    nLen = 0;
+    if (!HasHeader(pFile, nSize))
+        return false;
+    CPackedStream stream = StreamOf(pFile, nSize);
+    nLen = stream.Decode(pOut, nRoom, 0);
+    uint8_t nMore;
+    return nLen < nRoom || stream.Decode(&nMore, 1, 0) == 0;
 }

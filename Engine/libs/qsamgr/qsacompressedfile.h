@@ -9,7 +9,7 @@
 #include <vector>
 
 // A byte file that is compressed on disk (lzssformat.h tells the form). Reading and writing are streams from
-// the first byte to the last. Large, about 100 KB, with no heap use beyond the file's cache. Single bits of
+// the first byte to the last. Large, about 200 KB, with no heap use beyond the file's cache. Single bits of
 // the base class have no place here.
 class CQSACompressedFile : public CQSABitFile
 {
@@ -58,3 +58,8 @@ bool QSACompress(const uint8_t* pData, size_t nSize, std::vector<uint8_t>& out);
 // for each byte of the file. Replaces out, which must not be the source. False when one of the first 4 bytes
 // isn't zero, when there is more than nMaxOut, or when memory runs out; out is empty then.
 bool QSADecompress(const uint8_t* pFile, size_t nSize, std::vector<uint8_t>& out, size_t nMaxOut = SIZE_MAX);
+
+// The same into memory of the caller's, for whoever knows how much there will be: takes no memory of its own. Up
+// to nRoom bytes at pOut may be written. False for a wrong header, and when there is more
+// than nRoom; nLen tells what was decoded in either case.
+bool QSADecompress(const uint8_t* pFile, size_t nSize, uint8_t* pOut, size_t nRoom, size_t& nLen);

@@ -111,6 +111,12 @@ bool CQSAFileBuffer::WriteBlock(const void* pBytes, uint32_t nLen)
         nLen -= nPart;
         if (m_nCachePos == m_nCacheSize && !FlushCache())
             return false;
+        // Whole caches pass the cache by.
+        const uint32_t nDirect = m_nCachePos == 0 ? nLen - nLen % m_nCacheSize : 0;
+        if (nDirect != 0 && std::fwrite(pNext, 1, nDirect, m_pStream) != nDirect)
+            return false;
+        pNext += nDirect;
+        nLen -= nDirect;
     }
     return true;
 }

@@ -11,7 +11,4 @@ public:
     // it stay unterminated. A null or an atom is reported and gives false. Several top-level nodes take one
     // call each.
     static bool SaveNode(const CQSANode* pNode, CQSAWriter* pWriter);
-
-private:
-    static bool SaveNodeRecurse(CQSAWriter* pWriter, const CQSANode* pNode);
 };

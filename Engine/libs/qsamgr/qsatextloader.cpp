@@ -1,7 +1,6 @@
 #include "qsamgr/qsatextloader.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 #include <iterator>
 #include <new>
@@ -16,8 +15,9 @@
 
 // How it works, from the bottom up:
 //
-// CTreeArena      cuts nodes, element arrays and texts off large chunks: no call per atom, no padding.
-// CPendingLists   stands for the token road's builder: the nodes that wait for their list to close.
+// CTreeArena      cuts arrays of nodes and long texts off large chunks: no call per atom, no padding.
+// CPendingLists   stands for the token road's builder: the nodes that wait for their list to close, which
+//                 moves them side by side into the arena. A short text lies in its node.
 // CTextLoader     turns masks of 64 bytes into events. A quote always opens or closes a string, since there
 // is
 //                 no escape, so a running parity of the quotes tells what lies inside strings; what is left
@@ -27,7 +27,7 @@ namespace
 {
 constexpr size_t c_nMaxAtomLen = CQSANodeReader::c_nMaxAtomLen;
 
-// Nodes and arrays grow from the front of a chunk, texts from its back. So the former stay aligned and the
+// Arrays of nodes grow from the front of a chunk, texts from its back. So the former stay aligned and the
 // latter packed.
 class CTreeArena
 {
@@ -40,83 +40,76 @@ public:
     {
     }
 
-    // nLen is at most c_nMaxAtomLen; pReadable is the start of the readable memory around pText. Null when
-    // memory is out.
-    CQSANode* AddAtom(const char* pText, size_t nLen, bool bString, const char* pReadable)
+    // A terminated copy; nLen is at most c_nMaxAtomLen. Null when memory is out.
+    char* AddText(const char* pText, size_t nLen)
     {
-        if (!HasRoom(sizeof(CQSANode) + nLen + 1))
+        if (!HasRoom(nLen + 1))
             return nullptr;
         char* pEnd = m_pBack - 1;
-        *pEnd = '\0';
         m_pBack = pEnd - nLen;
-        if (nLen <= c_nSlack && pText + nLen >= pReadable + c_nSlack) [[likely]]
-        {
-            // One wide copy that ends where the text ends. What it writes before the text's start is free.
-            std::memcpy(pEnd - c_nSlack, pText + nLen - c_nSlack, c_nSlack);
-        }
-        else
-        {
-            std::memcpy(m_pBack, pText, nLen);
-        }
-        auto* pNode = new (TakeFront(sizeof(CQSANode))) CQSANode;
-        pNode->AdoptValue(m_pBack, bString);
-        return pNode;
+        *pEnd = '\0';
+        size_t i = 0;
+        for (; i + 8 <= nLen; i += 8) // most are too short for a call to pay
+            std::memcpy(m_pBack + i, pText + i, 8);
+        for (; i < nLen; ++i)
+            m_pBack[i] = pText[i];
+        return m_pBack;
     }
 
-    // A list of nCount elements, copied. Null when memory is out.
-    CQSANode* AddList(CQSANode* const* ppElements, uint32_t nCount)
+    // Moves nCount nodes, at least one, side by side. c_nWide nodes must be readable from pNodes. Null when
+    // memory is out. pOwner is what their list is told.
+    CQSANode* AddNodes(const CQSANode* pNodes, uint32_t nCount, const CQSANode::SOwner*& pOwner)
     {
-        const size_t nArraySize = nCount * sizeof(CQSANode*);
-        if (!HasRoom(sizeof(CQSANode) + nArraySize))
+        CQSANode* pResult = NewNodes(nCount, pOwner);
+        if (pResult == nullptr)
             return nullptr;
-        auto* pNode = new (TakeFront(sizeof(CQSANode))) CQSANode;
-        if (nCount != 0)
-        {
-            auto** ppArray = reinterpret_cast<CQSANode**>(TakeFront(nArraySize));
-            uint32_t i = 0;
-            do // most lists are too short for a call to pay
-                ppArray[i] = ppElements[i];
-            while (++i < nCount);
-            pNode->AdoptElements(ppArray, nCount);
-        }
-        return pNode;
+        // Most lists are that short; it takes no time to move a few for nothing, but to find out how many.
+        CQSANode::Relocate(pResult, pNodes, c_nWide);
+        if (nCount > c_nWide) [[unlikely]]
+            CQSANode::Relocate(pResult + c_nWide, pNodes + c_nWide, nCount - c_nWide);
+        return pResult;
     }
+
+    // The same for nodes that the caller makes there.
+    CQSANode* NewNodes(uint32_t nCount, const CQSANode::SOwner*& pOwner)
+    {
+        if (!HasRoom((size_t(nCount) + c_nWide) * sizeof(CQSANode)))
+            return nullptr;
+        auto* pResult = reinterpret_cast<CQSANode*>(m_pFront);
+        m_pFront += nCount * sizeof(CQSANode);
+        pOwner = m_pOwner;
+        return pResult;
+    }
+
+    static constexpr uint32_t c_nWide = 6; // nodes that are moved at once, however few are meant
 
 private:
-    // Bytes of the wide copy, kept free between front and back so that it may write before a text.
-    static constexpr size_t c_nSlack = 16;
     // Chunks double up to this size. What a last chunk doesn't use is never touched, and so costs no memory.
     static constexpr size_t c_nMaxChunk = 32u << 20;
     // Bytes of tree for a byte of usual text, a little generous.
-    static constexpr size_t c_nTreePerText = 4;
+    static constexpr size_t c_nTreePerText = 2;
     // From here on large pages pay.
     static constexpr size_t c_nLargeChunk = 4u << 20;
 
     bool HasRoom(size_t nSize)
     {
-        return static_cast<size_t>(m_pBack - m_pFront) >= nSize + c_nSlack || StartChunk(nSize + c_nSlack);
+        return static_cast<size_t>(m_pBack - m_pFront) >= nSize || StartChunk(nSize);
     }
-
-    char* TakeFront(size_t nSize)
-    {
-        char* pResult = m_pFront;
-        m_pFront += nSize;
-        return pResult;
-    }
-
     bool StartChunk(size_t nNeeded);
 
     CQSALoadOnlyAlloc& m_Alloc;
     size_t m_nChunkSize;
     char* m_pFront = nullptr;
     char* m_pBack = nullptr;
+    const CQSANode::SOwner* m_pOwner = nullptr; // at the chunk's start
 };
 
 bool CTreeArena::StartChunk(size_t nNeeded)
 {
-    // A whole number of nodes, so that the front stays aligned up to the back. At most 2,097,152 elements and
-    // a node are ever needed at once, far from the ends of 32 bits.
-    nNeeded = (nNeeded + sizeof(CQSANode) - 1) & ~(sizeof(CQSANode) - 1);
+    // A whole number of nodes, so that the front stays aligned up to the back. At most 2,097,152 nodes are
+    // ever needed at once, far from the ends of 32 bits.
+    nNeeded =
+        (nNeeded + sizeof(CQSANode) - 1) / sizeof(CQSANode) * sizeof(CQSANode) + sizeof(CQSANode::SOwner);
     size_t nSize = std::max(m_nChunkSize, nNeeded);
     void* pChunk = m_Alloc.AllocateAligned(static_cast<uint32_t>(nSize));
     if (pChunk == nullptr && nSize > nNeeded)
@@ -129,8 +122,9 @@ bool CTreeArena::StartChunk(size_t nNeeded)
     if (nSize >= c_nLargeChunk)
         QSAAdviseLargePages(pChunk, nSize);
     m_nChunkSize = std::max(m_nChunkSize, std::min(m_nChunkSize * 2, c_nMaxChunk));
-    m_pFront = static_cast<char*>(pChunk);
-    m_pBack = m_pFront + nSize;
+    m_pOwner = new (pChunk) CQSANode::SOwner{&m_Alloc};
+    m_pFront = static_cast<char*>(pChunk) + sizeof(CQSANode::SOwner);
+    m_pBack = static_cast<char*>(pChunk) + nSize;
     return true;
 }
 
@@ -139,7 +133,7 @@ class CPendingLists
 {
 public:
     CPendingLists() = default;
-    ~CPendingLists() { QSFree(m_ppNodes); }
+    ~CPendingLists() { QSFree(m_pNodes); } // trees below them live in the arena
     CPendingLists(const CPendingLists&) = delete;
     CPendingLists& operator=(const CPendingLists&) = delete;
 
@@ -147,72 +141,77 @@ public:
     {
         if (m_nDepth >= CQSANodeBuilder::c_nMaxOpen)
             return false;
-        m_aFirst[m_nDepth++] = m_nCount;
+        m_apFirst[m_nDepth++] = m_pTop;
         return true;
     }
 
     // Gives the elements of the innermost open list, which leaves with them; they stay readable up to the
-    // next Add. False with nothing open.
-    bool Close(CQSANode* const*& ppElements, uint32_t& nCount)
+    // next Add, and so do CTreeArena::c_nWide nodes from there on. False with nothing open.
+    bool Close(const CQSANode*& pElements, uint32_t& nCount)
     {
         if (m_nDepth == 0)
             return false;
-        const uint32_t nFirst = m_aFirst[--m_nDepth];
-        ppElements = m_ppNodes + nFirst;
-        nCount = m_nCount - nFirst;
-        m_nCount = nFirst;
+        CQSANode* pFirst = m_apFirst[--m_nDepth];
+        pElements = pFirst;
+        nCount = static_cast<uint32_t>(m_pTop - pFirst);
+        m_pTop = pFirst;
         return true;
     }
 
-    // False at the limit and when memory is out.
-    bool Add(CQSANode* pNode)
+    // A place for a node that the caller makes there at once. Null at the limit and when memory is out.
+    CQSANode* Add()
     {
-        if (m_nCount == m_nCapacity && !Grow())
-            return false;
-        m_ppNodes[m_nCount++] = pNode;
-        return true;
+        if (m_pTop == m_pLimit && !Grow()) [[unlikely]]
+            return nullptr;
+        return m_pTop++;
     }
 
-    bool IsFull() const { return m_nCount == CQSANodeBuilder::c_nMaxPending; }
+    // Whether a list could be opened now and so many nodes put into it.
+    bool CanAdd(ptrdiff_t nCount) const
+    {
+        return m_pLimit - m_pTop >= nCount && m_nDepth < CQSANodeBuilder::c_nMaxOpen;
+    }
+    bool IsFull() const { return GetCount() == CQSANodeBuilder::c_nMaxPending; }
     uint32_t GetDepth() const { return m_nDepth; }
-    uint32_t GetCount() const { return m_nCount; }
-    CQSANode* const* GetNodes() const { return m_ppNodes; }
+    uint32_t GetCount() const { return static_cast<uint32_t>(m_pTop - m_pNodes); }
+    const CQSANode* GetNodes() const { return m_pNodes; }
 
 private:
     bool Grow()
     {
         if (IsFull())
             return false;
-        const uint32_t nCapacity =
-            std::clamp<uint32_t>(m_nCapacity * 2, 1024, CQSANodeBuilder::c_nMaxPending);
-        auto** ppNodes = static_cast<CQSANode**>(QSAllocate(nCapacity * sizeof(CQSANode*)));
-        if (ppNodes == nullptr)
+        const uint32_t nCount = GetCount();
+        const uint32_t nCapacity = std::clamp<uint32_t>(nCount * 2, 1024, CQSANodeBuilder::c_nMaxPending);
+        auto* pNodes =
+            static_cast<CQSANode*>(QSAllocate((nCapacity + CTreeArena::c_nWide) * sizeof(CQSANode)));
+        if (pNodes == nullptr)
             return false;
-        if (m_nCount != 0)
-            std::memcpy(ppNodes, m_ppNodes, m_nCount * sizeof(CQSANode*));
-        QSFree(m_ppNodes);
-        m_ppNodes = ppNodes;
-        m_nCapacity = nCapacity;
+        if (nCount != 0)
+            CQSANode::Relocate(pNodes, m_pNodes, nCount);
+        for (uint32_t i = 0; i < m_nDepth; ++i)
+            m_apFirst[i] = pNodes + (m_apFirst[i] - m_pNodes);
+        QSFree(m_pNodes);
+        m_pNodes = pNodes;
+        m_pTop = pNodes + nCount;
+        m_pLimit = pNodes + nCapacity;
         return true;
     }
 
-    CQSANode** m_ppNodes = nullptr;
-    uint32_t m_nCount = 0;
-    uint32_t m_nCapacity = 0;
+    CQSANode* m_pNodes = nullptr;
+    CQSANode* m_pTop = nullptr;   // behind the last one
+    CQSANode* m_pLimit = nullptr; // as many have room
     uint32_t m_nDepth = 0;
-    uint32_t m_aFirst[CQSANodeBuilder::c_nMaxOpen];
+    CQSANode* m_apFirst[CQSANodeBuilder::c_nMaxOpen];
 };
 
-// Bit i of the result is the parity of bits 0 to i.
-uint64_t PrefixXor(uint64_t nBits)
+bool IsWhite(char c)
 {
-    nBits ^= nBits << 1;
-    nBits ^= nBits << 2;
-    nBits ^= nBits << 4;
-    nBits ^= nBits << 8;
-    nBits ^= nBits << 16;
-    return nBits ^ nBits << 32;
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
 }
+
+// Edges of a list of two atoms.
+constexpr ptrdiff_t c_nPairEdges = 6;
 
 class CTextLoader
 {
@@ -223,37 +222,36 @@ public:
     {
     }
 
-    // The next whole blocks of the text. After a false the load is over.
-    bool Feed(const char* pText, size_t nBlocks);
+    // Bytes around the text that it helps to be allowed to read: a short atom is copied with what surrounds it.
+    static constexpr size_t c_nAround = sizeof(CQSANode);
+
+    // The next whole blocks of the text. nBefore and nBehind bytes around them may be read, too. After a
+    // false the load is over.
+    bool Feed(const char* pText, size_t nBlocks, size_t nBefore, size_t nBehind);
 
     // The last bytes, fewer than a block. Then the end: all that is open is closed and hung under the root.
     bool Finish(const char* pTail, size_t nTail, CQSANode* pRoot);
 
 private:
-    // What the masks of a block come to. An atom ends at the first end behind its start, of whichever kind:
-    // no other kind comes between.
-    struct SEvents
-    {
-        uint64_t m_nStarts; // parentheses outside strings, opening quotes, first bytes of values
-        uint64_t m_nEnds;   // closing quotes, first bytes behind a value
-    };
-    SEvents FindEvents(const CQSATextMasks& masks);
-
-    bool LoadBlock(const char* pBlock, const CQSATextMasks& masks);
-    bool StartAtom(const char* pBlock, uint32_t nStart, bool bString, uint64_t nEnds);
+    bool LoadBatch(const char* pText, size_t nBlocks);
+    bool LoadEdges(const char* pText, uint32_t nCount);
+    bool LoadPair(const char* pText, const uint16_t* pEdge);
     bool EndOpenAtom(const char* pEnd);
     void CarryOpenAtom(const char* pEnd);
-    bool AddAtom(const char* pText, size_t nLen, bool bString, const char* pReadable);
+    bool AddAtom(const char* pText, size_t nLen, bool bString);
+    bool AddOtherAtom(CQSANode& node, const char* pText, size_t nLen, bool bString);
     bool CloseList();
+    bool HangUnder(CQSANode& root, uint32_t nHeads);
 
     CQSALoadOnlyAlloc* m_pAlloc;
     CTreeArena m_Arena;
     CPendingLists m_Pending;
     QSAScanFn m_pfnScan = QSAPickScan();
+    QSAIndexFn m_pfnIndex = QSAPickIndex();
 
-    uint64_t m_nInString = 0;          // all ones when the block before ended inside a string
-    uint64_t m_nAfterValue = 0;        // 1 when its last byte was a value's
-    const char* m_pReadable = nullptr; // start of the text at hand
+    CQSATextState m_State;
+    bool m_bWide = false;            // c_nAround bytes may be read on either side of the blocks at hand
+    uint16_t m_aEdges[c_nIndexRoom]; // of the blocks at hand
 
     bool m_bAtomOpen = false; // an atom has begun and not ended
     bool m_bOpenIsString = false;
@@ -262,79 +260,114 @@ private:
     char m_szCarried[c_nMaxAtomLen];
 };
 
-CTextLoader::SEvents CTextLoader::FindEvents(const CQSATextMasks& masks)
+bool CTextLoader::Feed(const char* pText, size_t nBlocks, size_t nBefore, size_t nBehind)
 {
-    // Set from each opening quote to the byte before the closing one.
-    const uint64_t nInString = PrefixXor(masks.m_nQuote) ^ m_nInString;
-    m_nInString = 0 - (nInString >> 63);
-    const uint64_t nValue = ~(masks.m_nQuote | masks.m_nParen | masks.m_nWhite | nInString);
-    const uint64_t nBehindValue = nValue << 1 | m_nAfterValue;
-    m_nAfterValue = nValue >> 63;
-    return {(masks.m_nParen & ~nInString) | (masks.m_nQuote & nInString) | (nValue & ~nBehindValue),
-            (masks.m_nQuote & ~nInString) | (nBehindValue & ~nValue)};
-}
-
-bool CTextLoader::Feed(const char* pText, size_t nBlocks)
-{
-    m_pReadable = m_pOpenStart = pText;
+    m_pOpenStart = pText;
     const char* pEnd = pText + nBlocks * c_nTextBlock;
-    // So many blocks at once that text and masks stay in the first-level cache.
-    CQSATextMasks aMasks[64];
-    while (nBlocks != 0)
+    while (pText != pEnd)
     {
-        const size_t nBatch = std::min(nBlocks, std::size(aMasks));
-        m_pfnScan(pText, nBatch, aMasks);
-        for (size_t i = 0; i < nBatch; ++i, pText += c_nTextBlock)
-        {
-            if (!LoadBlock(pText, aMasks[i]))
-                return false;
-        }
-        nBlocks -= nBatch;
+        const size_t nBatch = std::min(static_cast<size_t>(pEnd - pText) / c_nTextBlock, c_nIndexBlocks);
+        const char* pNext = pText + nBatch * c_nTextBlock;
+        m_bWide = nBefore >= c_nAround && static_cast<size_t>(pEnd - pNext) + nBehind >= c_nAround;
+        if (!LoadBatch(pText, nBatch))
+            return false;
+        pText = pNext;
+        nBefore = c_nAround;
     }
     if (m_bAtomOpen)
         CarryOpenAtom(pEnd);
     return true;
 }
 
-bool CTextLoader::LoadBlock(const char* pBlock, const CQSATextMasks& masks)
+// So many blocks at once that text, masks and edges stay in the first-level cache.
+bool CTextLoader::LoadBatch(const char* pText, size_t nBlocks)
 {
-    const SEvents events = FindEvents(masks);
-    if (m_bAtomOpen)
+    CQSATextMasks aMasks[c_nIndexBlocks];
+    m_pfnScan(pText, nBlocks, aMasks);
+    return LoadEdges(pText, m_pfnIndex(aMasks, nBlocks, m_State, m_aEdges));
+}
+
+bool CTextLoader::LoadEdges(const char* pText, uint32_t nCount)
+{
+    const uint16_t* pEdge = m_aEdges;
+    const uint16_t* pEnd = m_aEdges + nCount;
+    if (m_bAtomOpen && pEdge != pEnd)
     {
-        if (events.m_nEnds == 0)
-            return true;
-        if (!EndOpenAtom(pBlock + std::countr_zero(events.m_nEnds)))
+        const char* pAtomEnd = pText + *pEdge;
+        const bool bOnlyEnd = m_bOpenIsString || IsWhite(*pAtomEnd);
+        if (!EndOpenAtom(pAtomEnd))
             return false;
+        pEdge += bOnlyEnd;
     }
-    for (uint64_t nStarts = events.m_nStarts; nStarts != 0; nStarts &= nStarts - 1)
+    // Where to go on is decided by branches that are foreseen, not computed from bytes that must be looked up
+    // first.
+    while (pEdge != pEnd)
     {
-        const auto nStart = static_cast<uint32_t>(std::countr_zero(nStarts));
-        const char c = pBlock[nStart];
-        bool bOk;
-        if (c == '(')
-            bOk = m_Pending.Open();
-        else if (c == ')')
-            bOk = CloseList();
-        else if (c == '"')
-            bOk = StartAtom(pBlock, nStart + 1, true, events.m_nEnds);
-        else
-            bOk = StartAtom(pBlock, nStart, false, events.m_nEnds);
-        if (!bOk)
+        const char* pStart = pText + *pEdge;
+        if (*pStart == '(')
+        {
+            if (pEnd - pEdge >= c_nPairEdges && LoadPair(pText, pEdge))
+            {
+                pEdge += c_nPairEdges;
+                continue;
+            }
+            if (!m_Pending.Open())
+                return false;
+            ++pEdge;
+            continue;
+        }
+        if (*pStart == ')')
+        {
+            if (!CloseList())
+                return false;
+            ++pEdge;
+            continue;
+        }
+        const bool bString = *pStart == '"';
+        pStart += bString;
+        if (++pEdge == pEnd)
+        {
+            m_bAtomOpen = true;
+            m_bOpenIsString = bString;
+            m_pOpenStart = pStart;
+            m_nCarried = 0;
+            return true;
+        }
+        const char* pAtomEnd = pText + *pEdge;
+        if (!AddAtom(pStart, static_cast<size_t>(pAtomEnd - pStart), bString))
             return false;
+        if (!bString && !IsWhite(*pAtomEnd)) [[unlikely]]
+            continue; // it begins something, too
+        ++pEdge;
     }
     return true;
 }
 
-// An atom whose text begins at a byte of the block, or just behind the block. Most end in the same block.
-bool CTextLoader::StartAtom(const char* pBlock, uint32_t nStart, bool bString, uint64_t nEnds)
+// ( NAME VALUE ) as the writers put it, which half of all lists are, straight into the arena. False for
+// anything else, and when something is short: the usual way tells then.
+inline bool CTextLoader::LoadPair(const char* pText, const uint16_t* pEdge)
 {
-    nEnds = nStart < c_nTextBlock ? nEnds >> nStart : 0;
-    if (nEnds != 0)
-        return AddAtom(pBlock + nStart, static_cast<size_t>(std::countr_zero(nEnds)), bString, m_pReadable);
-    m_bAtomOpen = true;
-    m_bOpenIsString = bString;
-    m_pOpenStart = pBlock + nStart;
-    m_nCarried = 0;
+    // What begins with a byte above the parentheses is surely a value; letters, digits and signs do.
+    const auto IsPlain = [](char c) { return static_cast<unsigned char>(c) > ')'; };
+    const auto At = [&](uint32_t n) { return pText + pEdge[n]; };
+    const bool bString = *At(3) == '"';
+    const char* pName = At(1);
+    const char* pValue = At(3) + bString;
+    const auto nName = static_cast<size_t>(At(2) - pName);
+    const auto nValue = static_cast<size_t>(At(4) - pValue);
+    // All at once: one thing to foresee instead of many.
+    const bool bPair = (*At(5) == ')') & IsPlain(*pName) & (*At(2) == ' ') &
+                       (bString | (IsPlain(*pValue) & (*At(4) == ' '))) & (nName <= CQSANode::c_nMaxInline) &
+                       (nValue <= CQSANode::c_nMaxInline);
+    if (!bPair || !m_bWide || !m_Pending.CanAdd(2))
+        return false;
+    const CQSANode::SOwner* pOwner;
+    CQSANode* pPair = m_Arena.NewNodes(2, pOwner);
+    if (pPair == nullptr)
+        return false;
+    pPair[0].AdoptInline(pName, static_cast<uint32_t>(nName), false);
+    pPair[1].AdoptInline(pValue, static_cast<uint32_t>(nValue), bString);
+    m_Pending.Add()->AdoptNodes(pPair, 2, pOwner);
     return true;
 }
 
@@ -342,9 +375,9 @@ bool CTextLoader::EndOpenAtom(const char* pEnd)
 {
     m_bAtomOpen = false;
     if (m_nCarried == 0)
-        return AddAtom(m_pOpenStart, static_cast<size_t>(pEnd - m_pOpenStart), m_bOpenIsString, m_pReadable);
+        return AddAtom(m_pOpenStart, static_cast<size_t>(pEnd - m_pOpenStart), m_bOpenIsString);
     CarryOpenAtom(pEnd);
-    return AddAtom(m_szCarried, m_nCarried, m_bOpenIsString, m_szCarried);
+    return AddAtom(m_szCarried, m_nCarried, m_bOpenIsString);
 }
 
 // Keeps what the text at hand, up to pEnd, holds of the open atom. What is beyond an atom's length is
@@ -356,21 +389,55 @@ void CTextLoader::CarryOpenAtom(const char* pEnd)
     m_nCarried += nLen;
 }
 
-inline bool CTextLoader::AddAtom(const char* pText, size_t nLen, bool bString, const char* pReadable)
+inline bool CTextLoader::AddAtom(const char* pText, size_t nLen, bool bString)
 {
-    CQSANode* pNode = m_Arena.AddAtom(pText, std::min(nLen, c_nMaxAtomLen), bString, pReadable);
-    return pNode != nullptr && m_Pending.Add(pNode);
+    CQSANode* pNode = m_Pending.Add();
+    if (pNode == nullptr)
+        return false;
+    if (nLen <= CQSANode::c_nMaxInline && m_bWide) [[likely]]
+    {
+        pNode->AdoptInline(pText, static_cast<uint32_t>(nLen), bString);
+        return true;
+    }
+    return AddOtherAtom(*pNode, pText, std::min(nLen, c_nMaxAtomLen), bString);
+}
+
+bool CTextLoader::AddOtherAtom(CQSANode& node, const char* pText, size_t nLen, bool bString)
+{
+    if (nLen <= CQSANode::c_nMaxInline)
+    {
+        char szText[sizeof(CQSANode)] = {};
+        std::memcpy(szText + CQSANode::c_nInlineBefore, pText, nLen);
+        node.AdoptInline(szText + CQSANode::c_nInlineBefore, static_cast<uint32_t>(nLen), bString);
+        return true;
+    }
+    char* pszText = m_Arena.AddText(pText, nLen);
+    if (pszText == nullptr)
+        return false;
+    (new (&node) CQSANode)->AdoptValue(pszText, bString);
+    return true;
 }
 
 inline bool CTextLoader::CloseList()
 {
-    CQSANode* const* ppElements;
+    const CQSANode* pElements;
     uint32_t nCount;
-    if (!m_Pending.Close(ppElements, nCount))
+    if (!m_Pending.Close(pElements, nCount))
         return true; // a stray parenthesis
-    CQSANode* pList = m_Arena.AddList(ppElements, nCount);
-    // An empty list that finds no place is dropped, as the builder's Pop drops it.
-    return pList != nullptr && (m_Pending.Add(pList) || m_Pending.IsFull());
+    if (nCount == 0)
+    {
+        CQSANode* pEmpty = m_Pending.Add();
+        if (pEmpty != nullptr)
+            new (pEmpty) CQSANode;
+        // One that finds no place is dropped, as the builder's Pop drops it.
+        return pEmpty != nullptr || m_Pending.IsFull();
+    }
+    const CQSANode::SOwner* pOwner;
+    CQSANode* pNodes = m_Arena.AddNodes(pElements, nCount, pOwner);
+    if (pNodes == nullptr)
+        return false;
+    m_Pending.Add()->AdoptNodes(pNodes, nCount, pOwner); // where its first element stood
+    return true;
 }
 
 bool CTextLoader::Finish(const char* pTail, size_t nTail, CQSANode* pRoot)
@@ -380,10 +447,9 @@ bool CTextLoader::Finish(const char* pTail, size_t nTail, CQSANode* pRoot)
     std::memset(szBlock, ' ', sizeof(szBlock));
     if (nTail != 0)
         std::memcpy(szBlock, pTail, nTail);
-    CQSATextMasks masks;
-    m_pfnScan(szBlock, 1, &masks);
-    m_pReadable = m_pOpenStart = szBlock;
-    if (!LoadBlock(szBlock, masks))
+    m_pOpenStart = szBlock;
+    m_bWide = false;
+    if (!LoadBatch(szBlock, 1))
         return false;
     if (m_bAtomOpen && !EndOpenAtom(szBlock + nTail))
         return false;
@@ -397,7 +463,14 @@ bool CTextLoader::Finish(const char* pTail, size_t nTail, CQSANode* pRoot)
             return false;
     }
     const uint32_t nHeads = std::min(m_Pending.GetCount(), nMaxHeads);
-    return nHeads == 0 || pRoot == nullptr || pRoot->AppendElements(m_Pending.GetNodes(), nHeads, m_pAlloc);
+    return nHeads == 0 || pRoot == nullptr || HangUnder(*pRoot, nHeads);
+}
+
+bool CTextLoader::HangUnder(CQSANode& root, uint32_t nHeads)
+{
+    const CQSANode::SOwner* pOwner;
+    CQSANode* pNodes = m_Arena.AddNodes(m_Pending.GetNodes(), nHeads, pOwner);
+    return pNodes != nullptr && root.AppendNodes(pNodes, nHeads, m_pAlloc);
 }
 } // namespace
 
@@ -408,7 +481,8 @@ bool QSALoadText(const char* pText, size_t nLen, CQSANode* pRoot, CQSALoadOnlyAl
         return false;
     CTextLoader loader(pAlloc, nLen);
     const size_t nWhole = nLen & ~(c_nTextBlock - 1);
-    return loader.Feed(pText, nWhole / c_nTextBlock) && loader.Finish(pText + nWhole, nLen - nWhole, pRoot);
+    return loader.Feed(pText, nWhole / c_nTextBlock, 0, nLen - nWhole) &&
+           loader.Finish(pText + nWhole, nLen - nWhole, pRoot);
 }
 
 bool QSALoadFile(CQSAFile& file, size_t nExpectedLen, CQSANode* pRoot, CQSALoadOnlyAlloc* pAlloc)
@@ -418,15 +492,18 @@ bool QSALoadFile(CQSAFile& file, size_t nExpectedLen, CQSANode* pRoot, CQSALoadO
         return false;
     CTextLoader loader(pAlloc, nExpectedLen);
     // Small enough that the text is still in the second-level cache when it is scanned.
-    char szWindow[64 * 1024];
+    constexpr uint32_t c_nWindow = 64 * 1024;
+    constexpr size_t c_nAround = CTextLoader::c_nAround;
+    char szMemory[c_nAround + c_nWindow + c_nAround] = {};
+    char* szWindow = szMemory + c_nAround;
     uint32_t nLen;
-    while ((nLen = file.ReadBlock(szWindow, sizeof(szWindow))) == sizeof(szWindow))
+    while ((nLen = file.ReadBlock(szWindow, c_nWindow)) == c_nWindow)
     {
-        if (!loader.Feed(szWindow, sizeof(szWindow) / c_nTextBlock))
+        if (!loader.Feed(szWindow, c_nWindow / c_nTextBlock, c_nAround, c_nAround))
             return false;
     }
     const uint32_t nWhole = nLen & ~uint32_t(c_nTextBlock - 1);
-    if (!loader.Feed(szWindow, nWhole / c_nTextBlock) ||
+    if (!loader.Feed(szWindow, nWhole / c_nTextBlock, c_nAround, c_nAround) ||
         !loader.Finish(szWindow + nWhole, nLen - nWhole, pRoot))
         return false;
     file.Close();

@@ -1,5 +1,6 @@
 #include "qsamgr/qsatextscan.h"
 
+#include <array>
 #include <bit>
 #include <cstring>
 
@@ -33,6 +34,29 @@ uint64_t LoadWord(const char* pText)
     if constexpr (std::endian::native == std::endian::big)
         nWord = __builtin_bswap64(nWord);
     return nWord;
+}
+
+// Bit i of the result is the parity of bits 0 to i.
+inline uint64_t PrefixXor(uint64_t nBits)
+{
+    nBits ^= nBits << 1;
+    nBits ^= nBits << 2;
+    nBits ^= nBits << 4;
+    nBits ^= nBits << 8;
+    nBits ^= nBits << 16;
+    return nBits ^ nBits << 32;
+}
+
+// The bytes of a block that are listed.
+inline uint64_t FindEdges(const CQSATextMasks& masks, CQSATextState& state)
+{
+    // Set from each opening quote to the byte before the closing one.
+    const uint64_t nInString = PrefixXor(masks.m_nQuote) ^ state.m_nInString;
+    state.m_nInString = 0 - (nInString >> 63);
+    const uint64_t nValue = ~(masks.m_nQuote | masks.m_nParen | masks.m_nWhite | nInString);
+    const uint64_t nBehindValue = nValue << 1 | state.m_nAfterValue;
+    state.m_nAfterValue = nValue >> 63;
+    return (masks.m_nParen & ~nInString) | masks.m_nQuote | (nValue ^ nBehindValue);
 }
 } // namespace
 
@@ -111,6 +135,81 @@ __attribute__((target("avx2"))) void QSAScanAVX2(const char* pText, size_t nBloc
     }
 }
 #endif
+
+uint32_t QSAIndexPlain(const CQSATextMasks* pMasks, size_t nBlocks, CQSATextState& state, uint16_t* pIndex)
+{
+    uint16_t* pNext = pIndex;
+    for (size_t nBlock = 0; nBlock < nBlocks; ++nBlock)
+    {
+        const auto nBase = static_cast<uint32_t>(nBlock * c_nTextBlock);
+        for (uint64_t nEdges = FindEdges(pMasks[nBlock], state); nEdges != 0; nEdges &= nEdges - 1)
+            *pNext++ = static_cast<uint16_t>(nBase + static_cast<uint32_t>(std::countr_zero(nEdges)));
+    }
+    return static_cast<uint32_t>(pNext - pIndex);
+}
+
+#if defined(__x86_64__)
+namespace
+{
+// For each byte of edges the places of its bits, and how many there are.
+struct alignas(16) SPlaces
+{
+    uint16_t m_aPlace[8];
+};
+constexpr auto c_aPlaces = []
+{
+    std::array<SPlaces, 256> places{};
+    for (uint32_t nByte = 0; nByte < 256; ++nByte)
+    {
+        for (uint16_t nBit = 0, n = 0; nBit < 8; ++nBit)
+        {
+            if ((nByte >> nBit & 1) != 0)
+                places[nByte].m_aPlace[n++] = nBit;
+        }
+    }
+    return places;
+}();
+constexpr auto c_aCounts = []
+{
+    std::array<uint8_t, 256> counts{};
+    for (uint32_t nByte = 0; nByte < 256; ++nByte)
+        counts[nByte] = static_cast<uint8_t>(std::popcount(nByte));
+    return counts;
+}();
+} // namespace
+
+// Writes eight places for each byte of edges, as many of them good as it has bits: nothing to guess for the
+// processor.
+uint32_t QSAIndexSSE2(const CQSATextMasks* pMasks, size_t nBlocks, CQSATextState& state, uint16_t* pIndex)
+{
+    uint16_t* pNext = pIndex;
+    CQSATextState now = state; // in registers, while places are stored
+    __m128i vBase = _mm_setzero_si128();
+    for (size_t nBlock = 0; nBlock < nBlocks; ++nBlock)
+    {
+        uint64_t nEdges = FindEdges(pMasks[nBlock], now);
+        for (int i = 0; i < 8; ++i, nEdges >>= 8)
+        {
+            const auto nByte = static_cast<uint8_t>(nEdges);
+            const __m128i vPlaces = _mm_load_si128(reinterpret_cast<const __m128i*>(&c_aPlaces[nByte]));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(pNext), _mm_add_epi16(vPlaces, vBase));
+            pNext += c_aCounts[nByte];
+            vBase = _mm_add_epi16(vBase, _mm_set1_epi16(8));
+        }
+    }
+    state = now;
+    return static_cast<uint32_t>(pNext - pIndex);
+}
+#endif
+
+QSAIndexFn QSAPickIndex()
+{
+#if defined(__x86_64__)
+    return QSAIndexSSE2;
+#else
+    return QSAIndexPlain;
+#endif
+}
 
 QSAScanFn QSAPickScan()
 {

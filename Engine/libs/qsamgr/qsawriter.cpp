@@ -20,18 +20,18 @@ bool CQSAWriter::BeginNode()
     QS_ASSERT(IsValid());
     if (!IsValid())
         return false;
-    if (m_bValueWritten)
+    if (m_Layout.m_bValueWritten)
     {
         m_pFile->WriteByte('\n');
-        WriteTabs(m_nDepth);
+        WriteTabs(m_Layout.m_nDepth);
     }
     else
     {
         m_pFile->WriteByte('\t');
     }
-    ++m_nDepth;
+    ++m_Layout.m_nDepth;
     m_pFile->WriteByte('(');
-    m_bNeedTab = false;
+    m_Layout.m_bNeedTab = false;
     return true;
 }
 
@@ -41,16 +41,16 @@ bool CQSAWriter::EndNode()
     if (!IsValid())
         return false;
     m_pFile->WriteBlock(")\n", 2);
-    if (m_nDepth == 0)
+    if (m_Layout.m_nDepth == 0)
     {
         QS_ASSERT(false);
         return false;
     }
-    --m_nDepth;
-    if (m_nDepth != 0)
-        WriteTabs(m_nDepth - 1);
-    m_bNeedTab = true;
-    m_bValueWritten = false;
+    --m_Layout.m_nDepth;
+    if (m_Layout.m_nDepth != 0)
+        WriteTabs(m_Layout.m_nDepth - 1);
+    m_Layout.m_bNeedTab = true;
+    m_Layout.m_bValueWritten = false;
     return true;
 }
 
@@ -59,12 +59,12 @@ bool CQSAWriter::Write(const void* pBytes, uint32_t nLen, bool bQuote)
     QS_ASSERT(IsValid());
     if (!IsValid() || (pBytes == nullptr && nLen != 0))
         return false;
-    if (m_bNeedTab)
+    if (m_Layout.m_bNeedTab)
     {
         m_pFile->WriteByte('\t');
-        m_bNeedTab = false;
+        m_Layout.m_bNeedTab = false;
     }
-    m_bValueWritten = true;
+    m_Layout.m_bValueWritten = true;
     if (bQuote && !m_pFile->WriteByte('"'))
         return false;
     if (!m_pFile->WriteBlock(pBytes, nLen))
@@ -82,7 +82,7 @@ bool CQSAWriter::Write(const char* pszValue, bool bQuote)
 
 bool CQSAWriter::Close()
 {
-    m_nDepth = 0;
+    m_Layout.m_nDepth = 0;
     return m_pFile != nullptr && m_pFile->Close();
 }
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "qsamgr/qsafile.h"
+#include "qsamgr/qsatextwriter.h"
 
 // Puts node text on a file: parentheses, values with a blank behind each, and line feeds and tabs that make
 // it readable. The bytes are fixed to the last tab.
@@ -32,10 +33,10 @@ public:
     bool Close();
 
 private:
+    friend class CQSANodeWriter; // writes whole lists past the operations above
+
     bool WriteTabs(uint32_t nCount);
 
     CQSAFile* m_pFile;
-    uint32_t m_nDepth = 0;        // lists open
-    bool m_bNeedTab = false;      // a list has just ended: one tab before the next value
-    bool m_bValueWritten = false; // since the last EndNode
+    CQSATextLayout m_Layout;
 };

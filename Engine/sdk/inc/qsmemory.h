@@ -36,6 +36,10 @@ protected:
 // nothing.
 void* QSAllocate(size_t nSize);
 
+// How often QSAllocate has given null so far. Work that must be whole compares it before and after: much code
+// goes on with less when it gets no memory.
+uint64_t GetNumFailedAllocations();
+
 // Takes back what QSAllocate gave; null does nothing.
 void QSFree(void* pMemory);
 

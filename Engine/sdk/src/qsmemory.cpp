@@ -21,6 +21,7 @@ enum EMemoryState
 std::atomic<EMemoryState> s_eState{MEMORY_UNKNOWN};
 IQSMemory* s_pMemory = nullptr;
 bool s_bHeapUsed = false;
+std::atomic<uint64_t> s_nFailed{0};
 
 void FindManager()
 {
@@ -65,9 +66,16 @@ __attribute__((cold, noinline)) void FreeElsewhere(void* pMemory)
 
 void* QSAllocate(size_t nSize)
 {
-    if (s_eState.load(std::memory_order_relaxed) == MEMORY_HEAP) [[likely]]
-        return std::malloc(nSize);
-    return AllocateElsewhere(nSize);
+    void* pMemory = s_eState.load(std::memory_order_relaxed) == MEMORY_HEAP ? std::malloc(nSize)
+                                                                            : AllocateElsewhere(nSize);
+    if (!pMemory) [[unlikely]]
+        ++s_nFailed;
+    return pMemory;
+}
+
+uint64_t GetNumFailedAllocations()
+{
+    return s_nFailed;
 }
 
 void QSFree(void* pMemory)

@@ -111,18 +111,44 @@ CDecimal ScanDecimal(const char* psz)
     return decimal;
 }
 
+// All exact.
+constexpr double c_PowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                    1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+// A number of few digits without an exponent, as nearly all are: what ConvertDecimal gives for it. False for
+// any other.
+bool ConvertPlain(const char* psz, double& fValue)
+{
+    constexpr ptrdiff_t c_nMaxDigits = 18; // these can't wrap
+    uint64_t nMantissa = 0;
+    const char* const pBegin = psz;
+    for (; IsDigit(*psz); ++psz)
+        nMantissa = nMantissa * 10 + uint64_t(*psz - '0');
+    ptrdiff_t nDigits = psz - pBegin;
+    ptrdiff_t nDecimals = 0;
+    if (*psz == '.')
+    {
+        const char* const pDecimals = ++psz;
+        for (; IsDigit(*psz); ++psz)
+            nMantissa = nMantissa * 10 + uint64_t(*psz - '0');
+        nDecimals = psz - pDecimals;
+        nDigits += nDecimals;
+    }
+    if (nDigits == 0 || nDigits > c_nMaxDigits || nMantissa > uint64_t(1) << 53 || *psz == 'e' || *psz == 'E')
+        return false;
+    fValue = double(nMantissa) / c_PowersOfTen[nDecimals];
+    return true;
+}
+
 double ConvertDecimal(const CDecimal& decimal)
 {
-    static constexpr double c_Powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                          1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                          1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
     // Both factors are exact in a double, so that the one operation rounds correctly.
     if (decimal.m_bExact && decimal.m_nMantissa <= (uint64_t(1) << 53) && decimal.m_nExponent >= -22 &&
         decimal.m_nExponent <= 22)
     {
         const double fMantissa = double(decimal.m_nMantissa);
-        return decimal.m_nExponent < 0 ? fMantissa / c_Powers[-decimal.m_nExponent]
-                                       : fMantissa * c_Powers[decimal.m_nExponent];
+        return decimal.m_nExponent < 0 ? fMantissa / c_PowersOfTen[-decimal.m_nExponent]
+                                       : fMantissa * c_PowersOfTen[decimal.m_nExponent];
     }
     double fValue = 0.0;
     const auto result = std::from_chars(decimal.m_pBegin, decimal.m_pEnd, fValue);
@@ -236,10 +262,14 @@ double QSTextToDouble(const char* pszText)
     if (!pszText)
         return 0.0;
     const bool bMinus = TakeSign(pszText);
-    const CDecimal decimal = ScanDecimal(pszText);
-    if (!decimal.m_bAny)
-        return 0.0;
-    const double fValue = ConvertDecimal(decimal);
+    double fValue = 0.0;
+    if (!ConvertPlain(pszText, fValue))
+    {
+        const CDecimal decimal = ScanDecimal(pszText);
+        if (!decimal.m_bAny)
+            return 0.0;
+        fValue = ConvertDecimal(decimal);
+    }
     return bMinus ? -fValue : fValue;
 }
 

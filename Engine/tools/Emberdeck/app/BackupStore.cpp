@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <random>
 
 #include "app/CommandLineInfo.h"
+#include "model/MakeOrNull.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
 
@@ -122,18 +124,39 @@ CBackupStore::CItems CBackupStore::Scan() const
 
 void CBackupStore::Refresh()
 {
-    // Other programs keep copies in the same folder.
+    // Other programs keep copies in the same folder. One that came behind ours must be known: what is newest
+    // is what a recovery takes.
     const auto now = std::chrono::steady_clock::now();
-    if (m_bScanned && now - m_ScanTime < c_ScanLife)
+    const int64_t nFolderTime = FolderTime();
+    if (m_bScanned && now - m_ScanTime < c_ScanLife && nFolderTime == m_nFolderTime)
         return;
     m_Items = Scan();
+    m_nFolderTime = nFolderTime;
     m_ScanTime = now;
     m_bScanned = true;
+}
+
+// When a file last came into the folder or went.
+int64_t CBackupStore::FolderTime() const
+{
+    std::error_code error;
+    const auto time = std::filesystem::last_write_time(NativePath(GetDirectory()), error);
+    return error ? 0 : time.time_since_epoch().count();
 }
 
 std::string CBackupStore::Keep(const std::string& sPath)
 {
     m_sLastProblem.clear();
+    std::string sCopy;
+    if (TryAllocating([&] { sCopy = KeepNow(sPath); }))
+        return sCopy;
+    m_bScanned = false; // what was noted of the folder may be half of it
+    m_sLastProblem = "Out of memory."; // short enough to need none
+    return std::string();
+}
+
+std::string CBackupStore::KeepNow(const std::string& sPath)
+{
     const uint64_t nSize = FileSize(sPath);
     if (nSize == 0)
         return std::string();
@@ -179,6 +202,7 @@ std::string CBackupStore::Keep(const std::string& sPath)
     const std::string sNewName = item.m_sName;
     m_Items[sHash].push_back(std::move(item));
     Prune(sHash, sNewName);
+    m_nFolderTime = FolderTime();
     return sDirectory + '/' + sNewName;
 }
 

@@ -62,8 +62,10 @@ private:
     // By hash; each list from the oldest on.
     using CItems = std::map<std::string, std::vector<CItem>>;
 
+    std::string KeepNow(const std::string& sPath); // throws when memory is out
     CItems Scan() const;
     void Refresh();
+    int64_t FolderTime() const;
     bool Write(const std::string& sHash, const std::string& sOwner, const std::string& sContent, CItem& item);
     void Remove(const std::string& sHash, size_t nIndex);
     void Prune(const std::string& sHash, const std::string& sKeep);
@@ -75,5 +77,6 @@ private:
     // What the folder held when it was last read: a run over many files doesn't read it for each.
     CItems m_Items;
     bool m_bScanned = false;
+    int64_t m_nFolderTime = 0; // of the folder at that time, own changes included
     std::chrono::steady_clock::time_point m_ScanTime;
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "model/MakeOrNull.h"
 #include "qsassert.h"
 
 bool CEdit::Touches(const void* pObject) const
@@ -38,29 +39,40 @@ void CEditHub::RemoveListener(IEditListener* pListener)
 template <typename TCall>
 void CEditHub::Tell(const TCall& call)
 {
-    ++m_nTelling;
+    struct CWalk
+    {
+        explicit CWalk(CEditHub& hub) : m_Hub(hub) { ++m_Hub.m_nTelling; }
+        ~CWalk() // also when a listener is out of memory
+        {
+            std::vector<IEditListener*>& list = m_Hub.m_Listeners;
+            if (--m_Hub.m_nTelling == 0)
+                list.erase(std::remove(list.begin(), list.end(), nullptr), list.end());
+        }
+        CEditHub& m_Hub;
+    };
+    const CWalk walk(*this);
     const size_t nCount = m_Listeners.size();
     for (size_t i = 0; i < nCount; ++i)
     {
         if (IEditListener* pListener = m_Listeners[i])
             call(*pListener);
     }
-    if (--m_nTelling == 0)
-        m_Listeners.erase(std::remove(m_Listeners.begin(), m_Listeners.end(), nullptr), m_Listeners.end());
 }
 
 void CEditHub::Open(const std::string& sLabel)
 {
-    if (m_nDepth++ == 0)
+    if (m_nDepth == 0)
         m_Edit.m_sLabel = sLabel;
+    ++m_nDepth; // last: without memory the scope isn't there, and nobody closes it
 }
 
 void CEditHub::Touch(const CTouch& touch)
 {
     QS_ASSERT(m_nDepth > 0);
-    if (m_nDepth == 0 || !m_Seen.insert(touch).second)
+    if (m_nDepth == 0 || m_Seen.contains(touch))
         return;
     m_Edit.m_Touched.push_back(touch);
+    m_Seen.insert(touch); // without memory it is touched twice rather than never
     // A copy, since a listener may open a scope that joins this one and touches more.
     const std::string sLabel = m_Edit.m_sLabel;
     Tell([&](IEditListener& listener) { listener.OnTouching(sLabel, touch); });
@@ -75,7 +87,8 @@ void CEditHub::Close()
     if (edit.m_Touched.empty())
         return;
     ++m_nNumEdits;
-    Tell([&](IEditListener& listener) { listener.OnEdit(edit); });
+    // This runs in destructors. Who has no memory to hear of it shows the old state.
+    TryAllocating([&] { Tell([&](IEditListener& listener) { listener.OnEdit(edit); }); });
 }
 
 CEditScope::CEditScope(CEditHub& hub, const std::string& sLabel) : m_Hub(hub)

@@ -4,6 +4,7 @@
 #include "app/LibraryEditor.h"
 #include "app/Messages.h"
 #include "formats/EmberdeckQSA.h"
+#include "model/MakeOrNull.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
 
@@ -154,7 +155,18 @@ bool CEmberdeckApp::LoadLibrary(const std::string& sPath, std::string& sError)
 
 bool CEmberdeckApp::OpenEffectFile(const char* pszPath)
 {
-    const std::string sPath = pszPath ? pszPath : "";
+    bool bOpened = false;
+    if (TryAllocating([&] { bOpened = OpenNow(pszPath ? pszPath : ""); }))
+        return bOpened;
+    // Half a library must never be saved over a whole one.
+    m_sFileName.clear();
+    TryAllocating([this] { NewEffectFile(); });
+    ShowFailure(m_Services.m_Prompts, c_MsgLoadFailed, pszPath, "Out of memory.");
+    return false;
+}
+
+bool CEmberdeckApp::OpenNow(const std::string& sPath)
+{
     IPrompts& prompts = m_Services.m_Prompts;
     m_sFileName = sPath;
     ClearAll();
@@ -179,8 +191,14 @@ bool CEmberdeckApp::OpenEffectFile(const char* pszPath)
         ShowMessage(prompts, c_MsgLoadFailed, {sPath, sError});
         return false;
     }
-    m_Services.m_Profile.WriteString("", c_szSettingLastFile, sPath);
+    RememberFile(sPath);
     return true;
+}
+
+// A setting that can't be kept is no reason to take back what is done.
+void CEmberdeckApp::RememberFile(const std::string& sPath)
+{
+    TryAllocating([&] { m_Services.m_Profile.WriteString("", c_szSettingLastFile, sPath); });
 }
 
 bool CEmberdeckApp::OpenWithDialog()
@@ -200,17 +218,41 @@ bool CEmberdeckApp::SaveEffectFile()
     if (m_sFileName.empty())
         return SaveEffectFileAs();
 
-    // A copy: the prompts of source control may run anything.
-    const std::string sPath = m_sFileName;
-    m_Services.m_SourceControl.EnsureCheckedOut(sPath.c_str(), 0);
-    m_sLastBackup = m_Backups.Keep(sPath);
-    if (!SaveEffectLibrary(sPath.c_str(), m_EffectTree, m_PrefabTree, &m_Services.m_Prompts))
-    {
-        ShowMessage(m_Services.m_Prompts, c_MsgSaveFailed, {sPath});
+    bool bSaved = false;
+    TryAllocating(
+        [&]
+        {
+            // A copy: the prompts of source control may run anything.
+            const std::string sPath = m_sFileName;
+            m_Services.m_SourceControl.EnsureCheckedOut(sPath.c_str(), 0);
+            m_sLastBackup = m_Backups.Keep(sPath);
+            bSaved = SaveTo(sPath);
+            if (bSaved)
+                RememberFile(sPath);
+        });
+    if (!bSaved)
+        ShowFailure(m_Services.m_Prompts, c_MsgSaveFailed, m_sFileName.c_str());
+    return bSaved;
+}
+
+// In place. When no copy of the old bytes could be made, they stay until the new ones are on the disk.
+bool CEmberdeckApp::SaveTo(const std::string& sPath)
+{
+    IPrompts* pPrompts = &m_Services.m_Prompts;
+    if (m_Backups.GetLastProblem().empty())
+        return SaveEffectLibrary(sPath.c_str(), m_EffectTree, m_PrefabTree, pPrompts);
+
+    const std::string sTemporary = MakeTemporaryFile("emberdeck-save-");
+    if (sTemporary.empty())
         return false;
-    }
-    m_Services.m_Profile.WriteString("", c_szSettingLastFile, sPath);
-    return true;
+    // The last letter decides the form.
+    const std::string sNew = sTemporary + sPath.back();
+    std::string sContent;
+    const bool bWritten = SaveEffectLibrary(sNew.c_str(), m_EffectTree, m_PrefabTree, pPrompts) &&
+                          ReadWholeFile(sNew, sContent) && WriteFileSafely(sPath, sContent);
+    RemoveFile(sNew);
+    RemoveFile(sTemporary);
+    return bWritten;
 }
 
 bool CEmberdeckApp::SaveEffectFileAs()

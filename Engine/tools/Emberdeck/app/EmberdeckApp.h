@@ -41,8 +41,9 @@ public:
     bool OpenEffectFile(const char* pszPath);
     bool OpenWithDialog();
 
-    // Writes in place, after a copy of what is there has gone to the backups. Without a name it is
-    // SaveEffectFileAs, which is false without a message when cancelled. After a failed save the name
+    // Writes in place, after a copy of what is there has gone to the backups; when none can be made, through a
+    // temporary file, so that a failure leaves the old content. Without a name it is SaveEffectFileAs, which is
+    // false without a message when cancelled. After a failed save the name
     // stays, the new one too.
     bool SaveEffectFile();
     bool SaveEffectFileAs();
@@ -98,7 +99,10 @@ public:
 private:
     void EmptyLibrary();
     void InsertRoots();
+    bool OpenNow(const std::string& sPath); // throws when memory is out
     bool LoadLibrary(const std::string& sPath, std::string& sError);
+    bool SaveTo(const std::string& sPath);
+    void RememberFile(const std::string& sPath);
 
     CAppServices m_Services;
     CEditContext m_Context;

@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "model/MakeOrNull.h"
 #include "qsstrutils.h"
 
 std::string FillMessage(const CMessage& message, std::initializer_list<std::string> arguments)
@@ -26,4 +27,14 @@ EAnswer ShowMessage(IPrompts& prompts, const CMessage& message, std::initializer
 {
     return prompts.Ask(FillMessage(message, arguments), message.m_pszCaption, message.m_eButtons,
                        message.m_eIcon);
+}
+
+void ShowFailure(IPrompts& prompts, const CMessage& message, const char* pszFirst,
+                 const char* pszSecond) noexcept
+{
+    const auto show = [&]
+    { ShowMessage(prompts, message, {pszFirst ? pszFirst : "", pszSecond ? pszSecond : ""}); };
+    // Texts as short as these lie within the string itself.
+    if (!TryAllocating(show))
+        TryAllocating([&] { prompts.Ask("Out of memory.", "Error", EButtons::eOk, EIcon::eStop); });
 }

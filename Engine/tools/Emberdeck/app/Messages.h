@@ -81,3 +81,8 @@ std::string FillMessage(const CMessage& message, std::initializer_list<std::stri
 // Shows a message, and gives the answer.
 EAnswer ShowMessage(IPrompts& prompts, const CMessage& message,
                     std::initializer_list<std::string> arguments = {});
+
+// Tells of a failure that memory may be the cause of. When there is none for the words, fewer are used. Nulls
+// are empty.
+void ShowFailure(IPrompts& prompts, const CMessage& message, const char* pszFirst,
+                 const char* pszSecond = nullptr) noexcept;

@@ -5,6 +5,7 @@
 #include "app/Launch.h"
 #include "app/Messages.h"
 #include "formats/EmberdeckPacker.h"
+#include "model/MakeOrNull.h"
 #include "platform/Paths.h"
 
 namespace
@@ -94,13 +95,20 @@ bool CEmberdeckApp::PackEffects()
     if (m_sFileName.empty())
         return PackEffectsAs();
 
-    const std::string sPackName = MakePackName(m_sFileName);
-    m_Services.m_SourceControl.EnsureCheckedOut(sPackName.c_str(), 0);
-    RepairValues(m_Context);
-    if (PackEffectLibrary(sPackName.c_str(), m_SpellMgr, m_EffectModule, &m_Services.m_Prompts))
-        return true;
-    ShowMessage(m_Services.m_Prompts, c_MsgPackFailed, {DisplayPath(sPackName)});
-    return false;
+    std::string sShown;
+    bool bPacked = false;
+    TryAllocating(
+        [&]
+        {
+            const std::string sPackName = MakePackName(m_sFileName);
+            sShown = DisplayPath(sPackName);
+            m_Services.m_SourceControl.EnsureCheckedOut(sPackName.c_str(), 0);
+            RepairValues(m_Context);
+            bPacked = PackEffectLibrary(sPackName.c_str(), m_SpellMgr, m_EffectModule, &m_Services.m_Prompts);
+        });
+    if (!bPacked)
+        ShowFailure(m_Services.m_Prompts, c_MsgPackFailed, sShown.c_str());
+    return bPacked;
 }
 
 bool CEmberdeckApp::PackEffectsAs()
@@ -112,8 +120,14 @@ bool CEmberdeckApp::PackEffectsAs()
     std::string sPath;
     if (!m_Services.m_Prompts.ChooseFile(request, sPath))
         return false;
-    RepairValues(m_Context);
-    return PackEffectLibrary(sPath.c_str(), m_SpellMgr, m_EffectModule, &m_Services.m_Prompts);
+    bool bPacked = false;
+    TryAllocating(
+        [&]
+        {
+            RepairValues(m_Context);
+            bPacked = PackEffectLibrary(sPath.c_str(), m_SpellMgr, m_EffectModule, &m_Services.m_Prompts);
+        });
+    return bPacked;
 }
 
 bool CEmberdeckApp::SaveAndPack()

@@ -56,5 +56,6 @@ void CBatchSession::TellBackup() const
         std::fprintf(stderr, "What the file held before lies in %s; \"emberdeck-batch recover FILE\" brings it back.\n",
                      sBackup.c_str());
     else if (!sProblem.empty())
-        std::fprintf(stderr, "No copy of what the file held before could be made: %s\n", sProblem.c_str());
+        std::fprintf(stderr, "The file holds what it held before. No copy of that could be made: %s\n",
+                     sProblem.c_str());
 }

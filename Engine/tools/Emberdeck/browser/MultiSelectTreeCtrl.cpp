@@ -23,7 +23,7 @@ CMultiSelectTreeCtrl::~CMultiSelectTreeCtrl()
 
 uint32_t CMultiSelectTreeCtrl::GetItemStateEx(HLibraryItem hItem, uint32_t nMask) const
 {
-    const uint32_t nFocus = hItem && hItem == m_hCaret ? uint32_t(eState_Focused) : 0;
+    const uint32_t nFocus = hItem && hItem == m_hCaret ? uint32_t(eState_Focused) : 0u;
     return (m_States.Get(hItem) | nFocus) & nMask;
 }
 
@@ -63,7 +63,7 @@ bool CMultiSelectTreeCtrl::SelectItem(HLibraryItem hItem, bool bSelect)
         return false;
     if (IsSelected(hItem) != bSelect) // the parent may have been quicker
     {
-        m_States.Set(hItem, bSelect ? eState_Selected : 0, eState_Selected);
+        m_States.Set(hItem, bSelect ? ~0u : 0u, eState_Selected);
         m_nSelected += bSelect ? 1u : ~0u;
     }
     m_Parent.OnSelChanged(hItem, bSelect);
@@ -161,13 +161,12 @@ CMultiSelectTreeCtrl::CBranchResult CMultiSelectTreeCtrl::SelectBranch(HLibraryI
                                                                        bool bRecurse)
 {
     CBranchResult result;
-    const HLibraryItem hEnd = SkipBranch(hParent);
     HLibraryItem h = m_Items.GetChildItem(hParent);
-    while (h && h != hEnd)
+    while (h)
     {
         result.m_bCaret |= h == m_hCaret;
         result.m_bRefused |= !SelectItem(h, bSelect);
-        h = bRecurse ? NextVisible(h) : m_Items.GetNextSiblingItem(h);
+        h = bRecurse ? NextBelow(hParent, h, true) : m_Items.GetNextSiblingItem(h);
     }
     m_View.Invalidate();
     return result;
@@ -187,11 +186,11 @@ void CMultiSelectTreeCtrl::WidenSelection()
     for (size_t i = 0; i < items.size(); ++i)
     {
         // What is selected below an item follows it in the list, and is dealt with by then.
+        const HLibraryItem hTop = items[i];
         size_t nKnown = 0;
-        Expand(items[i], true);
-        ExpandChildren(items[i], true, true);
-        const HLibraryItem hEnd = SkipBranch(items[i]);
-        for (HLibraryItem h = m_Items.GetChildItem(items[i]); h && h != hEnd; h = NextVisible(h))
+        DoExpand(hTop, true);
+        ExpandChildren(hTop, true, true);
+        for (HLibraryItem h = m_Items.GetChildItem(hTop); h; h = NextBelow(hTop, h, true))
         {
             nKnown += IsSelected(h);
             SelectItem(h, true);

@@ -137,7 +137,7 @@ private:
     };
     CBranchResult SelectBranch(HLibraryItem hParent, bool bSelect, bool bRecurse);
     HLibraryItem VisibleAncestor(HLibraryItem hItem) const;
-    HLibraryItem SkipBranch(HLibraryItem hItem) const;
+    HLibraryItem NextBelow(HLibraryItem hTop, HLibraryItem hItem, bool bVisible) const;
     HLibraryItem LastVisible() const;
     bool Reaches(HLibraryItem hFrom, HLibraryItem hTo) const;
 

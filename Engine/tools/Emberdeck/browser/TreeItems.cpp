@@ -4,18 +4,18 @@
 
 HLibraryItem CMultiSelectTreeCtrl::NextVisible(HLibraryItem hItem) const
 {
-    const HLibraryItem hChild = IsExpanded(hItem) ? m_Items.GetChildItem(hItem) : HLibraryItem();
-    return hChild ? hChild : SkipBranch(hItem);
+    return NextBelow({}, hItem, true);
 }
 
-// The first item behind all that is below this one.
-HLibraryItem CMultiSelectTreeCtrl::SkipBranch(HLibraryItem hItem) const
+// The item behind this one among all below hTop, or among the visible ones; null at their end. Climbs no
+// higher than hTop, so that a walk over a branch takes no longer deep down in the tree.
+HLibraryItem CMultiSelectTreeCtrl::NextBelow(HLibraryItem hTop, HLibraryItem hItem, bool bVisible) const
 {
-    HLibraryItem hNext = m_Items.GetNextSiblingItem(hItem);
-    while (hItem && !hNext)
+    HLibraryItem hNext = !bVisible || IsExpanded(hItem) ? m_Items.GetChildItem(hItem) : HLibraryItem();
+    while (!hNext && hItem && hItem != hTop)
     {
-        hItem = m_Items.GetParentItem(hItem);
         hNext = m_Items.GetNextSiblingItem(hItem);
+        hItem = m_Items.GetParentItem(hItem);
     }
     return hNext;
 }
@@ -109,7 +109,7 @@ bool CMultiSelectTreeCtrl::DoExpand(HLibraryItem hItem, bool bExpand)
         if (result.m_bCaret)
             SetCaret(IsSelected(hItem) ? hItem : HLibraryItem());
     }
-    m_States.Set(hItem, bExpand ? eState_Expanded : 0, eState_Expanded);
+    m_States.Set(hItem, bExpand ? ~0u : 0u, eState_Expanded);
     m_View.ItemExpanded(hItem, bExpand);
     return true;
 }
@@ -125,18 +125,17 @@ bool CMultiSelectTreeCtrl::Expand(HLibraryItem hItem, bool bExpand)
 // collapsed, and each item is passed once however deep the branch.
 void CMultiSelectTreeCtrl::ExpandChildren(HLibraryItem hParent, bool bExpand, bool bRecurse)
 {
-    const HLibraryItem hEnd = SkipBranch(hParent);
     HLibraryItem h = m_Items.GetChildItem(hParent);
     if (bExpand)
         Reveal(h);
     std::vector<HLibraryItem> open;
-    while (h && h != hEnd)
+    while (h)
     {
         if (bExpand)
             DoExpand(h, true);
         else if (IsExpanded(h))
             open.push_back(h);
-        h = bRecurse ? NextVisible(h) : m_Items.GetNextSiblingItem(h);
+        h = bRecurse ? NextBelow(hParent, h, true) : m_Items.GetNextSiblingItem(h);
     }
     for (auto it = open.rbegin(); it != open.rend(); ++it)
         DoExpand(*it, false);
@@ -169,9 +168,8 @@ void CMultiSelectTreeCtrl::OnTreeChange(CLibraryTree::EChange eChange, HLibraryI
 // An item goes with all below it. Its selection ends without a word, as it does itself.
 void CMultiSelectTreeCtrl::ForgetBranch(HLibraryItem hItem)
 {
-    const HLibraryItem hEnd = SkipBranch(hItem);
     bool bCaret = false;
-    for (HLibraryItem h = hItem; h && h != hEnd; h = m_Items.GetNextItem(h))
+    for (HLibraryItem h = hItem; h; h = NextBelow(hItem, h, false))
     {
         if (h == m_hEdited)
             CancelEdit();

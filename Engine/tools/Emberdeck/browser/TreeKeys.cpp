@@ -175,7 +175,7 @@ bool CMultiSelectTreeCtrl::OnCharacter(std::string_view sCharacter, uint64_t nTi
     // One letter again and again goes through all that begin with it; a word stays where it still fits.
     bool bSame = true;
     for (size_t i = 0; i < m_sTyped.size() && bSame; i += sCharacter.size())
-        bSame = m_sTyped.compare(i, sCharacter.size(), sCharacter) == 0;
+        bSame = IsSameName(std::string_view(m_sTyped).substr(i, sCharacter.size()), sCharacter);
     HLibraryItem hFrom = m_hCaret;
     if (hFrom && bSame)
         hFrom = NextVisible(hFrom);

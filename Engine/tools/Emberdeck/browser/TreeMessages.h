@@ -4,11 +4,12 @@
 
 // What the tree and the panels say.
 
-inline constexpr CMessage c_MsgReachedEnd = {"Finished parsing through to the end of the tree.  Would you like to "
-                                      "start from the beginning?",
-                                      "Reached End", EButtons::eYesNo, EIcon::eQuestion};
+inline constexpr CMessage c_MsgReachedEnd = {
+    "Finished parsing through to the end of the tree.  Would you like to "
+    "start from the beginning?",
+    "Reached End", EButtons::eYesNo, EIcon::eQuestion};
 inline constexpr CMessage c_MsgStringNotFound = {"Cannot find '%1!s!'", "String Not Found", EButtons::eOk,
-                                          EIcon::eExclamation};
+                                                 EIcon::eExclamation};
 
 // The messages of a panel. %d places are counts of items.
 struct CPanelMessages

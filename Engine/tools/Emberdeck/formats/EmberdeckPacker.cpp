@@ -394,6 +394,7 @@ bool PackEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffe
     if (!pszFilename || !module.IsLoaded())
         return false;
     bool bPacked = false;
-    TryAllocating([&] { bPacked = CPacker(spellMgr, module).Pack(pszFilename, pszTarget ? pszTarget : ""); });
-    return bPacked;
+    const bool bWhole = AllocateAll(
+        [&] { bPacked = CPacker(spellMgr, module).Pack(pszFilename, pszTarget ? pszTarget : ""); });
+    return bWhole && bPacked;
 }

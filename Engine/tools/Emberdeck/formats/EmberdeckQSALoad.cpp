@@ -15,6 +15,10 @@
 namespace
 {
 
+constexpr CFieldName c_ContainerName = "container";
+constexpr CFieldName c_PrefabName = "prefab";
+constexpr CFieldName c_EffectName = "effect";
+
 constexpr int32_t c_nFormatVersion = 1;
 constexpr uint32_t c_nLoadBlockSize = 262144;
 constexpr const char* c_pszUnreadable = "Failed to load the file from disk into memory";
@@ -36,7 +40,8 @@ bool IsVersionSupported(const CQSANode& root)
     const CQSANode* pHeader = CQSAUtil::ShallowFindList(&root, "header");
     if (!pHeader)
         return false;
-    const CNodeFields<1> fields(*pHeader, {"version"}, [](const CQSANode&) {});
+    static constexpr std::array<CFieldName, 1> c_aNames = {"version"};
+    const CNodeFields<1> fields(*pHeader, c_aNames, [](const CQSANode&) {});
     const char* pszVersion = fields.FindValue(0);
     return pszVersion && QSTextToInt(pszVersion) == c_nFormatVersion;
 }
@@ -63,6 +68,13 @@ bool LoadNodes(CLibraryLoader& loader, const CEffectModule& module,
     return loader.LoadRoot(nodes.m_Root);
 }
 
+// False.
+bool NoteOutOfMemory(std::string& sError)
+{
+    TryAllocating([&] { sError += sError.empty() ? "Out of memory." : "\r\nOut of memory."; });
+    return false;
+}
+
 } // namespace
 
 bool LoadEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffectModule& module,
@@ -71,7 +83,7 @@ bool LoadEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffe
 {
     const CWaitScope wait(pPrompts);
     bool bLoaded = false;
-    TryAllocating(
+    const bool bWhole = AllocateAll(
         [&]
         {
             CLibraryLoader loader(spellMgr, module, pEffectTree, pPrefabTree, sError, pObserver);
@@ -84,7 +96,7 @@ bool LoadEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffe
                                                               &nodes.m_Root, &nodes.m_Alloc);
                                 });
         });
-    return bLoaded;
+    return (bWhole || NoteOutOfMemory(sError)) && bLoaded;
 }
 
 bool LoadEffectText(std::string_view sText, CSpellMgr& spellMgr, const CEffectModule& module,
@@ -92,7 +104,7 @@ bool LoadEffectText(std::string_view sText, CSpellMgr& spellMgr, const CEffectMo
                     ILoadObserver* pObserver)
 {
     bool bLoaded = false;
-    TryAllocating(
+    const bool bWhole = AllocateAll(
         [&]
         {
             CLibraryLoader loader(spellMgr, module, pEffectTree, pPrefabTree, sError, pObserver);
@@ -101,7 +113,7 @@ bool LoadEffectText(std::string_view sText, CSpellMgr& spellMgr, const CEffectMo
                           [&](CLoadedNodes& nodes)
                           { return QSALoadText(sText.data(), sText.size(), &nodes.m_Root, &nodes.m_Alloc); });
         });
-    return bLoaded;
+    return (bWhole || NoteOutOfMemory(sError)) && bLoaded;
 }
 
 CLibraryLoader::CLibraryLoader(CSpellMgr& spellMgr, const CEffectModule& module, CLibraryTree* pEffectTree,
@@ -159,8 +171,9 @@ bool CLibraryLoader::LoadRoot(const CQSANode& root)
 
 void CLibraryLoader::TellRoot(const CQSANode& root)
 {
-    const CNodeFields<4> fields(root, {"resource-database", "header", "prefab-tree", "effect-tree"},
-                                [&](const CQSANode& node) { m_Findings.TellSkipped(node); });
+    static constexpr std::array<CFieldName, 4> c_aNames = {"resource-database", "header", "prefab-tree",
+                                                           "effect-tree"};
+    const CNodeFields<4> fields(root, c_aNames, [&](const CQSANode& node) { m_Findings.TellSkipped(node); });
     if (!fields.FindList(2))
         m_Findings.Tell("There is no prefab tree; an empty one was made.");
     for (const size_t nTree : {2u, 3u})
@@ -186,16 +199,16 @@ bool CLibraryLoader::LoadTree(const CQSANode& list, ESide eSide)
 // Recurses as deep as groups nest, which the node reader has limited to some five hundred.
 bool CLibraryLoader::LoadTreeNode(const CQSANode& node, HLibraryItem hParent, ESide eSide)
 {
-    if (IsListNamed(node, "container"))
+    if (IsListNamed(node, c_ContainerName))
         return LoadContainer(node, hParent, eSide);
-    if (eSide == eSide_Prefabs && IsListNamed(node, "prefab"))
+    if (eSide == eSide_Prefabs && IsListNamed(node, c_PrefabName))
     {
         if (LoadPrefab(node, hParent))
             return true;
         AppendError("Error loading prefab");
         return false;
     }
-    if (eSide == eSide_Effects && IsListNamed(node, "effect"))
+    if (eSide == eSide_Effects && IsListNamed(node, c_EffectName))
     {
         if (LoadEffect(node, hParent))
             return true;
@@ -209,7 +222,8 @@ bool CLibraryLoader::LoadTreeNode(const CQSANode& node, HLibraryItem hParent, ES
 
 bool CLibraryLoader::LoadContainer(const CQSANode& node, HLibraryItem hParent, ESide eSide)
 {
-    const CNodeFields<2> fields(node, {"name", "children"},
+    static constexpr std::array<CFieldName, 2> c_aNames = {"name", "children"};
+    const CNodeFields<2> fields(node, c_aNames,
                                 [&](const CQSANode& skipped)
                                 {
                                     if (m_Findings)

@@ -9,19 +9,14 @@
 namespace
 {
 
-std::string FoldName(std::string_view sName)
-{
-    std::string sFolded(sName);
-    std::transform(sFolded.begin(), sFolded.end(), sFolded.begin(),
-                   [](char c) { return static_cast<char>(FoldNameByte(c)); });
-    return sFolded;
-}
+constexpr CFieldName c_KeyName = "key";
 
 } // namespace
 
 bool CLibraryLoader::LoadPrefab(const CQSANode& node, HLibraryItem hParent)
 {
-    const CNodeFields<3> fields(node, {"name", "type", "properties"},
+    static constexpr std::array<CFieldName, 3> c_aNames = {"name", "type", "properties"};
+    const CNodeFields<3> fields(node, c_aNames,
                                 [&](const CQSANode& skipped)
                                 {
                                     if (m_Findings)
@@ -76,19 +71,29 @@ bool CLibraryLoader::FillPrefab(const char* pszName, const char* pszType, const 
 
 void CLibraryLoader::NotePrefabName(CEffectPropertySet* pPrefab)
 {
-    if (!m_PrefabsByName.emplace(FoldName(pPrefab->m_sName.c_str()), pPrefab).second && m_Findings)
+    const char* pszName = pPrefab->m_sName.c_str(); // up to the first NUL, as keys name it
+    if (!m_PrefabsByName.emplace(pszName, pPrefab).second && m_Findings)
         m_Findings.Tell("Another prefab has this name; keys stand on the first one.");
 }
 
-CEffectPropertySet* CLibraryLoader::FindPrefab(const char* pszName) const
+size_t CLibraryLoader::CNameHash::operator()(std::string_view sName) const
 {
-    const auto found = m_PrefabsByName.find(FoldName(pszName));
+    uint64_t nHash = 0xCBF29CE484222325u;
+    for (const char c : sName)
+        nHash = (nHash ^ FoldNameByte(c)) * 0x100000001B3u;
+    return static_cast<size_t>(nHash ^ nHash >> 32);
+}
+
+CEffectPropertySet* CLibraryLoader::FindPrefab(std::string_view sName) const
+{
+    const auto found = m_PrefabsByName.find(sName);
     return found == m_PrefabsByName.end() ? nullptr : found->second;
 }
 
 bool CLibraryLoader::LoadEffect(const CQSANode& node, HLibraryItem hParent)
 {
-    const CNodeFields<3> fields(node, {"name", "length", "key-list"},
+    static constexpr std::array<CFieldName, 3> c_aNames = {"name", "length", "key-list"};
+    const CNodeFields<3> fields(node, c_aNames,
                                 [&](const CQSANode& skipped)
                                 {
                                     if (m_Findings)
@@ -129,7 +134,7 @@ bool CLibraryLoader::FillEffect(CSpell& spell, const char* pszName, const char* 
     for (uint32_t i = 1; pKeyList && i < pKeyList->GetNumElements(); ++i)
     {
         const CQSANode& node = *pKeyList->GetElement(i);
-        if (!IsListNamed(node, "key"))
+        if (!IsListNamed(node, c_KeyName))
         {
             if (m_Findings)
                 m_Findings.TellSkipped(node);
@@ -219,14 +224,14 @@ struct CLibraryLoader::CKeyFields
 
 std::unique_ptr<CKey> CLibraryLoader::LoadKey(const CQSANode& node)
 {
-    const CNodeFields<9> found(
-        node,
-        {"name", "type", "id", "start-time", "end-time", "track", "parent", "motion-link", "properties"},
-        [&](const CQSANode& skipped)
-        {
-            if (m_Findings)
-                m_Findings.TellSkipped(skipped);
-        });
+    static constexpr std::array<CFieldName, 9> c_aNames = {
+        "name", "type", "id", "start-time", "end-time", "track", "parent", "motion-link", "properties"};
+    const CNodeFields<9> found(node, c_aNames,
+                               [&](const CQSANode& skipped)
+                               {
+                                   if (m_Findings)
+                                       m_Findings.TellSkipped(skipped);
+                               });
     const CKeyFields fields = {found.FindValue(0), found.FindValue(1), found.FindValue(2),
                                found.FindValue(3), found.FindValue(4), found.FindValue(5),
                                found.FindValue(6), found.FindList(7),  found.FindList(8)};
@@ -265,7 +270,8 @@ std::unique_ptr<CKey> CLibraryLoader::FillKey(const CKeyFields& fields)
     pKey->Unlink();
     if (fields.m_pMotionLink)
     {
-        const CNodeFields<1> link(*fields.m_pMotionLink, {"id"},
+        static constexpr std::array<CFieldName, 1> c_aNames = {"id"};
+        const CNodeFields<1> link(*fields.m_pMotionLink, c_aNames,
                                   [&](const CQSANode& skipped)
                                   {
                                       if (m_Findings)

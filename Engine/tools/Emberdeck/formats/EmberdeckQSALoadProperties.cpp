@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <utility>
+
 #include "formats/LibraryLoader.h"
 #include "formats/NodeFields.h"
 #include "model/MakeOrNull.h"
@@ -6,6 +9,9 @@
 
 namespace
 {
+
+constexpr CFieldName c_PropertyName = "property";
+constexpr CFieldName c_ValueName = "value";
 
 // Whether the list has nCount atoms behind its name.
 bool HasAtoms(const CQSANode& list, uint32_t nCount)
@@ -79,17 +85,19 @@ bool LoadPropertyValue(const CQSANode* pData, EEffectPropertyType eType, CPropKe
 
 bool CLibraryLoader::LoadProperties(const CQSANode* pProperties, CEffectPropertySet& set)
 {
+    CTypeInfo& type = TypeInfo(set.m_pTypeDesc);
+    type.m_nNext = 0;
     for (uint32_t i = 1; pProperties && i < pProperties->GetNumElements(); ++i)
     {
         const CQSANode& node = *pProperties->GetElement(i);
-        if (!IsListNamed(node, "property"))
+        if (!IsListNamed(node, c_PropertyName))
         {
             if (m_Findings)
                 m_Findings.TellSkipped(node);
             continue;
         }
         std::unique_ptr<CEffectProperty> pProp;
-        if (!LoadProperty(node, set.m_pTypeDesc, pProp))
+        if (!LoadProperty(node, type, pProp))
             return false;
         if (m_Findings && pProp)
         {
@@ -104,10 +112,42 @@ bool CLibraryLoader::LoadProperties(const CQSANode* pProperties, CEffectProperty
     return true;
 }
 
-bool CLibraryLoader::LoadProperty(const CQSANode& node, const CEffectTypeDesc* pTypeDesc,
+CLibraryLoader::CTypeInfo& CLibraryLoader::TypeInfo(const CEffectTypeDesc* pTypeDesc)
+{
+    CTypeInfo& type = m_Types[pTypeDesc];
+    if (type.m_pTypeDesc || !pTypeDesc)
+        return type;
+    type.m_Props.reserve(pTypeDesc->m_nNumProps);
+    for (uint32_t i = 0; i < pTypeDesc->m_nNumProps; ++i)
+    {
+        const CEffectPropertyDesc& desc = pTypeDesc->m_pProps[i];
+        const std::string_view sName = BoundedText(desc.m_szName);
+        const bool bFindable = m_Module.FindPropertyIndex(pTypeDesc, sName) == static_cast<int>(i);
+        type.m_Props.push_back({sName, bFindable, DescRange(desc)});
+    }
+    type.m_pTypeDesc = pTypeDesc;
+    return type;
+}
+
+// A saved file has the properties in the order of their descriptors.
+int CLibraryLoader::FindProperty(CTypeInfo& type, const char* pszName) const
+{
+    const std::string_view sName = pszName;
+    int nIndex = -1;
+    if (type.m_nNext < type.m_Props.size() && type.m_Props[type.m_nNext].m_bFindable &&
+        type.m_Props[type.m_nNext].m_sName == sName)
+        nIndex = static_cast<int>(type.m_nNext);
+    else
+        nIndex = m_Module.FindPropertyIndex(type.m_pTypeDesc, sName);
+    type.m_nNext = static_cast<uint32_t>(nIndex + 1);
+    return nIndex;
+}
+
+bool CLibraryLoader::LoadProperty(const CQSANode& node, CTypeInfo& type,
                                   std::unique_ptr<CEffectProperty>& pProp)
 {
-    const CNodeFields<3> fields(node, {"name", "type", "value-list"},
+    static constexpr std::array<CFieldName, 3> c_aNames = {"name", "type", "value-list"};
+    const CNodeFields<3> fields(node, c_aNames,
                                 [&](const CQSANode& skipped)
                                 {
                                     if (m_Findings)
@@ -128,14 +168,14 @@ bool CLibraryLoader::LoadProperty(const CQSANode& node, const CEffectTypeDesc* p
                 QSFormat("Property %s has the unknown kind %s; it was dropped.", pszName, pszType));
         return true;
     }
-    const int nIndex = m_Module.FindPropertyIndex(pTypeDesc, pszName);
+    const int nIndex = FindProperty(type, pszName);
     if (nIndex < 0)
     {
         if (m_Findings)
             m_Findings.Tell(QSFormat("The type has no property %s; it was dropped.", pszName));
         return true;
     }
-    const CEffectPropertyDesc& desc = pTypeDesc->m_pProps[nIndex];
+    const CEffectPropertyDesc& desc = type.m_pTypeDesc->m_pProps[nIndex];
     pProp = MakeOrNull<CEffectProperty>(&desc);
     if (!pProp)
     {
@@ -155,10 +195,13 @@ bool CLibraryLoader::LoadProperty(const CQSANode& node, const CEffectTypeDesc* p
 
 void CLibraryLoader::LoadValues(const CQSANode& valueList, EEffectPropertyType eType, CEffectProperty& prop)
 {
+    // What isn't a value takes no room, so a list of much else isn't believed to the end.
+    constexpr uint32_t c_nMaxReserved = 64;
+    prop.ReserveKeys(std::min(valueList.GetNumElements() - 1, c_nMaxReserved));
     for (uint32_t i = 1; i < valueList.GetNumElements(); ++i)
     {
         const CQSANode& node = *valueList.GetElement(i);
-        if (!IsListNamed(node, "value"))
+        if (!IsListNamed(node, c_ValueName))
         {
             if (m_Findings)
                 m_Findings.TellSkipped(node);
@@ -166,7 +209,7 @@ void CLibraryLoader::LoadValues(const CQSANode& valueList, EEffectPropertyType e
         }
         CPropKey key;
         if (LoadValue(node, eType, prop, key))
-            prop.AddKey(key);
+            prop.AddKey(std::move(key));
         else if (m_Findings)
             m_Findings.Tell(QSFormat("A value of property %s is incomplete; it was dropped.",
                                      DescName(*prop.GetDesc()).c_str()));
@@ -176,7 +219,8 @@ void CLibraryLoader::LoadValues(const CQSANode& valueList, EEffectPropertyType e
 bool CLibraryLoader::LoadValue(const CQSANode& node, EEffectPropertyType eType, const CEffectProperty& prop,
                                CPropKey& key)
 {
-    const CNodeFields<2> fields(node, {"time", "data"},
+    static constexpr std::array<CFieldName, 2> c_aNames = {"time", "data"};
+    const CNodeFields<2> fields(node, c_aNames,
                                 [&](const CQSANode& skipped)
                                 {
                                     if (m_Findings)
@@ -201,13 +245,14 @@ void CLibraryLoader::Finish(CEffectPropertySet& set)
     if (m_Findings)
         TellMissing(set);
     EnsureComplete(&set);
-    for (uint32_t i = 0; i < set.GetNumProps(); ++i)
+    const CTypeInfo& type = TypeInfo(set.m_pTypeDesc);
+    for (uint32_t i = 0; i < type.m_Props.size(); ++i)
     {
-        CEffectProperty* pOwn = set.GetPropertyDirect(i);
+        CEffectProperty* pOwn = set.m_Props[i].get();
         if (m_Findings)
             m_Findings.ValidateAndTell(pOwn);
         else
-            Validate(pOwn);
+            Validate(pOwn, type.m_Props[i].m_Range);
     }
     m_Validation.RunInherited(set);
 }

@@ -292,6 +292,6 @@ bool SaveEffectLibrary(const char* pszFilename, const CLibraryTree& effectTree,
 {
     const CWaitScope wait(pPrompts);
     bool bSaved = false;
-    return pszFilename && TryAllocating([&] { bSaved = SaveLibrary(pszFilename, effectTree, prefabTree); }) &&
+    return pszFilename && AllocateAll([&] { bSaved = SaveLibrary(pszFilename, effectTree, prefabTree); }) &&
            bSaved;
 }

@@ -4,11 +4,13 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "formats/LoadFindings.h"
 #include "formats/SharedValidation.h"
 #include "model/EffectModule.h"
 #include "model/LibraryTree.h"
+#include "model/NameIndex.h"
 #include "model/SpellMgr.h"
 #include "qsamgr/qsanode.h"
 #include "qsnumber.h"
@@ -43,7 +45,36 @@ private:
 
     // Tracks without a key that one file may make, all effects together: a few bytes of text ask for up to
     // 65,536 of them.
-    static constexpr uint64_t c_nMaxSpareTracks = 1u << 20;
+    static constexpr uint64_t c_nMaxSpareTracks = 1u << 22;
+
+    // What is looked up of a type's descriptors with each key, found out once.
+    struct CTypeInfo
+    {
+        struct CProp
+        {
+            std::string_view m_sName;
+            bool m_bFindable; // no property before it has this name
+            CPropRange m_Range;
+        };
+        const CEffectTypeDesc* m_pTypeDesc = nullptr;
+        std::vector<CProp> m_Props;
+        uint32_t m_nNext = 0; // the property that comes next in a saved file
+    };
+
+    // Names without regard to case.
+    struct CNameHash
+    {
+        using is_transparent = void;
+        size_t operator()(std::string_view sName) const;
+    };
+    struct CNameEqual
+    {
+        using is_transparent = void;
+        bool operator()(std::string_view sLeft, std::string_view sRight) const
+        {
+            return IsSameName(sLeft, sRight);
+        }
+    };
 
     void AddMessage(const std::string& sMessage);
     void TellRoot(const CQSANode& root);
@@ -64,12 +95,13 @@ private:
     bool SetKeyParent(CKey& key, const CKeyFields& fields);
     bool PlaceLoadedKey(CSpell& spell, std::unique_ptr<CKey> pKey);
     bool AddTracksFor(CTrackList& tracks, uint32_t nTrack);
-    CEffectPropertySet* FindPrefab(const char* pszName) const;
+    CEffectPropertySet* FindPrefab(std::string_view sName) const;
     void NotePrefabName(CEffectPropertySet* pPrefab);
 
     bool LoadProperties(const CQSANode* pProperties, CEffectPropertySet& set);
-    bool LoadProperty(const CQSANode& node, const CEffectTypeDesc* pTypeDesc,
-                      std::unique_ptr<CEffectProperty>& pProp);
+    bool LoadProperty(const CQSANode& node, CTypeInfo& type, std::unique_ptr<CEffectProperty>& pProp);
+    CTypeInfo& TypeInfo(const CEffectTypeDesc* pTypeDesc);
+    int FindProperty(CTypeInfo& type, const char* pszName) const;
     void LoadValues(const CQSANode& valueList, EEffectPropertyType eType, CEffectProperty& prop);
     bool LoadValue(const CQSANode& node, EEffectPropertyType eType, const CEffectProperty& prop,
                    CPropKey& key);
@@ -91,7 +123,8 @@ private:
     CLoadFindings m_Findings;
 
     // Prefabs by their name without regard to case; the first of a name in the library's order.
-    std::unordered_map<std::string, CEffectPropertySet*> m_PrefabsByName;
+    std::unordered_map<std::string, CEffectPropertySet*, CNameHash, CNameEqual> m_PrefabsByName;
+    std::unordered_map<const CEffectTypeDesc*, CTypeInfo> m_Types;
     CSharedValidation m_Validation;
     uint64_t m_nTracksMade = 0;
     uint64_t m_nKeysLoaded = 0;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 #include "qsamgr/qsanode.h"
@@ -9,20 +10,70 @@
 
 // Reading the named lists of an effect file.
 
-// The name of a list that begins with an atom; null for any other node.
-inline const char* ListName(const CQSANode& node)
+// A name that lists are looked for by. Meant to be a constant, which is compared as a few numbers.
+class CFieldName
+{
+public:
+    constexpr CFieldName(const char* pszName) : m_pszName(pszName)
+    {
+        for (size_t i = 0; i < c_nBytes; ++i)
+        {
+            m_Bytes[i] = static_cast<unsigned char>(pszName[i]);
+            m_Mask[i] = 0xFF;
+            m_bFits = pszName[i] == '\0'; // which counts, too
+            if (m_bFits)
+                break;
+        }
+    }
+
+    // Whether an atom is exactly that text.
+    bool Is(const CQSANode& atom) const
+    {
+        const char* pszText = atom.GetValue();
+        if (!atom.HoldsText())
+            return std::strcmp(pszText, m_pszName) == 0;
+        uint32_t nDiffers = 0;
+        for (size_t i = 0; i < c_nBytes; i += sizeof(nDiffers))
+            nDiffers |= (Word(pszText + i) & Word(&m_Mask[i])) ^ Word(&m_Bytes[i]);
+        return nDiffers == 0 && m_bFits;
+    }
+
+private:
+    static constexpr size_t c_nBytes = CQSANode::c_nMaxInline + 1;
+
+    static uint32_t Word(const void* p)
+    {
+        uint32_t nWord;
+        std::memcpy(&nWord, p, sizeof(nWord));
+        return nWord;
+    }
+
+    const char* m_pszName;
+    std::array<unsigned char, c_nBytes> m_Bytes{};
+    std::array<unsigned char, c_nBytes> m_Mask{};
+    bool m_bFits = false; // into a node: a text in one can be equal
+};
+
+// The atom that a list begins with, its name; null for any other node.
+inline const CQSANode* ListNameNode(const CQSANode& node)
 {
     if (node.IsAtom() || node.GetNumElements() == 0)
         return nullptr;
     const CQSANode* pFirst = node.GetElement(0);
-    return pFirst->IsAtom() ? pFirst->GetValue() : nullptr;
+    return pFirst->IsAtom() ? pFirst : nullptr;
+}
+
+inline const char* ListName(const CQSANode& node)
+{
+    const CQSANode* pName = ListNameNode(node);
+    return pName ? pName->GetValue() : nullptr;
 }
 
 // True for a list whose first element is an atom of exactly that name.
-inline bool IsListNamed(const CQSANode& node, const char* pszName)
+inline bool IsListNamed(const CQSANode& node, const CFieldName& name)
 {
-    const char* pszFound = ListName(node);
-    return pszFound && std::strcmp(pszFound, pszName) == 0;
+    const CQSANode* pName = ListNameNode(node);
+    return pName && name.Is(*pName);
 }
 
 // The first child list of each of N names, null where there is none: what a search for each name finds, in
@@ -34,14 +85,14 @@ public:
     // skipped(node) is told of the other elements behind the list's own name: atoms, lists of other names,
     // and further ones of a name that was found.
     template <class TSkipped>
-    CNodeFields(const CQSANode& list, const std::array<const char*, N>& names, TSkipped&& skipped)
+    CNodeFields(const CQSANode& list, const std::array<CFieldName, N>& names, TSkipped&& skipped)
     {
         const uint32_t nCount = list.GetNumElements();
         for (uint32_t i = 0; i < nCount; ++i)
         {
             const CQSANode& child = *list.GetElement(i);
-            const char* pszName = ListName(child);
-            if (!(pszName && Note(child, pszName, names)) && i > 0)
+            const CQSANode* pName = ListNameNode(child);
+            if (!(pName && Note(child, *pName, names)) && i > 0)
                 skipped(child);
         }
     }
@@ -61,19 +112,30 @@ public:
     }
 
 private:
-    bool Note(const CQSANode& child, const char* pszName, const std::array<const char*, N>& names)
+    bool Note(const CQSANode& child, const CQSANode& name, const std::array<CFieldName, N>& names)
     {
-        for (size_t n = 0; n < N; ++n)
+        // The lists of a saved file stand in the order of the names, some left out.
+        for (size_t n = m_nNext; n < N; ++n)
         {
-            if (names[n][0] != pszName[0] || std::strcmp(names[n], pszName) != 0)
-                continue;
-            if (m_Found[n])
-                return false;
-            m_Found[n] = &child;
-            return true;
+            if (names[n].Is(name))
+                return Note(child, n);
+        }
+        for (size_t n = 0; n < m_nNext; ++n)
+        {
+            if (names[n].Is(name))
+                return Note(child, n);
         }
         return false;
     }
+    bool Note(const CQSANode& child, size_t n)
+    {
+        m_nNext = n + 1;
+        if (m_Found[n])
+            return false;
+        m_Found[n] = &child;
+        return true;
+    }
 
+    size_t m_nNext = 0;
     std::array<const CQSANode*, N> m_Found = {};
 };

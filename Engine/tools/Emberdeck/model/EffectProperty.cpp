@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "model/MakeOrNull.h"
 #include "model/NameIndex.h"
@@ -45,7 +46,7 @@ CEffectProperty::CEffectProperty(const CEffectPropertyDesc* pDesc) : m_pDesc(pDe
 
 CPropKey* CEffectProperty::GetKey(uint32_t nIndex)
 {
-    if (nIndex >= m_Keys.size())
+    if (nIndex >= m_Keys.Size())
         return nullptr;
     SortPending();
     m_eOrder = eOrder_Unknown;
@@ -54,7 +55,7 @@ CPropKey* CEffectProperty::GetKey(uint32_t nIndex)
 
 const CPropKey* CEffectProperty::GetKey(uint32_t nIndex) const
 {
-    if (nIndex >= m_Keys.size())
+    if (nIndex >= m_Keys.Size())
         return nullptr;
     SortPending();
     return &m_Keys[nIndex];
@@ -62,11 +63,26 @@ const CPropKey* CEffectProperty::GetKey(uint32_t nIndex) const
 
 void CEffectProperty::AddKey(const CPropKey& key)
 {
-    if (!TryAllocating([&] { m_Keys.push_back(key); }))
-        return;
-    const size_t nLast = m_Keys.size() - 1;
+    if (TryAllocating([&] { m_Keys.Add(key); }))
+        NoteAdded();
+}
+
+void CEffectProperty::AddKey(CPropKey&& key)
+{
+    if (TryAllocating([&] { m_Keys.Add(std::move(key)); }))
+        NoteAdded();
+}
+
+void CEffectProperty::NoteAdded()
+{
+    const uint32_t nLast = m_Keys.Size() - 1;
     if (m_eOrder != eOrder_Sorted || (nLast > 0 && IsEarlier(m_Keys[nLast], m_Keys[nLast - 1])))
         m_eOrder = eOrder_Pending;
+}
+
+void CEffectProperty::ReserveKeys(uint32_t nCount)
+{
+    TryAllocating([&] { m_Keys.Reserve(nCount); });
 }
 
 void CEffectProperty::AddDefaultKey(float fTime)
@@ -75,20 +91,20 @@ void CEffectProperty::AddDefaultKey(float fTime)
     key.m_fTime = fTime;
     if (m_pDesc)
         key.m_Data.Assign(m_pDesc->m_Default);
-    AddKey(key);
+    AddKey(std::move(key));
 }
 
 void CEffectProperty::RemoveKey(uint32_t nIndex)
 {
-    if (nIndex >= m_Keys.size())
+    if (nIndex >= m_Keys.Size())
         return;
     SortPending();
-    m_Keys.erase(m_Keys.begin() + nIndex);
+    m_Keys.Remove(nIndex);
 }
 
 void CEffectProperty::ClearKeys()
 {
-    m_Keys = std::vector<CPropKey>();
+    m_Keys.Clear();
     m_eOrder = eOrder_Sorted;
 }
 
@@ -104,6 +120,73 @@ void CEffectProperty::SortNow() const
     if (!std::is_sorted(m_Keys.begin(), m_Keys.end(), IsEarlier))
         std::stable_sort(m_Keys.begin(), m_Keys.end(), IsEarlier);
     m_eOrder = eOrder_Sorted;
+}
+
+CPropKeyList::CPropKeyList(const CPropKeyList& other)
+{
+    *this = other;
+}
+
+CPropKeyList& CPropKeyList::operator=(const CPropKeyList& other)
+{
+    if (this == &other)
+        return *this;
+    CPropKeyList copy;
+    copy.Reserve(other.m_nCount);
+    const CPropKey* pFrom = other.m_pMany ? other.m_pMany.get() : &other.m_One;
+    std::copy(pFrom, pFrom + other.m_nCount, copy.begin());
+    m_pMany = std::move(copy.m_pMany);
+    m_One = std::move(copy.m_One);
+    m_nCount = other.m_nCount;
+    m_nCapacity = copy.m_nCapacity;
+    return *this;
+}
+
+void CPropKeyList::Reserve(uint32_t nCount)
+{
+    if (nCount <= m_nCapacity)
+        return;
+    auto pMany = std::make_unique<CPropKey[]>(nCount);
+    std::move(begin(), end(), pMany.get());
+    m_pMany = std::move(pMany);
+    m_nCapacity = nCount;
+}
+
+CPropKey& CPropKeyList::Append()
+{
+    if (m_nCount == m_nCapacity)
+        Reserve(std::max(4u, m_nCapacity * 2));
+    return begin()[m_nCount++];
+}
+
+void CPropKeyList::Add(const CPropKey& key)
+{
+    Add(CPropKey(key)); // it may be one of the list
+}
+
+void CPropKeyList::Add(CPropKey&& key)
+{
+    Append() = std::move(key);
+}
+
+void CPropKeyList::Remove(uint32_t nIndex)
+{
+    std::move(begin() + nIndex + 1, end(), begin() + nIndex);
+    Shorten(m_nCount - 1);
+}
+
+void CPropKeyList::Shorten(uint32_t nCount)
+{
+    while (m_nCount > nCount)
+        begin()[--m_nCount] = CPropKey();
+}
+
+void CPropKeyList::Clear()
+{
+    m_pMany.reset();
+    m_One = CPropKey();
+    m_nCount = 0;
+    m_nCapacity = 1;
 }
 
 bool HasValue(const CEffectProperty* pProp)
@@ -127,7 +210,8 @@ bool ParsePropTypeName(const char* pszName, EEffectPropertyType& eType)
 {
     for (const CKindName& kind : c_KindNames)
     {
-        if (pszName && IsSameName(kind.m_pszName, pszName))
+        if (pszName && FoldNameByte(*pszName) == FoldNameByte(*kind.m_pszName) &&
+            IsSameName(kind.m_pszName, pszName))
         {
             eType = kind.m_eType;
             return true;

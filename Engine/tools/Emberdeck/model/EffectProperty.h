@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,9 +14,49 @@
 struct CPropKey
 {
     float m_fTime = 0.0f;
-    CPropData m_Data;         // 256 bytes, all zero at first
     bool m_bSelected = false; // in the curve dialog; in no file
+    CPropData m_Data;         // 256 bytes, all zero at first
 };
+
+// The keys of one property. Nearly all have one value only, which then needs no memory of its own.
+class CPropKeyList
+{
+public:
+    CPropKeyList() = default;
+    CPropKeyList(const CPropKeyList& other); // may throw std::bad_alloc, as Add and the assignment do
+    CPropKeyList& operator=(const CPropKeyList& other);
+
+    uint32_t Size() const { return m_nCount; }
+    CPropKey* begin() { return m_pMany ? m_pMany.get() : &m_One; }
+    CPropKey* end() { return begin() + m_nCount; }
+    CPropKey& operator[](uint32_t nIndex) { return begin()[nIndex]; }
+
+    void Reserve(uint32_t nCount);
+    void Add(const CPropKey& key); // behind the last one
+    void Add(CPropKey&& key);
+    void Remove(uint32_t nIndex);
+    void Shorten(uint32_t nCount); // to the first nCount
+    void Clear();                  // gives the memory back
+
+private:
+    CPropKey& Append();
+
+    std::unique_ptr<CPropKey[]> m_pMany; // all keys, once there has been more than one
+    uint32_t m_nCount = 0;
+    uint32_t m_nCapacity = 1;
+    CPropKey m_One;
+};
+
+// The range in an Int's, Float's or Vector's text: a minimum, a semicolon, a maximum, either of which may be
+// missing. A side of blanks only isn't missing, it is 0. Without a semicolon, and for null, there is no range.
+struct CPropRange
+{
+    bool m_bHasMin = false;
+    float m_fMin = 0.0f;
+    bool m_bHasMax = false;
+    float m_fMax = 0.0f;
+};
+CPropRange ParseRange(const char* pszData);
 
 // A descriptor with its values, sorted by time. A plain value is a list of one, a function curve a
 // list of its control points. The descriptor belongs to the plug-in and is never looked at by the
@@ -30,7 +71,7 @@ public:
 
     const CEffectPropertyDesc* GetDesc() const { return m_pDesc; }
 
-    uint32_t GetNumKeys() const { return static_cast<uint32_t>(m_Keys.size()); }
+    uint32_t GetNumKeys() const { return m_Keys.Size(); }
     // Null at and beyond GetNumKeys. The pointer dies with the next change of the list. A time that is
     // changed through it puts nothing in order until SortKeys, AddKey or a validation runs.
     CPropKey* GetKey(uint32_t nIndex);
@@ -38,6 +79,8 @@ public:
     // A copy, placed by time behind those of equal time. Costs no search when the key comes last, as it
     // does in a saved file. Without memory it isn't added.
     void AddKey(const CPropKey& key);
+    void AddKey(CPropKey&& key);       // the same; the payload moves
+    void ReserveKeys(uint32_t nCount); // room for so many in all, to save time; nothing without memory
     void AddDefaultKey(float fTime);
     void RemoveKey(uint32_t nIndex); // out of range: nothing
     void ClearKeys();
@@ -59,10 +102,13 @@ private:
     }
     void SortNow() const;
 
+    void NoteAdded();
+
     friend void ValidateStructure(CEffectProperty* pProp);
+    friend void ClampToRange(CEffectProperty* pProp, const CPropRange& range);
 
     const CEffectPropertyDesc* m_pDesc;
-    mutable std::vector<CPropKey> m_Keys;
+    mutable CPropKeyList m_Keys;
     mutable EOrder m_eOrder = eOrder_Sorted;
 };
 
@@ -75,16 +121,10 @@ void ClampToRange(CEffectProperty* pProp);
 void ValidateEnum(CEffectProperty* pProp);
 void Validate(CEffectProperty* pProp);
 
-// The range in an Int's, Float's or Vector's text: a minimum, a semicolon, a maximum, either of which may be
-// missing. A side of blanks only isn't missing, it is 0. Without a semicolon, and for null, there is no range.
-struct CPropRange
-{
-    bool m_bHasMin = false;
-    float m_fMin = 0.0f;
-    bool m_bHasMax = false;
-    float m_fMax = 0.0f;
-};
-CPropRange ParseRange(const char* pszData);
+// The same for whoever goes through many properties, and has read the range of each descriptor once.
+CPropRange DescRange(const CEffectPropertyDesc& desc); // no range for kinds that have none
+void ClampToRange(CEffectProperty* pProp, const CPropRange& range);
+void Validate(CEffectProperty* pProp, const CPropRange& range);
 
 // Index of a value in a comma-separated list, both trimmed, without regard to case; -1 when absent. Nothing
 // between two commas is an item, nothing behind the last one isn't. Null counts as empty.

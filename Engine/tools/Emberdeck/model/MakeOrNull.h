@@ -3,6 +3,8 @@
 #include <memory>
 #include <utility>
 
+#include "qsmemory.h"
+
 // Runs work that may need memory. False when there was none; the work must leave its objects sound then.
 template <class TWork>
 bool TryAllocating(TWork&& work) noexcept
@@ -16,6 +18,14 @@ bool TryAllocating(TWork&& work) noexcept
     {
         return false;
     }
+}
+
+// Runs work that must be whole. False also when an allocation failed that something within did without.
+template <class TWork>
+bool AllocateAll(TWork&& work) noexcept
+{
+    const uint64_t nBefore = GetNumFailedAllocations();
+    return TryAllocating(std::forward<TWork>(work)) && GetNumFailedAllocations() == nBefore;
 }
 
 // std::make_unique with null for "out of memory".

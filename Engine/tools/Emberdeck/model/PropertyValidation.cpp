@@ -44,18 +44,6 @@ int FindItem(std::string_view sList, std::string_view sValue)
     return -1;
 }
 
-CPropRange DescRange(const CEffectPropertyDesc& desc)
-{
-    // The text ends in its array nearly always, and can be read where it is then.
-    const std::string_view sData = BoundedText(desc.m_szData);
-    if (sData.size() < sizeof(desc.m_szData) - 1)
-        return ParseRange(desc.m_szData);
-    char szData[sizeof(desc.m_szData)];
-    std::memcpy(szData, desc.m_szData, sizeof(szData) - 1);
-    szData[sizeof(szData) - 1] = 0;
-    return ParseRange(szData);
-}
-
 // The comparisons are written so that a value that is no number takes the minimum.
 float ClampFloat(const CPropRange& range, float fValue)
 {
@@ -101,37 +89,53 @@ void ValidateStructure(CEffectProperty* pProp)
     const CEffectPropertyDesc* pDesc = pProp ? pProp->m_pDesc : nullptr;
     if (!pDesc || pDesc->m_eType == ePropType_UI)
         return;
+    CPropKeyList& keys = pProp->m_Keys;
     pProp->SortKeys();
-    if (pProp->m_Keys.empty())
+    if (keys.Size() == 0)
         pProp->AddDefaultKey(0.0f);
-    if (pProp->m_Keys.empty())
+    if (keys.Size() == 0)
         return; // out of memory
-    if (!pDesc->m_bFunctionCurve && pProp->m_Keys.size() > 1)
-        pProp->m_Keys.erase(pProp->m_Keys.begin() + 1, pProp->m_Keys.end());
-    pProp->m_Keys.front().m_fTime = 0.0f;
+    if (!pDesc->m_bFunctionCurve)
+        keys.Shorten(1);
+    keys[0].m_fTime = 0.0f;
     if (pDesc->m_bFunctionCurve && pDesc->m_bInterpolate)
     {
-        if (pProp->m_Keys.size() > 1)
-            pProp->m_Keys.back().m_fTime = 1.0f;
+        if (keys.Size() > 1)
+            keys[keys.Size() - 1].m_fTime = 1.0f;
         else
             pProp->AddDefaultKey(1.0f);
     }
-    if (pProp->m_Keys.size() > 1)
+    if (keys.Size() > 1)
         pProp->SortNow();
+}
+
+CPropRange DescRange(const CEffectPropertyDesc& desc)
+{
+    if (desc.m_eType != ePropType_Int && desc.m_eType != ePropType_Float && desc.m_eType != ePropType_Vector)
+        return {};
+    // The text ends in its array nearly always, and can be read where it is then.
+    const std::string_view sData = BoundedText(desc.m_szData);
+    if (sData.size() < sizeof(desc.m_szData) - 1)
+        return ParseRange(desc.m_szData);
+    char szData[sizeof(desc.m_szData)];
+    std::memcpy(szData, desc.m_szData, sizeof(szData) - 1);
+    szData[sizeof(szData) - 1] = 0;
+    return ParseRange(szData);
 }
 
 void ClampToRange(CEffectProperty* pProp)
 {
-    if (!pProp || !pProp->GetDesc() || pProp->GetNumKeys() == 0)
+    if (pProp && pProp->GetDesc() && pProp->GetNumKeys() != 0)
+        ClampToRange(pProp, DescRange(*pProp->GetDesc()));
+}
+
+void ClampToRange(CEffectProperty* pProp, const CPropRange& range)
+{
+    if (!pProp || !pProp->GetDesc() || (!range.m_bHasMin && !range.m_bHasMax))
         return;
-    const uint32_t eType = pProp->GetDesc()->m_eType;
-    if (eType != ePropType_Int && eType != ePropType_Float && eType != ePropType_Vector)
-        return;
-    const CPropRange range = DescRange(*pProp->GetDesc());
-    if (!range.m_bHasMin && !range.m_bHasMax)
-        return;
-    for (uint32_t i = 0; i < pProp->GetNumKeys(); ++i)
-        ClampKey(eType, range, pProp->GetKey(i)->m_Data);
+    pProp->SortPending();
+    for (CPropKey& key : pProp->m_Keys)
+        ClampKey(pProp->GetDesc()->m_eType, range, key.m_Data);
 }
 
 void ValidateEnum(CEffectProperty* pProp)
@@ -152,6 +156,13 @@ void Validate(CEffectProperty* pProp)
 {
     ValidateStructure(pProp);
     ClampToRange(pProp);
+    ValidateEnum(pProp);
+}
+
+void Validate(CEffectProperty* pProp, const CPropRange& range)
+{
+    ValidateStructure(pProp);
+    ClampToRange(pProp, range);
     ValidateEnum(pProp);
 }
 

@@ -52,8 +52,8 @@ uint32_t AlphaFromText(const std::string& sText)
 std::string NumberEntryText(float fValue)
 {
     char aText[64];
-    const std::to_chars_result result =
-        std::to_chars(aText, aText + sizeof(aText), static_cast<double>(fValue), std::chars_format::general, 6);
+    const std::to_chars_result result = std::to_chars(
+        aText, aText + sizeof(aText), static_cast<double>(fValue), std::chars_format::general, 6);
     return std::string(aText, result.ptr);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/resources/Accelerators.h"
 #include "timeline/TrackMenu.h"
 #include "timeline/TrackWnd.h"
 
@@ -49,31 +50,6 @@ inline constexpr CTrackCommand c_TrackCommands[] = {
     {32841, "", &CTrackWnd::OnTrackPasteKeyAtMouse, ETrackPopup::eNone, &CTrackMenuState::Always},
 };
 
-// The accelerators of the timeline and its bars, table 170. A key counts with exactly these modifiers.
-struct CTrackAccelerator
-{
-    bool m_bCtrl;
-    bool m_bShift;
-    uint16_t m_nKey; // a capital letter, or a c_nKey number
-    int32_t m_nID;
-};
-
-// Numbers of keys that have no character.
-constexpr uint16_t c_nKeyInsert = 0x2D;
-constexpr uint16_t c_nKeyDelete = 0x2E;
-constexpr uint16_t c_nKeyF2 = 0x71;
-constexpr uint16_t c_nKeyF3 = 0x72;
-
-inline constexpr CTrackAccelerator c_TrackAccelerators[] = {
-    {true, false, 'C', 32825},
-    {true, false, c_nKeyInsert, 32825},
-    {true, false, 'X', 32826},
-    {false, true, c_nKeyDelete, 32826},
-    {true, false, 'V', 32841},
-    {false, true, c_nKeyInsert, 32841},
-    {false, false, c_nKeyDelete, 32792},
-    {false, false, c_nKeyF2, 32823},
-    // The find commands of the trees have no handler here: in the timeline these keys end without effect.
-    {true, false, 'F', 57636},
-    {false, false, c_nKeyF3, 32895},
-};
+// A key counts with exactly these modifiers.
+using CTrackAccelerator = CAccelerator;
+inline constexpr const auto& c_TrackAccelerators = c_TimelineAccelerators;

@@ -25,8 +25,8 @@ constexpr uint16_t c_nKeyF5 = 0x74;
 constexpr uint16_t c_nKeyF6 = 0x75;
 constexpr uint16_t c_nKeyF24 = 0x87;
 
-// Table 128, the frame's. The last nine rows are standard commands of the toolkit that nothing carries
-// out here. A front makes no shortcut for them (CMainFrame::IsShortcut): the timeline has the same keys.
+// Table 128, the frame's. All but the first three rows are standard commands of the toolkit that nothing
+// carries out here. They get no shortcut (CMainFrame::IsShortcut): the timeline has some of the same keys.
 inline constexpr CAccelerator c_FrameAccelerators[] = {
     {true, false, 'O', 57601},
     {true, false, 'S', 32796},
@@ -45,12 +45,9 @@ inline constexpr CAccelerator c_FrameAccelerators[] = {
 
 // Table 169, of both panels. It serves only to show the keys in their menus: the trees handle them.
 inline constexpr CAccelerator c_PanelAccelerators[] = {
-    {false, false, c_nKeyEnter, 32887},
-    {false, false, c_nKeyInsert, 32883},
-    {false, false, c_nKeyDelete, 32885},
-    {false, false, c_nKeyF2, 32888},
-    {true, false, 'F', 57636},
-    {false, false, c_nKeyF3, 32895},
+    {false, false, c_nKeyEnter, 32887},  {false, false, c_nKeyInsert, 32883},
+    {false, false, c_nKeyDelete, 32885}, {false, false, c_nKeyF2, 32888},
+    {true, false, 'F', 57636},           {false, false, c_nKeyF3, 32895},
 };
 
 // Table 170, of the timeline and its bars.

@@ -16,8 +16,8 @@ struct CToolbarTable
 };
 
 template <int32_t t_nButtons, int32_t t_nIcons>
-constexpr CToolbarTable MakeToolbar(int32_t nBarID, const char* pszTitle, const int32_t (&buttons)[t_nButtons],
-                                    const CIconArt (&icons)[t_nIcons])
+constexpr CToolbarTable MakeToolbar(int32_t nBarID, const char* pszTitle,
+                                    const int32_t (&buttons)[t_nButtons], const CIconArt (&icons)[t_nIcons])
 {
     return CToolbarTable{nBarID, pszTitle, buttons, t_nButtons, icons, t_nIcons};
 }
@@ -48,5 +48,11 @@ struct CStatusIndicator
 };
 inline constexpr CStatusIndicator c_StatusIndicators[] = {{59137, "CAP"}, {59138, "NUM"}, {59139, "SCRL"}};
 
-constexpr int32_t c_nLeftDockBar = 4660;       // of template 130, at the left, with a border on its right
+constexpr int32_t c_nLeftDockBar = 4660; // of template 130, at the left, with a border on its right
 constexpr int32_t c_nLeftDockTemplate = 130;
+
+// Bitmaps 178 to 180, the patterns of the size bar beside the left dock: 8 by 8 pixels, one byte a row with
+// the leftmost pixel highest. A set bit is the shadow colour, any other the face.
+inline constexpr uint8_t c_SizeBarGrip[8] = {0x00, 0x7E, 0x00, 0x7E, 0x00, 0x7E, 0x00, 0x00};  // 178
+inline constexpr uint8_t c_SizeBarDots[8] = {0x00, 0x00, 0x00, 0x18, 0x18, 0x00, 0x00, 0x00};  // 179
+inline constexpr uint8_t c_SizeBarPlain[8] = {0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00}; // 180

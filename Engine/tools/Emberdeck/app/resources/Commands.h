@@ -48,24 +48,24 @@ enum class ECommandOwner
     eFrame,       // the same; a bar, which it shows or hides
     eEffectPanel,
     ePrefabPanel,
-    ePanels,     // each of both panels, on its own tree
-    eTimeline,   // its labels and conditions stand beside the handlers, in timeline/TrackCommands.h
+    ePanels,   // each of both panels, on its own tree
+    eTimeline, // its labels and conditions stand beside the handlers, in timeline/TrackCommands.h
     eCurveDialog,
-    eNobody      // the toolkit's, which nothing here carries out: its keys must not be taken from others
+    eNobody // the toolkit's, which nothing here carries out: its keys must not be taken from others
 };
 
 enum class EEnableRule
 {
     eAlways,
-    eHasFileName,      // the library has a file
-    eNotConnected,     // to source control
+    eHasFileName,  // the library has a file
+    eNotConnected, // to source control
     eConnected,
-    eCanAdd,           // connected, and the library has a file that isn't under control
-    eCanCheckOut,      // connected, and the file is under control, not checked out here, not blocked
-    eCanSubmitOrUndo,  // connected, and the file is under control with something pending, not blocked
-    eIsControlled,     // connected, and the file is under control
+    eCanAdd,          // connected, and the library has a file that isn't under control
+    eCanCheckOut,     // connected, and the file is under control, not checked out here, not blocked
+    eCanSubmitOrUndo, // connected, and the file is under control with something pending, not blocked
+    eIsControlled,    // connected, and the file is under control
     eBarExists,
-    eAnySelected,      // the panel's selection isn't empty
+    eAnySelected, // the panel's selection isn't empty
     eOneSelected,
     eOneGroupSelected, // exactly one item, and it is a group
     eOnePrefabSelected,

@@ -82,7 +82,7 @@ inline constexpr CMenuTable c_FileMenu = MakeMenu(0, c_File);
 inline constexpr CMenuItem c_Toolbars[] = {{c_nCmdSourceControlBar}, {c_nCmdStandardBar}};
 inline constexpr CMenuTable c_ToolbarsMenu = MakeMenu(0, c_Toolbars);
 
-inline constexpr CMenuItem c_View[] = {{0, "&Toolbars", &c_ToolbarsMenu}, {c_nCmdStatusBar}};
+inline constexpr CMenuItem c_View[] = {{0, "Toolbars", &c_ToolbarsMenu}, {c_nCmdStatusBar}};
 inline constexpr CMenuTable c_ViewMenu = MakeMenu(0, c_View);
 
 inline constexpr CMenuItem c_Help[] = {{c_nCmdAbout}};

@@ -3,7 +3,7 @@
 #include "platform/IDrawSurface.h"
 
 // The program's own pictures as shapes, so that they are sharp at any size: a fire on the front card of a
-// deck. Coordinates are units of a square of c_nProgramArtSize, y down; the front scales them. Shapes are
+// deck. Coordinates are units of a square of c_fProgramArtSize, y down; the front scales them. Shapes are
 // drawn in order, each filled with one colour and without an outline.
 constexpr float c_fProgramArtSize = 64.0f;
 
@@ -87,3 +87,24 @@ inline constexpr CVectorShape c_ProgramIcon[] = {
     MakeShape(MakeColorRef(0xA8, 0x6D, 0x3E), c_FrontLog),
 };
 // clang-format on
+
+// Bitmap 104, the splash: a flat card with the icon at its left and lines of text beside it, in pixels.
+struct CSplashText
+{
+    const char* m_pszText; // %s is the program's version
+    int32_t m_nX;          // left end of the line
+    int32_t m_nBaseline;
+    int32_t m_nPixelSize; // height of the font
+    bool m_bBold;
+    CColorRef m_nColor;
+};
+constexpr int32_t c_nSplashWidth = 440;
+constexpr int32_t c_nSplashHeight = 220;
+constexpr CColorRef c_nSplashBackground = MakeColorRef(0x1F, 0x24, 0x2D);
+constexpr CColorRef c_nSplashEdge = MakeColorRef(0x3A, 0x42, 0x50); // a frame one pixel wide
+inline constexpr CRect c_rcSplashIcon = {36, 46, 164, 174};
+inline constexpr CSplashText c_SplashTexts[] = {
+    {"Emberdeck", 192, 112, 40, true, MakeColorRef(0xF4, 0xF5, 0xF7)},
+    {"Visual effects for games", 194, 138, 15, false, MakeColorRef(0xB9, 0xC2, 0xCE)},
+    {"Version %s", 194, 162, 13, false, MakeColorRef(0xEE, 0x78, 0x2A)},
+};

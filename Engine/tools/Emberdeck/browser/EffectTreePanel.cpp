@@ -1,0 +1,63 @@
+#include "browser/EffectTreePanel.h"
+
+#include "platform/Paths.h"
+
+bool CEffectTreePanel::s_bCancelEdit = false;
+
+CEffectTreePanel::CEffectTreePanel(CEditContext& context, ITreeView& view, IImportView& importView,
+                                   const CTreeOptions& options)
+    : CLibraryPanel(context, ELibrarySide::eEffects, c_nEffectTreeID, view, c_EffectMessages, options),
+      m_ImportView(importView)
+{
+}
+
+CPanelMenu CEffectTreePanel::GetMenu() const
+{
+    return BuildPanelMenu(*this, c_EffectPanelCommands);
+}
+
+void CEffectTreePanel::RunCommand(int32_t nID)
+{
+    if (const auto* pCommand = FindPanelCommand(*this, c_EffectPanelCommands, nID))
+        (this->*pCommand->m_pfnHandler)();
+}
+
+void CEffectTreePanel::OnNewEffect()
+{
+    HLibraryItem hGroup;
+    if (FindInsertGroup(hGroup))
+        ShowNew(m_Editor.NewEffect(hGroup));
+}
+
+void CEffectTreePanel::OnOpenEffects()
+{
+    if (!WidenAndAsk(c_EffectMessages.m_NoneToOpen, c_EffectMessages.m_ManyToOpen))
+        return;
+    for (void* pSpell : GetSelectedLeafData())
+        m_Context.m_Documents.Open(*static_cast<CSpell*>(pSpell));
+}
+
+// Effects alone come, under the root: their prefabs and groups stay behind.
+void CEffectTreePanel::OnImportEffects()
+{
+    constexpr size_t c_nMaxDirectory = 261;
+    CFileDialogRequest request;
+    request.m_bOpen = true;
+    request.m_sDefaultExtension = "*.Fx00c";
+    request.m_sInitialName = "*.Fx00c";
+    request.m_sInitialDirectory = GetCurrentDirectoryPath();
+    if (request.m_sInitialDirectory.size() > c_nMaxDirectory)
+        request.m_sInitialDirectory.clear(); // the dialog then starts in it by itself
+    request.m_sFilter = c_szEffectFilter;
+    std::string sPath;
+    if (!m_Context.m_Prompts.ChooseFile(request, sPath))
+        return;
+
+    CSelectFXToImportDlg dlg(m_Context, sPath);
+    dlg.OnInitDialog();
+    std::vector<uint32_t> rows;
+    if (!m_ImportView.ChooseRows(dlg.GetRows(), rows))
+        return;
+    dlg.OnOK(rows);
+    m_Editor.ImportEffects(dlg.Library(), dlg.GetChosen());
+}

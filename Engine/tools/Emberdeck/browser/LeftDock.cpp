@@ -1,0 +1,115 @@
+#include "browser/LeftDock.h"
+
+#include <algorithm>
+
+CLeftDockBar::CLeftDockBar(IDockView& view, CLibraryPanel& effectPanel, CLibraryPanel& prefabPanel,
+                           int32_t nDragX)
+    : m_View(view),
+      m_SizeBar(*this, view, nDragX),
+      m_Pages{&effectPanel, &prefabPanel}
+{
+}
+
+void CLeftDockBar::SetUpSizeCtrl()
+{
+    if (m_bAnchored)
+        return;
+    m_bAnchored = true;
+    m_SizeCtrl.Initialize(&m_View);
+    m_SizeCtrl.AddControl(c_nDockTabID, 0, 0, 0, 0);
+    m_SizeCtrl.AddControl(c_nDockSizeBarID, 1, 0, 0, 0); // along the right edge, at its width
+}
+
+void CLeftDockBar::Initialize()
+{
+    if (m_bInitialised)
+        return;
+    m_nWidth = m_View.GetBarRect().Width();
+    m_nHeight = m_View.GetBarRect().Height();
+    SetUpSizeCtrl();
+
+    CRect rcBar;
+    if (m_View.GetControlRect(c_nDockSizeBarID, rcBar))
+    {
+        m_nMinWidth = rcBar.Width();
+        m_View.HideControl(c_nDockSizeBarID);
+        m_View.CreateSizeBar(rcBar);
+        m_bSizeBar = true;
+    }
+    for (int32_t i = 0; i < c_nDockTabs; ++i)
+    {
+        m_View.AddTab(c_DockTabTexts[i]);
+        m_View.CreatePage(i);
+    }
+    PlacePages();
+    m_View.ShowPage(m_nCurTab, true);
+    m_bInitialised = true;
+}
+
+void CLeftDockBar::PlacePages()
+{
+    CRect rc;
+    if (!m_View.GetControlRect(c_nDockTabID, rc))
+        return;
+    for (int32_t i = 0; i < c_nDockTabs; ++i)
+        m_View.MovePage(i, m_View.GetTabArea(rc));
+}
+
+void CLeftDockBar::OnSize()
+{
+    SetUpSizeCtrl();
+    m_SizeCtrl.OnParentSize();
+    CRect rc;
+    if (m_bSizeBar && m_View.GetControlRect(c_nDockSizeBarID, rc))
+        m_View.MoveSizeBar(rc);
+    if (m_bInitialised)
+        PlacePages();
+    m_View.RecalcLayout();
+}
+
+CDockSize CLeftDockBar::CalcSize(CDockSize layout, CDockSize fromTemplate)
+{
+    if (!m_bInitialised)
+        return fromTemplate;
+    m_nHeight = layout.m_nHeight;
+    return {m_nWidth, m_nHeight};
+}
+
+void CLeftDockBar::OnSelChange(int32_t nTab)
+{
+    if (nTab == m_nCurTab || nTab < 0 || nTab >= c_nDockTabs)
+        return;
+    m_View.ShowPage(m_nCurTab, false);
+    m_Pages[m_nCurTab]->OnPageShown(false);
+    m_View.ShowPage(nTab, true);
+    m_Pages[nTab]->OnPageShown(true);
+    m_nCurTab = nTab;
+}
+
+void CLeftDockBar::ResizeBy(int32_t nDelta)
+{
+    const CRect rcBar = m_View.GetBarRect();
+    const CRect rcParent = m_View.GetParentRect();
+    const int64_t nWanted = int64_t(rcBar.Width()) + nDelta;
+    m_nWidth =
+        static_cast<int32_t>(std::max<int64_t>(std::min<int64_t>(nWanted, rcParent.Width()), m_nMinWidth));
+    m_nHeight = rcBar.Height();
+    const int32_t nLeft = rcBar.left - rcParent.left;
+    const int32_t nTop = rcBar.top - rcParent.top;
+    m_View.MoveBar({nLeft, nTop, nLeft + m_nWidth, nTop + m_nHeight});
+}
+
+void CLeftDockBar::Collapse()
+{
+    m_nSavedWidth = m_nWidth;
+    m_nSavedHeight = m_nHeight;
+    m_nWidth = m_nMinWidth;
+    m_View.RecalcLayout();
+}
+
+void CLeftDockBar::Expand()
+{
+    m_nWidth = m_nSavedWidth;
+    m_nHeight = m_nSavedHeight;
+    m_View.RecalcLayout();
+}

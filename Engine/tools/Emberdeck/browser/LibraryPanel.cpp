@@ -1,0 +1,231 @@
+#include "browser/LibraryPanel.h"
+
+#include "qsnumber.h"
+
+// Commands and label editing. Events and drag and drop are in LibraryPanelEvents.cpp.
+
+namespace
+{
+
+constexpr uint32_t c_nManyItems = 4; // more than these are asked for
+
+bool IsLeafItem(const CMultiSelectTreeCtrl& ctrl, HLibraryItem hItem, int32_t, uint32_t)
+{
+    return ctrl.GetItemKind(hItem) == eImage_Leaf;
+}
+
+} // namespace
+
+CLibraryPanel::CLibraryPanel(CEditContext& context, ELibrarySide eSide, uint32_t nTreeID, ITreeView& view,
+                             const CPanelMessages& messages, const CTreeOptions& options)
+    : m_Tree(eSide == ELibrarySide::eEffects ? context.m_EffectTree : context.m_PrefabTree, view, *this,
+             context.m_Prompts, options),
+      m_Context(context),
+      m_Editor(context),
+      m_View(view),
+      m_eSide(eSide),
+      m_nTreeID(nTreeID),
+      m_Messages(messages)
+{
+    m_Context.m_Edits.AddListener(this);
+}
+
+CLibraryPanel::~CLibraryPanel()
+{
+    m_Context.m_Edits.RemoveListener(this);
+}
+
+void CLibraryPanel::OnCreate(IDialogControls* pControls)
+{
+    m_SizeCtrl.Initialize(pControls);
+    m_SizeCtrl.AddControl(m_nTreeID, 0, 0, 0, 0);
+    // A file that has brought no root isn't given one before something is put into it.
+    if (!m_Tree.Tree().GetRootItem())
+        m_Editor.EnsureRoot(m_eSide);
+}
+
+bool CLibraryPanel::CanInsert() const
+{
+    if (!m_Tree.Tree().IsGroup(m_Tree.Tree().GetRootItem()))
+        return true;
+    return IsSingle() && m_Tree.GetItemKind(m_Tree.GetFirstSelectedItem()) == eImage_Group;
+}
+
+bool CLibraryPanel::IsSingleLeaf() const
+{
+    return IsSingle() && m_Tree.GetItemKind(m_Tree.GetFirstSelectedItem()) == eImage_Leaf;
+}
+
+void CLibraryPanel::Command(int32_t nID)
+{
+    if (IsBusy())
+        return;
+    if (nID == c_nPanelOK || nID == c_nPanelCancel)
+    {
+        OnDialogCommand(nID);
+        return;
+    }
+    FinishEdit();
+    RunCommand(nID);
+}
+
+// Enter and Esc. In the edit box they end the edit, and mean nothing else.
+void CLibraryPanel::OnDialogCommand(int32_t nID)
+{
+    if (m_Tree.IsEditing())
+    {
+        CancelEditFlag() = nID == c_nPanelCancel;
+        m_View.TakeFocus(); // which ends the edit where the box has lost the focus by that
+        m_Tree.EndEdit();
+    }
+    else if (nID == c_nPanelOK)
+        OnOpen();
+}
+
+bool CLibraryPanel::OnBeginLabelEdit(HLibraryItem hItem)
+{
+    if (!m_Tree.Tree().GetParentItem(hItem))
+        return true;
+    CancelEditFlag() = false;
+    return false;
+}
+
+void CLibraryPanel::OnEndLabelEdit(const std::string& sText)
+{
+    const HLibraryItem hItem = m_Tree.GetCaret();
+    if (CancelEditFlag() || !hItem)
+        return;
+    const bool bEffect = m_eSide == ELibrarySide::eEffects && m_Tree.Tree().IsLeaf(hItem);
+    if (m_Editor.Rename(m_eSide, hItem, sText) == ERename::eInUse)
+    {
+        const std::string sName = CleanName(sText, bEffect ? CSpell::c_nMaxName : c_nMaxEntryName);
+        ShowMessage(m_Context.m_Prompts, m_Messages.m_NameInUse, {sName});
+        m_View.TakeFocus();
+    }
+}
+
+bool CLibraryPanel::FindInsertGroup(HLibraryItem& hGroup) const
+{
+    const CLibraryTree& tree = m_Tree.Tree();
+    hGroup = m_Tree.GetCaret();
+    if (tree.IsGroup(hGroup))
+        return true;
+    hGroup = {};
+    return !tree.IsGroup(tree.GetRootItem());
+}
+
+void CLibraryPanel::ShowNew(HLibraryItem hItem)
+{
+    if (!hItem)
+        return;
+    m_Tree.SelectOnly(hItem);
+    m_Tree.EnsureVisible(hItem);
+    m_Tree.EditLabel(hItem);
+}
+
+void CLibraryPanel::OnNewGroup()
+{
+    HLibraryItem hGroup;
+    if (FindInsertGroup(hGroup))
+        ShowNew(m_Editor.NewGroup(m_eSide, hGroup));
+}
+
+uint32_t CLibraryPanel::CountLeaves()
+{
+    m_Tree.m_pfnFilter = &IsLeafItem;
+    m_Tree.m_pFilterData = 0;
+    return m_Tree.CountFiltered(-1);
+}
+
+bool CLibraryPanel::WidenAndAsk(const CMessage& none, const CMessage& many)
+{
+    m_Tree.WidenSelection();
+    const uint32_t nCount = CountLeaves();
+    if (nCount == 0)
+    {
+        ShowMessage(m_Context.m_Prompts, none);
+        m_View.TakeFocus();
+        return false;
+    }
+    if (nCount <= c_nManyItems)
+        return true;
+    const EAnswer eAnswer = m_Context.m_Prompts.Ask(QSFormat(many.m_pszText, int(nCount)), many.m_pszCaption,
+                                                    many.m_eButtons, many.m_eIcon);
+    m_View.TakeFocus();
+    return eAnswer == EAnswer::eOk;
+}
+
+std::vector<void*> CLibraryPanel::GetSelectedLeafData() const
+{
+    std::vector<void*> data;
+    for (HLibraryItem h = m_Tree.GetFirstSelectedItem(); h; h = m_Tree.GetNextSelectedItem(h))
+    {
+        void* pData = m_Tree.Tree().GetItemData(h);
+        if (m_Tree.Tree().IsLeaf(h) && pData)
+            data.push_back(pData);
+    }
+    return data;
+}
+
+void CLibraryPanel::OnDuplicate()
+{
+    if (!WidenAndAsk(m_Messages.m_NoneToDuplicate, m_Messages.m_ManyToDuplicate))
+        return;
+    std::vector<HLibraryItem> items;
+    m_Tree.GetSelectedItems(items);
+    // Each copy would be selected alone in its turn: the last one stays so.
+    const std::vector<HLibraryItem> copies = m_Editor.DuplicateItems(m_eSide, items);
+    if (copies.empty())
+        return;
+    m_Tree.SelectOnly(copies.back());
+    m_Tree.EnsureVisible(copies.back());
+}
+
+void CLibraryPanel::OnDeleteSelection()
+{
+    m_Tree.WidenSelection();
+    const uint32_t nSelected = m_Tree.GetSelectedCount();
+    const uint32_t nLeaves = CountLeaves();
+    if (nSelected == 0)
+        return;
+    const CMessage& message = m_Messages.m_DeleteSelection;
+    const EAnswer eAnswer =
+        m_Context.m_Prompts.Ask(QSFormat(message.m_pszText, int(nSelected - nLeaves), int(nLeaves)),
+                                message.m_pszCaption, message.m_eButtons, message.m_eIcon);
+    m_View.TakeFocus();
+    if (eAnswer != EAnswer::eOk)
+        return;
+    std::vector<HLibraryItem> items;
+    m_Tree.GetSelectedItems(items);
+    m_Editor.DeleteItems(m_eSide, items);
+}
+
+void CLibraryPanel::CancelModes()
+{
+    EndDrag();
+    m_Tree.CancelModes();
+}
+
+// A new or opened library: nothing that runs may go on over it.
+void CLibraryPanel::OnTouching(const std::string&, const CTouch& touch)
+{
+    if (touch.m_eKind == ETouched::eLibrary)
+        CancelModes();
+}
+
+void CLibraryPanel::OnEdit(const CEdit& edit)
+{
+    const bool bLibrary = edit.Touches(ETouched::eLibrary);
+    // A library opens with its root unfolded: closed, it would look like an empty one.
+    if (bLibrary)
+        m_Tree.Expand(m_Tree.Tree().GetRootItem(), true);
+    const ETouched eOwn = m_eSide == ELibrarySide::eEffects ? ETouched::eEffectTree : ETouched::ePrefabTree;
+    if (bLibrary || edit.Touches(eOwn))
+        m_View.Invalidate();
+}
+
+void CLibraryPanel::OnTreeChange(CLibraryTree::EChange, HLibraryItem)
+{
+    if (!m_Tree.Tree().IsAlive(m_hDropTarget))
+        m_hDropTarget = {};
+}

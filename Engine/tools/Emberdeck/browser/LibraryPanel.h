@@ -1,0 +1,119 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/DialogSizeCtrl.h"
+#include "app/EditContext.h"
+#include "app/LibraryEditor.h"
+#include "browser/MultiSelectTreeCtrl.h"
+#include "browser/PanelCommands.h"
+#include "browser/TreeMessages.h"
+
+// The dialog's commands that come from Enter and Esc in the tree or in its edit box.
+constexpr int32_t c_nPanelOK = 1;
+constexpr int32_t c_nPanelCancel = 2;
+
+// What both pages of the library share, without their windows: a tree whose leaves stand for objects of one
+// side of the model, label editing, the popup menu, keys, drag and drop, and the commands that only differ in
+// words. All changes of model and tree go through CLibraryEditor.
+//
+// Events of the tree's window come here. Points are in its coordinates.
+class CLibraryPanel : private ITreeParent, private IEditListener
+{
+public:
+    ~CLibraryPanel() override;
+    CLibraryPanel(const CLibraryPanel&) = delete;
+    CLibraryPanel& operator=(const CLibraryPanel&) = delete;
+
+    // At the first creation, with the dialog at its template's size. Gives an empty tree its root.
+    void OnCreate(IDialogControls* pControls);
+    void OnSize() { m_SizeCtrl.OnParentSize(); }
+    // The dock's message 0x8064: the page is shown or hidden, and the find dialog with it.
+    void OnPageShown(bool bShown);
+
+    bool OnLeftPress(CPoint pt, CModifiers modifiers); // false: it is the view's own
+    void OnMove(CPoint pt, bool bLeftDown);
+    void OnLeftRelease(CPoint pt);
+    void OnDoubleClick(CPoint pt, CModifiers modifiers);
+    void OnRightPress(CPoint pt, CModifiers modifiers);
+    // The menu to be shown there; empty: none.
+    CPanelMenu OnRightRelease(CPoint pt);
+    CPanelMenu OnMenuKey(CPoint& pt); // pt: where it is to be shown
+    void OnMouseLost();
+    bool OnKey(const CTreeKey& key); // true: it ends here
+    bool OnCharacter(std::string_view sCharacter, uint64_t nTime);
+    void OnFocusChange(bool bFocus) { m_Tree.OnFocusChange(bFocus); }
+
+    // A command of the menu, when it is enabled; and the two above.
+    void Command(int32_t nID);
+    virtual CPanelMenu GetMenu() const = 0;
+    // A click, a band or a drag runs: commands that change or close the library are to be refused.
+    bool IsBusy() const { return m_bDragging || m_Tree.IsBusy(); }
+    // Before a command of another window runs: takes over a text that is still in the edit box.
+    void FinishEdit() { m_Tree.EndEdit(); }
+    void CancelModes(); // ends edit, click, band and drag without their effect
+    // Scrolls the item of an effect or prefab into view.
+    void ScrollTo(const void* pData) { m_Tree.EnsureVisible(m_Tree.Tree().FindData(pData)); }
+
+    // Conditions of the commands: they go by the selection, while the commands act on the caret.
+    bool Always() const { return true; }
+    bool HasSelection() const { return m_Tree.GetSelectedCount() > 0; }
+    bool IsSingle() const { return m_Tree.GetSelectedCount() == 1; }
+    // One group. A tree without a root group counts, since what is made there gets it first.
+    bool CanInsert() const;
+    bool IsSingleLeaf() const;
+
+    void OnNewGroup();
+    void OnRenameItem() { m_Tree.EditLabel(m_Tree.GetCaret()); }
+    void OnDuplicate();
+    void OnDeleteSelection();
+    void OnFind() { m_Tree.OpenFindDialog(); }
+    void OnFindNext() { m_Tree.FindAgain(); }
+
+    CMultiSelectTreeCtrl m_Tree;
+    DialogSizeCtrl m_SizeCtrl;
+    bool m_bDragging = false;   // tree items are dragged
+    HLibraryItem m_hDropTarget; // the highlighted group of the drag, or none
+
+protected:
+    CLibraryPanel(CEditContext& context, ELibrarySide eSide, uint32_t nTreeID, ITreeView& view,
+                  const CPanelMessages& messages, const CTreeOptions& options);
+
+    virtual void OnOpen() = 0;
+    virtual void RunCommand(int32_t nID) = 0;
+    virtual bool& CancelEditFlag() = 0; // the label edit in progress was ended by Cancel
+    void OnTreeChange(CLibraryTree::EChange eChange, HLibraryItem hItem) override;
+
+    // The group that a new item goes to: the caret, or none for the root that is to be made. False: neither.
+    bool FindInsertGroup(HLibraryItem& hGroup) const;
+    void ShowNew(HLibraryItem hItem); // selected, visible, and its label is edited
+    // Widens the selection and asks when it holds many leaves. False: not to go on.
+    bool WidenAndAsk(const CMessage& none, const CMessage& many);
+    std::vector<void*> GetSelectedLeafData() const;
+
+    CEditContext& m_Context;
+    CLibraryEditor m_Editor;
+    ITreeView& m_View;
+
+private:
+    void OnBeginDrag(HLibraryItem hItem, CPoint ptPress) override;
+    void OnDoubleClick() override;
+    bool OnKeyDown(const CTreeKey& key) override;
+    bool OnBeginLabelEdit(HLibraryItem hItem) override;
+    void OnEndLabelEdit(const std::string& sText) override;
+    void OnTouching(const std::string& sLabel, const CTouch& touch) override;
+    void OnEdit(const CEdit& edit) override;
+
+    void OnDialogCommand(int32_t nID);
+    uint32_t CountLeaves();
+    void SetDropTarget(HLibraryItem hTarget);
+    void DragTo(CPoint pt);
+    void Drop(CPoint pt);
+    void EndDrag();
+    void MoveSelection(HLibraryItem hTarget);
+
+    const ELibrarySide m_eSide;
+    const uint32_t m_nTreeID;
+    const CPanelMessages& m_Messages;
+};

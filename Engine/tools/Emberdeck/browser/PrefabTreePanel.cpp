@@ -1,0 +1,81 @@
+#include "browser/PrefabTreePanel.h"
+
+#include <utility>
+
+bool CPrefabTreePanel::s_bCancelEdit = false;
+
+CPrefabTreePanel::CPrefabTreePanel(CEditContext& context, ITreeView& view, const CTreeOptions& options)
+    : CLibraryPanel(context, ELibrarySide::ePrefabs, c_nPrefabTreeID, view, c_PrefabMessages, options)
+{
+}
+
+CPanelMenu CPrefabTreePanel::GetMenu() const
+{
+    return BuildPanelMenu(*this, c_PrefabPanelCommands);
+}
+
+void CPrefabTreePanel::RunCommand(int32_t nID)
+{
+    if (const auto* pCommand = FindPanelCommand(*this, c_PrefabPanelCommands, nID))
+        (this->*pCommand->m_pfnHandler)();
+}
+
+CEffectPropertySet* CPrefabTreePanel::GetActivePrefab() const
+{
+    return static_cast<CEffectPropertySet*>(m_Tree.Tree().GetItemData(m_hActivePrefab));
+}
+
+void CPrefabTreePanel::OfferActivePrefab(CEffectPropertySet* pPrefab)
+{
+    if (!GetActivePrefab() && pPrefab)
+        SetActiveItem(m_Tree.Tree().FindData(pPrefab));
+}
+
+void CPrefabTreePanel::SetActiveItem(HLibraryItem hItem)
+{
+    m_Tree.SetItemStateEx(m_hActivePrefab, 0, eState_Bold);
+    m_hActivePrefab = hItem;
+    m_Tree.SetItemStateEx(m_hActivePrefab, eState_Bold, eState_Bold);
+}
+
+// An item that moves is copied, then taken away: its prefab has an item still. One that is deleted hasn't.
+void CPrefabTreePanel::OnTreeChange(CLibraryTree::EChange eChange, HLibraryItem hItem)
+{
+    const CLibraryTree& tree = m_Tree.Tree();
+    if (eChange == CLibraryTree::eTree_Removing && m_hActivePrefab && tree.IsAncestor(hItem, m_hActivePrefab))
+        m_pLeaving = tree.GetItemData(m_hActivePrefab);
+    if (eChange == CLibraryTree::eTree_Removed && m_pLeaving)
+        SetActiveItem(tree.FindData(std::exchange(m_pLeaving, nullptr)));
+    if (eChange == CLibraryTree::eTree_Cleared)
+        m_hActivePrefab = {};
+    CLibraryPanel::OnTreeChange(eChange, hItem);
+}
+
+void CPrefabTreePanel::OnSetActivePrefab()
+{
+    if (m_Tree.Tree().IsLeaf(m_Tree.GetCaret()))
+        SetActiveItem(m_Tree.GetCaret());
+}
+
+// It becomes active, when none is, before its label is edited.
+void CPrefabTreePanel::OnNewPrefab()
+{
+    HLibraryItem hGroup;
+    if (!FindInsertGroup(hGroup))
+        return;
+    const CEffectTypeDesc* pType = m_Context.m_Host.ChooseEffectType();
+    if (pType)
+        ShowNew(m_Editor.NewPrefab(hGroup, pType));
+}
+
+// One editor after the other; Cancel in one goes on with the next.
+void CPrefabTreePanel::OnOpenPrefabs()
+{
+    if (!WidenAndAsk(c_PrefabMessages.m_NoneToOpen, c_PrefabMessages.m_ManyToOpen))
+        return;
+    for (void* pPrefab : GetSelectedLeafData())
+    {
+        if (m_Tree.Tree().FindData(pPrefab)) // still there after the editors before it
+            m_Context.m_Host.EditProperties(*static_cast<CEffectPropertySet*>(pPrefab));
+    }
+}

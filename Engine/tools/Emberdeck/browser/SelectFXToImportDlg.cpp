@@ -1,0 +1,53 @@
+#include "browser/SelectFXToImportDlg.h"
+
+#include <algorithm>
+
+#include "app/Messages.h"
+#include "formats/EmberdeckQSA.h"
+#include "qsstrutils.h"
+
+CSelectFXToImportDlg::CSelectFXToImportDlg(CEditContext& context, const std::string& sPath)
+    : m_Context(context),
+      m_sPath(sPath)
+{
+}
+
+void CSelectFXToImportDlg::OnInitDialog()
+{
+    std::string sError;
+    bool bLoaded = false;
+    {
+        CWaitScope wait(&m_Context.m_Prompts);
+        bLoaded = LoadEffectLibrary(m_sPath.c_str(), m_SpellMgr, m_Context.m_EffectModule, nullptr, nullptr,
+                                    sError, &m_Context.m_Prompts);
+    }
+    if (!bLoaded)
+    {
+        m_SpellMgr.Clear();
+        ShowMessage(m_Context.m_Prompts, c_MsgImportFailed, {m_sPath, sError});
+        return;
+    }
+    for (const auto& pSpell : m_SpellMgr.Spells())
+        m_Spells.push_back(pSpell.get());
+    std::stable_sort(m_Spells.begin(), m_Spells.end(),
+                     [](const CSpell* pLeft, const CSpell* pRight)
+                     { return QSStrICmp(pLeft->m_szName, pRight->m_szName) < 0; });
+    for (const CSpell* pSpell : m_Spells)
+        m_Rows.emplace_back(pSpell->m_szName);
+}
+
+void CSelectFXToImportDlg::OnOK(const std::vector<uint32_t>& rows)
+{
+    std::vector<bool> selected(m_Spells.size());
+    for (const uint32_t nRow : rows)
+    {
+        if (nRow < selected.size())
+            selected[nRow] = true;
+    }
+    m_Chosen.clear();
+    for (size_t i = 0; i < m_Spells.size(); ++i)
+    {
+        if (selected[i])
+            m_Chosen.push_back(m_Spells[i]);
+    }
+}

@@ -1,0 +1,134 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "properties/CurveView.h"
+#include "properties/EffectPropertyCtrls.h"
+
+// Who shows the dialog. The row under the curve has a view of its own.
+class ICurveDialogView
+{
+public:
+    virtual ~ICurveDialogView() = default;
+    virtual void RepaintCurve() = 0;
+    virtual void OnButtonsChanged() = 0; // texts and states of buttons and list: look at all of them
+    virtual void OnRowHidden() = 0;      // the focus, when it was there, goes to OK
+};
+
+// The controls of the dialog's template, and its commands, which are accelerators too.
+enum ECurveControl : uint32_t
+{
+    eCurve_Area = 1058,
+    eCurve_RowControls = 1059,
+    eCurve_RowLabel = 1060,
+    eCurve_Time = 1103,
+    eCurve_Copy = 1104,
+    eCurve_Paste = 1105,
+    eCurve_YMin = 1107,
+    eCurve_YMinLabel = 1108,
+    eCurve_YMaxLabel = 1109,
+    eCurve_YMax = 1110,
+    eCurve_Start = 1111,
+    eCurve_End = 1112,
+    eCurve_BestFit = 1113,
+    eCurve_Axis = 1114,
+    eCurve_AxisLabel = 1115,
+    eCurve_CmdDeleteKeys = 32847,
+    eCurve_CmdSelectAll = 32848,
+    eCurve_CmdUnselectAll = 32849,
+    eCurve_CmdBestFit = 32852,
+};
+
+struct CCurveControlState
+{
+    std::string m_sText; // empty: the template's
+    bool m_bEnabled = true;
+    bool m_bVisible = true;
+    friend bool operator==(const CCurveControlState&, const CCurveControlState&) = default;
+};
+
+// Edits a function curve: keys are added with the right button, picked and dragged with the left one, and
+// given exact values and times below. Works on a copy, m_Prop, which the caller takes over after OK.
+//
+// A gesture is fed by events: OnLeftDown, OnMouseMove for every move, OnLeftUp for the release and when the
+// mouse is lost. It holds flags and points, never an index. Points are the dialog's.
+class CFunctionCurveDlg
+{
+public:
+    // A null property is reported. Read-only: all may be looked at and selected, nothing changes.
+    CFunctionCurveDlg(CPropertyServices& services, const CEffectProperty* pEditProp, bool bReadOnly);
+    CFunctionCurveDlg(const CFunctionCurveDlg&) = delete;
+    CFunctionCurveDlg& operator=(const CFunctionCurveDlg&) = delete;
+
+    void SetView(ICurveDialogView* pView) { m_pView = pView; } // borrowed; null: nobody looks
+
+    // The places of eCurve_Area, eCurve_RowLabel and eCurve_RowControls.
+    void OnInitDialog(const CRect& rcCurve, const CRect& rcLabel, const CRect& rcControl,
+                      const ITextMeasure* pFont);
+    bool OnOK(); // brings m_Prop in line with its descriptor; always true
+
+    void OnLeftDown(CPoint pt, bool bCtrl);
+    void OnMouseMove(CPoint pt, bool bShift);
+    void OnLeftUp();
+    void OnRightUp(CPoint pt);
+    bool IsDragging() const { return m_bDragging; } // the pointer is captured
+    bool IsReadOnly() const { return m_bReadOnly; }
+
+    // A button or an accelerator; false: none of this dialog's.
+    bool OnCommand(uint32_t nID);
+    void OnAxisChange(int nItem); // the list's choice
+
+    void OnAddKey(CPoint pt);
+    void OnDeleteKeys(); // pinned ones merely lose their selection
+    void SelectAll(bool bSelect);
+    void OnBestFit();
+    void OnCopy();
+    void OnPaste();
+    void OnTimeButton();
+    void OnRangeButton(uint32_t nID); // eCurve_Start, eCurve_End, eCurve_YMin, eCurve_YMax
+
+    // Its time can't change, and it can't be deleted.
+    bool IsTimeLocked(uint32_t nIndex) const;
+
+    void Paint(IDrawSurface* pSurface) const; // origin at the area's top left
+    const CCurveView& GetView() const { return m_View; }
+    CEffectPropertyCtrls& GetRow() { return m_Ctrls; }
+    CCurveControlState GetControl(uint32_t nID) const;
+    const std::vector<std::string>& GetAxes() const { return m_Axes; } // empty: list and label are hidden
+
+    CEffectProperty m_Prop;
+
+private:
+    struct CSelection
+    {
+        uint32_t m_nCount = 0;
+        int m_nFirst = -1;
+    };
+    CSelection GetSelection() const;
+    uint32_t Kind() const;
+    bool IsRangeEditable() const;
+    bool IsInArea(CPoint pt) const { return m_View.m_rc.Contains(pt); }
+    void SetSelected(bool bSelected);
+    void PickKey(CPoint pt, bool bCtrl);
+    void DragSelected(double fTime, double fValue);
+    void ShowInRow(int nKey);
+    void OnSelectionChanged();
+    void OnRowChanged();
+    bool AskNumber(const char* pszTitle, float& fValue);
+    void Repaint();
+    void ButtonsChanged();
+
+    CPropertyServices& m_Services;
+    ICurveDialogView* m_pView = nullptr;
+    const bool m_bReadOnly;
+    CCurveView m_View;
+    CEffectPropertyCtrls m_Ctrls; // the row under the curve
+    std::vector<std::string> m_Axes;
+    bool m_bDragging = false;    // the left button went down on a key
+    bool m_bDragStarted = false; // and has moved far enough since
+    CPoint m_ptLast;
+    bool m_bUpdatingCtrls = false; // the row is being filled, and tells of nothing that the user did
+    bool m_bRowShown = false;
+};

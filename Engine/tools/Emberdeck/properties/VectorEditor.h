@@ -1,0 +1,85 @@
+#pragma once
+
+#include <string>
+
+#include "platform/IDrawSurface.h"
+#include "platform/IPrompts.h"
+#include "qsvector.h"
+
+// The two views of a direction.
+enum class EVectorView
+{
+    eSide, // Z to the right, Y up
+    eTop,  // X to the right, Z up
+};
+
+// Who shows the dialog.
+class IVectorDialogView
+{
+public:
+    virtual ~IVectorDialogView() = default;
+    virtual void RepaintViews() = 0;
+    virtual void SelectMagnitude() = 0; // focus to the box, all of its text selected
+};
+
+struct CVectorPreset
+{
+    const char* m_pszText;
+    CVector3 m_vDirection;
+};
+inline constexpr CVectorPreset c_VectorPresets[] = {
+    {"Up", {0, 1, 0}},    {"Down", {0, -1, 0}},   {"Left", {-1, 0, 0}},
+    {"Right", {1, 0, 0}}, {"Forward", {0, 0, 1}}, {"Back", {0, 0, -1}},
+};
+
+// A vector as a unit direction, which is swung by dragging in one of two views, and a magnitude. Points and
+// the views' rectangles are the dialog's. Feed OnMouseMove for every move, and OnLeftUp for the release and
+// when the mouse is lost.
+class CEditVectorDlg
+{
+public:
+    static constexpr float c_fMinMagnitude = 0.001f;
+    static constexpr float c_fMaxMagnitude = 1000.0f;
+
+    // A vector without a length, or without a finite one, points up and has the magnitude 0, which OK
+    // doesn't take.
+    CEditVectorDlg(IPrompts& prompts, const CVector3& vValue);
+
+    void SetView(IVectorDialogView* pView) { m_pView = pView; } // borrowed; null: nobody looks
+    void OnInitDialog(const CRect& rcSide, const CRect& rcTop);
+
+    // False, behind a message: the magnitude's text is no number, or none from c_fMinMagnitude to
+    // c_fMaxMagnitude. The dialog stays open.
+    bool OnOK();
+
+    const std::string& GetMagnitudeText() const { return m_sMagnitude; }
+    void SetMagnitudeText(const std::string& sText) { m_sMagnitude = sText; } // typed
+    void OnPreset(int nItem); // the list chooses nothing afterwards, so that the same one works again
+
+    void OnLeftDown(CPoint pt);
+    void OnMouseMove(CPoint pt);
+    void OnLeftUp() { m_bDragging = false; }
+    bool IsDragging() const { return m_bDragging; }
+
+    // Paints one view on a surface on which it has the rectangle rc.
+    void PaintView(IDrawSurface& surface, EVectorView eView, const CRect& rc) const;
+
+    CVector3 m_vDirection; // of length 1
+    CVector3 m_vResult;    // after OK
+    float m_fMagnitude = 0.0f;
+
+private:
+    void Normalize();
+    void Rotate(double fAngle);
+    CPoint FromCentre(CPoint pt) const;
+    void Repaint();
+
+    IPrompts& m_Prompts;
+    IVectorDialogView* m_pView = nullptr;
+    std::string m_sMagnitude;
+    CRect m_rcSide;
+    CRect m_rcTop;
+    bool m_bDragging = false;
+    EVectorView m_eDragged = EVectorView::eSide;
+    CPoint m_ptLast; // from the centre of the dragged view, y up
+};

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <QTabBar>
+#include <QWidget>
+
+#include "browser/EffectTreePanel.h"
+#include "browser/LeftDock.h"
+#include "browser/PrefabTreePanel.h"
+
+class LibraryTreeView;
+
+// The thin bar along the dock's right edge.
+class SizeBarWidget : public QWidget
+{
+    Q_OBJECT
+
+public:
+    SizeBarWidget(QWidget* pParent);
+    void SetBar(CSizeBar* pBar) { m_pBar = pBar; }
+
+protected:
+    void mousePressEvent(QMouseEvent* pEvent) override;
+    void mouseMoveEvent(QMouseEvent* pEvent) override;
+    void mouseReleaseEvent(QMouseEvent* pEvent) override;
+    void paintEvent(QPaintEvent* pEvent) override;
+    void keyPressEvent(QKeyEvent* pEvent) override;
+
+private:
+    CSizeBar* m_pBar = nullptr;
+};
+
+// The bar at the left with the two pages of the library.
+class LeftDockWidget : public QWidget, public IDockView, public IImportView
+{
+    Q_OBJECT
+
+public:
+    LeftDockWidget(CEditContext& context, QWidget* pParent);
+    ~LeftDockWidget() override;
+
+    CEffectTreePanel& EffectPanel() { return *m_pEffectPanel; }
+    CPrefabTreePanel& PrefabPanel() { return *m_pPrefabPanel; }
+    void FinishEdits();
+    bool IsBusy() const;
+
+protected:
+    void resizeEvent(QResizeEvent* pEvent) override;
+
+private:
+    CRect GetClientRect() const override;
+    bool GetControlRect(uint32_t nID, CRect& rc) const override;
+    void MoveControl(uint32_t nID, const CRect& rc) override;
+    CRect GetBarRect() const override;
+    CRect GetParentRect() const override;
+    void MoveBar(const CRect& rc) override;
+    void RecalcLayout() override;
+    void HideControl(uint32_t) override {}
+    void CreateSizeBar(const CRect& rc) override;
+    void MoveSizeBar(const CRect& rc) override;
+    void AddTab(const char* pszText) override;
+    CRect GetTabArea(const CRect& rcTabs) const override;
+    void CreatePage(int32_t nTab) override;
+    void MovePage(int32_t nTab, const CRect& rc) override;
+    void ShowPage(int32_t nTab, bool bShow) override;
+    void SetCapture() override {}
+    void ReleaseCapture() override {}
+    bool ChooseRows(const std::vector<std::string>& rows, std::vector<uint32_t>& selected) override;
+
+    LibraryTreeView* Page(int32_t nTab) const { return nTab == 0 ? m_pEffects : m_pPrefabs; }
+
+    QTabBar* m_pTabs;
+    SizeBarWidget* m_pSizeBar;
+    LibraryTreeView* m_pEffects;
+    LibraryTreeView* m_pPrefabs;
+    QRect m_rcTabs;    // of the control with the tabs and the page below them
+    QRect m_rcSizeBar;
+    std::unique_ptr<CEffectTreePanel> m_pEffectPanel;
+    std::unique_ptr<CPrefabTreePanel> m_pPrefabPanel;
+    std::unique_ptr<CLeftDockBar> m_pDock;
+    bool m_bReady = false;
+};

@@ -1,0 +1,506 @@
+#include "qt/LibraryTreeView.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QContextMenuEvent>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPointer>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+#include <QTimer>
+#include <cmath>
+
+#include "app/resources/DialogTemplates.h"
+#include "qt/QtSurface.h"
+#include "qt/QtText.h"
+#include "qt/TemplateDialog.h"
+
+// Paints an item as the panel's control has it, whatever Qt's own selection says.
+class LibraryTreeDelegate : public QStyledItemDelegate
+{
+public:
+    explicit LibraryTreeDelegate(LibraryTreeView* pView) : QStyledItemDelegate(pView), m_pView(pView) {}
+
+    void initStyleOption(QStyleOptionViewItem* pOption, const QModelIndex& index) const override
+    {
+        QStyledItemDelegate::initStyleOption(pOption, index);
+        if (!m_pView->m_pPanel)
+            return;
+        const HLibraryItem hItem = LibraryTreeModel::ItemOf(index);
+        const CMultiSelectTreeCtrl& control = m_pView->m_pPanel->m_Tree;
+        pOption->state.setFlag(QStyle::State_Selected,
+                               control.IsSelected(hItem) || control.GetItemStateEx(hItem, eState_DropHilited) != 0);
+        pOption->state.setFlag(QStyle::State_HasFocus, control.GetCaret() == hItem && m_pView->hasFocus());
+        pOption->state.setFlag(QStyle::State_Active, m_pView->hasFocus());
+        pOption->font.setBold(control.GetItemStateEx(hItem, eState_Bold) != 0);
+    }
+
+private:
+    LibraryTreeView* m_pView;
+};
+
+namespace
+{
+CPoint PointOf(const QPointF& pt) { return CPoint{int32_t(std::floor(pt.x())), int32_t(std::floor(pt.y()))}; }
+
+CModifiers ModifiersOf(const QInputEvent* pEvent)
+{
+    return CModifiers{bool(pEvent->modifiers() & Qt::ControlModifier), bool(pEvent->modifiers() & Qt::ShiftModifier)};
+}
+
+ETreeKey TreeKey(const QKeyEvent* pEvent)
+{
+    const bool bKeypad = pEvent->modifiers() & Qt::KeypadModifier;
+    switch (pEvent->key())
+    {
+    case Qt::Key_Up:
+        return ETreeKey::eUp;
+    case Qt::Key_Down:
+        return ETreeKey::eDown;
+    case Qt::Key_Left:
+        return ETreeKey::eLeft;
+    case Qt::Key_Right:
+        return ETreeKey::eRight;
+    case Qt::Key_Home:
+        return ETreeKey::eHome;
+    case Qt::Key_End:
+        return ETreeKey::eEnd;
+    case Qt::Key_PageUp:
+        return ETreeKey::ePageUp;
+    case Qt::Key_PageDown:
+        return ETreeKey::ePageDown;
+    case Qt::Key_Plus:
+        return bKeypad ? ETreeKey::ePlus : ETreeKey::eOther;
+    case Qt::Key_Minus:
+        return bKeypad ? ETreeKey::eMinus : ETreeKey::eOther;
+    case Qt::Key_Asterisk:
+        return bKeypad ? ETreeKey::eMultiply : ETreeKey::eOther;
+    case Qt::Key_Backspace:
+        return ETreeKey::eBackspace;
+    case Qt::Key_Insert:
+        return ETreeKey::eInsert;
+    case Qt::Key_Delete:
+        return ETreeKey::eDelete;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        return ETreeKey::eEnter;
+    case Qt::Key_Escape:
+        return ETreeKey::eEscape;
+    case Qt::Key_F:
+        return ETreeKey::eF;
+    case Qt::Key_F2:
+        return ETreeKey::eF2;
+    case Qt::Key_F3:
+        return ETreeKey::eF3;
+    default:
+        return ETreeKey::eOther;
+    }
+}
+
+// The modeless find dialog of one tree.
+class FindDialog : public TemplateDialog, public IFindDialog
+{
+public:
+    FindDialog(CMultiSelectTreeCtrl& control, QWidget* pParent) : TemplateDialog(184, pParent), m_Control(control)
+    {
+        auto* pText = m_Controls.Get<QLineEdit>(1201);
+        auto* pFind = m_Controls.Get<QPushButton>(c_nControlOk);
+        m_Controls.Get<QRadioButton>(1205)->setChecked(true);
+        pFind->setEnabled(false);
+        disconnect(pFind, nullptr, this, nullptr);
+        connect(pText, &QLineEdit::textChanged, pFind, [pFind](const QString& s) { pFind->setEnabled(!s.isEmpty()); });
+        connect(pFind, &QPushButton::clicked, this, [this] { FindNext(); });
+        connect(this, &QDialog::finished, this, [this] {
+            // Told once this call is over: the control destroys the dialog then.
+            CMultiSelectTreeCtrl& owner = m_Control;
+            QTimer::singleShot(0, parent(), [&owner] { owner.OnFindDialogClosed(); });
+        });
+        pText->setFocus();
+        show();
+    }
+    void Raise() override
+    {
+        show();
+        raise();
+        activateWindow();
+    }
+    void SetVisible(bool bVisible) override { setVisible(bVisible); }
+
+private:
+    void FindNext()
+    {
+        m_Control.OnFindNext(CFindOptions{QtText::FromQt(m_Controls.Get<QLineEdit>(1201)->text()),
+                                          m_Controls.Get<QCheckBox>(1203)->isChecked(),
+                                          m_Controls.Get<QCheckBox>(1202)->isChecked(),
+                                          m_Controls.Get<QRadioButton>(1205)->isChecked()});
+    }
+
+    CMultiSelectTreeCtrl& m_Control;
+};
+} // namespace
+
+LibraryTreeView::LibraryTreeView(CLibraryTree& tree, QIcon leaf, QWidget* pParent)
+    : QTreeView(pParent), m_Tree(tree), m_pModel(new LibraryTreeModel(tree, std::move(leaf), this))
+{
+    setModel(m_pModel);
+    setItemDelegate(new LibraryTreeDelegate(this));
+    setHeaderHidden(true);
+    setUniformRowHeights(true);
+    setSelectionMode(QAbstractItemView::NoSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setDragDropMode(QAbstractItemView::NoDragDrop);
+    setExpandsOnDoubleClick(false);
+    setItemsExpandable(false); // the control does it
+    setIconSize(QSize(16, 16));
+    setMouseTracking(true);
+    m_Clock.start();
+}
+
+void LibraryTreeView::SetPanel(CLibraryPanel* pPanel)
+{
+    m_pPanel = pPanel;
+    m_bStale = true;
+    Sync();
+}
+
+void LibraryTreeView::Sync() const
+{
+    if (!m_bStale)
+        return;
+    m_bStale = false;
+    auto* pThis = const_cast<LibraryTreeView*>(this);
+    const int nScroll = verticalScrollBar()->value();
+    m_pModel->Rebuild();
+    if (m_pPanel)
+        for (HLibraryItem h = m_Tree.GetRootItem(); h; h = m_pPanel->m_Tree.NextVisible(h))
+            if (m_pPanel->m_Tree.IsExpanded(h))
+                pThis->setExpanded(m_pModel->IndexOf(h), true);
+    pThis->doItemsLayout();
+    verticalScrollBar()->setValue(nScroll);
+}
+
+void LibraryTreeView::TreeChanged(CLibraryTree::EChange eChange, HLibraryItem hItem)
+{
+    if (eChange == CLibraryTree::eTree_Text && !m_bStale)
+    {
+        m_pModel->TextChanged(hItem);
+        return;
+    }
+    // Qt must not look at an item that goes; many changes in a row cost one rebuild.
+    if (!m_bStale)
+    {
+        m_bStale = true;
+        QTimer::singleShot(0, this, [this] { Sync(); });
+    }
+    if (eChange == CLibraryTree::eTree_Removing || eChange == CLibraryTree::eTree_Cleared)
+        m_pModel->Rebuild();
+    viewport()->update();
+}
+
+void LibraryTreeView::ItemExpanded(HLibraryItem hItem, bool bExpanded)
+{
+    if (!m_bStale)
+        setExpanded(m_pModel->IndexOf(hItem), bExpanded);
+}
+
+void LibraryTreeView::CaretChanged(HLibraryItem hItem)
+{
+    if (!m_bStale)
+        setCurrentIndex(m_pModel->IndexOf(hItem));
+    viewport()->update();
+}
+
+void LibraryTreeView::ScrollTo(HLibraryItem hItem)
+{
+    Sync();
+    scrollTo(m_pModel->IndexOf(hItem));
+}
+
+CRect LibraryTreeView::ItemRect(const QModelIndex& index) const
+{
+    const QRect rc = visualRect(index);
+    QFont f = font();
+    f.setBold(m_pPanel && m_pPanel->m_Tree.GetItemStateEx(LibraryTreeModel::ItemOf(index), eState_Bold));
+    const int nText = QFontMetrics(f).horizontalAdvance(index.data().toString()) + 8;
+    const int nLeft = rc.left() + iconSize().width() + 6;
+    return CRect{nLeft, rc.top(), nLeft + nText, rc.bottom() + 1};
+}
+
+CRect LibraryTreeView::GetLabelRect(HLibraryItem hItem) const
+{
+    Sync();
+    const QModelIndex index = m_pModel->IndexOf(hItem);
+    return index.isValid() ? ItemRect(index) : CRect{};
+}
+
+CTreeHit LibraryTreeView::HitTest(CPoint pt) const
+{
+    Sync();
+    const QModelIndex index = indexAt(QPoint(std::clamp(pt.x, 0, std::max(viewport()->width() - 1, 0)), pt.y));
+    if (!index.isValid())
+        return CTreeHit{};
+    const CRect rcLabel = ItemRect(index);
+    const int nItemLeft = visualRect(index).left();
+    CTreeHit hit{LibraryTreeModel::ItemOf(index), eHit_Right};
+    if (pt.x < nItemLeft - indentation() || (pt.x < nItemLeft && !m_Tree.HasChildren(hit.m_hItem)))
+        hit.m_nFlags = eHit_Indent;
+    else if (pt.x < nItemLeft)
+        hit.m_nFlags = eHit_Button;
+    else if (pt.x < rcLabel.left)
+        hit.m_nFlags = eHit_Icon;
+    else if (pt.x < rcLabel.right)
+        hit.m_nFlags = eHit_Label;
+    return hit;
+}
+
+CTreeRows LibraryTreeView::GetRows() const
+{
+    Sync();
+    const QRect rc = visualRect(m_pModel->IndexOf(m_Tree.GetRootItem()));
+    const int nHeight = std::max(rc.height(), 1);
+    return CTreeRows{rc.top(), nHeight, std::max(viewport()->height() / nHeight, 1)};
+}
+
+CRect LibraryTreeView::GetClientRect() const { return FromQt(viewport()->rect()); }
+
+void LibraryTreeView::ShowBand(const CRect& rc)
+{
+    m_rcBand = rc;
+    m_bBand = true;
+    viewport()->update();
+}
+
+void LibraryTreeView::HideBand()
+{
+    m_bBand = false;
+    viewport()->update();
+}
+
+bool LibraryTreeView::IsLeftButtonDown() const { return QGuiApplication::mouseButtons() & Qt::LeftButton; }
+
+void LibraryTreeView::SetDragCursor(EDragCursor eCursor)
+{
+    if (eCursor == EDragCursor::eNone)
+        viewport()->unsetCursor();
+    else
+        viewport()->setCursor(eCursor == EDragCursor::eOneItem ? Qt::DragMoveCursor : Qt::DragCopyCursor);
+}
+
+void LibraryTreeView::StartEditTimer()
+{
+    QTimer::singleShot(QApplication::doubleClickInterval(), this, [this] {
+        if (m_pPanel)
+            m_pPanel->m_Tree.OnEditTimer();
+    });
+}
+
+bool LibraryTreeView::OpenEditBox(HLibraryItem hItem, const std::string& sText)
+{
+    Sync();
+    scrollTo(m_pModel->IndexOf(hItem));
+    const CRect rc = GetLabelRect(hItem);
+    m_pEdit = new QLineEdit(QtText::ToQt(sText), viewport());
+    m_pEdit->setAccessibleName(tr("Name"));
+    const int nHeight = std::max(m_pEdit->sizeHint().height(), rc.Height());
+    m_pEdit->setGeometry(rc.left - 4, rc.top - (nHeight - rc.Height()) / 2, std::max(rc.Width() + 60, 140), nHeight);
+    m_pEdit->installEventFilter(this);
+    m_pEdit->selectAll();
+    m_pEdit->show();
+    m_pEdit->setFocus();
+    return true;
+}
+
+std::string LibraryTreeView::CloseEditBox()
+{
+    if (!m_pEdit)
+        return std::string();
+    const std::string sText = QtText::FromQt(m_pEdit->text());
+    QLineEdit* pEdit = m_pEdit;
+    m_pEdit = nullptr;
+    pEdit->removeEventFilter(this);
+    pEdit->hide();
+    pEdit->deleteLater();
+    return sText;
+}
+
+std::unique_ptr<IFindDialog> LibraryTreeView::OpenFindDialog()
+{
+    return std::make_unique<FindDialog>(m_pPanel->m_Tree, this);
+}
+
+bool LibraryTreeView::eventFilter(QObject* pObject, QEvent* pEvent)
+{
+    if (pObject == m_pEdit && m_pEdit && m_pPanel)
+    {
+        if (pEvent->type() == QEvent::ShortcutOverride)
+        {
+            // The keys of the box are its own, whatever the frame has shortcuts for.
+            pEvent->accept();
+            return true;
+        }
+        if (pEvent->type() == QEvent::KeyPress)
+        {
+            const int nKey = static_cast<QKeyEvent*>(pEvent)->key();
+            if (nKey == Qt::Key_Return || nKey == Qt::Key_Enter || nKey == Qt::Key_Escape)
+            {
+                m_pPanel->Command(nKey == Qt::Key_Escape ? c_nPanelCancel : c_nPanelOK);
+                return true;
+            }
+        }
+        if (pEvent->type() == QEvent::FocusOut && static_cast<QFocusEvent*>(pEvent)->reason() != Qt::PopupFocusReason &&
+            static_cast<QFocusEvent*>(pEvent)->reason() != Qt::ActiveWindowFocusReason)
+            QTimer::singleShot(0, this, [this] {
+                if (m_pPanel && m_pEdit && !m_pEdit->hasFocus())
+                    m_pPanel->FinishEdit();
+            });
+    }
+    return QTreeView::eventFilter(pObject, pEvent);
+}
+
+void LibraryTreeView::mousePressEvent(QMouseEvent* pEvent)
+{
+    const CPoint pt = PointOf(pEvent->position());
+    if (!m_pPanel)
+        return;
+    if (pEvent->button() == Qt::RightButton)
+    {
+        m_pPanel->OnRightPress(pt, ModifiersOf(pEvent));
+        return;
+    }
+    if (pEvent->button() != Qt::LeftButton)
+        return;
+    m_pPanel->FinishEdit();
+    const CTreeHit hit = HitTest(pt);
+    if (!m_pPanel->OnLeftPress(pt, ModifiersOf(pEvent)) && hit.m_nFlags == eHit_Button)
+        m_pPanel->m_Tree.OnUserExpand(hit.m_hItem, !m_pPanel->m_Tree.IsExpanded(hit.m_hItem), ModifiersOf(pEvent).m_bCtrl);
+}
+
+void LibraryTreeView::mouseDoubleClickEvent(QMouseEvent* pEvent)
+{
+    if (m_pPanel && pEvent->button() == Qt::LeftButton)
+    {
+        const CTreeHit hit = HitTest(PointOf(pEvent->position()));
+        if (hit.m_nFlags == eHit_Button)
+            mousePressEvent(pEvent);
+        else
+            m_pPanel->OnDoubleClick(PointOf(pEvent->position()), ModifiersOf(pEvent));
+    }
+}
+
+void LibraryTreeView::mouseMoveEvent(QMouseEvent* pEvent)
+{
+    if (m_pPanel)
+        m_pPanel->OnMove(PointOf(pEvent->position()), pEvent->buttons() & Qt::LeftButton);
+}
+
+void LibraryTreeView::mouseReleaseEvent(QMouseEvent* pEvent)
+{
+    if (!m_pPanel)
+        return;
+    const CPoint pt = PointOf(pEvent->position());
+    if (pEvent->button() == Qt::LeftButton)
+        m_pPanel->OnLeftRelease(pt);
+    else if (pEvent->button() == Qt::RightButton && viewport()->rect().contains(pEvent->position().toPoint()))
+        ShowMenu(m_pPanel->OnRightRelease(pt), pEvent->globalPosition().toPoint());
+}
+
+void LibraryTreeView::contextMenuEvent(QContextMenuEvent* pEvent)
+{
+    // That of the mouse comes at the press; the menu belongs to the release. The keyboard's is taken here.
+    pEvent->accept();
+    if (!m_pPanel || pEvent->reason() != QContextMenuEvent::Keyboard)
+        return;
+    CPoint pt;
+    const CPanelMenu menu = m_pPanel->OnMenuKey(pt);
+    ShowMenu(menu, viewport()->mapToGlobal(ToQt(pt)));
+}
+
+void LibraryTreeView::ShowMenu(const CPanelMenu& entries, const QPoint& at)
+{
+    if (entries.empty())
+        return;
+    QMenu menu(this);
+    for (const CPanelMenuEntry& entry : entries)
+    {
+        if (entry.IsSeparator())
+        {
+            menu.addSeparator();
+            continue;
+        }
+        QString sLabel = QString::fromStdString(entry.m_sLabel);
+        if (!entry.m_sKey.empty())
+            sLabel += QLatin1Char('\t') + QString::fromStdString(entry.m_sKey);
+        QAction* pAction = menu.addAction(sLabel);
+        pAction->setData(entry.m_nID);
+        pAction->setEnabled(entry.m_bEnabled);
+        if (entry.m_bDefault)
+            menu.setDefaultAction(pAction);
+    }
+    const QPointer<LibraryTreeView> pThis(this);
+    const QAction* pChosen = menu.exec(at);
+    if (pThis && m_pPanel && pChosen)
+        m_pPanel->Command(pChosen->data().toInt());
+}
+
+void LibraryTreeView::keyPressEvent(QKeyEvent* pEvent)
+{
+    if (!m_pPanel)
+        return;
+    const CTreeKey key{TreeKey(pEvent), ModifiersOf(pEvent), bool(pEvent->modifiers() & Qt::AltModifier)};
+    if (m_pPanel->OnKey(key))
+        return;
+    const QString sText = pEvent->text();
+    if (!sText.isEmpty() && sText.at(0).isPrint() && !(pEvent->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) &&
+        m_pPanel->OnCharacter(QtText::FromQt(sText), uint64_t(m_Clock.elapsed())))
+        return;
+    pEvent->ignore();
+}
+
+bool LibraryTreeView::event(QEvent* pEvent)
+{
+    if (pEvent->type() == QEvent::UngrabMouse && m_pPanel)
+        m_pPanel->OnMouseLost();
+    return QTreeView::event(pEvent);
+}
+
+void LibraryTreeView::wheelEvent(QWheelEvent* pEvent)
+{
+    if (m_pPanel && m_pPanel->m_Tree.OnWheel())
+        pEvent->accept();
+    else
+        QTreeView::wheelEvent(pEvent);
+}
+
+void LibraryTreeView::focusInEvent(QFocusEvent* pEvent)
+{
+    QTreeView::focusInEvent(pEvent);
+    if (m_pPanel)
+        m_pPanel->OnFocusChange(true);
+    viewport()->update();
+}
+
+void LibraryTreeView::focusOutEvent(QFocusEvent* pEvent)
+{
+    QTreeView::focusOutEvent(pEvent);
+    if (m_pPanel)
+        m_pPanel->OnFocusChange(false);
+    viewport()->update();
+}
+
+void LibraryTreeView::paintEvent(QPaintEvent* pEvent)
+{
+    Sync();
+    QTreeView::paintEvent(pEvent);
+    if (!m_bBand)
+        return;
+    QPainter painter(viewport());
+    QColor fill = palette().color(QPalette::Highlight);
+    painter.setPen(QPen(fill, 2));
+    fill.setAlpha(40);
+    painter.setBrush(fill);
+    painter.drawRect(ToQt(m_rcBand));
+}

@@ -1,0 +1,96 @@
+#include "qt/ProgramIcon.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+#include "app/resources/ProgramArt.h"
+#include "qsversion.h"
+#include "qt/QtSurface.h"
+
+namespace
+{
+void DrawArt(QPainter& painter, const QRectF& rc)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.translate(rc.topLeft());
+    painter.scale(rc.width() / c_fProgramArtSize, rc.height() / c_fProgramArtSize);
+    for (const CVectorShape& shape : c_ProgramIcon)
+    {
+        QPainterPath path;
+        for (int32_t i = 0; i < shape.m_nSteps; ++i)
+        {
+            const CPathStep& step = shape.m_pSteps[i];
+            switch (step.m_cKind)
+            {
+            case 'M':
+                path.moveTo(step.x, step.y);
+                break;
+            case 'L':
+                path.lineTo(step.x, step.y);
+                break;
+            case 'C':
+                path.cubicTo(step.x1, step.y1, step.x2, step.y2, step.x, step.y);
+                break;
+            default:
+                path.closeSubpath();
+                break;
+            }
+        }
+        painter.setBrush(ToQt(shape.m_nColor));
+        painter.drawPath(path);
+    }
+    painter.restore();
+}
+} // namespace
+
+QIcon ProgramIcon()
+{
+    QIcon icon;
+    for (int nSize : {16, 24, 32, 48, 64, 128, 256})
+    {
+        QPixmap pixmap(nSize, nSize);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        DrawArt(painter, QRectF(0, 0, nSize, nSize));
+        painter.end();
+        icon.addPixmap(pixmap);
+    }
+    return icon;
+}
+
+QPixmap SplashPicture(qreal fScale)
+{
+    QPixmap pixmap(QSize(c_nSplashWidth, c_nSplashHeight) * fScale);
+    pixmap.setDevicePixelRatio(fScale);
+    pixmap.fill(ToQt(c_nSplashBackground));
+    QPainter painter(&pixmap);
+    DrawArt(painter, QRectF(ToQt(c_rcSplashIcon)));
+    for (const CSplashText& text : c_SplashTexts)
+    {
+        QFont font = painter.font();
+        font.setPixelSize(text.m_nPixelSize);
+        font.setBold(text.m_bBold);
+        painter.setFont(font);
+        painter.setPen(ToQt(text.m_nColor));
+        const std::string sVersion = GetProgramVersionText(c_szVersionVersion);
+        painter.drawText(text.m_nX, text.m_nBaseline,
+                         QString::fromUtf8(text.m_pszText).replace(QLatin1String("%s"), QString::fromStdString(sVersion)));
+    }
+    painter.setPen(ToQt(c_nSplashEdge));
+    painter.drawRect(0, 0, c_nSplashWidth - 1, c_nSplashHeight - 1);
+    return pixmap;
+}
+
+QImage ToQImage(const CPixelImage& image)
+{
+    QImage result(image.m_nSize, image.m_nSize, QImage::Format_ARGB32);
+    for (int32_t y = 0; y < image.m_nSize; ++y)
+        for (int32_t x = 0; x < image.m_nSize; ++x)
+        {
+            const uint32_t n = image.m_Pixels[size_t(y * image.m_nSize + x)];
+            result.setPixel(x, y, qRgba(int(n & 0xFF), int(n >> 8 & 0xFF), int(n >> 16 & 0xFF), int(n >> 24)));
+        }
+    return result;
+}

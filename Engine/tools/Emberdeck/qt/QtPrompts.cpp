@@ -1,0 +1,252 @@
+#include "qt/QtPrompts.h"
+
+#include <cmath>
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "app/Messages.h"
+#include "qsnumber.h"
+#include "qt/QtText.h"
+#include "qt/TemplateDialog.h"
+
+namespace
+{
+constexpr qint64 c_nProgressAfterMs = 500;
+
+QMessageBox::StandardButtons Buttons(EButtons eButtons)
+{
+    switch (eButtons)
+    {
+    case EButtons::eOk:
+        return QMessageBox::Ok;
+    case EButtons::eOkCancel:
+        return QMessageBox::Ok | QMessageBox::Cancel;
+    case EButtons::eYesNo:
+        return QMessageBox::Yes | QMessageBox::No;
+    case EButtons::eYesNoCancel:
+        return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    }
+    return QMessageBox::Ok;
+}
+
+QMessageBox::Icon Icon(EIcon eIcon)
+{
+    switch (eIcon)
+    {
+    case EIcon::eStop:
+        return QMessageBox::Critical;
+    case EIcon::eQuestion:
+        return QMessageBox::Question;
+    case EIcon::eExclamation:
+        return QMessageBox::Warning;
+    case EIcon::eNone:
+        break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+// "Text|a;b|Text|c||" as the toolkit has it: "Text (a b);;Text (c)". Patterns ignore case.
+QStringList Filters(const std::string& sFilter)
+{
+    const QStringList parts = QtText::ToQt(sFilter).split(QLatin1Char('|'));
+    QStringList filters;
+    for (qsizetype i = 0; i + 1 < parts.size() && !parts[i].isEmpty(); i += 2)
+    {
+        QStringList patterns;
+        for (const QString& sPattern : parts[i + 1].split(QLatin1Char(';'), Qt::SkipEmptyParts))
+        {
+            QString sAnyCase;
+            for (QChar c : sPattern == QLatin1String("*.*") ? QStringLiteral("*") : sPattern)
+                sAnyCase += c.isLetter() ? QLatin1Char('[') + QString(c.toLower()) + c.toUpper() + QLatin1Char(']') : QString(c);
+            patterns << sAnyCase;
+        }
+        QString sName = parts[i];
+        const qsizetype nBracket = sName.indexOf(QLatin1Char('('));
+        if (nBracket > 0)
+            sName = sName.left(nBracket).trimmed();
+        filters << sName + QLatin1String(" (") + patterns.join(QLatin1Char(' ')) + QLatin1Char(')');
+    }
+    return filters;
+}
+} // namespace
+
+QWidget* QtPrompts::Owner() const
+{
+    if (QWidget* pModal = QApplication::activeModalWidget())
+        return pModal;
+    return m_pOwner;
+}
+
+EAnswer QtPrompts::Ask(const std::string& sText, const std::string& sCaption, EButtons eButtons, EIcon eIcon)
+{
+    m_pProgress.reset();
+    QMessageBox box(Icon(eIcon), QtText::ToQt(sCaption), QString(), Buttons(eButtons), Owner());
+    box.setTextFormat(Qt::PlainText);
+    box.setText(QtText::ToQt(sText).remove(QLatin1Char('\r')));
+    // Esc and the frame mean Cancel where there is one, else No.
+    if (eButtons == EButtons::eYesNo)
+        box.setEscapeButton(QMessageBox::No);
+    QApplication::setOverrideCursor(Qt::ArrowCursor);
+    const int nButton = box.exec();
+    QApplication::restoreOverrideCursor();
+    switch (nButton)
+    {
+    case QMessageBox::Yes:
+        return EAnswer::eYes;
+    case QMessageBox::No:
+        return EAnswer::eNo;
+    case QMessageBox::Cancel:
+        return EAnswer::eCancel;
+    default:
+        return EAnswer::eOk;
+    }
+}
+
+bool QtPrompts::ChooseFile(const CFileDialogRequest& request, std::string& sPath)
+{
+    QFileDialog dialog(Owner());
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setAcceptMode(request.m_bOpen ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
+    dialog.setFileMode(request.m_bOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.m_bOverwritePrompt);
+    dialog.setNameFilters(Filters(request.m_sFilter));
+    std::string sSuffix = request.m_sDefaultExtension;
+    sSuffix.erase(0, sSuffix.find_last_of("*.") + 1);
+    dialog.setDefaultSuffix(QtText::PathToQt(sSuffix));
+    if (!request.m_sInitialDirectory.empty())
+        dialog.setDirectory(QtText::PathToQt(request.m_sInitialDirectory));
+    // A pattern is a legal file name here: the field stays empty, and the filter shows what there is.
+    const bool bPattern = request.m_sInitialName.find_first_of("*?") != std::string::npos;
+    if (!request.m_sInitialName.empty() && !bPattern)
+        dialog.selectFile(QtText::PathToQt(request.m_sInitialName).replace(QLatin1Char('\\'), QLatin1Char('/')));
+
+    for (;;)
+    {
+        if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+            return false;
+        const QString sFile = dialog.selectedFiles().constFirst();
+        if (!QFileInfo(sFile).fileName().contains(QLatin1Char('*')) && !QFileInfo(sFile).fileName().contains(QLatin1Char('?')))
+        {
+            QDir::setCurrent(QFileInfo(sFile).absolutePath());
+            sPath = QtText::PathFromQt(sFile);
+            return true;
+        }
+        Ask("A file name can't hold * or ?.", "Emberdeck", EButtons::eOk, EIcon::eExclamation);
+    }
+}
+
+bool QtPrompts::EnterText(const std::string& sCaption, const std::string& sLabel, std::string& sText)
+{
+    const bool bGameInfo = sCaption == c_szGameInfoCaption && sLabel == c_szGameInfoLabel;
+    TemplateDialog dialog(bGameInfo ? 180 : 134, Owner());
+    dialog.setWindowTitle(QtText::ToQt(sCaption));
+    auto* pEdit = dialog.Controls().Get<QLineEdit>(bGameInfo ? 1142 : 1001);
+    auto* pOk = dialog.Controls().Get<QPushButton>(c_nControlOk);
+    pEdit->setText(QtText::ToQt(sText));
+    pEdit->setAccessibleName(QtText::ToQt(sLabel.empty() ? sCaption : sLabel));
+    pEdit->selectAll();
+    if (!bGameInfo)
+    {
+        // The user has to change the text before OK works, also with a name already in the box.
+        pOk->setEnabled(false);
+        QObject::connect(pEdit, &QLineEdit::textChanged, pOk, [pOk](const QString& s) { pOk->setEnabled(!s.isEmpty()); });
+    }
+    pEdit->setFocus();
+    if (dialog.exec() != QDialog::Accepted)
+        return false;
+    sText = QtText::FromQt(pEdit->text());
+    return true;
+}
+
+bool QtPrompts::EnterNumber(const CNumberEntry& request, int32_t& nValue)
+{
+    TemplateDialog dialog(161, Owner());
+    dialog.setWindowTitle(QtText::ToQt(request.m_sCaption));
+    auto* pEdit = dialog.Controls().Get<QLineEdit>(1065);
+    pEdit->setAccessibleName(dialog.windowTitle());
+    pEdit->setText(QString::number(nValue));
+    pEdit->selectAll();
+    pEdit->setFocus();
+    while (dialog.exec() == QDialog::Accepted)
+    {
+        bool bNumber = false;
+        const qlonglong nEntered = pEdit->text().trimmed().toLongLong(&bNumber, 10);
+        if (bNumber && nEntered >= request.m_nMin && nEntered <= request.m_nMax)
+        {
+            nValue = static_cast<int32_t>(nEntered);
+            return true;
+        }
+        Ask(QSFormat("Please enter a whole number between %d and %d.", request.m_nMin, request.m_nMax), "Emberdeck",
+            EButtons::eOk, EIcon::eExclamation);
+        pEdit->selectAll();
+        pEdit->setFocus();
+    }
+    return false;
+}
+
+bool QtPrompts::EnterFloat(const std::string& sCaption, const std::string& sLabel, float& fValue)
+{
+    TemplateDialog dialog(162, Owner());
+    dialog.setWindowTitle(QtText::ToQt(sCaption));
+    auto* pEdit = dialog.Controls().Get<QLineEdit>(1001);
+    pEdit->setAccessibleName(QtText::ToQt(sLabel.empty() ? sCaption : sLabel));
+    pEdit->setText(QString::number(double(fValue), 'g', 6));
+    pEdit->selectAll();
+    pEdit->setFocus();
+    while (dialog.exec() == QDialog::Accepted)
+    {
+        bool bNumber = false;
+        const float fEntered = QLocale::c().toFloat(pEdit->text().trimmed(), &bNumber);
+        if (bNumber && std::isfinite(fEntered))
+        {
+            fValue = fEntered;
+            return true;
+        }
+        Ask("Enter a number.", "Emberdeck", EButtons::eOk, EIcon::eExclamation);
+        pEdit->selectAll();
+        pEdit->setFocus();
+    }
+    return false;
+}
+
+void QtPrompts::BeginWait()
+{
+    if (m_nWaits++ == 0)
+        m_Clock.start();
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+}
+
+void QtPrompts::EndWait()
+{
+    QApplication::restoreOverrideCursor();
+    if (--m_nWaits == 0)
+        m_pProgress.reset();
+}
+
+bool QtPrompts::Progress(const std::string& sWhat, double fFraction)
+{
+    if (!m_Clock.isValid())
+        m_Clock.start();
+    if (!m_pProgress && m_Clock.elapsed() < c_nProgressAfterMs)
+        return true;
+    if (!m_pProgress)
+    {
+        m_pProgress = std::make_unique<QProgressDialog>(Owner());
+        m_pProgress->setWindowTitle(QStringLiteral("Emberdeck"));
+        m_pProgress->setWindowModality(Qt::ApplicationModal);
+        m_pProgress->setMinimumDuration(0);
+        m_pProgress->setAutoReset(false);
+    }
+    m_pProgress->setLabelText(QtText::ToQt(sWhat));
+    m_pProgress->setRange(0, fFraction < 0.0 ? 0 : 100);
+    m_pProgress->setValue(fFraction < 0.0 ? 0 : int(std::min(fFraction, 1.0) * 100.0));
+    QApplication::processEvents();
+    const bool bGoOn = !m_pProgress->wasCanceled();
+    if (!bGoOn || fFraction >= 1.0)
+        m_pProgress.reset();
+    return bGoOn;
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+
+#include <QElapsedTimer>
+#include <QPointer>
+#include <QProgressDialog>
+
+#include "platform/IPrompts.h"
+
+class QWidget;
+
+// Answers with dialogs over the main window.
+class QtPrompts : public IPrompts
+{
+public:
+    void SetOwner(QWidget* pOwner) { m_pOwner = pOwner; }
+
+    EAnswer Ask(const std::string& sText, const std::string& sCaption, EButtons eButtons, EIcon eIcon) override;
+    bool ChooseFile(const CFileDialogRequest& request, std::string& sPath) override;
+    bool EnterText(const std::string& sCaption, const std::string& sLabel, std::string& sText) override;
+    bool EnterNumber(const CNumberEntry& request, int32_t& nValue) override;
+    bool EnterFloat(const std::string& sCaption, const std::string& sLabel, float& fValue) override;
+    void BeginWait() override;
+    void EndWait() override;
+    bool Progress(const std::string& sWhat, double fFraction) override;
+
+private:
+    QWidget* Owner() const;
+
+    QPointer<QWidget> m_pOwner;
+    int m_nWaits = 0;
+    QElapsedTimer m_Clock;
+    std::unique_ptr<QProgressDialog> m_pProgress;
+};

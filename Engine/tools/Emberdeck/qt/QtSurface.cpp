@@ -1,0 +1,239 @@
+#include "qt/QtSurface.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "qt/QtText.h"
+
+QtSurface::QtSurface(QPainter& painter, const QRect& bounds, const QPalette& palette)
+    : m_Painter(painter), m_Bounds(bounds), m_Palette(palette)
+{
+}
+
+// Coordinates may lie a billion pixels outside, where the painter's own arithmetic ends.
+CRect QtSurface::Visible(const CRect& rc) const
+{
+    constexpr int32_t c_nMargin = 64;
+    return CRect{std::max(rc.left, m_Bounds.left() - c_nMargin), std::max(rc.top, m_Bounds.top() - c_nMargin),
+                 std::min(rc.right, m_Bounds.right() + c_nMargin), std::min(rc.bottom, m_Bounds.bottom() + c_nMargin)};
+}
+
+void QtSurface::FillRect(const CRect& rc, CColorRef nColor)
+{
+    const CRect rcVisible = Visible(rc);
+    if (!rcVisible.IsEmpty())
+        m_Painter.fillRect(ToQt(rcVisible), ToQt(nColor));
+}
+
+bool QtSurface::Clip(QPointF& from, QPointF& to) const
+{
+    const QRectF area = QRectF(m_Bounds).adjusted(-64, -64, 64, 64);
+    const double dx = to.x() - from.x(), dy = to.y() - from.y();
+    double fFirst = 0.0, fLast = 1.0;
+    const double p[4] = {-dx, dx, -dy, dy};
+    const double q[4] = {from.x() - area.left(), area.right() - from.x(), from.y() - area.top(), area.bottom() - from.y()};
+    for (int i = 0; i < 4; ++i)
+    {
+        if (p[i] == 0.0)
+        {
+            if (q[i] < 0.0)
+                return false;
+            continue;
+        }
+        const double t = q[i] / p[i];
+        if (p[i] < 0.0)
+            fFirst = std::max(fFirst, t);
+        else
+            fLast = std::min(fLast, t);
+    }
+    if (fFirst > fLast)
+        return false;
+    const QPointF start = from;
+    from = QPointF(start.x() + fFirst * dx, start.y() + fFirst * dy);
+    to = QPointF(start.x() + fLast * dx, start.y() + fLast * dy);
+    return true;
+}
+
+void QtSurface::DrawLine(CPoint from, CPoint to, const CPenSpec& pen)
+{
+    if (pen.m_eStyle == EPenStyle::eNone || from == to)
+        return;
+    const bool bDotted = pen.m_eStyle == EPenStyle::eDotted;
+    if (!bDotted && (from.x == to.x || from.y == to.y))
+    {
+        // As a filled strip it is one logical pixel wide at every scale. The first point counts, the last not.
+        CRect rc{from.x, from.y, from.x + 1, from.y + 1};
+        if (to.x > from.x)
+            rc.right = to.x;
+        else if (to.x < from.x)
+            rc.left = to.x + 1;
+        if (to.y > from.y)
+            rc.bottom = to.y;
+        else if (to.y < from.y)
+            rc.top = to.y + 1;
+        // A wider line grows to both sides, by one more towards the origin when that can't be even.
+        const int32_t nMore = std::max(pen.m_nWidth, 1) - 1;
+        (from.x == to.x ? rc.left : rc.top) -= (nMore + 1) / 2;
+        (from.x == to.x ? rc.right : rc.bottom) += nMore / 2;
+        FillRect(rc, pen.m_nColor);
+        return;
+    }
+    // One step short of the last point, along the longer side.
+    const double dx = double(to.x) - from.x, dy = double(to.y) - from.y;
+    const double fSteps = std::max(std::fabs(dx), std::fabs(dy));
+    QPointF a(from.x, from.y), b(to.x - dx / fSteps, to.y - dy / fSteps);
+    if (!Clip(a, b))
+        return;
+    if (bDotted)
+    {
+        const int nSteps = static_cast<int>(std::max(std::fabs(b.x() - a.x()), std::fabs(b.y() - a.y())));
+        for (int i = 0; i <= nSteps; i += 2)
+        {
+            const double t = nSteps ? double(i) / nSteps : 0.0;
+            m_Painter.fillRect(QRect(qRound(a.x() + (b.x() - a.x()) * t), qRound(a.y() + (b.y() - a.y()) * t), 1, 1),
+                               ToQt(pen.m_nColor));
+        }
+        return;
+    }
+    SetTools(pen, CBrushSpec{EBrushStyle::eNone, 0});
+    m_Painter.save();
+    m_Painter.setRenderHint(QPainter::Antialiasing);
+    m_Painter.translate(0.5, 0.5); // through the pixels' centres
+    m_Painter.drawLine(a, b);
+    m_Painter.restore();
+}
+
+void QtSurface::SetTools(const CPenSpec& pen, const CBrushSpec& brush)
+{
+    if (pen.m_eStyle == EPenStyle::eNone)
+        m_Painter.setPen(Qt::NoPen);
+    else
+    {
+        QPen tool(ToQt(pen.m_nColor), std::max(pen.m_nWidth, 1));
+        tool.setStyle(pen.m_eStyle == EPenStyle::eDotted ? Qt::DotLine : Qt::SolidLine);
+        m_Painter.setPen(tool);
+    }
+    switch (brush.m_eStyle)
+    {
+    case EBrushStyle::eNone:
+        m_Painter.setBrush(Qt::NoBrush);
+        break;
+    case EBrushStyle::eSolid:
+        m_Painter.setBrush(ToQt(brush.m_nColor));
+        break;
+    case EBrushStyle::eHatchDiagonal:
+        m_Painter.setBrush(QBrush(ToQt(brush.m_nColor), Qt::BDiagPattern));
+        break;
+    }
+}
+
+void QtSurface::DrawPolygon(const CPoint* pPoints, int nCount, const CPenSpec& pen, const CBrushSpec& brush)
+{
+    QPolygon polygon;
+    for (int i = 0; i < nCount; ++i)
+        polygon << QPoint(std::clamp(pPoints[i].x, -32000, 32000), std::clamp(pPoints[i].y, -32000, 32000));
+    SetTools(pen, brush);
+    m_Painter.drawPolygon(polygon);
+}
+
+void QtSurface::DrawEllipse(const CRect& rc, const CPenSpec& pen, const CBrushSpec& brush)
+{
+    if (rc.IsEmpty() || !m_Bounds.adjusted(-64, -64, 64, 64).intersects(ToQt(rc)))
+        return;
+    SetTools(pen, brush);
+    // With a pen the painter goes one pixel beyond the rectangle.
+    const int nPen = pen.m_eStyle == EPenStyle::eNone ? 0 : 1;
+    m_Painter.save();
+    m_Painter.setRenderHint(QPainter::Antialiasing);
+    m_Painter.drawEllipse(QRectF(rc.left + nPen * 0.5, rc.top + nPen * 0.5, rc.Width() - nPen, rc.Height() - nPen));
+    m_Painter.restore();
+}
+
+void QtSurface::DrawRectangle(const CRect& rc, const CPenSpec& pen, const CBrushSpec& brush)
+{
+    const CRect rcVisible = Visible(rc);
+    if (rcVisible.IsEmpty())
+        return;
+    SetTools(CPenSpec{EPenStyle::eNone, 0}, brush);
+    m_Painter.drawRect(ToQt(rcVisible));
+    if (pen.m_eStyle == EPenStyle::eNone)
+        return;
+    // Sides as lines: they are whole pixels at every scale.
+    DrawLine(CPoint{rc.left, rc.top}, CPoint{rc.right, rc.top}, pen);
+    DrawLine(CPoint{rc.left, rc.bottom - 1}, CPoint{rc.right, rc.bottom - 1}, pen);
+    DrawLine(CPoint{rc.left, rc.top}, CPoint{rc.left, rc.bottom}, pen);
+    DrawLine(CPoint{rc.right - 1, rc.top}, CPoint{rc.right - 1, rc.bottom}, pen);
+}
+
+void QtSurface::DrawRaisedFace(const CRect& rc)
+{
+    const CRect rcFace = Visible(rc);
+    if (rcFace.IsEmpty())
+        return;
+    const QColor face = m_Palette.color(QPalette::Button);
+    const bool bDark = face.lightness() < 128;
+    QLinearGradient gradient(0, rcFace.top, 0, rcFace.bottom);
+    gradient.setColorAt(0, face.lighter(bDark ? 125 : 106));
+    gradient.setColorAt(1, face.darker(bDark ? 105 : 108));
+    m_Painter.fillRect(ToQt(rcFace), gradient);
+    const CColorRef nEdge = FromQt(face.darker(bDark ? 220 : 170)), nLight = FromQt(face.lighter(bDark ? 150 : 115));
+    FillRect(CRect{rc.left, rc.top, rc.right, rc.top + 1}, nEdge);
+    FillRect(CRect{rc.left, rc.bottom - 1, rc.right, rc.bottom}, nEdge);
+    FillRect(CRect{rc.left, rc.top, rc.left + 1, rc.bottom}, nEdge);
+    FillRect(CRect{rc.right - 1, rc.top, rc.right, rc.bottom}, nEdge);
+    if (rc.Width() > 3)
+        FillRect(CRect{rc.left + 1, rc.top + 1, rc.right - 1, rc.top + 2}, nLight);
+}
+
+void QtSurface::DrawSunkenFace(const CRect& rc)
+{
+    const QColor face = m_Palette.color(QPalette::Button).darker(112);
+    FillRect(rc, FromQt(face));
+    FillRect(CRect{rc.left, rc.top, rc.right, rc.top + 1}, FromQt(face.darker(125)));
+    FillRect(CRect{rc.left, rc.bottom - 1, rc.right, rc.bottom}, FromQt(face.lighter(108)));
+}
+
+void QtSurface::DrawTextCentered(const CRect& rc, std::string_view sText, CColorRef nColor)
+{
+    m_Painter.setPen(ToQt(nColor));
+    m_Painter.drawText(ToQt(rc), Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip, QtText::ToQt(sText));
+}
+
+void QtSurface::DrawTextAt(CPoint pt, std::string_view sText, CColorRef nColor)
+{
+    m_Painter.setPen(ToQt(nColor));
+    m_Painter.drawText(QPointF(pt.x, pt.y + m_Painter.fontMetrics().ascent()), QtText::ToQt(sText));
+}
+
+int32_t QtSurface::TextWidth(std::string_view sText) const
+{
+    return m_Painter.fontMetrics().horizontalAdvance(QtText::ToQt(sText));
+}
+
+int32_t QtSurface::TextHeight() const { return m_Painter.fontMetrics().height(); }
+
+CColorRef QtSurface::SystemColor(ESystemColor eColor) const
+{
+    switch (eColor)
+    {
+    case ESystemColor::eWindow:
+        return FromQt(m_Palette.color(QPalette::Base));
+    case ESystemColor::eWindowText:
+        return FromQt(m_Palette.color(QPalette::Text));
+    case ESystemColor::eFace:
+        return FromQt(m_Palette.color(QPalette::Button));
+    case ESystemColor::eFaceText:
+        return FromQt(m_Palette.color(QPalette::ButtonText));
+    case ESystemColor::eShadow:
+        return FromQt(m_Palette.color(QPalette::Dark));
+    case ESystemColor::eHighlight:
+        return FromQt(m_Palette.color(QPalette::Highlight));
+    case ESystemColor::eLight:
+        return FromQt(m_Palette.color(QPalette::Light));
+    case ESystemColor::eHighlightText:
+        return FromQt(m_Palette.color(QPalette::HighlightedText));
+    case ESystemColor::eGrayText:
+        return FromQt(m_Palette.color(QPalette::Disabled, QPalette::Text));
+    }
+    return 0;
+}

@@ -1,0 +1,118 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "app/EmberdeckApp.h"
+#include "shell/FrameWindow.h"
+#include "shell/MenuDecorator.h"
+
+// The main frame without a window: its construction, the way of every command of menu bar, toolbars and
+// accelerators, their states, the frame's title and status line, and the question before it closes.
+//
+//     CMainFrame frame(app, window);
+//     if (!frame.Create()) return false;
+//     for (const CMenuItem& item : c_MenuBar) ...         // build menus from the tables
+//     action.triggered: frame.Run(item.m_nID);
+//     menu.aboutToShow: frame.RefreshSourceControl(); then IsEnabled and IsChecked of each item
+//     window.closeEvent: accept when frame.QueryClose()
+class CMainFrame
+{
+public:
+    // All borrowed.
+    CMainFrame(CEmberdeckApp& app, IFrameWindow& window, const CShellColors& colors = CShellColors());
+    CMainFrame(const CMainFrame&) = delete;
+    CMainFrame& operator=(const CMainFrame&) = delete;
+
+    // Builds the window's bars. False: the program can't start.
+    bool Create();
+    // The user's palette has changed: the toolbars' images are made anew.
+    void SetColors(const CShellColors& colors);
+    const CShellColors& GetColors() const { return m_Colors; }
+
+    // Whether a command may be given now. False for ids that aren't the frame's. Cheap, and never opens a
+    // dialog: what source control says of the file is what it said at the last RefreshSourceControl.
+    bool IsEnabled(int32_t nID) const;
+    // A bar's item has a check mark while the bar is visible.
+    bool IsChecked(int32_t nID) const;
+    // Carries a command out, if it may be given by now: a menu may show a state that is gone. A command
+    // that comes while another has a dialog up, or while a gesture runs, does nothing; but Exit is the
+    // window's to judge. False: nothing was done.
+    bool Run(int32_t nID);
+    // Asks the provider about the file, when connected. Before a menu opens, and after the first file of
+    // the session; Run does it after each command. Never when idle.
+    void RefreshSourceControl();
+
+    // Whether a key of an accelerator table gets a shortcut of the frame. Those of standard commands that
+    // nobody carries out get none: two shortcuts on one key silence both.
+    static bool IsShortcut(const CAccelerator& accelerator);
+    // There is something that carries out the command.
+    static bool HasHandler(int32_t nID);
+
+    // May the window close? Puts the exit question, once for each closing: a yes stands until something is
+    // edited or a command runs, so a closing that comes in two steps (the end of the desktop session) asks
+    // in the first. False also while a command has a dialog up, or while the question itself is up. The
+    // window cancels a gesture that runs before it asks.
+    bool QueryClose();
+
+    // "Emberdeck", and the title of the active view when there is one. That of a maximised view is left to
+    // the toolkit, which adds it on its own.
+    static std::string GetTitle(std::string_view sActiveView, bool bMaximised);
+    // The message pane while the pointer is over a command; "Ready" for one without a text, and for 0.
+    static std::string_view GetStatusLine(int32_t nID);
+
+    CKRMenuDecorator& MenuDecorator() { return m_MenuDecorator; }
+    const CKRToolbar& StandardToolbar() const { return m_wndToolBar; }
+    const CKRToolbar& SourceControlToolbar() const { return m_wndSourceControlBar; }
+
+private:
+    struct CRoute
+    {
+        int32_t m_nID;
+        void (CMainFrame::*m_pfnRun)();
+    };
+    static const CRoute c_Routes[];
+    static const CRoute* FindRoute(int32_t nID);
+
+    void DockWithImages(CKRToolbar& toolbar, int32_t nBesideBar);
+    bool IsAllowed(EEnableRule eRule) const;
+    bool MayRunNow(const CCommand& command) const;
+    void OnBarCheck(int32_t nBar);
+
+    void OnNew();
+    void OnOpen();
+    void OnSave();
+    void OnSaveAs();
+    void OnPackEffects();
+    void OnPackEffectsAs();
+    void OnSaveAndPack();
+    void OnSavePackLaunch();
+    void OnLaunch();
+    void OnEditGameInfo();
+    void OnNewEffect();
+    void OnAbout();
+    void OnConnect();
+    void OnDisconnect();
+    void OnAddToSourceControl();
+    void OnCheckOut();
+    void OnSubmit();
+    void OnUndoChanges();
+    void OnGetLatest();
+    void OnHistory();
+
+    // The file's name for a call that may run anything, and so change it.
+    std::string FileName() const { return m_App.m_sFileName; }
+
+    CEmberdeckApp& m_App;
+    IFrameWindow& m_Window;
+    CShellColors m_Colors;
+    CKRToolbar m_wndToolBar;
+    CKRToolbar m_wndSourceControlBar;
+    CKRMenuDecorator m_MenuDecorator;
+    ESourceControlState m_eFileState = eSCState_Unknown;
+    bool m_bRunning = false; // a command
+    bool m_bAsking = false;  // the exit question
+    bool m_bMayClose = false;
+    uint64_t m_nEditsAtClose = 0; // edits that were done when the closing was allowed
+};

@@ -1,0 +1,132 @@
+#include "shell/Toolbar.h"
+
+namespace
+{
+
+constexpr int32_t c_nArrowRoom = 13;
+constexpr int32_t c_nWholeArrowRoom = 6;
+constexpr int32_t c_nGripperInset = 4;
+constexpr int32_t c_nGripperStep = 2; // between the dots, and between the lines
+constexpr int32_t c_nGripperWidth = 3;
+
+CPoint CenterImage(const CRect& rc, const CPixelImage& image)
+{
+    return CPoint{rc.left + (rc.Width() - image.m_nSize) / 2, rc.top + (rc.Height() - image.m_nSize) / 2};
+}
+
+void DrawArrow(IShellSurface& surface, const CRect& rc, CColorRef nColor)
+{
+    const int32_t x = rc.left + rc.Width() / 2;
+    const int32_t y = rc.top + rc.Height() / 2 - 1;
+    for (int32_t i = 0; i < 3; ++i) // rows of 5, 3 and 1
+        surface.FillRect(CRect{x - 2 + i, y + i, x + 3 - i, y + i + 1}, nColor);
+}
+
+bool IsAcross(EBarSide eSide)
+{
+    return eSide == EBarSide::eTop || eSide == EBarSide::eBottom;
+}
+
+} // namespace
+
+CKRToolbar::CKRToolbar(const CToolbarTable& table, const CShellColors& colors) : m_pTable(&table)
+{
+    SetColors(colors);
+}
+
+void CKRToolbar::SetColors(const CShellColors& colors)
+{
+    m_Colors = colors;
+    m_Images.BuildImages(MakeImageList(m_pTable->m_pIcons, m_pTable->m_nIcons), EImageMode::eLight,
+                         colors.m_nShadow);
+}
+
+const CPixelImage* CKRToolbar::FindImage(int32_t nCommand, EImageKind eKind) const
+{
+    if (nCommand == 0)
+        return nullptr;
+    int32_t nImage = 0;
+    for (int32_t i = 0; i < m_pTable->m_nButtons; ++i)
+    {
+        if (m_pTable->m_pButtons[i] == nCommand)
+            return m_Images.GetImage(nImage, eKind);
+        nImage += m_pTable->m_pButtons[i] != 0; // a gap has no image
+    }
+    return nullptr;
+}
+
+CColorRef CKRToolbar::GetBackColor() const
+{
+    return Lighten(m_Colors.m_nFace, 100);
+}
+
+void CKRToolbar::DrawItem(IShellSurface& surface, const CRect& rc, int32_t nCommand,
+                          const CToolItemState& state) const
+{
+    CRect rcImage = rc;
+    const bool bWhole = state.m_eDropDown == EDropDown::eWhole;
+    if (state.m_eDropDown != EDropDown::eNone)
+        rcImage.right -= bWhole ? c_nWholeArrowRoom : c_nArrowRoom;
+
+    const CPixelImage* pNormal = FindImage(nCommand, EImageKind::eNormal);
+    const CColorRef nBorder = Darken(m_Colors.m_nHighlight, 40);
+    const CColorRef nHotFill = Lighten(m_Colors.m_nHighlight, 150);
+    CColorRef nArrow = m_Colors.m_nMenuText;
+
+    if (state.m_bDisabled)
+    {
+        nArrow = m_Colors.m_nGrayText;
+        if (const CPixelImage* pImage = FindImage(nCommand, EImageKind::eDisabled))
+            surface.DrawImage(CenterImage(rcImage, *pImage), *pImage);
+        else if (pNormal)
+            surface.DrawImage(CenterImage(rcImage, *pNormal),
+                              MakeFlatImage(*pNormal, Darken(m_Colors.m_nFace, 50)));
+    }
+    else if (!state.m_bChecked && (state.m_bPressed ? bWhole : state.m_bHot))
+    {
+        DrawBox(surface, rc, nBorder, nHotFill);
+        if (const CPixelImage* pHot = FindImage(nCommand, EImageKind::eHot))
+            DrawRaisedImage(surface, CenterImage(rcImage, *pHot), *pHot, Darken(m_Colors.m_nShadow, 30));
+    }
+    else
+    {
+        if (state.m_bChecked)
+            DrawBox(surface, rc, nBorder, state.m_bHot ? nHotFill : Lighten(m_Colors.m_nHighlight, 200));
+        else if (state.m_bPressed)
+            DrawBox(surface, rc, nBorder, nHotFill);
+        if (pNormal)
+            surface.DrawImage(CenterImage(rcImage, *pNormal), *pNormal);
+    }
+
+    if (state.m_eDropDown != EDropDown::eNone)
+        DrawArrow(surface, CRect{rcImage.right, rc.top, rc.right, rc.bottom}, nArrow);
+}
+
+CRect CKRToolbar::GetGripperRect(const CRect& rcBar, EBarSide eSide)
+{
+    const int32_t n = c_nGripperInset;
+    if (eSide == EBarSide::eFloating)
+        return CRect{};
+    if (IsAcross(eSide))
+        return CRect{rcBar.left + n, rcBar.top + n, rcBar.left + n + c_nGripperWidth, rcBar.bottom - n};
+    return CRect{rcBar.left + n, rcBar.top + n, rcBar.right - n, rcBar.top + n + c_nGripperWidth};
+}
+
+bool CKRToolbar::IsOnGripper(const CRect& rcBar, EBarSide eSide, CPoint pt)
+{
+    const CRect rc = GetGripperRect(rcBar, eSide);
+    if (rc.IsEmpty())
+        return false;
+    return CRect{rc.left - 4 - 3, rc.top - 6, rc.right + 4 - 3, rc.bottom + 6}.Contains(pt);
+}
+
+void CKRToolbar::DrawGripper(IShellSurface& surface, const CRect& rcBar, EBarSide eSide) const
+{
+    const CRect rc = GetGripperRect(rcBar, eSide);
+    const CColorRef nColor = Lighten(m_Colors.m_nShadow, 0.2);
+    for (int32_t y = rc.top; y < rc.bottom; y += c_nGripperStep)
+    {
+        for (int32_t x = rc.left; x < rc.right; x += c_nGripperStep)
+            surface.FillRect(CRect{x, y, x + 1, y + 1}, nColor);
+    }
+}

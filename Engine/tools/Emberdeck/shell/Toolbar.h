@@ -1,0 +1,65 @@
+#pragma once
+
+#include "app/resources/Bars.h"
+#include "shell/ShellSurface.h"
+
+enum class EDropDown
+{
+    eNone,
+    ePart, // an arrow beside the button
+    eWhole // the arrow is part of the button
+};
+
+// How a button stands at the moment.
+struct CToolItemState
+{
+    bool m_bDisabled = false;
+    bool m_bChecked = false;
+    bool m_bPressed = false;
+    bool m_bHot = false; // the mouse is over it
+    EDropDown m_eDropDown = EDropDown::eNone;
+};
+
+enum class EBarSide
+{
+    eTop,
+    eBottom,
+    eLeft,
+    eRight,
+    eFloating
+};
+
+// One toolbar: its buttons, its images, and how they are painted.
+class CKRToolbar
+{
+public:
+    // The table outlives the toolbar.
+    CKRToolbar(const CToolbarTable& table, const CShellColors& colors);
+
+    int32_t GetID() const { return m_pTable->m_nBarID; }
+    const CToolbarTable& GetTable() const { return *m_pTable; }
+    const CKRToolbarImages& GetImages() const { return m_Images; }
+    void SetColors(const CShellColors& colors); // makes the images anew
+
+    // Of a button's command; null when this toolbar has no such button, or it has no image of the kind.
+    const CPixelImage* FindImage(int32_t nCommand, EImageKind eKind) const;
+
+    CColorRef GetBackColor() const;
+    // Paints one button over the bar's ground.
+    void DrawItem(IShellSurface& surface, const CRect& rc, int32_t nCommand,
+                  const CToolItemState& state) const;
+    // Dotted lines across the bar's short side; none on a floating bar. rcBar is the whole bar.
+    void DrawGripper(IShellSurface& surface, const CRect& rcBar, EBarSide eSide) const;
+
+    static constexpr int32_t c_nGripperRoom =
+        11; // pixels that a docked bar leaves for it in front of its buttons
+    // Empty for a floating bar.
+    static CRect GetGripperRect(const CRect& rcBar, EBarSide eSide);
+    // Whether the pointer is near enough to show the four-way arrow.
+    static bool IsOnGripper(const CRect& rcBar, EBarSide eSide, CPoint pt);
+
+private:
+    const CToolbarTable* m_pTable;
+    CShellColors m_Colors;
+    CKRToolbarImages m_Images;
+};

@@ -1,0 +1,80 @@
+#include "shell/ToolbarImages.h"
+
+#include <cstring>
+
+namespace
+{
+
+template <typename TOperation>
+CImageList ReplacePixels(CImageList images, const TOperation& operation)
+{
+    for (CPixelImage& image : images)
+    {
+        for (uint32_t& nPixel : image.m_Pixels)
+        {
+            if (!IsTransparent(nPixel))
+                nPixel = c_nOpaque | (operation(nPixel) & 0xFFFFFFu);
+        }
+    }
+    return images;
+}
+
+} // namespace
+
+CPixelImage MakeImage(const CIconArt& art)
+{
+    CPixelImage image;
+    image.m_nSize = c_nIconSize;
+    image.m_Pixels.assign(static_cast<size_t>(c_nIconSize) * c_nIconSize, 0);
+    uint32_t* pPixel = image.m_Pixels.data();
+    for (const char* pszRow : art.m_Rows)
+    {
+        const size_t nLength = pszRow ? strnlen(pszRow, c_nIconSize) : 0;
+        for (size_t x = 0; x < nLength; ++x)
+        {
+            const CColorRef nColor = GetIconColor(pszRow[x]);
+            pPixel[x] = nColor == c_nIconTransparent ? 0 : c_nOpaque | nColor;
+        }
+        pPixel += c_nIconSize;
+    }
+    return image;
+}
+
+CImageList MakeImageList(const CIconArt* pArt, int32_t nCount)
+{
+    CImageList images;
+    for (int32_t i = 0; pArt && i < nCount; ++i)
+        images.push_back(MakeImage(pArt[i]));
+    return images;
+}
+
+CPixelImage MakeFlatImage(const CPixelImage& image, CColorRef nColor)
+{
+    return ReplacePixels({image}, [nColor](uint32_t) { return nColor; }).front();
+}
+
+bool CKRToolbarImages::BuildImages(const CImageList& source, EImageMode eMode, CColorRef nShadow)
+{
+    m_Hot = source;
+    // The luminance as a fraction of 255, in whole numbers, so that the cut is exact.
+    m_Disabled = ReplacePixels(source, [nShadow](uint32_t n) { return Lighten(nShadow, Luminance(n)); });
+    m_Normal = ReplacePixels(source,
+                             [eMode](uint32_t n)
+                             {
+                                 if (eMode == EImageMode::eLight)
+                                     return Lighten(n, 0.3);
+                                 const uint32_t nGrey = static_cast<uint32_t>(Luminance(n));
+                                 return MakeColorRef(nGrey, nGrey, nGrey);
+                             });
+    return !source.empty();
+}
+
+const CPixelImage* CKRToolbarImages::GetImage(int32_t nIndex, EImageKind eKind) const
+{
+    const CImageList& images = eKind == EImageKind::eNormal ? m_Normal
+                               : eKind == EImageKind::eHot  ? m_Hot
+                                                            : m_Disabled;
+    if (nIndex < 0 || static_cast<size_t>(nIndex) >= images.size())
+        return nullptr;
+    return &images[static_cast<size_t>(nIndex)];
+}

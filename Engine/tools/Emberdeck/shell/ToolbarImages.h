@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "app/resources/IconArt.h"
+#include "shell/ColorOps.h"
+
+// A square image. A pixel is 0xAABBGGRR: a colour, and 255 in the top byte, or 0 where it is transparent. In
+// memory that is red, green, blue, alpha on machines that have the low byte first.
+struct CPixelImage
+{
+    int32_t m_nSize = 0; // width and height
+    std::vector<uint32_t> m_Pixels;
+    friend bool operator==(const CPixelImage&, const CPixelImage&) = default;
+};
+
+constexpr uint32_t c_nOpaque = 0xFF000000u;
+constexpr bool IsTransparent(uint32_t nPixel)
+{
+    return nPixel < 0x01000000u;
+}
+
+using CImageList = std::vector<CPixelImage>;
+
+CPixelImage MakeImage(const CIconArt& art); // magenta becomes transparent
+CImageList MakeImageList(const CIconArt* pArt, int32_t nCount);
+// The image's shape in one colour, for shadows and for what is disabled.
+CPixelImage MakeFlatImage(const CPixelImage& image, CColorRef nColor);
+
+enum class EImageKind
+{
+    eNormal = 0,
+    eHot = 1,
+    eDisabled = 2
+};
+
+enum class EImageMode
+{
+    eLight = 0,
+    eGrey = 1
+};
+
+// The images of one toolbar. A toolbar rests pale, and shows its true colours only under the mouse.
+class CKRToolbarImages
+{
+public:
+    // From the true images: the normal ones are made lighter, or grey, and the disabled ones a pale relief
+    // in the shadow colour. Transparent pixels stay so. False, with no images, for an empty list.
+    bool BuildImages(const CImageList& source, EImageMode eMode, CColorRef nShadow);
+
+    // Null when there is no such image.
+    const CPixelImage* GetImage(int32_t nIndex, EImageKind eKind) const;
+
+private:
+    CImageList m_Normal;
+    CImageList m_Hot;
+    CImageList m_Disabled;
+};

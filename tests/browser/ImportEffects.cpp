@@ -1,0 +1,42 @@
+#include "BrowserBench.h"
+
+#include "platform/Paths.h"
+
+TEST(ImportEffects, BringsChosenEffectsOnly)
+{
+    CTempDir dir;
+    const std::string sFile = dir.path("other.Fx00a");
+    auto pModule = std::make_shared<CTestModule>();
+    {
+        auto pOther = aLibrary(pModule).group("Far").effect("smoke").effect("Ash").effect("Zinc").build();
+        ASSERT_TRUE(SaveEffectLibrary(sFile.c_str(), pOther->m_EffectTree, pOther->m_PrefabTree));
+    }
+    CBrowserBench bench(aLibrary(pModule).group("G").effect("Smoke"));
+    CScopeChecker checker(bench.context);
+    bench.Select({"Smoke"});
+    bench.import.m_Selected = {1, 0, 77, 1};
+    bench.prompts.onFile(sFile, "*.Fx00c");
+    bench.effects.Command(32884);
+    checker.ExpectEdits(1);
+    EXPECT_EQ((std::vector<std::string>{"Ash", "smoke", "Zinc"}), bench.import.m_Rows);
+    EXPECT_EQ("[[Effects]]\n  [G]\n    Smoke\n  Ash\n  smoke_1\n", bench.dump());
+    EXPECT_EQ("[Smoke]", bench.sel());
+    const CFileDialogRequest& request = bench.prompts.m_Files[0];
+    EXPECT_EQ(GetCurrentDirectoryPath(), request.m_sInitialDirectory);
+    EXPECT_EQ("*.Fx00c", request.m_sDefaultExtension);
+
+    bench.import.m_bOK = false;
+    bench.prompts.onFile(sFile).onFile({});
+    bench.effects.OnImportEffects(); // the list was cancelled, then the file
+    bench.effects.OnImportEffects();
+    EXPECT_EQ(3u, bench.lib->m_SpellMgr.Spells().size());
+    // A file that can't be read: an empty list.
+    bench.import.m_bOK = true;
+    bench.prompts.onFile(dir.path("none.Fx00a"))
+        .onAsk("Failed loading the file " + dir.path("none.Fx00a") + ":\r\n");
+    bench.effects.OnImportEffects();
+    EXPECT_EQ("Error Loading", bench.prompts.m_Asked[0].m_sCaption);
+    EXPECT_EQ(EIcon::eExclamation, bench.prompts.m_Asked[0].m_eIcon);
+    EXPECT_TRUE(bench.import.m_Rows.empty());
+    EXPECT_EQ(3u, bench.lib->m_SpellMgr.Spells().size());
+}

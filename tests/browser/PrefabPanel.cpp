@@ -1,0 +1,111 @@
+#include "BrowserBench.h"
+
+TEST(PrefabPanel, FirstNewPrefabBecomesActive)
+{
+    CBrowserBench bench("Smoke");
+    CScopeChecker checker(bench.context);
+    bench.Run(bench.prefabs, {"[Prefabs]"}, 32892); // no type was chosen
+    EXPECT_EQ("[[Prefabs]]\n", bench.prefabDump());
+    bench.host.m_pChosen = bench.lib->Module().FindType("Sprite");
+    bench.prefabs.Command(32892);
+    checker.ExpectEdits(1);
+    CEffectPropertySet* pFirst = bench.prefabs.GetActivePrefab();
+    ASSERT_TRUE(pFirst);
+    EXPECT_EQ("Sprite", bench.prefabView.m_sBox);
+    EXPECT_EQ("Textures\\Smoke.Texture00a", TextOf(*pFirst, "Texture"));
+    bench.Type(bench.prefabs, bench.prefabView, "Zeppelin");
+    bench.Run(bench.prefabs, {"[Prefabs]"}, 32892);
+    bench.Type(bench.prefabs, bench.prefabView, "", c_nPanelCancel);
+    bench.Run(bench.prefabs, {"[Prefabs]"}, 32892);
+    EXPECT_EQ("Sprite_1", bench.prefabView.m_sBox);
+    bench.prompts.onAsk("A prefab with the name 'zeppelin' already exists.");
+    bench.Type(bench.prefabs, bench.prefabView, "zeppelin");
+    EXPECT_EQ("Error Renaming Prefab", bench.prompts.m_Asked[0].m_sCaption);
+    EXPECT_EQ(pFirst, bench.prefabs.GetActivePrefab());
+    bench.prefabs.Command(32888);
+    bench.Type(bench.prefabs, bench.prefabView, std::string(300, 'y')); // longer than an effect's may be
+    EXPECT_EQ(255u, bench.lib->m_SpellMgr.Prefabs()[2]->m_sName.size());
+    EXPECT_EQ("[[Prefabs]]\n  Sprite\n  " + std::string(255, 'y') + "\n  Zeppelin\n", bench.prefabDump());
+
+    const auto canSet = [&](const std::vector<std::string>& names)
+    {
+        bench.Select(bench.prefabs, names);
+        return bench.prefabs.GetMenu()[9].m_bEnabled;
+    };
+    EXPECT_EQ(32866, bench.prefabs.GetMenu()[9].m_nID);
+    EXPECT_FALSE(canSet({"[Prefabs]"}) || canSet({"Sprite", "Zeppelin"}) || canSet({}));
+    EXPECT_TRUE(canSet({"Sprite"}));
+    bench.prefabs.Command(32866);
+    EXPECT_EQ("Sprite", bench.prefabs.GetActivePrefab()->m_sName);
+    bench.prefabs.m_Tree.SetCaret(bench.prefab("[Prefabs]"));
+    bench.prefabs.OnSetActivePrefab(); // a group: nothing
+    bench.CheckModel();
+
+    // Gone with its item: the next new one takes over, a copy doesn't.
+    bench.prompts.onAsk("0 groups selected.\n1 prefabs selected.", EAnswer::eOk);
+    bench.prefabs.OnDeleteSelection();
+    EXPECT_FALSE(bench.prefabs.GetActivePrefab());
+    bench.Run(bench.prefabs, {"Zeppelin"}, 32883);
+    EXPECT_EQ("[Zeppelin_1]", SelectionOf(bench.prefabs.m_Tree));
+    EXPECT_FALSE(bench.prefabs.GetActivePrefab());
+    bench.Run(bench.prefabs, {"[Prefabs]"}, 32892);
+    EXPECT_EQ("Sprite", bench.prefabs.GetActivePrefab()->m_sName);
+    bench.prefabs.CancelModes();
+}
+
+TEST(PrefabPanel, OpensOneEditorAfterTheOther)
+{
+    CBrowserBench bench("", "a b c d e f");
+    bench.host.m_bAccept = false; // Cancel goes on with the next
+    bench.Select(bench.prefabs, {"[Prefabs]"});
+    bench.prompts.onAsk(
+        "You currently have 6 prefabs in the selection...\n\nDo you really want to open these for editing?",
+        EAnswer::eOk);
+    CBrowserBench::Key(bench.prefabs, ETreeKey::eEnter);
+    ASSERT_EQ(6u, bench.host.m_Edited.size());
+    EXPECT_EQ("f", bench.host.m_Edited[5]->m_sName);
+    bench.prompts.onAsk("6 prefabs in the selection...\n\nDo you really want to duplicate", EAnswer::eNo);
+    bench.prefabs.OnDuplicate();
+    bench.Select(bench.prefabs, {});
+    bench.prompts.onAsk("No prefabs are selected for copying...")
+        .onAsk("No prefabs are selected for opening...");
+    bench.prefabs.OnDuplicate();
+    bench.prefabs.OnOpenPrefabs();
+    std::string sCaptions;
+    for (const auto& asked : bench.prompts.m_Asked)
+        sCaptions += asked.m_sCaption + "|";
+    EXPECT_EQ("Open Prefabs?|Duplicate Prefabs?|Prefab Duplicate Error|Prefab Open Error|", sCaptions);
+}
+
+TEST(PrefabPanel, ActivePrefabFollowsItsItem)
+{
+    CBrowserBench bench("", "[G [H a]] b [T]");
+    bench.Run(bench.prefabs, {"a"}, 32866);
+    CEffectPropertySet* pActive = bench.prefabs.GetActivePrefab();
+    const HLibraryItem hOld = bench.prefabs.GetActiveItem();
+    bench.Select(bench.prefabs, {"G"}); // moved inside of its group
+    bench.prefabs.OnLeftPress(bench.prefabView.Icon(bench.prefab("G")), {});
+    bench.prefabs.OnMove(bench.prefabView.Icon(bench.prefab("T")), true);
+    bench.prefabs.OnLeftRelease(bench.prefabView.Right(bench.prefab("T")));
+    EXPECT_EQ("[[Prefabs]]\n  [T]\n    [G]\n      [H]\n        a\n  b\n", bench.prefabDump());
+    EXPECT_EQ(pActive, bench.prefabs.GetActivePrefab());
+    EXPECT_NE(hOld, bench.prefabs.GetActiveItem());
+    bench.CheckModel();
+
+    // New and Open: none.
+    {
+        CEditScope scope(bench.edits, "Clear");
+        scope.TouchLibrary();
+        bench.lib->m_EffectTree.DeleteAllItems();
+        bench.lib->m_PrefabTree.DeleteAllItems();
+        bench.lib->m_SpellMgr.Clear();
+    }
+    EXPECT_FALSE(bench.prefabs.GetActivePrefab());
+    // A tree without a root gets one with the first item.
+    EXPECT_TRUE(bench.prefabs.CanInsert());
+    bench.host.m_pChosen = bench.lib->Module().FindType("Light");
+    bench.prefabs.Command(32892);
+    EXPECT_EQ("[[Prefabs]]\n  Light\n", bench.prefabDump());
+    bench.effects.Command(32880);
+    EXPECT_EQ("[[Effects]]\n  [New_Group]\n", bench.dump());
+}

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "FakeTreeView.h"
+#include "support/ScriptedPrompts.h"
+
+// The control alone, over a tree whose root R holds a, b, the group G with c, d and the group H with e, and f;
+// all is expanded. The parent writes down what it hears.
+struct CTreeBench : ITreeParent
+{
+    CTreeBench()
+    {
+        const HLibraryItem hRoot = tree.InsertGroup("R", {});
+        for (const char* psz : {"a", "b"})
+            tree.InsertLeaf(psz, hRoot, this);
+        const HLibraryItem hG = tree.InsertGroup("G", hRoot);
+        for (const char* psz : {"c", "d"})
+            tree.InsertLeaf(psz, hG, this);
+        tree.InsertLeaf("e", tree.InsertGroup("H", hG), this);
+        tree.InsertLeaf("f", hRoot, this);
+        view.m_pTree = &ctrl;
+        view.m_OnLost = [this] { ctrl.OnMouseLost(); };
+        ctrl.Expand(hRoot, true);
+        ctrl.ExpandChildren(hRoot, true, true);
+    }
+    ~CTreeBench() override { CheckTreeState(ctrl); }
+
+    HLibraryItem item(const std::string& s) const { return FindItem(tree, s); }
+    std::string sel() const { return SelectionOf(ctrl); }
+    void Select(const std::string& sItems) // the caret on the last one
+    {
+        ctrl.SelectOnly({});
+        for (char c : sItems)
+            ctrl.SetItemStateEx(item(std::string(1, c)), 3, 3);
+        log.clear();
+    }
+    // Each gives the selection behind it.
+    std::string Press(CPoint pt, CModifiers modifiers = {}) { return ctrl.OnLeftPress(pt, modifiers), sel(); }
+    std::string Move(CPoint pt) { return ctrl.OnMove(pt, true), sel(); }
+    std::string Release(CPoint pt) { return ctrl.OnLeftRelease(pt), sel(); }
+    std::string Click(CPoint pt, CModifiers modifiers = {}) { return Press(pt, modifiers), Release(pt); }
+    std::string Click(const std::string& s, CModifiers modifiers = {})
+    {
+        return Click(view.Icon(item(s)), modifiers);
+    }
+    std::string Key(ETreeKey eKey, CModifiers modifiers = {}) { return ctrl.OnKey({eKey, modifiers}), sel(); }
+    std::string Band(CPoint from, std::vector<CPoint> way, CModifiers modifiers = {})
+    {
+        ctrl.OnLeftPress(from, modifiers);
+        for (CPoint pt : way)
+            ctrl.OnMove(pt, true);
+        return sel();
+    }
+
+    bool OnSelChanging(HLibraryItem h, bool bSelect) override
+    {
+        log += (bSelect ? " +" : " -") + tree.GetItemText(h);
+        return tree.GetItemText(h) == refused;
+    }
+    void OnSelChanged(HLibraryItem h, bool bSelect) override
+    {
+        EXPECT_EQ(bSelect, ctrl.IsSelected(h));
+        log += "!";
+    }
+    void OnBeginDrag(HLibraryItem h, CPoint pt) override
+    {
+        log += " drag " + tree.GetItemText(h) + " " + std::to_string(pt.x) + "," + std::to_string(pt.y);
+    }
+    void OnClick() override { log += " click"; }
+    void OnDoubleClick() override { log += " double"; }
+    bool OnKeyDown(const CTreeKey&) override { return false; }
+    bool OnBeginLabelEdit(HLibraryItem h) override { return !tree.GetParentItem(h); }
+    void OnEndLabelEdit(const std::string& s) override { log += " named " + s; }
+
+    CLibraryTree tree;
+    CFakeTreeView view;
+    CScriptedPrompts prompts;
+    std::string log;
+    std::string refused; // no bit of that item changes
+    CMultiSelectTreeCtrl ctrl{tree, view, *this, prompts};
+};

@@ -1,0 +1,147 @@
+// Writes that fail: at every size of the file, from the first byte on, and where nothing may be written. The
+// old content stays or can be had back, and what a failed pack leaves is never taken for a packed file.
+
+#include <csignal>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include "FaultBench.h"
+
+namespace
+{
+// No file grows beyond nBytes: the write that would make it ends as on a full disk.
+class CSizeLimit
+{
+public:
+    explicit CSizeLimit(size_t nBytes)
+    {
+        getrlimit(RLIMIT_FSIZE, &m_Old);
+        m_pfnOld = std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit = {nBytes, m_Old.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~CSizeLimit()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_Old);
+        std::signal(SIGXFSZ, m_pfnOld);
+    }
+
+private:
+    rlimit m_Old = {};
+    void (*m_pfnOld)(int) = nullptr;
+};
+
+// Nobody in particular, where the tests run as one who may do everything.
+class CPlainUser
+{
+public:
+    CPlainUser() : m_nUser(geteuid())
+    {
+        m_bPlain = m_nUser != 0 || seteuid(65534) == 0;
+    }
+    ~CPlainUser()
+    {
+        if (m_nUser == 0)
+        {
+            EXPECT_EQ(0, seteuid(0));
+        }
+    }
+    bool m_bPlain;
+
+private:
+    uid_t m_nUser;
+};
+} // namespace
+
+TEST(FullDisk, ASaveThatFailsInTheMiddleLosesNothing)
+{
+    for (const char* pszName : {"file.Fx00a", "file.Fx00c"})
+    {
+        CFaultBench bench;
+        const std::string sOld = bench.MakeFile(pszName, 2, "Old");
+        auto pApp = bench.StartWith(pszName, 3, "New");
+        const size_t nStep = sOld.size() / 40;
+        size_t nLimit = 0, nFailed = 0;
+        for (;; nLimit += nStep)
+        {
+            WriteBytes(bench.path(pszName), sOld);
+            std::filesystem::remove_all(bench.dir.path("backups"));
+            bench.prompts.m_nFailures = 0;
+            bool bSaved = false;
+            {
+                const CSizeLimit limit(nLimit);
+                bSaved = pApp->SaveEffectFile();
+            }
+            if (bSaved)
+                break;
+            ++nFailed;
+            EXPECT_EQ(1, bench.prompts.m_nFailures);
+            EXPECT_TRUE(bench.CanHave(pszName, sOld)) << "limit " << nLimit << " of " << sOld.size();
+        }
+        EXPECT_GT(nFailed, 40u);
+        pApp.reset(); // two can't share the plug-in
+        const std::string sNew = ReadBytes(bench.path(pszName));
+        EXPECT_GE(nLimit, sNew.size()) << "a save that couldn't write all of it was told as done";
+        EXPECT_EQ(sNew, bench.MakeFile("again" + std::string(pszName), 3, "New"));
+        EXPECT_TRUE(bench.Start()->OpenEffectFile(bench.path(pszName).c_str()));
+    }
+}
+
+TEST(FullDisk, APackThatFailsInTheMiddleIsToldAndLeavesNothingToPlay)
+{
+    CFaultBench bench;
+    const auto pApp = bench.StartWith("file.Fx00a", 3, "New");
+    ASSERT_TRUE(pApp->PackEffects());
+    const std::string sPacked = ReadBytes(bench.path("file.Fx00p"));
+    for (size_t nLimit = 0; nLimit < sPacked.size(); nLimit += 13)
+    {
+        bench.prompts.m_nFailures = 0;
+        {
+            const CSizeLimit limit(nLimit);
+            EXPECT_FALSE(pApp->PackEffects()) << nLimit;
+        }
+        EXPECT_EQ(1, bench.prompts.m_nFailures);
+        CPackedLibrary library;
+        std::string sError;
+        EXPECT_FALSE(ReadPackedLibrary(ReadBytes(bench.path("file.Fx00p")), pApp->m_EffectModule, library, sError));
+    }
+    EXPECT_TRUE(pApp->PackEffects());
+    EXPECT_EQ(sPacked, ReadBytes(bench.path("file.Fx00p")));
+}
+
+TEST(FullDisk, AWriteThatFailsAtOnceIsTold)
+{
+    CFaultBench bench;
+    const std::string sOld = bench.MakeFile("locked.Fx00a", 1, "Old");
+    const auto pApp = bench.StartWith("file.Fx00a", 1, "New");
+    const auto ExpectFailure = [&](const std::string& sName)
+    {
+        pApp->m_sFileName = bench.path(sName);
+        bench.prompts.m_nFailures = 0;
+        EXPECT_FALSE(pApp->SaveEffectFile()) << sName;
+        EXPECT_FALSE(pApp->PackEffects()) << sName;
+        EXPECT_EQ(2, bench.prompts.m_nFailures) << sName;
+    };
+    for (const char* pszName : {"full.Fx00a", "full.Fx00c", "full.Fx00p"})
+        std::filesystem::create_symlink("/dev/full", bench.path(pszName));
+    ExpectFailure("full.Fx00a");
+    ExpectFailure("full.Fx00c");
+    ExpectFailure("missing/file.Fx00a");
+    std::filesystem::create_directories(bench.path("folder.Fx00a"));
+    std::filesystem::create_directories(bench.path("folder.Fx00p"));
+    ExpectFailure("folder.Fx00a");
+
+    bench.dir.write("game/locked.Fx00p", "old");
+    namespace fs = std::filesystem;
+    for (const char* pszName : {"locked.Fx00a", "locked.Fx00p"})
+        fs::permissions(bench.path(pszName), fs::perms::owner_read | fs::perms::others_read);
+    // The way to the files stays open to anybody.
+    fs::permissions(bench.dir.dir(), fs::perms::others_read | fs::perms::others_exec, fs::perm_options::add);
+    {
+        const CPlainUser user;
+        if (user.m_bPlain)
+            ExpectFailure("locked.Fx00a");
+    }
+    EXPECT_EQ(sOld, ReadBytes(bench.path("locked.Fx00a")));
+    EXPECT_EQ("old", ReadBytes(bench.path("locked.Fx00p")));
+}

@@ -1,0 +1,138 @@
+#include "properties/CurvePainter.h"
+#include "properties/PropertyBench.h"
+#include "support/RecordingSurface.h"
+
+namespace
+{
+
+using Lines = std::vector<std::string>;
+
+struct CPaintBench : CPropertyBench
+{
+    CPaintBench()
+        : CPropertyBench(
+              [](CTestPlugin& plugin)
+              {
+                  plugin.type("T").prop(ePropType_Float, "Line").linear();
+                  plugin.prop(ePropType_Float, "Steps").step();
+                  plugin.prop(ePropType_Color, "Color").linear();
+              })
+    {
+        view.m_rc = CRect{10, 20, 50, 70}; // 40 by 50
+        view.m_fYMin = 0.0f;
+        view.m_fYMax = 10.0f;
+    }
+    CEffectProperty Curve(const char* pszName, const std::vector<std::pair<float, float>>& keys)
+    {
+        CEffectProperty prop(&Desc(pszName));
+        for (const auto& [fTime, fValue] : keys)
+        {
+            CPropKey key;
+            key.m_fTime = fTime;
+            key.m_Data.SetFloat(fValue);
+            prop.AddKey(key);
+        }
+        return prop;
+    }
+    Lines Paint(const CEffectProperty& prop, const std::string& sStart, CRect rcSeen = CRect{0, 0, 40, 50})
+    {
+        CRecordingSurface surface(rcSeen);
+        PaintCurve(&surface, view, prop);
+        return surface.Calls(sStart);
+    }
+    CCurveView view;
+};
+
+const std::string c_sPen = " w2 #000000";
+
+} // namespace
+
+TEST(CurvePainting, LinesAndKeysInOrder)
+{
+    CPaintBench bench;
+    CEffectProperty line = bench.Curve("Line", {{0, 10}, {0.5f, 0}, {1, 5}});
+    line.GetKey(1)->m_bSelected = true;
+    const Lines all = bench.Paint(line, "");
+    EXPECT_EQ("fill 0,0 40x50 #FFFFFF", all.front());
+    EXPECT_EQ("rect 0,0 40x50", all.back());
+    EXPECT_EQ((Lines{"ellipse -10,-10 20x20 #FFFF00", "ellipse 10,40 20x20 #0000FF",
+                     "ellipse 30,15 20x20 #FFFF00"}),
+              bench.Paint(line, "ellipse"));
+    // Ten columns, the zero line, then the curve and its end.
+    const Lines lines = bench.Paint(line, "line");
+    ASSERT_EQ(10u + 1 + 2, lines.size());
+    EXPECT_EQ("line 1,50 1,2", lines[0]); // u = 0.05: 0.95 * 0 + 0.05 * 50
+    EXPECT_EQ("line 37,50 37,28", lines[9]);
+    EXPECT_EQ("line 0,50 40,50 w2 #007F40", lines[10]);
+    EXPECT_EQ((Lines{"line 0,0 20,50" + c_sPen, "line 20,50 40,25" + c_sPen}),
+              Lines(lines.begin() + 11, lines.end()));
+
+    const Lines steps = bench.Paint(bench.Curve("Steps", {{0, 8}, {0.5f, 2}}), "line");
+    EXPECT_EQ((Lines{"line 0,10 20,10" + c_sPen, "line 20,10 20,40" + c_sPen, "line 20,40 40,40" + c_sPen}),
+              Lines(steps.end() - 3, steps.end()));
+    EXPECT_EQ("line 17,50 17,10", steps[4]);
+    EXPECT_EQ("line 21,50 21,40", steps[5]);
+
+    EXPECT_EQ(Lines{"line 0,50 40,50 w2 #007F40"}, bench.Paint(bench.Curve("Steps", {{0, 4}}), "line 0"));
+    EXPECT_EQ(Lines{"fill 0,0 40x50 #FFFFFF"}, bench.Paint(bench.Curve("Line", {}), "")); // nothing else
+    PaintCurve(nullptr, bench.view, line);
+}
+
+TEST(CurvePainting, OddCurvesDivideNothingByZero)
+{
+    CPaintBench bench;
+    bench.view.m_fStartTime = bench.view.m_fEndTime = 0.0f; // -0.05 to 0.05
+    const CEffectProperty jump = bench.Curve("Line", {{0, 8}, {0, 2}, {1, 2}});
+    EXPECT_EQ("line 1,50 1,10", bench.Paint(jump, "line")[0]);   // not above the first time
+    EXPECT_EQ("line 21,50 21,40", bench.Paint(jump, "line")[5]); // above it
+    bench.view.m_fStartTime = 0.0f;
+    bench.view.m_fEndTime = 1.0f;
+
+    CEffectProperty backward = bench.Curve("Line", {{0, 8}, {0.25f, 2}, {0.5f, 4}, {1, 4}});
+    backward.GetKey(1)->m_fTime = 0.75f; // entered, and not sorted yet
+    const Lines lines = bench.Paint(backward, "line");
+    EXPECT_EQ("line 30,40 20,30" + c_sPen, lines[lines.size() - 2]);
+    EXPECT_EQ("line 29,50 29,39", lines[7]); // 0.725 lies before key 1: from 10 to 40
+    EXPECT_EQ("line 33,50 33,30", lines[8]); // 0.825 is passed by keys 1 and 2
+
+    bench.view.m_fYMin = bench.view.m_fYMax = 8.0f; // -2 to 18
+    EXPECT_EQ("ellipse -10,15 20x20 #FFFF00", bench.Paint(backward, "ellipse").at(0));
+    bench.view.m_fYMax = 8.0000010f; // far away, and still pixels
+    for (const std::string& sLine : bench.Paint(backward, ""))
+        EXPECT_LT(sLine.size(), 60u) << sLine;
+}
+
+TEST(CurvePainting, ColorsFillTheBackground)
+{
+    CPaintBench bench;
+    CEffectProperty color(&bench.Desc("Color"));
+    for (const auto& [fTime, nColor] :
+         {std::pair{0.0f, MakePropColor(255, 40, 77, 0)}, std::pair{0.5f, MakePropColor(255, 40, 77, 9)},
+          std::pair{1.0f, MakePropColor(0, 40, 77, 0)}})
+    {
+        CPropKey key;
+        key.m_fTime = fTime;
+        key.m_Data.SetColor(nColor);
+        color.AddKey(key);
+    }
+    const Lines fills = bench.Paint(color, "fill");
+    EXPECT_EQ("fill 0,0 21x50 #4D28FF", fills[0]); // an even colour is even
+    ASSERT_EQ(20u, fills.size());
+    EXPECT_EQ("fill 30,0 1x50 #4D287F", fills[10]); // half way
+}
+
+TEST(CurvePainting, OnlyWhatIsInViewIsDrawn)
+{
+    CPaintBench bench;
+    bench.view.m_rc = CRect{0, 0, 1000, 50};
+    bench.view.m_fStartTime = 0.5f;
+    bench.view.m_fEndTime = 0.51f;
+    std::vector<std::pair<float, float>> keys;
+    for (int i = 0; i <= 20000; ++i)
+        keys.emplace_back(float(i) / 20000, float(i % 10));
+    const CEffectProperty many = bench.Curve("Line", keys);
+    // A window of a hundred pixels, with a key every five and those that reach in from outside.
+    const CRect rcSeen{200, 0, 300, 50};
+    EXPECT_NEAR(24.0, double(bench.Paint(many, "ellipse", rcSeen).size()), 2.0);
+    EXPECT_NEAR(25.0 + 1 + 21, double(bench.Paint(many, "line", rcSeen).size()), 3.0);
+}
