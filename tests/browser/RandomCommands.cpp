@@ -138,7 +138,7 @@ TEST(RandomCommands, ModelAndTreesStayTogether)
             bench.CheckModel();
             checker.Check();
         }
-        EXPECT_GT(bench.edits.GetNumEdits(), 150u);
+        EXPECT_GT(bench.edits.GetNumEdits(), 60u);
         bench.effects.CancelModes();
         bench.prefabs.CancelModes();
     }

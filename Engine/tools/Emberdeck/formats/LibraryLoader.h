@@ -45,7 +45,7 @@ private:
 
     // Tracks without a key that one file may make, all effects together: a few bytes of text ask for up to
     // 65,536 of them.
-    static constexpr uint64_t c_nMaxSpareTracks = 1u << 22;
+    static constexpr uint64_t c_nMaxSpareTracks = 1u << 20;
 
     // What is looked up of a type's descriptors with each key, found out once.
     struct CTypeInfo
