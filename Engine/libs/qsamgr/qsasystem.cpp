@@ -35,30 +35,17 @@ void QSARemoveFile(const char* pszPath)
         std::remove(pszPath);
 }
 
-namespace
+void QSAAdviseLargePages(void* pMemory, size_t nSize)
 {
-// Advice on the whole pages inside a range: what lies around it belongs to others.
-void Advise(void* pMemory, size_t nSize, int nAdvice)
-{
+#if defined(MADV_HUGEPAGE)
+    // Whole pages inside the range only: what lies around it belongs to others.
     constexpr uintptr_t c_nPage = 4096;
     const uintptr_t nStart = (reinterpret_cast<uintptr_t>(pMemory) + c_nPage - 1) & ~(c_nPage - 1);
     const uintptr_t nEnd = (reinterpret_cast<uintptr_t>(pMemory) + nSize) & ~(c_nPage - 1);
     if (nStart < nEnd)
-        madvise(reinterpret_cast<void*>(nStart), nEnd - nStart, nAdvice);
-}
-} // namespace
-
-void QSAAdviseLargePages([[maybe_unused]] void* pMemory, [[maybe_unused]] size_t nSize)
-{
-#if defined(MADV_HUGEPAGE)
-    Advise(pMemory, nSize, MADV_HUGEPAGE);
-#endif
-}
-
-void QSAPrepareMemory([[maybe_unused]] void* pMemory, [[maybe_unused]] size_t nSize)
-{
-#if defined(__linux__)
-    constexpr int c_nPopulateWrite = 23; // MADV_POPULATE_WRITE, which older headers lack
-    Advise(pMemory, nSize, c_nPopulateWrite);
+        madvise(reinterpret_cast<void*>(nStart), nEnd - nStart, MADV_HUGEPAGE);
+#else
+    (void)pMemory;
+    (void)nSize;
 #endif
 }

@@ -17,7 +17,3 @@ void QSARemoveFile(const char* pszPath);
 // what a cold load spends most of its time on. Only advice, and only for sizes of several megabytes: a large
 // page that is touched counts whole.
 void QSAAdviseLargePages(void* pMemory, size_t nSize);
-
-// Has the pages of memory that is about to be filled made ready at once, which takes less time than one by one
-// at their first touch. They count as used from then on. Only advice.
-void QSAPrepareMemory(void* pMemory, size_t nSize);

@@ -47,7 +47,6 @@ public:
             return nullptr;
         char* pEnd = m_pBack - 1;
         m_pBack = pEnd - nLen;
-        m_pReady = std::min(m_pReady, m_pBack);
         *pEnd = '\0';
         size_t i = 0;
         for (; i + 8 <= nLen; i += 8) // most are too short for a call to pay
@@ -74,8 +73,7 @@ public:
     // The same for nodes that the caller makes there.
     CQSANode* NewNodes(uint32_t nCount, const CQSANode::SOwner*& pOwner)
     {
-        const size_t nSize = (size_t(nCount) + c_nWide) * sizeof(CQSANode);
-        if (static_cast<size_t>(m_pReady - m_pFront) < nSize && !GetReady(nSize)) [[unlikely]]
+        if (!HasRoom((size_t(nCount) + c_nWide) * sizeof(CQSANode)))
             return nullptr;
         auto* pResult = reinterpret_cast<CQSANode*>(m_pFront);
         m_pFront += nCount * sizeof(CQSANode);
@@ -90,8 +88,6 @@ private:
     static constexpr size_t c_nMaxChunk = 32u << 20;
     // Bytes of tree for a byte of usual text, a little generous.
     static constexpr size_t c_nTreePerText = 2;
-    // So much is made ready at once.
-    static constexpr size_t c_nReady = 128u << 10;
     // From here on large pages pay.
     static constexpr size_t c_nLargeChunk = 4u << 20;
 
@@ -100,15 +96,12 @@ private:
         return static_cast<size_t>(m_pBack - m_pFront) >= nSize || StartChunk(nSize);
     }
     bool StartChunk(size_t nNeeded);
-    bool GetReady(size_t nNeeded);
 
     CQSALoadOnlyAlloc& m_Alloc;
     size_t m_nChunkSize;
     char* m_pFront = nullptr;
-    char* m_pReady = nullptr; // up to here pages have been made ready
     char* m_pBack = nullptr;
     const CQSANode::SOwner* m_pOwner = nullptr; // at the chunk's start
-    bool m_bLarge = false;                      // the chunk is in large pages
 };
 
 bool CTreeArena::StartChunk(size_t nNeeded)
@@ -126,31 +119,12 @@ bool CTreeArena::StartChunk(size_t nNeeded)
     }
     if (pChunk == nullptr)
         return false;
-    m_bLarge = nSize >= c_nLargeChunk;
-    if (m_bLarge)
+    if (nSize >= c_nLargeChunk)
         QSAAdviseLargePages(pChunk, nSize);
     m_nChunkSize = std::max(m_nChunkSize, std::min(m_nChunkSize * 2, c_nMaxChunk));
     m_pOwner = new (pChunk) CQSANode::SOwner{&m_Alloc};
     m_pFront = static_cast<char*>(pChunk) + sizeof(CQSANode::SOwner);
     m_pBack = static_cast<char*>(pChunk) + nSize;
-    m_pReady = m_pFront;
-    return true;
-}
-
-// Room for nNeeded bytes at the front, and its pages.
-bool CTreeArena::GetReady(size_t nNeeded)
-{
-    if (!HasRoom(nNeeded))
-        return false;
-    const auto nLeft = static_cast<size_t>(m_pBack - m_pFront);
-    if (m_bLarge || nLeft <= 2 * c_nReady)
-    {
-        m_pReady = m_pBack; // the large ones come by themselves
-        return true;
-    }
-    char* pFrom = std::max(m_pReady, m_pFront);
-    m_pReady = m_pFront + std::max(nNeeded, c_nReady);
-    QSAPrepareMemory(pFrom, static_cast<size_t>(m_pReady - pFrom));
     return true;
 }
 
