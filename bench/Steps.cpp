@@ -161,6 +161,7 @@ double StepSaveLibrary(const std::string& sFile, const std::string& sOut)
     CGeneratedLibrary* pLibrary = Loaded(sFile);
     if (!pLibrary)
         return -1.0;
+    std::remove(sOut.c_str()); // to give a file back to the system isn't the writer's work
     const double fStart = Now();
     const bool bOk = SaveEffectLibrary(sOut.c_str(), pLibrary->m_EffectTree, pLibrary->m_PrefabTree);
     const double fTime = Now() - fStart;
@@ -172,6 +173,7 @@ double StepPackLibrary(const std::string& sFile, const std::string& sOut)
     CGeneratedLibrary* pLibrary = Loaded(sFile);
     if (!pLibrary)
         return -1.0;
+    std::remove(sOut.c_str());
     const double fStart = Now();
     const bool bOk = PackEffectLibrary(sOut.c_str(), pLibrary->m_SpellMgr, pLibrary->m_Module);
     const double fTime = Now() - fStart;

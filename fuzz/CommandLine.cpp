@@ -24,8 +24,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
     Require(nBytes + params.size() <= sLine.size() + 1, "parameters from nowhere");
     Require(SplitCommandLine(sQuoted) == params, "quoted parameters split differently");
 
-    const CEmberdeckCommandLineInfo info =
-        ParseCommandLine(params, [&](const std::string& sName) { return ((nThere ^ sName.size()) & 1) != 0; });
+    const CEmberdeckCommandLineInfo info = ParseCommandLine(params, [&](const std::string& sName)
+                                                            { return ((nThere ^ sName.size()) & 1) != 0; });
     Require(info.m_Complaints.size() <= params.size() + 1, "complaints from nowhere");
     Require(!info.IsUpdateMode() || (info.m_bUpdateFx && !info.m_bShowSplash), "an update with a splash");
     for (const std::string& sParam : params)

@@ -74,7 +74,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
     Require(PlainCompress(pData, nSize) == encoded, "twin and encoder differ");
     EncodeStream(s_File.Path(), pData, nSize, nSeed);
     Require(s_File.Read() == std::string(encoded.begin(), encoded.end()), "stream and encoder differ");
-    Require(QSADecompress(encoded.data(), encoded.size(), decoded, nSize) && decoded == CBytes(pData, pData + nSize),
+    Require(QSADecompress(encoded.data(), encoded.size(), decoded, nSize) &&
+                decoded == CBytes(pData, pData + nSize),
             "what was encoded decodes to something else");
     return 0;
 }

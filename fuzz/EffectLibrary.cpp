@@ -17,13 +17,15 @@ void CheckPacked(CFuzzLibrary& library, const CEffectTypeTable& types, const cha
     Require(library.Pack(sBytes, pszTarget), "a loaded library doesn't pack");
     CPackedLibrary packed;
     bonfire::CPackedFile file;
-    if (!ReadPackedLibrary(sBytes, library.m_Module, packed, sError) || !ReadAsGame(sBytes, types, file, sError))
+    if (!ReadPackedLibrary(sBytes, library.m_Module, packed, sError) ||
+        !ReadAsGame(sBytes, types, file, sError))
     {
         std::fprintf(stderr, "%s\n", sError.c_str());
         Require(false, "a packed library can't be read");
     }
     Require(packed.m_Effects.size() == library.m_SpellMgr.Spells().size() &&
-                file.m_Effects.size() == packed.m_Effects.size() && file.m_Strings.size() == packed.m_Strings.size(),
+                file.m_Effects.size() == packed.m_Effects.size() &&
+                file.m_Strings.size() == packed.m_Strings.size(),
             "the packed library holds something else");
 }
 } // namespace

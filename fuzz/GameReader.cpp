@@ -8,4 +8,4 @@ namespace bonfire
 {
 #include "game/PackedFile.cpp"
 #include "game/PlugIn.cpp"
-}
+} // namespace bonfire

@@ -20,7 +20,8 @@ void DeriveSeeds(const std::filesystem::path& corpus, const std::string& sName, 
 {
     std::vector<uint8_t> compressed;
     QSACompress(reinterpret_cast<const uint8_t*>(sText.data()), sText.size(), compressed);
-    WriteSeed(corpus / "container" / sName, {reinterpret_cast<const char*>(compressed.data()), compressed.size()});
+    WriteSeed(corpus / "container" / sName,
+              {reinterpret_cast<const char*>(compressed.data()), compressed.size()});
     WriteSeed(corpus / "node_text" / sName, sText);
     static CTestModule s_Types;
     for (const char* pszTarget : {"PC", "Xenon"})
@@ -48,7 +49,8 @@ std::string TableSeed(uint8_t nTypes, uint8_t nKinds, uint8_t nFlags)
         s += char(nKinds);
         for (uint8_t k = 0; k < nKinds; ++k)
         {
-            s += Text("Prop" + std::to_string(k)) + Text(k % 2 ? "0;10" : "Add, Alpha") + "\1" + char(k + t * 5);
+            s += Text("Prop" + std::to_string(k)) + Text(k % 2 ? "0;10" : "Add, Alpha") + "\1" +
+                 char(k + t * 5);
             s += char(nFlags & 1);
             s += std::string(size_t(nFlags & 1), '\1') + char(nFlags >> 1) + Text(k % 3 ? "Alpha" : "1234");
         }

@@ -27,7 +27,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
         const CPackedEffect& effect = library.m_Effects[i];
         const bonfire::CEffect& other = file.m_Effects[i];
         Require(effect.m_sName == other.m_sName && effect.m_nOffset == other.m_nOffset &&
-                    effect.m_nPhaseLength == other.m_nPhaseLength && effect.m_Keys.size() == other.m_Keys.size(),
+                    effect.m_nPhaseLength == other.m_nPhaseLength &&
+                    effect.m_Keys.size() == other.m_Keys.size(),
                 "the readers differ on an effect");
         for (size_t k = 0; k < effect.m_Keys.size(); ++k)
             Require(effect.m_Keys[k].m_nID == other.m_Keys[k].m_nID &&

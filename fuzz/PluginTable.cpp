@@ -22,7 +22,8 @@ struct CWildTable
             m_Types[i].m_nNumProps = static_cast<uint32_t>(m_Props[i].size());
             m_Types[i].m_pProps = m_Props[i].empty() ? nullptr : m_Props[i].data();
         }
-        m_Table = {input.U32(), static_cast<uint32_t>(m_Types.size()), m_Types.empty() ? nullptr : m_Types.data()};
+        m_Table = {input.U32(), static_cast<uint32_t>(m_Types.size()),
+                   m_Types.empty() ? nullptr : m_Types.data()};
     }
 
     // Counts that no array stands behind. False: the table stays as it was.
@@ -124,7 +125,8 @@ void Exercise(CFuzzLibrary& library)
             for (uint32_t n = 0; n < key.GetNumProps(); ++n)
             {
                 const CEffectPropertyDesc& desc = key.m_pTypeDesc->m_pProps[n];
-                Require(DescName(desc).size() < EMBERDECK_NAME_SIZE && DescHelp(desc).size() < EMBERDECK_TEXT_SIZE,
+                Require(DescName(desc).size() < EMBERDECK_NAME_SIZE &&
+                            DescHelp(desc).size() < EMBERDECK_TEXT_SIZE,
                         "a text without an end");
                 SplitEnumList(DescData(desc).c_str());
                 GetPropTypeName(desc.m_eType);
@@ -162,9 +164,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
     for (const CEffectTypeDesc& type : wild.m_Types)
     {
         const CEffectTypeDesc* pFound = module.FindType(TypeName(type).c_str());
-        Require(pFound && TypeName(*pFound).size() == TypeName(type).size(), "a type isn't found by its name");
+        Require(pFound && TypeName(*pFound).size() == TypeName(type).size(),
+                "a type isn't found by its name");
         for (const CEffectPropertyDesc& desc : wild.m_Props[size_t(pFound - wild.m_Types.data())])
-            Require(module.FindPropertyIndex(pFound, DescName(desc)) >= 0, "a property isn't found by its name");
+            Require(module.FindPropertyIndex(pFound, DescName(desc)) >= 0,
+                    "a property isn't found by its name");
     }
     {
         CFuzzLibrary library(module);

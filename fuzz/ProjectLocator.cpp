@@ -63,7 +63,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
     CProjectInfo info;
     Require(LoadProjectFile(info, s_File.Path()), "a locator always loads");
     Require(info.m_sProjectDir == "/proc/self/fd\\", "the project directory comes from the file alone");
-    for (const std::string* pDir : {&info.m_sResourceRoot, &info.m_sToolsRoot, &info.m_sPCRoot, &info.m_sXenonRoot})
+    for (const std::string* pDir :
+         {&info.m_sResourceRoot, &info.m_sToolsRoot, &info.m_sPCRoot, &info.m_sXenonRoot})
         Require(IsSeparator(pDir->back()) && IsAbsolutePath(*pDir) && pDir->size() < 300, "no directory");
     for (const std::string* pFile : {&info.m_sFireglass, &info.m_sPCBinary, &info.m_sXenonWorking})
         Require(!pFile->empty() && pFile->size() < 300, "no file");

@@ -19,6 +19,8 @@ bool ReadWholeFile(const std::string& sPath, std::string& sContent, uint64_t nMa
 // The mode of an existing file is kept, a link stays and its target is replaced, a device or pipe is
 // written to directly. A file that can't be written, or has no write bit, fails and stays.
 bool WriteFileSafely(const std::string& sPath, const std::string& sContent);
+// What the names of those temporary files begin with. One that a killed program has left serves nobody.
+constexpr const char* c_szSafeWritePrefix = ".ember-";
 bool RemoveFile(const std::string& sPath);      // no directories; a link itself, not its target
 bool MakeDirectories(const std::string& sPath); // with all above; true when it is there already
 

@@ -61,7 +61,7 @@ CFileHandle OpenBeside(const std::string& sTarget, std::string& sTemporary)
     static std::atomic<unsigned> s_nCounter{0};
     for (int i = 0; i < c_nMaxNames; ++i)
     {
-        sTemporary = FolderOf(sTarget) + "/.ember-" + std::to_string(getpid()) + '-' +
+        sTemporary = FolderOf(sTarget) + '/' + c_szSafeWritePrefix + std::to_string(getpid()) + '-' +
                      std::to_string(s_nCounter.fetch_add(1));
         CFileHandle file(open(sTemporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
         if (file.IsOpen() || errno != EEXIST)

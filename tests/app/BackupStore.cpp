@@ -73,3 +73,24 @@ TEST(BackupStore, StandsDamageAndStaysWithinItsSize)
     EXPECT_EQ("", blocked.Keep(sSecond));
     EXPECT_NE("", blocked.GetLastProblem());
 }
+
+TEST(BackupStore, SharesItsFolderWithOtherPrograms)
+{
+    CTempDir dir;
+    CBackupStore editor(dir.path("store")), batch(dir.path("store"));
+    const std::string sFile = dir.write("Smoke.Fx00a", "whole");
+    editor.Keep(sFile);
+    WriteBytes(sFile, "cut");
+    batch.Keep(sFile); // as a recovery does
+    WriteBytes(sFile, "whole");
+    editor.Keep(sFile);
+    EXPECT_EQ("whole", ReadBytes(batch.List(sFile)[0].m_sBackup)) << "what a recovery takes first";
+
+    // What a killed program has left goes in time.
+    dir.write("store/.ember-1-1", "young");
+    std::filesystem::last_write_time(dir.write("store/.ember-1-0", "old"),
+                                     std::filesystem::file_time_type::clock::now() - std::chrono::hours(2));
+    CBackupStore(dir.path("store")).Keep(dir.write("other", "x"));
+    EXPECT_FALSE(dir.has("store/.ember-1-0"));
+    EXPECT_TRUE(dir.has("store/.ember-1-1"));
+}

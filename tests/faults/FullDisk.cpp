@@ -35,10 +35,7 @@ private:
 class CPlainUser
 {
 public:
-    CPlainUser() : m_nUser(geteuid())
-    {
-        m_bPlain = m_nUser != 0 || seteuid(65534) == 0;
-    }
+    CPlainUser() : m_nUser(geteuid()) { m_bPlain = m_nUser != 0 || seteuid(65534) == 0; }
     ~CPlainUser()
     {
         if (m_nUser == 0)
@@ -103,7 +100,8 @@ TEST(FullDisk, APackThatFailsInTheMiddleIsToldAndLeavesNothingToPlay)
         EXPECT_EQ(1, bench.prompts.m_nFailures);
         CPackedLibrary library;
         std::string sError;
-        EXPECT_FALSE(ReadPackedLibrary(ReadBytes(bench.path("file.Fx00p")), pApp->m_EffectModule, library, sError));
+        EXPECT_FALSE(
+            ReadPackedLibrary(ReadBytes(bench.path("file.Fx00p")), pApp->m_EffectModule, library, sError));
     }
     EXPECT_TRUE(pApp->PackEffects());
     EXPECT_EQ(sPacked, ReadBytes(bench.path("file.Fx00p")));

@@ -45,8 +45,9 @@ std::string SavedText(const CTestLibrary& library, const std::string& sPath)
 std::unique_ptr<CTestLibrary> SmallLibrary(const std::shared_ptr<CTestModule>& pModule)
 {
     auto pLibrary = std::make_unique<CTestLibrary>(pModule);
-    BuildLibrary(aLibrary(pLibrary->Module(), pLibrary->m_SpellMgr, pLibrary->m_EffectTree, pLibrary->m_PrefabTree), 2,
-                 "Old");
+    BuildLibrary(
+        aLibrary(pLibrary->Module(), pLibrary->m_SpellMgr, pLibrary->m_EffectTree, pLibrary->m_PrefabTree), 2,
+        "Old");
     return pLibrary;
 }
 } // namespace
@@ -102,8 +103,11 @@ TEST(OutOfMemory, ASaveOrAPackIsWholeOrFails)
     };
     Check([&] { return SaveEffectLibrary(sPath.c_str(), pLibrary->m_EffectTree, pLibrary->m_PrefabTree); });
     for (const char* pszTarget : {"PC", "Xenon"})
-        Check([&]
-              { return PackEffectLibrary(sPath.c_str(), pLibrary->m_SpellMgr, pLibrary->Module(), nullptr, pszTarget); });
+        Check(
+            [&] {
+                return PackEffectLibrary(sPath.c_str(), pLibrary->m_SpellMgr, pLibrary->Module(), nullptr,
+                                         pszTarget);
+            });
 }
 
 TEST(OutOfMemory, ASaveOfTheApplicationLosesNothing)
@@ -129,7 +133,9 @@ TEST(OutOfMemory, ASaveOfTheApplicationLosesNothing)
             EXPECT_TRUE(bench.CanHave("file.Fx00a", sOld));
         }
     };
-    EXPECT_GT(EachFault(prepare, [&] { return pApp->SaveEffectFile(); }, check), 100u);
+    EXPECT_GT(EachFault(
+                  prepare, [&] { return pApp->SaveEffectFile(); }, check),
+              100u);
 
     ASSERT_TRUE(pApp->PackEffects());
     const std::string sPacked = ReadBytes(bench.path("file.Fx00p"));
@@ -141,7 +147,9 @@ TEST(OutOfMemory, ASaveOfTheApplicationLosesNothing)
             EXPECT_EQ(sPacked, ReadBytes(bench.path("file.Fx00p")));
         }
     };
-    EXPECT_GT(EachFault(prepare, [&] { return pApp->PackEffects(); }, checkPack), 20u);
+    EXPECT_GT(EachFault(
+                  prepare, [&] { return pApp->PackEffects(); }, checkPack),
+              20u);
 }
 
 TEST(OutOfMemory, AnOpenThatFailsLeavesNothingToSaveOverTheFile)
@@ -163,5 +171,7 @@ TEST(OutOfMemory, AnOpenThatFailsLeavesNothingToSaveOverTheFile)
         }
         pApp.reset();
     };
-    EXPECT_GT(EachFault(prepare, [&] { return pApp->OpenEffectFile(sPath.c_str()); }, check), 200u);
+    EXPECT_GT(EachFault(
+                  prepare, [&] { return pApp->OpenEffectFile(sPath.c_str()); }, check),
+              200u);
 }

@@ -241,7 +241,7 @@ TEST(SaveAndLoad, NumbersAreRoundedCorrectly)
         if (std::isnan(fValue))
             continue;
         char szLine[128];
-        std::snprintf(szLine, sizeof(szLine), "\t\t%.6f\r\n", double(fValue));
+        std::snprintf(szLine, sizeof(szLine), "\t\t( x %.6f )\r\n", double(fValue));
         sExpected += szLine;
     }
     const bool bComma = std::setlocale(LC_NUMERIC, "de_DE.UTF-8") != nullptr;
@@ -252,9 +252,7 @@ TEST(SaveAndLoad, NumbersAreRoundedCorrectly)
         {
             if (std::isnan(fValue))
                 continue;
-            out.Begin(2);
-            out.AddFixed(fValue);
-            out.End();
+            out.ValueLine(2, "x", fValue);
         }
     }
     if (bComma)

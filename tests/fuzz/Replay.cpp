@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <random>
@@ -78,7 +78,8 @@ private:
     const std::string& Pick() { return m_Inputs[Below(m_Inputs.size())]; }
     void Change(std::string& s)
     {
-        static const char* const c_Bytes[] = {"\xFF\xFF\xFF\xFF", "\x7F", "\x80", "(", ")", "\"", "\n", "=", "]", "\\"};
+        static const char* const c_Bytes[] = {
+            "\xFF\xFF\xFF\xFF", "\x7F", "\x80", "(", ")", "\"", "\n", "=", "]", "\\"};
         const size_t nAt = Below(s.size()), nLen = 1 + Below(Below(2) ? 8 : 200);
         switch (Below(7))
         {

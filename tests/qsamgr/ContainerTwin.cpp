@@ -51,6 +51,15 @@ void ExpectSameDecoding(const CTempDir& dir, const Bytes& file, uint32_t nSeed)
     const bool bOpens = PlainDecompress(file.data(), file.size(), expected);
     ASSERT_EQ(bOpens, QSADecompress(file.data(), file.size(), data)) << nSeed;
     ASSERT_EQ(expected, data) << nSeed << ", in memory";
+    size_t nLen = 0;
+    data.assign(expected.size() + nSeed % 3, 0xEE);
+    ASSERT_EQ(bOpens, QSADecompress(file.data(), file.size(), data.data(), data.size(), nLen)) << nSeed;
+    data.resize(nLen);
+    ASSERT_EQ(expected, data) << nSeed << ", into given memory";
+    if (!expected.empty())
+    {
+        ASSERT_FALSE(QSADecompress(file.data(), file.size(), data.data(), data.size() - 1, nLen)) << nSeed;
+    }
     const std::string sPath = dir.write("f", std::string(file.begin(), file.end()));
     ASSERT_EQ(expected, ReadMixed(sPath, 1 + nSeed % 50 * 21, 1 + nSeed * 7 % 5000))
         << nSeed << ", from a file";

@@ -6,6 +6,7 @@
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
+#include <random>
 
 namespace
 {
@@ -42,6 +43,105 @@ TEST(NodeWriting, GivesTheseBytes)
     const std::string sSaved = Saved(sDeep + "v");
     EXPECT_EQ(sExpected + "v )\n" + std::string(38, '\t') + ")\n",
               sSaved.substr(0, sExpected.size() + 4 + 38 + 2));
+}
+
+namespace
+{
+// The same list by one value at a time.
+void WriteSlowly(const CQSANode& node, CQSAWriter& writer)
+{
+    writer.BeginNode();
+    for (uint32_t i = 0; i < node.GetNumElements(); ++i)
+    {
+        const CQSANode& element = *node.GetElement(i);
+        if (element.IsAtom())
+            writer.Write(element.GetValue(), element.IsString());
+        else
+            WriteSlowly(element, writer);
+    }
+    writer.EndNode();
+}
+
+// Atoms around the length that a node holds and the writer's longest piece, lists of every size.
+CQSANode* RandomTree(std::mt19937& random, uint32_t nDepth, CQSAAllocator& alloc)
+{
+    constexpr size_t c_aLengths[] = {0, 1, 10, 11, 12, 13, 40, 1023, 4095, 4096, 4097, 40000};
+    CQSANode* pNode = alloc.AllocateNode();
+    if (nDepth > 0 && random() % 3 != 0)
+    {
+        const std::string sText(c_aLengths[random() % (random() % 40 == 0 ? 12 : 7)],
+                                char('a' + random() % 26));
+        pNode->SetValue(sText.c_str(), sText.empty() || random() % 2 == 0, &alloc);
+        return pNode;
+    }
+    const uint32_t nCount = nDepth < 40 ? random() % (nDepth < 4 ? 9 : 3) : 0;
+    pNode->AllocateElements(nCount, &alloc);
+    for (uint32_t i = 0; i < nCount; ++i)
+        pNode->SetElement(RandomTree(random, nDepth + 1, alloc), i);
+    return pNode;
+}
+} // namespace
+
+TEST(NodeWriting, WholeTreesComeAsValueByValue)
+{
+    CTempDir dir;
+    std::mt19937 random(5);
+    for (int i = 0; i < 60; ++i)
+    {
+        // As it is built, and as the loader makes it of its text.
+        CQSADefaultAlloc alloc;
+        CQSALoadOnlyAlloc loadAlloc(2000);
+        CQSANode* pTree = RandomTree(random, 0, alloc);
+        CQSATextLayout layout;
+        CQSATextBuffer buffer, again;
+        ASSERT_TRUE(QSASaveText(*pTree, layout, buffer));
+        CRoot root(loadAlloc);
+        ASSERT_TRUE(QSALoadText(buffer.GetText().data(), buffer.GetText().size(), &root, &loadAlloc));
+        layout = {};
+        ASSERT_TRUE(QSASaveText(*root.GetElement(0), layout, again));
+
+        CQSAFile slow(dir.path("slow").c_str(), false, false, false),
+            fast(dir.path("fast").c_str(), false, false, false);
+        CQSAWriter slowWriter(&slow), fastWriter(&fast);
+        if (i % 2 != 0)
+        {
+            slowWriter.Write("before", false);
+            fastWriter.Write("before", false);
+        }
+        for (int n = 0; n < 2; ++n)
+        {
+            WriteSlowly(*pTree, slowWriter);
+            EXPECT_TRUE(CQSANodeWriter::SaveNode(pTree, &fastWriter));
+            slowWriter.Write("behind", true);
+            fastWriter.Write("behind", true);
+        }
+        ASSERT_TRUE(slowWriter.Close() && fastWriter.Close());
+        const std::string sSlow = ReadBytes(dir.path("slow"));
+        EXPECT_TRUE(sSlow == ReadBytes(dir.path("fast")));
+        EXPECT_TRUE(i % 2 != 0 || sSlow.starts_with(buffer.GetText()));
+        if (buffer.GetText().size() < 4000) // no atom that the loader cuts
+        {
+            EXPECT_EQ(buffer.GetText(), again.GetText());
+        }
+        alloc.FreeNode(pTree);
+    }
+}
+
+TEST(NodeWriting, EndsBeforeAnEmptySlot)
+{
+    CAssertCatcher catcher;
+    CQSADefaultAlloc alloc;
+    CRoot list(alloc);
+    ASSERT_TRUE(list.AllocateElements(2, &alloc));
+    CQSANode* pAtom = alloc.AllocateNode();
+    ASSERT_TRUE(pAtom->SetValue("a", true, &alloc));
+    list.SetElement(pAtom, 0);
+    CQSATextLayout layout;
+    CQSATextBuffer buffer;
+    EXPECT_FALSE(QSASaveText(list, layout, buffer));
+    EXPECT_EQ("pNode|", catcher.Take());
+    EXPECT_EQ("\t(\"a\" ", buffer.GetText());
+    EXPECT_TRUE(layout.m_nDepth == 1 && layout.m_bValueWritten && !layout.m_bNeedTab);
 }
 
 TEST(NodeWriting, ReportsMisuse)

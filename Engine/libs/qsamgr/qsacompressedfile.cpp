@@ -219,7 +219,7 @@ bool QSADecompress(const uint8_t* pFile, size_t nSize, uint8_t* pOut, size_t nRo
     if (!HasHeader(pFile, nSize))
         return false;
     CPackedStream stream = StreamOf(pFile, nSize);
-    nLen = stream.Decode(pOut, nRoom, 0);
-    uint8_t nMore;
+    uint8_t nMore = 0;
+    nLen = stream.Decode(nRoom != 0 ? pOut : &nMore, nRoom, 0);
     return nLen < nRoom || stream.Decode(&nMore, 1, 0) == 0;
 }

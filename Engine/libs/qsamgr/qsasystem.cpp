@@ -35,17 +35,11 @@ void QSARemoveFile(const char* pszPath)
         std::remove(pszPath);
 }
 
-void QSAAdviseLargePages(void* pMemory, size_t nSize)
+void QSAAdviseLargePages([[maybe_unused]] void* pMemory, [[maybe_unused]] size_t nSize)
 {
 #if defined(MADV_HUGEPAGE)
-    // Whole pages inside the range only: what lies around it belongs to others.
+    // Whole pages inside the range only: what lies behind it belongs to others.
     constexpr uintptr_t c_nPage = 4096;
-    const uintptr_t nStart = (reinterpret_cast<uintptr_t>(pMemory) + c_nPage - 1) & ~(c_nPage - 1);
-    const uintptr_t nEnd = (reinterpret_cast<uintptr_t>(pMemory) + nSize) & ~(c_nPage - 1);
-    if (nStart < nEnd)
-        madvise(reinterpret_cast<void*>(nStart), nEnd - nStart, MADV_HUGEPAGE);
-#else
-    (void)pMemory;
-    (void)nSize;
+    madvise(pMemory, nSize & ~(c_nPage - 1), MADV_HUGEPAGE);
 #endif
 }

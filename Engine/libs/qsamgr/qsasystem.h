@@ -14,6 +14,7 @@ bool QSACreateTempFile(char* pszPath, uint32_t nSize);
 void QSARemoveFile(const char* pszPath);
 
 // Asks for large pages under memory that is about to be filled from its ends: the first touch of a page is
-// what a cold load spends most of its time on. Only advice, and only for sizes of several megabytes: a large
-// page that is touched counts whole.
+// what a cold load spends most of its time on. Only advice, and only for memory that begins at a multiple of
+// c_nQSALargePage: a large page that is touched counts whole.
+constexpr size_t c_nQSALargePage = 2u << 20;
 void QSAAdviseLargePages(void* pMemory, size_t nSize);

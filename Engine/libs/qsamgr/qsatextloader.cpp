@@ -36,7 +36,9 @@ public:
     CTreeArena(CQSALoadOnlyAlloc& alloc, size_t nExpectedText)
         : m_Alloc(alloc),
           m_nChunkSize(
-              std::max<size_t>(alloc.GetBlockSize(), std::min(nExpectedText, c_nMaxChunk) * c_nTreePerText))
+              std::max<size_t>(alloc.GetBlockSize(),
+                               static_cast<size_t>(static_cast<double>(std::min(nExpectedText, c_nMaxChunk)) *
+                                                   c_fTreePerText)))
     {
     }
 
@@ -87,15 +89,20 @@ private:
     // Chunks double up to this size. What a last chunk doesn't use is never touched, and so costs no memory.
     static constexpr size_t c_nMaxChunk = 32u << 20;
     // Bytes of tree for a byte of usual text, a little generous.
-    static constexpr size_t c_nTreePerText = 2;
-    // From here on large pages pay.
-    static constexpr size_t c_nLargeChunk = 4u << 20;
+    static constexpr double c_fTreePerText = 1.5;
+    // From here on large pages pay: what of one stays empty is less than its half.
+    static constexpr size_t c_nLargeChunk = c_nQSALargePage / 2;
 
     bool HasRoom(size_t nSize)
     {
         return static_cast<size_t>(m_pBack - m_pFront) >= nSize || StartChunk(nSize);
     }
     bool StartChunk(size_t nNeeded);
+    char* TakeLarge(size_t& nSize);
+    char* Take(size_t nSize)
+    {
+        return static_cast<char*>(m_Alloc.AllocateAligned(static_cast<uint32_t>(nSize)));
+    }
 
     CQSALoadOnlyAlloc& m_Alloc;
     size_t m_nChunkSize;
@@ -111,21 +118,32 @@ bool CTreeArena::StartChunk(size_t nNeeded)
     nNeeded =
         (nNeeded + sizeof(CQSANode) - 1) / sizeof(CQSANode) * sizeof(CQSANode) + sizeof(CQSANode::SOwner);
     size_t nSize = std::max(m_nChunkSize, nNeeded);
-    void* pChunk = m_Alloc.AllocateAligned(static_cast<uint32_t>(nSize));
+    char* pChunk = nSize >= c_nLargeChunk ? TakeLarge(nSize) : Take(nSize);
     if (pChunk == nullptr && nSize > nNeeded)
     {
         nSize = nNeeded; // the last memory goes further in small pieces
-        pChunk = m_Alloc.AllocateAligned(static_cast<uint32_t>(nSize));
+        pChunk = Take(nSize);
     }
     if (pChunk == nullptr)
         return false;
-    if (nSize >= c_nLargeChunk)
-        QSAAdviseLargePages(pChunk, nSize);
     m_nChunkSize = std::max(m_nChunkSize, std::min(m_nChunkSize * 2, c_nMaxChunk));
     m_pOwner = new (pChunk) CQSANode::SOwner{&m_Alloc};
-    m_pFront = static_cast<char*>(pChunk) + sizeof(CQSANode::SOwner);
-    m_pBack = static_cast<char*>(pChunk) + nSize;
+    m_pFront = pChunk + sizeof(CQSANode::SOwner);
+    m_pBack = pChunk + nSize;
     return true;
+}
+
+// Whole large pages, nSize or more. What lies before and behind them is never touched.
+char* CTreeArena::TakeLarge(size_t& nSize)
+{
+    const size_t nWhole = (nSize + c_nQSALargePage - 1) / c_nQSALargePage * c_nQSALargePage;
+    char* pMemory = Take(nWhole + c_nQSALargePage);
+    if (pMemory == nullptr)
+        return nullptr;
+    nSize = nWhole;
+    pMemory += -reinterpret_cast<uintptr_t>(pMemory) % c_nQSALargePage;
+    QSAAdviseLargePages(pMemory, nSize);
+    return pMemory;
 }
 
 // The nodes that wait for their list to close, and where each open list began among them.

@@ -32,8 +32,9 @@ EAnswer ShowMessage(IPrompts& prompts, const CMessage& message, std::initializer
 void ShowFailure(IPrompts& prompts, const CMessage& message, const char* pszFirst,
                  const char* pszSecond) noexcept
 {
-    const auto show = [&]
-    { ShowMessage(prompts, message, {pszFirst ? pszFirst : "", pszSecond ? pszSecond : ""}); };
+    const auto show = [&] {
+        ShowMessage(prompts, message, {pszFirst ? pszFirst : "", pszSecond ? pszSecond : ""});
+    };
     // Texts as short as these lie within the string itself.
     if (!TryAllocating(show))
         TryAllocating([&] { prompts.Ask("Out of memory.", "Error", EButtons::eOk, EIcon::eStop); });

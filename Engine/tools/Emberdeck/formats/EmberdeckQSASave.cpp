@@ -75,43 +75,28 @@ void WritePropertyValue(CLineWriter& out, uint32_t nDepth, const CEffectProperty
     }
     if (eType == ePropType_Int)
     {
-        out.IntLine(nDepth, "data", data.GetInt());
-        return;
+        out.ValueLine(nDepth, "data", data.GetInt());
     }
-    if (eType != ePropType_Float && eType != ePropType_Vector && eType != ePropType_Color)
+    else if (eType == ePropType_Float)
     {
-        QS_ASSERT_FORCED("Error: Unexpected property value");
-        return;
-    }
-
-    out.Begin(nDepth);
-    out.Add("( data ");
-    if (eType == ePropType_Float)
-    {
-        out.AddFixed(data.GetFloat());
+        out.ValueLine(nDepth, "data", data.GetFloat());
     }
     else if (eType == ePropType_Vector)
     {
         const CVector3 v = data.GetVector();
-        out.AddFixed(v.x);
-        out.Add(" ");
-        out.AddFixed(v.y);
-        out.Add(" ");
-        out.AddFixed(v.z);
+        out.ValueLine(nDepth, "data", v.x, v.y, v.z);
+    }
+    else if (eType == ePropType_Color)
+    {
+        const uint32_t nColor = data.GetColor();
+        const auto Channel = [](uint32_t nChannel) { return static_cast<int32_t>(nChannel); };
+        out.ValueLine(nDepth, "data", Channel(PropColorRed(nColor)), Channel(PropColorGreen(nColor)),
+                      Channel(PropColorBlue(nColor)), Channel(PropColorAlpha(nColor)));
     }
     else
     {
-        const uint32_t nColor = data.GetColor();
-        out.AddInt(static_cast<int32_t>(PropColorRed(nColor)));
-        out.Add(" ");
-        out.AddInt(static_cast<int32_t>(PropColorGreen(nColor)));
-        out.Add(" ");
-        out.AddInt(static_cast<int32_t>(PropColorBlue(nColor)));
-        out.Add(" ");
-        out.AddInt(static_cast<int32_t>(PropColorAlpha(nColor)));
+        QS_ASSERT_FORCED("Error: Unexpected property value");
     }
-    out.Add(" )");
-    out.End();
 }
 
 void WriteProperty(CLineWriter& out, uint32_t nDepth, const CEffectProperty* pProp)
@@ -127,11 +112,7 @@ void WriteProperty(CLineWriter& out, uint32_t nDepth, const CEffectProperty* pPr
     {
         const CPropKey* pPropKey = pProp->GetKey(i);
         out.Line(nDepth + 2, "( value");
-        out.Begin(nDepth + 3);
-        out.Add("( time ");
-        out.AddFixed(pPropKey->m_fTime);
-        out.Add(" )");
-        out.End();
+        out.ValueLine(nDepth + 3, "time", pPropKey->m_fTime);
         WritePropertyValue(out, nDepth + 3, pProp, pPropKey);
         out.Line(nDepth + 2, ")");
     }
@@ -186,7 +167,7 @@ public:
         const auto& spell = *static_cast<const CSpell*>(pData);
         m_Out.Line(nDepth, "( effect");
         m_Out.TextLine(nDepth + 1, "name", spell.m_szName);
-        m_Out.IntLine(nDepth + 1, "length", spell.m_Tracks.m_nPhaseLength);
+        m_Out.ValueLine(nDepth + 1, "length", spell.m_Tracks.m_nPhaseLength);
         m_Out.Line(nDepth + 1, "( key-list");
         for (const auto& pTrack : spell.m_Tracks.Tracks())
         {
@@ -206,16 +187,16 @@ private:
         m_Out.TextLine(nDepth + 1, "name", key.m_sName);
         m_Out.TextLine(nDepth + 1, "type", BoundedText(key.m_pTypeDesc->m_szName));
         // Unsigned numbers go out as signed ones and come back the same.
-        m_Out.IntLine(nDepth + 1, "id", static_cast<int32_t>(key.m_nKeyID));
-        m_Out.IntLine(nDepth + 1, "start-time", key.m_nStartTime);
-        m_Out.IntLine(nDepth + 1, "end-time", key.m_nEndTime);
-        m_Out.IntLine(nDepth + 1, "track", static_cast<int32_t>(key.m_nTrack));
+        m_Out.ValueLine(nDepth + 1, "id", static_cast<int32_t>(key.m_nKeyID));
+        m_Out.ValueLine(nDepth + 1, "start-time", key.m_nStartTime);
+        m_Out.ValueLine(nDepth + 1, "end-time", key.m_nEndTime);
+        m_Out.ValueLine(nDepth + 1, "track", static_cast<int32_t>(key.m_nTrack));
         if (key.GetParent())
             m_Out.TextLine(nDepth + 1, "parent", key.GetParent()->m_sName);
         if (key.m_bMotionLinked)
         {
             m_Out.Line(nDepth + 1, "( motion-link");
-            m_Out.IntLine(nDepth + 2, "id", static_cast<int32_t>(key.m_nMotionLinkID));
+            m_Out.ValueLine(nDepth + 2, "id", static_cast<int32_t>(key.m_nMotionLinkID));
             m_Out.Line(nDepth + 1, ")");
         }
         m_Out.Line(nDepth + 1, "( properties");
@@ -229,7 +210,7 @@ private:
 void WriteTrees(CLineWriter& out, const CLibraryTree& effectTree, const CLibraryTree& prefabTree)
 {
     out.Line(0, "( header");
-    out.IntLine(1, "version", c_nFormatVersion);
+    out.ValueLine(1, "version", c_nFormatVersion);
     out.Line(0, ")");
 
     CPrefabWriter prefabs(out);

@@ -1,12 +1,12 @@
 #include "formats/LineWriter.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
-#include <cstring>
 
 #include "qsamgr/qsafile.h"
-#include "qsassert.h"
 #include "qsnumber.h"
 
 namespace
@@ -16,131 +16,102 @@ namespace
 constexpr size_t c_nMaxFixed = 64;
 constexpr size_t c_nMaxInt = 16;
 
-// Six digits, from the last one back.
-void PutSixDigits(char* pszDst, uint32_t nValue)
+constexpr auto c_aTwoDigits = []
 {
-    for (int i = 5; i >= 0; --i)
+    std::array<char, 200> digits{};
+    for (size_t i = 0; i < 100; ++i)
     {
-        pszDst[i] = static_cast<char>('0' + nValue % 10);
-        nValue /= 10;
+        digits[2 * i] = static_cast<char>('0' + i / 10);
+        digits[2 * i + 1] = static_cast<char>('0' + i % 10);
     }
+    return digits;
+}();
+
+char* PutTwoDigits(char* pNext, uint32_t nValue)
+{
+    std::memcpy(pNext, &c_aTwoDigits[2 * nValue], 2);
+    return pNext + 2;
 }
 
-// A float has 24 bits and a million 20, so their product is exact in a double, and rounding it to a whole
-// number, ties to even, is the correct rounding of the decimal text. Gives the end of the text.
-char* PutFixed(char* pszDst, float fValue)
+char* PutWhole(char* pNext, uint64_t nValue)
 {
-    constexpr float c_fLimit = 1e9f;
-    if (!(std::fabs(fValue) < c_fLimit))
-        return pszDst + QSFormatFixed(pszDst, c_nMaxFixed, double(fValue), 6);
-
-    if (std::signbit(fValue))
-        *pszDst++ = '-';
-    const uint64_t nMillionths = static_cast<uint64_t>(std::llrint(std::fabs(double(fValue)) * 1000000.0));
-    pszDst = std::to_chars(pszDst, pszDst + c_nMaxInt, nMillionths / 1000000).ptr;
-    *pszDst++ = '.';
-    PutSixDigits(pszDst, static_cast<uint32_t>(nMillionths % 1000000));
-    return pszDst + 6;
+    if (nValue < 10)
+    {
+        *pNext = static_cast<char>('0' + nValue);
+        return pNext + 1;
+    }
+    return std::to_chars(pNext, pNext + c_nMaxInt, nValue).ptr;
 }
 
 } // namespace
 
 CLineWriter::CLineWriter(CQSAFile* pFile)
     : m_pFile(pFile),
-      m_pBuffer(std::make_unique_for_overwrite<char[]>(c_nBufferSize))
+      m_pBuffer(std::make_unique_for_overwrite<char[]>(c_nBufferSize)),
+      m_pNext(m_pBuffer.get()),
+      m_pEnd(m_pNext + c_nBufferSize)
 {
 }
 
-void CLineWriter::Line(uint32_t nDepth, std::string_view sText)
+// Nothing limits the depth of groups, so the tabs alone may fill the buffer.
+char* CLineWriter::BeginSlowly(uint32_t nDepth)
 {
-    Begin(nDepth);
-    Add(sText);
-    End();
-}
-
-void CLineWriter::IntLine(uint32_t nDepth, std::string_view sName, int32_t nValue)
-{
-    Begin(nDepth);
-    Add("( ");
-    Add(sName);
-    Add(" ");
-    AddInt(nValue);
-    Add(" )");
-    End();
-}
-
-void CLineWriter::TextLine(uint32_t nDepth, std::string_view sName, std::string_view sText)
-{
-    Begin(nDepth);
-    Add("( ");
-    Add(sName);
-    Add(" ");
-    AddText(sText);
-    Add(" )");
-    End();
-}
-
-void CLineWriter::Begin(uint32_t nDepth)
-{
-    m_nMaxDepth = std::max(m_nMaxDepth, nDepth);
-    PutTabs(nDepth);
-    if (c_nBufferSize - m_nUsed < c_nMaxLine)
-        Flush();
-}
-
-void CLineWriter::PutTabs(uint32_t nCount)
-{
-    while (nCount > 0)
+    while (nDepth > 0)
     {
-        if (m_nUsed == c_nBufferSize)
+        if (m_pNext == m_pEnd)
             Flush();
-        const size_t nPart = std::min<size_t>(nCount, c_nBufferSize - m_nUsed);
-        std::memset(m_pBuffer.get() + m_nUsed, '\t', nPart);
-        m_nUsed += nPart;
-        nCount -= static_cast<uint32_t>(nPart);
+        const size_t nPart = std::min<size_t>(nDepth, static_cast<size_t>(m_pEnd - m_pNext));
+        std::memset(m_pNext, '\t', nPart);
+        m_pNext += nPart;
+        nDepth -= static_cast<uint32_t>(nPart);
     }
+    if (static_cast<size_t>(m_pEnd - m_pNext) < c_nMaxLine)
+        Flush();
+    return m_pNext;
 }
 
-void CLineWriter::Add(std::string_view sPiece)
+char* CLineWriter::PutNumber(char* pNext, int32_t nValue)
 {
-    const size_t nPart = std::min(sPiece.size(), c_nBufferSize - m_nUsed);
-    QS_ASSERT(nPart == sPiece.size());
-    std::memcpy(m_pBuffer.get() + m_nUsed, sPiece.data(), nPart);
-    m_nUsed += nPart;
+    return std::to_chars(pNext, pNext + c_nMaxInt, nValue).ptr;
 }
 
-void CLineWriter::AddInt(int32_t nValue)
+char* CLineWriter::PutNumber(char* pNext, float fValue)
 {
-    char szText[c_nMaxInt];
-    const char* pszEnd = std::to_chars(szText, szText + sizeof(szText), nValue).ptr;
-    Add({szText, static_cast<size_t>(pszEnd - szText)});
+    constexpr float c_fLimit = 1e9f;
+    if (!(std::fabs(fValue) < c_fLimit))
+        return pNext + QSFormatFixed(pNext, c_nMaxFixed, double(fValue), 6);
+
+    *pNext = '-';
+    pNext += std::signbit(fValue);
+    // A float has 24 bits and a million 20, so their product is exact in a double, and rounding it to a whole
+    // number, ties to even, is the correct rounding of the decimal text. The sum rounds so: it lies where
+    // doubles are whole numbers, and its low bits are the one that is looked for.
+    constexpr double c_fWhole = 4503599627370496.0; // 2^52
+    const double fSum = std::fabs(double(fValue)) * 1000000.0 + c_fWhole;
+    const uint64_t nMillionths = std::bit_cast<uint64_t>(fSum) & ((uint64_t(1) << 52) - 1);
+    const auto nDecimals = static_cast<uint32_t>(nMillionths % 1000000);
+    pNext = PutWhole(pNext, nMillionths / 1000000);
+    *pNext++ = '.';
+    pNext = PutTwoDigits(pNext, nDecimals / 10000);
+    pNext = PutTwoDigits(pNext, nDecimals / 100 % 100);
+    return PutTwoDigits(pNext, nDecimals % 100);
 }
 
-void CLineWriter::AddFixed(float fValue)
+char* CLineWriter::PutText(char* pNext, std::string_view sText)
 {
-    char szText[c_nMaxFixed];
-    const char* pszEnd = PutFixed(szText, fValue);
-    Add({szText, static_cast<size_t>(pszEnd - szText)});
-}
-
-void CLineWriter::AddText(std::string_view sText)
-{
-    sText = sText.substr(0, std::min(sText.find('\0'), c_nMaxText));
-    Add("\"");
-    const size_t nStart = m_nUsed;
-    Add(sText);
-    std::replace(m_pBuffer.get() + nStart, m_pBuffer.get() + m_nUsed, '"', '\'');
-    Add("\"");
-}
-
-void CLineWriter::End()
-{
-    Add("\r\n");
+    for (const char c : sText.substr(0, c_nMaxText))
+    {
+        if (c == '\0')
+            break;
+        *pNext++ = c == '"' ? '\'' : c;
+    }
+    return pNext;
 }
 
 void CLineWriter::Flush()
 {
-    if (m_pFile && m_nUsed > 0)
-        m_pFile->WriteBlock(m_pBuffer.get(), static_cast<uint32_t>(m_nUsed));
-    m_nUsed = 0;
+    const auto nUsed = static_cast<uint32_t>(m_pNext - m_pBuffer.get());
+    if (m_pFile && nUsed > 0)
+        m_pFile->WriteBlock(m_pBuffer.get(), nUsed);
+    m_pNext = m_pBuffer.get();
 }

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string_view>
 
@@ -12,6 +13,9 @@ class CQSAFile;
 // aren't kept: the file's Close tells of a failure.
 //
 // Without a file nothing is written, and only the depth is measured.
+//
+// Words and names are literals of a few dozen bytes, which the compiler copies as numbers. Within a line the
+// place to write to is a local variable: behind a byte that is stored a member would have to be read again.
 class CLineWriter
 {
 public:
@@ -25,23 +29,30 @@ public:
     CLineWriter& operator=(const CLineWriter&) = delete;
 
     // A whole line, as it stands.
-    void Line(uint32_t nDepth, std::string_view sText);
-    // ( NAME VALUE ) with a decimal number.
-    void IntLine(uint32_t nDepth, std::string_view sName, int32_t nValue);
-    // ( NAME "TEXT" ), see AddText.
-    void TextLine(uint32_t nDepth, std::string_view sName, std::string_view sText);
-
-    // A line piece by piece: Begin, pieces, End. The pieces of one line take less than c_nMaxLine bytes.
-    static constexpr size_t c_nMaxLine = 2048;
-    void Begin(uint32_t nDepth);
-    void Add(std::string_view sPiece);
-    void AddInt(int32_t nValue);
-    // With six decimals, correctly rounded, the same under every locale.
-    void AddFixed(float fValue);
-    // Between quotes. A text is cut where the reader would cut it, at a NUL and behind c_nMaxText bytes,
+    template <size_t N>
+    void Line(uint32_t nDepth, const char (&szLine)[N])
+    {
+        char* pNext = Put(Begin(nDepth), szLine);
+        m_pNext = Put(pNext, "\r\n");
+    }
+    // ( NAME VALUE... ) with whole numbers in decimal, and others with six decimals, correctly rounded, the
+    // same under every locale.
+    template <size_t N, class... TValues>
+    void ValueLine(uint32_t nDepth, const char (&szName)[N], TValues... values)
+    {
+        char* pNext = Put(Put(Begin(nDepth), "( "), szName);
+        ((pNext = PutNumber(Put(pNext, " "), values)), ...);
+        m_pNext = Put(pNext, " )\r\n");
+    }
+    // ( NAME "TEXT" ). A text is cut where the reader would cut it, at a NUL and behind c_nMaxText bytes,
     // and a double quote becomes a single one, since nothing else would load again.
-    void AddText(std::string_view sText);
-    void End();
+    template <size_t N>
+    void TextLine(uint32_t nDepth, const char (&szName)[N], std::string_view sText)
+    {
+        char* pNext = Put(Put(Begin(nDepth), "( "), szName);
+        pNext = PutText(Put(pNext, " \""), sText);
+        m_pNext = Put(pNext, "\" )\r\n");
+    }
 
     // Hands what is gathered to the file.
     void Flush();
@@ -51,11 +62,34 @@ public:
 
 private:
     static constexpr size_t c_nBufferSize = 64 * 1024;
+    static constexpr size_t c_nMaxLine = 2048; // without its tabs
+    static constexpr uint32_t c_nUsualTabs = 32;
 
-    void PutTabs(uint32_t nCount);
+    // Puts the tabs; from the result on there is room for c_nMaxLine bytes.
+    char* Begin(uint32_t nDepth)
+    {
+        m_nMaxDepth = nDepth > m_nMaxDepth ? nDepth : m_nMaxDepth;
+        if (nDepth > c_nUsualTabs || static_cast<size_t>(m_pEnd - m_pNext) < c_nUsualTabs + c_nMaxLine)
+            return BeginSlowly(nDepth);
+        std::memset(m_pNext, '\t', c_nUsualTabs); // as many as are needed, and room for some more
+        return m_pNext + nDepth;
+    }
+    char* BeginSlowly(uint32_t nDepth);
+
+    template <size_t N>
+    static char* Put(char* pNext, const char (&szPiece)[N])
+    {
+        static_assert(N <= 64);
+        std::memcpy(pNext, szPiece, N - 1);
+        return pNext + N - 1;
+    }
+    static char* PutNumber(char* pNext, int32_t nValue);
+    static char* PutNumber(char* pNext, float fValue);
+    static char* PutText(char* pNext, std::string_view sText);
 
     CQSAFile* m_pFile;
     std::unique_ptr<char[]> m_pBuffer;
-    size_t m_nUsed = 0;
+    char* m_pNext;
+    char* m_pEnd;
     uint32_t m_nMaxDepth = 0;
 };

@@ -130,7 +130,8 @@ bool WriteResourceDatabase(const CLibraryTree& effectTree, CQSAFile& file)
     if (!CollectResources(effectTree, effectTree.GetRootItem(), source))
         return false;
 
-    CQSADefaultAlloc alloc;
+    constexpr uint32_t c_nBlockSize = 64 * 1024;
+    CQSALoadOnlyAlloc alloc(c_nBlockSize);
     CQSANode* pNode = nullptr;
     {
         const auto pBuilder = MakeOrNull<CQSANodeBuilder>(&alloc); // its tables are too large for the stack
@@ -141,7 +142,5 @@ bool WriteResourceDatabase(const CLibraryTree& effectTree, CQSAFile& file)
     if (!pNode)
         return false;
     CQSAWriter writer(&file);
-    const bool bSaved = CQSANodeWriter::SaveNode(pNode, &writer);
-    alloc.FreeNode(pNode);
-    return bSaved;
+    return CQSANodeWriter::SaveNode(pNode, &writer); // the nodes go with their allocator
 }

@@ -1,6 +1,7 @@
 #include "shared/engine/AssetLibrarySource.h"
 
 #include <algorithm>
+#include <cstring>
 #include <new>
 
 #include "platform/NameFold.h"
@@ -19,6 +20,14 @@ constexpr int32_t c_nFormatVersion = 1;
 const char* TextOf(const char* pszText)
 {
     return pszText ? pszText : "";
+}
+
+void AppendFolded(std::string& sKey, const char* pszText)
+{
+    const size_t nStart = sKey.size();
+    sKey.append(pszText, std::strlen(pszText) + 1);
+    for (size_t i = nStart; i < sKey.size(); ++i)
+        sKey[i] = FoldChar(sKey[i]);
 }
 
 // The value of a record (name value); null when there is none.
@@ -169,16 +178,18 @@ SDependency* CAssetLibrarySource::AddDependency(const char* pszSource, const cha
 {
     try
     {
-        std::string sKey;
+        m_sKey.clear(); // keeps its memory: most dependencies have been met before
         for (const char* pszText : {pszSource, pszResource, pszResourceType, pszType})
-            sKey.append(FoldName(TextOf(pszText))).push_back('\0');
-        const auto [it, bNew] = m_Index.try_emplace(std::move(sKey), nullptr);
-        if (!bNew && it->second)
+            AppendFolded(m_sKey, TextOf(pszText));
+        auto it = m_Index.find(m_sKey);
+        if (it != m_Index.end() && it->second)
         {
             if (it->second->m_nCount < UINT32_MAX)
                 ++it->second->m_nCount;
             return it->second;
         }
+        if (it == m_Index.end())
+            it = m_Index.emplace(m_sKey, nullptr).first;
         auto pDependency = std::make_unique<SDependency>();
         pDependency->m_sSource = TextOf(pszSource);
         pDependency->m_sResource = TextOf(pszResource);

@@ -82,4 +82,5 @@ private:
     std::vector<std::unique_ptr<SResource>> m_Resources;
     std::vector<std::unique_ptr<SDependency>> m_Dependencies;
     std::unordered_map<std::string, SDependency*> m_Index; // by the four compared texts, folded
+    std::string m_sKey;                                    // of the one that is looked for
 };
