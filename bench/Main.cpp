@@ -205,6 +205,7 @@ int RunAll(bool bQuick)
         const std::string sOut = g_sDir + "/out";
         PrintSamples("scale",
                      MeasureRounds({{"text to tree", [&] { return StepTextToTree(content.m_sText); }},
+                                    {"text to tree, kept", [&] { return StepTextToTreeKept(content.m_sText); }},
                                     {"tree to text", [&] { return StepTreeToText(content.m_sText); }},
                                     {"compress", [&] { return StepCompress(content.m_sText); }},
                                     {"decompress", [&] { return StepDecompress(packed, content.m_sText.size()); }},

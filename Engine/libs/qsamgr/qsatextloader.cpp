@@ -90,8 +90,8 @@ private:
     static constexpr size_t c_nMaxChunk = 32u << 20;
     // Bytes of tree for a byte of usual text, a little generous.
     static constexpr double c_fTreePerText = 1.5;
-    // From here on large pages pay: what of one stays empty is less than its half.
-    static constexpr size_t c_nLargeChunk = c_nQSALargePage / 2;
+    // From here on large pages pay: what of the last one stays empty counts little.
+    static constexpr size_t c_nLargeChunk = 2 * c_nQSALargePage;
 
     bool HasRoom(size_t nSize)
     {

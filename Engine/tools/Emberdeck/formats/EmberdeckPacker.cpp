@@ -100,6 +100,8 @@ private:
     void Collect();
     void CollectKey(const CKey& key);
     void CollectProperty(const CEffectProperty& prop);
+    void AddName(const CEffectPropertyDesc& desc);
+    void WriteName(const CEffectPropertyDesc& desc);
     void WriteStringTable();
     void WriteCurveTable();
     void WriteEffect(const CSpell& spell);
@@ -116,6 +118,7 @@ private:
     CHeader m_Header;
     std::vector<uint32_t> m_KeyCounts; // by type
     CStringTable m_Strings;
+    std::unordered_map<const CEffectPropertyDesc*, uint32_t> m_NameOffsets;
     CFunctionCurveData m_Curves;
 
     // A prefab's values are met once for each key that inherits them, and cost their whole length only once.
@@ -210,11 +213,27 @@ void CPacker::CollectKey(const CKey& key)
         if (pProp && pProp != key.GetPropertyDirect(i) && !m_Collected.insert(pProp).second)
             continue; // all that it has is in the tables
         // The names of slots without a record are in the table, too.
-        m_Strings.Add(BoundedText(key.m_pTypeDesc->m_pProps[i].m_szName));
+        AddName(key.m_pTypeDesc->m_pProps[i]);
         if (pProp)
             CollectProperty(*pProp);
     }
     ++m_Header.m_nNumKeys;
+}
+
+// Each key brings the same few names, so they are known by their descriptors.
+void CPacker::AddName(const CEffectPropertyDesc& desc)
+{
+    if (m_NameOffsets.find(&desc) == m_NameOffsets.end())
+        m_NameOffsets.emplace(&desc, m_Strings.Add(BoundedText(desc.m_szName)));
+}
+
+void CPacker::WriteName(const CEffectPropertyDesc& desc)
+{
+    const auto found = m_NameOffsets.find(&desc);
+    if (found != m_NameOffsets.end())
+        m_pOut->WriteUint32(found->second);
+    else
+        WriteString(BoundedText(desc.m_szName));
 }
 
 void CPacker::CollectProperty(const CEffectProperty& prop)
@@ -296,7 +315,7 @@ void CPacker::WriteProperty(CEffectProperty* pProperty, bool bInherited)
     const CEffectPropertyDesc& desc = *pProperty->GetDesc();
     // A record's size follows from its kind, so its end is known before it is written.
     const uint64_t nStart = m_pOut->Tell();
-    WriteString(BoundedText(desc.m_szName));
+    WriteName(desc);
     m_pOut->WriteUint32(static_cast<uint32_t>(nStart) + c_nRecordHeadSize +
                         (desc.m_bFunctionCurve ? 4 : ValueSize(desc.m_eType)));
     ValidateForWriting(pProperty, bInherited);

@@ -114,7 +114,10 @@ bool CLibraryLoader::LoadProperties(const CQSANode* pProperties, CEffectProperty
 
 CLibraryLoader::CTypeInfo& CLibraryLoader::TypeInfo(const CEffectTypeDesc* pTypeDesc)
 {
+    if (m_pLastType && m_pLastType->m_pTypeDesc == pTypeDesc)
+        return *m_pLastType;
     CTypeInfo& type = m_Types[pTypeDesc];
+    m_pLastType = &type;
     if (type.m_pTypeDesc || !pTypeDesc)
         return type;
     type.m_Props.reserve(pTypeDesc->m_nNumProps);

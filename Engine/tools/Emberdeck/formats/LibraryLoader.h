@@ -125,6 +125,7 @@ private:
     // Prefabs by their name without regard to case; the first of a name in the library's order.
     std::unordered_map<std::string, CEffectPropertySet*, CNameHash, CNameEqual> m_PrefabsByName;
     std::unordered_map<const CEffectTypeDesc*, CTypeInfo> m_Types;
+    CTypeInfo* m_pLastType = nullptr; // the one asked for last
     CSharedValidation m_Validation;
     uint64_t m_nTracksMade = 0;
     uint64_t m_nKeysLoaded = 0;

@@ -242,6 +242,8 @@ int CFunctionCurveData::FindProperty(const CEffectProperty* pProp) const
     if (!pProp)
         return -1;
     const uint64_t nHash = HashCurve(*pProp);
+    if (const int nNext = FindNext(*pProp, nHash); nNext >= 0)
+        return nNext;
     int nFound = -1;
     TryAllocating(
         [&]
@@ -273,7 +275,10 @@ int CFunctionCurveData::Add(const CEffectProperty* pProp)
             const uint64_t nHash = HashCurve(*pProp);
             m_Entries.push_back(CEntry{pProp, 0});
             m_ByProperty.try_emplace(pProp, CHome{nEntry, nHash});
-            m_Buckets[nHash].push_back(nEntry);
+            std::vector<uint32_t>& bucket = m_Buckets[nHash];
+            m_Added.resize(nEntry);
+            m_Added.push_back(CAdded{nHash, bucket.empty()});
+            bucket.push_back(nEntry);
         });
     if (bAdded)
         return static_cast<int>(nEntry);
@@ -284,12 +289,29 @@ int CFunctionCurveData::Add(const CEffectProperty* pProp)
     return -1;
 }
 
+// A library's properties are asked for in the order in which they were added, mostly: the entry behind the one
+// found last may be it. That spares the searches of tables that no cache holds. -1 when they are needed.
+int CFunctionCurveData::FindNext(const CEffectProperty& prop, uint64_t nHash) const
+{
+    if (m_bMoved || m_nNext >= m_Entries.size() || m_Entries[m_nNext].m_pProp != &prop)
+    {
+        const auto home = m_bMoved ? m_ByProperty.end() : m_ByProperty.find(&prop);
+        if (home != m_ByProperty.end())
+            m_nNext = home->second.m_nEntry + 1;
+        return -1;
+    }
+    const CAdded& added = m_Added[m_nNext++];
+    // Unchanged since, and no entry before it has its hash.
+    return added.m_nHash == nHash && added.m_bFirst ? static_cast<int>(m_nNext) - 1 : -1;
+}
+
 // An entry whose property was repaired since it was added moves to the bucket of its present curve.
 void CFunctionCurveData::Rehash(const CEffectProperty* pProp, uint64_t nHash) const
 {
     const auto home = m_ByProperty.find(pProp);
     if (home == m_ByProperty.end() || home->second.m_nHash == nHash)
         return;
+    m_bMoved = true;
     std::vector<uint32_t>& to = m_Buckets[nHash];
     to.insert(std::lower_bound(to.begin(), to.end(), home->second.m_nEntry), home->second.m_nEntry);
     std::vector<uint32_t>& from = m_Buckets[home->second.m_nHash];

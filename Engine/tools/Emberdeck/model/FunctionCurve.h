@@ -40,8 +40,17 @@ public:
 
 private:
     void Rehash(const CEffectProperty* pProp, uint64_t nHash) const;
+    int FindNext(const CEffectProperty& prop, uint64_t nHash) const;
 
     std::vector<CEntry> m_Entries;
+    struct CAdded
+    {
+        uint64_t m_nHash;
+        bool m_bFirst; // no entry with this hash was there before
+    };
+    std::vector<CAdded> m_Added;   // with each entry, as it was then
+    mutable uint32_t m_nNext = 0;  // entry that may be asked for next
+    mutable bool m_bMoved = false; // an entry has left its bucket
     // Entries by a hash of kind and keys, each list in the order of adding.
     mutable std::unordered_map<uint64_t, std::vector<uint32_t>> m_Buckets;
     struct CHome
