@@ -39,6 +39,10 @@ public:
     // A message box. Closing it by Esc or its frame counts as Cancel where there is one, else as No, else OK.
     virtual EAnswer Ask(const std::string& sText, const std::string& sCaption, EButtons eButtons, EIcon eIcon) = 0;
 
+    // What to do about the message that comes next, or where the lost work lies. It is shown with that message,
+    // below the text. Empty: nothing.
+    virtual void Advise(const std::string& sText) { (void)sText; }
+
     // Gives the chosen path, the suffix added where the name had none. False: cancelled.
     // An accepted dialog makes its folder the working directory.
     virtual bool ChooseFile(const CFileDialogRequest& request, std::string& sPath) = 0;

@@ -7,6 +7,7 @@
 #include "model/MakeOrNull.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
+#include "qsnumber.h"
 
 namespace
 {
@@ -231,8 +232,22 @@ bool CEmberdeckApp::SaveEffectFile()
                 RememberFile(sPath);
         });
     if (!bSaved)
+    {
+        TryAllocating([&] { m_Services.m_Prompts.Advise(WhereOldContentLies()); });
         ShowFailure(m_Services.m_Prompts, c_MsgSaveFailed, m_sFileName.c_str());
+    }
     return bSaved;
+}
+
+std::string CEmberdeckApp::WhereOldContentLies() const
+{
+    if (!m_sLastBackup.empty())
+        return QSFormat("What the file held before lies in %s; \"emberdeck-batch recover FILE\" brings it back.",
+                        m_sLastBackup.c_str());
+    if (!m_Backups.GetLastProblem().empty())
+        return QSFormat("The file holds what it held before. No copy of that could be made: %s",
+                        m_Backups.GetLastProblem().c_str());
+    return std::string();
 }
 
 // In place. When no copy of the old bytes could be made, they stay until the new ones are on the disk.

@@ -103,6 +103,7 @@ private:
     bool LoadLibrary(const std::string& sPath, std::string& sError);
     bool SaveTo(const std::string& sPath);
     void RememberFile(const std::string& sPath);
+    std::string WhereOldContentLies() const; // for the user, after a save that failed
 
     CAppServices m_Services;
     CEditContext m_Context;

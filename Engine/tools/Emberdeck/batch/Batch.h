@@ -42,7 +42,6 @@ public:
     // Finds the project of a file and loads its plug-in, without a library.
     bool OpenProject(const std::string& sFile);
     // Behind a failed save: where the copy of the old content lies, or why there is none.
-    void TellBackup() const;
 
     CBatchPrompts m_Prompts;
     std::unique_ptr<IProfile> m_pProfile;

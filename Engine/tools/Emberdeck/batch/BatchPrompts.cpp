@@ -33,9 +33,10 @@ EAnswer CBatchPrompts::Ask(const std::string& sText, const std::string& sCaption
         std::fprintf(stderr, "%s: %s\n", sCaption.c_str(), Lines(sText).c_str());
         if (eButtons == EButtons::eOk)
             ++m_nFailures;
-        if (sCaption == "Error Saving" && m_OnSaveFailed)
-            m_OnSaveFailed();
+        if (!m_sAdvice.empty())
+            std::fprintf(stderr, "%s\n", m_sAdvice.c_str());
     }
+    m_sAdvice.clear();
     switch (eButtons)
     {
     case EButtons::eOk:

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <functional>
 #include <string>
-#include <utility>
 
 #include "platform/IPrompts.h"
 
@@ -14,6 +12,7 @@ public:
     ~CBatchPrompts() override;
 
     EAnswer Ask(const std::string& sText, const std::string& sCaption, EButtons eButtons, EIcon eIcon) override;
+    void Advise(const std::string& sText) override { m_sAdvice = sText; }
     bool ChooseFile(const CFileDialogRequest& request, std::string& sPath) override;
     bool EnterText(const std::string& sCaption, const std::string& sLabel, std::string& sText) override;
     bool EnterNumber(const CNumberEntry& request, int32_t& nValue) override;
@@ -24,8 +23,6 @@ public:
 
     // Messages that told of a failure so far: a command that goes on after one still fails at its end.
     int GetNumFailures() const { return m_nFailures; }
-    // Called behind the message of a failed save.
-    void SetOnSaveFailed(std::function<void()> onSaveFailed) { m_OnSaveFailed = std::move(onSaveFailed); }
     // Whether the answer given to the check-out question is told for each file.
     void TellCheckOut(bool bTell) { m_bTellCheckOut = bTell; }
 
@@ -37,5 +34,5 @@ private:
     bool m_bProgress;      // standard error is a terminal
     size_t m_nShown = 0;   // columns of the progress line on the screen
     int m_nFailures = 0;
-    std::function<void()> m_OnSaveFailed;
+    std::string m_sAdvice;
 };

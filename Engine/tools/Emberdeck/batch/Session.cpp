@@ -36,7 +36,6 @@ CBatchSession::CBatchSession(const CBatchOptions& options)
         m_pSourceControl = std::make_unique<CNoSourceControl>();
     m_pApp = std::make_unique<CEmberdeckApp>(CAppServices{m_Prompts, *m_pProfile, *m_pSourceControl});
     m_pApp->Start();
-    m_Prompts.SetOnSaveFailed([this] { TellBackup(); });
 }
 
 CBatchSession::~CBatchSession() { m_pApp.reset(); }
@@ -46,16 +45,4 @@ bool CBatchSession::Open(const std::string& sFile) { return m_pApp->OpenEffectFi
 bool CBatchSession::OpenProject(const std::string& sFile)
 {
     return m_pApp->LocateProject(sFile.c_str()) && m_pApp->LoadProjectPlugin();
-}
-
-void CBatchSession::TellBackup() const
-{
-    const std::string& sBackup = m_pApp->GetLastBackup();
-    const std::string& sProblem = m_pApp->Backups().GetLastProblem();
-    if (!sBackup.empty())
-        std::fprintf(stderr, "What the file held before lies in %s; \"emberdeck-batch recover FILE\" brings it back.\n",
-                     sBackup.c_str());
-    else if (!sProblem.empty())
-        std::fprintf(stderr, "The file holds what it held before. No copy of that could be made: %s\n",
-                     sProblem.c_str());
 }

@@ -1,6 +1,7 @@
 #include "qt/QtPrompts.h"
 
 #include <cmath>
+#include <utility>
 
 #include <QApplication>
 #include <QFileDialog>
@@ -87,6 +88,7 @@ EAnswer QtPrompts::Ask(const std::string& sText, const std::string& sCaption, EB
     QMessageBox box(Icon(eIcon), QtText::ToQt(sCaption), QString(), Buttons(eButtons), Owner());
     box.setTextFormat(Qt::PlainText);
     box.setText(QtText::ToQt(sText).remove(QLatin1Char('\r')));
+    box.setInformativeText(QtText::ToQt(std::exchange(m_sAdvice, std::string())));
     // Esc and the frame mean Cancel where there is one, else No.
     if (eButtons == EButtons::eYesNo)
         box.setEscapeButton(QMessageBox::No);

@@ -17,6 +17,7 @@ public:
     void SetOwner(QWidget* pOwner) { m_pOwner = pOwner; }
 
     EAnswer Ask(const std::string& sText, const std::string& sCaption, EButtons eButtons, EIcon eIcon) override;
+    void Advise(const std::string& sText) override { m_sAdvice = sText; }
     bool ChooseFile(const CFileDialogRequest& request, std::string& sPath) override;
     bool EnterText(const std::string& sCaption, const std::string& sLabel, std::string& sText) override;
     bool EnterNumber(const CNumberEntry& request, int32_t& nValue) override;
@@ -29,6 +30,7 @@ private:
     QWidget* Owner() const;
 
     QPointer<QWidget> m_pOwner;
+    std::string m_sAdvice; // for the next message
     int m_nWaits = 0;
     QElapsedTimer m_Clock;
     std::unique_ptr<QProgressDialog> m_pProgress;
