@@ -1,5 +1,6 @@
 // The benchmark: Emberdeck's hot roads beside what people use for the same jobs, in one run.
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -30,16 +31,17 @@ std::string g_sDir;
 
 std::string FilePath(const char* pszName, size_t nMegabytes) { return g_sDir + "/" + pszName + std::to_string(nMegabytes); }
 
+bool MakeLibraryFile(size_t nMegabytes, const std::string& sFile)
+{
+    CGeneratedLibrary library;
+    GenerateLibrary(library, nMegabytes * 1000000, 42);
+    return SaveEffectLibrary(sFile.c_str(), library.m_EffectTree, library.m_PrefabTree);
+}
+
 bool MakeContent(size_t nMegabytes, bool bPeers, CContent& content)
 {
     content.m_sFile = FilePath("library", nMegabytes) + ".Fx00a";
-    {
-        CGeneratedLibrary library;
-        GenerateLibrary(library, nMegabytes * 1000000, 42);
-        if (!SaveEffectLibrary(content.m_sFile.c_str(), library.m_EffectTree, library.m_PrefabTree))
-            return false;
-    }
-    if (!ReadWholeFile(content.m_sFile, content.m_sText))
+    if (!MakeLibraryFile(nMegabytes, content.m_sFile) || !ReadWholeFile(content.m_sFile, content.m_sText))
         return false;
     if (!bPeers)
         return true;
@@ -130,7 +132,7 @@ void MeasureWarm(const CContent& content, int nRounds)
                  nBytes);
 }
 
-// A child's part: one first run of one parser on a file, printed as seconds.
+// A child's part: one first run of one step on a file, printed as seconds. By hand, what a profiler is set upon.
 int RunCold(const char* pszWho, const char* pszFile)
 {
     std::string sText;
@@ -152,6 +154,10 @@ int RunCold(const char* pszWho, const char* pszFile)
         fTime = ParseSimdjsonFresh(sText);
     else if (sWho == "load")
         fTime = StepLoadLibrary(pszFile);
+    else if (sWho == "save")
+        fTime = StepSaveLibrary(pszFile, std::string(pszFile) + ".saved");
+    else if (sWho == "pack")
+        fTime = StepPackLibrary(pszFile, std::string(pszFile) + ".packed");
     else if (sWho == "tree-memory") // bytes, not seconds
         fTime = static_cast<double>(TreeMemory(sText));
     else if (sWho == "pugixml-memory")
@@ -224,10 +230,14 @@ int main(int argc, char** argv)
 {
     if (argc == 4 && std::strcmp(argv[1], "--cold") == 0)
         return RunCold(argv[2], argv[3]);
+    if (argc == 4 && std::strcmp(argv[1], "--make") == 0)
+        return MakeLibraryFile(static_cast<size_t>(std::clamp(QSTextToInt(argv[2]), 1, 1000)), argv[3]) ? 0 : 1;
     const bool bQuick = argc == 2 && std::strcmp(argv[1], "--quick") == 0;
     if (argc != 1 && !bQuick)
     {
-        std::fprintf(stderr, "usage: emberdeck-bench [--quick]\n");
+        std::fprintf(stderr, "usage: emberdeck-bench [--quick]\n"
+                             "       emberdeck-bench --make MEGABYTES FILE    a library to profile on\n"
+                             "       emberdeck-bench --cold load|save|pack|emberdeck FILE    one run of one step\n");
         return 2;
     }
     return RunAll(bQuick);

@@ -17,5 +17,5 @@ need_packages()
     DEBIAN_FRONTEND=noninteractive $as_root apt-get install -y -qq --no-install-recommends $missing >/dev/null
 }
 
-BUILD_PACKAGES="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev qt6-base-dev"
+BUILD_PACKAGES="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev qt6-base-dev libx11-dev"
 TEST_PACKAGES="libgtest-dev clang libclang-rt-14-dev ccache xvfb xauth xdotool openbox fonts-dejavu-core git subversion"

@@ -12,6 +12,7 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 
 #include "platform/FileHandle.h"
 #include "platform/NameFold.h"
@@ -80,18 +81,41 @@ std::string ProgramPath(const std::string& sProgram)
     return GetCurrentDirectoryPath() + '/' + sNative;
 }
 
+// This program's own environment with changes: "NAME=VALUE" sets, "NAME" removes.
+std::vector<std::string> MakeEnvironment(const std::vector<std::string>& changes)
+{
+    std::vector<std::string> variables;
+    for (char** ppVariable = environ; ppVariable && *ppVariable; ++ppVariable)
+    {
+        const std::string_view sVariable = *ppVariable;
+        const std::string_view sName = sVariable.substr(0, sVariable.find('='));
+        const bool bChanged = std::any_of(changes.begin(), changes.end(),
+                                          [sName](std::string_view sChange)
+                                          { return sChange.substr(0, sChange.find('=')) == sName; });
+        if (!bChanged)
+            variables.emplace_back(sVariable);
+    }
+    std::copy_if(changes.begin(), changes.end(), std::back_inserter(variables),
+                 [](const std::string& sChange) { return sChange.find('=') != std::string::npos; });
+    return variables;
+}
+
 // Everything that the child needs, made before the fork: between fork and exec nothing may allocate,
 // since another thread of the parent may have held the heap's lock.
 class CChildPlan
 {
 public:
     CChildPlan(std::vector<std::string> programs, const std::vector<std::string>& arguments,
-               const std::string& sDirectory)
+               const std::string& sDirectory, const std::vector<std::string>& environment = {})
         : m_Programs(std::move(programs)),
           m_Arguments(arguments),
+          m_Environment(MakeEnvironment(environment)),
           m_sDirectory(NativePath(sDirectory)),
           m_bDirectory(!sDirectory.empty())
     {
+        for (std::string& sVariable : m_Environment)
+            m_Variables.push_back(sVariable.data());
+        m_Variables.push_back(nullptr);
         m_Texts.push_back(nullptr); // the program's own name
         for (std::string& sArgument : m_Arguments)
             m_Texts.push_back(sArgument.data());
@@ -115,7 +139,7 @@ public:
         for (std::string& sProgram : m_Programs)
         {
             m_Texts[0] = sProgram.data();
-            execv(sProgram.c_str(), m_Texts.data());
+            execve(sProgram.c_str(), m_Texts.data(), m_Variables.data());
             nError = errno;
         }
         return nError;
@@ -124,7 +148,9 @@ public:
 private:
     std::vector<std::string> m_Programs;
     std::vector<std::string> m_Arguments;
+    std::vector<std::string> m_Environment;
     std::vector<char*> m_Texts;
+    std::vector<char*> m_Variables;
     std::string m_sDirectory;
     bool m_bDirectory;
 };
@@ -195,38 +221,77 @@ int WaitSlice(CClock::time_point end, bool bLimited, int nSlice)
     return static_cast<int>(std::clamp<long long>(nLeft + 1, 0, nSlice));
 }
 
-void WatchChild(pid_t nChild, CPipe& output, CPipe& errors, int nTimeoutMs, size_t nMax,
-                CProcessResult& result)
+// A running child and what it prints.
+class CChildWatch
 {
-    const bool bLimited = nTimeoutMs > 0;
-    const CClock::time_point end = CClock::now() + std::chrono::milliseconds(std::max(nTimeoutMs, 0));
-    int nSlice = 1;
-    int nStatus = -1;
-    for (;;)
+public:
+    CChildWatch(pid_t nChild, CPipe& output, CPipe& errors, size_t nMax, CProcessResult& result)
+        : m_nChild(nChild),
+          m_Output(output),
+          m_Errors(errors),
+          m_nMax(nMax),
+          m_Result(result)
     {
-        std::array<pollfd, 2> files{pollfd{output.m_Read.Get(), POLLIN, 0},
-                                    pollfd{errors.m_Read.Get(), POLLIN, 0}};
-        poll(files.data(), files.size(), WaitSlice(end, bLimited, nSlice)); // skips negative numbers
-        const pid_t nEnded = waitpid(nChild, &nStatus, WNOHANG);
-        Drain(output, result.m_sOutput, nMax);
-        Drain(errors, result.m_sErrors, nMax);
-        if (nEnded == nChild || (nEnded < 0 && errno == ECHILD))
-            break;
-        if (bLimited && CClock::now() >= end)
+    }
+
+    // Until the child has ended or must end.
+    void Run(const CProcessRequest& request)
+    {
+        const bool bLimited = request.m_nTimeoutMs > 0;
+        const CClock::time_point end =
+            CClock::now() + std::chrono::milliseconds(std::max(request.m_nTimeoutMs, 0));
+        for (int nSlice = 1; !WaitABit(WaitSlice(end, bLimited, nSlice)); nSlice = std::min(nSlice * 2, 20))
         {
-            result.m_bTimedOut = true;
-            kill(-nChild, SIGKILL);
-            nStatus = WaitFor(nChild);
+            m_Result.m_bTimedOut = bLimited && CClock::now() >= end;
+            m_Result.m_bStopped = !m_Result.m_bTimedOut && request.m_KeepGoing && !request.m_KeepGoing();
+            if (!m_Result.m_bTimedOut && !m_Result.m_bStopped)
+                continue;
+            End(request.m_nGraceMs);
             break;
         }
-        nSlice = std::min(nSlice * 2, 20);
+        m_Result.m_nExitCode = ExitCode(WaitFor(m_nChild));
     }
-    result.m_nExitCode = ExitCode(nStatus);
-}
+
+private:
+    // Takes what is printed meanwhile. Whether the child has ended; it is still to be waited for then, so
+    // that its number stays its own.
+    bool WaitABit(int nMilliseconds)
+    {
+        std::array<pollfd, 2> files{pollfd{m_Output.m_Read.Get(), POLLIN, 0},
+                                    pollfd{m_Errors.m_Read.Get(), POLLIN, 0}};
+        poll(files.data(), files.size(), nMilliseconds); // skips negative numbers
+        siginfo_t info;
+        info.si_pid = 0;
+        const int nError = waitid(P_PID, static_cast<id_t>(m_nChild), &info, WEXITED | WNOHANG | WNOWAIT);
+        const bool bEnded = nError == 0 ? info.si_pid == m_nChild : errno == ECHILD;
+        Drain(m_Output, m_Result.m_sOutput, m_nMax);
+        Drain(m_Errors, m_Result.m_sErrors, m_nMax);
+        return bEnded;
+    }
+
+    void End(int nGraceMs)
+    {
+        if (nGraceMs > 0)
+        {
+            const CClock::time_point end = CClock::now() + std::chrono::milliseconds(nGraceMs);
+            kill(-m_nChild, SIGTERM);
+            while (!WaitABit(WaitSlice(end, true, 20)) && CClock::now() < end)
+            {
+            }
+        }
+        kill(-m_nChild, SIGKILL);
+    }
+
+    pid_t m_nChild;
+    CPipe& m_Output;
+    CPipe& m_Errors;
+    size_t m_nMax;
+    CProcessResult& m_Result;
+};
 
 [[noreturn]] void RunChild(CChildPlan& plan, int nInput, CPipe& output, CPipe& errors, CPipe& status)
 {
-    setpgid(0, 0);
+    setsid();
     if (dup2(nInput, 0) < 0 || dup2(output.m_Write.Get(), 1) < 0 || dup2(errors.m_Write.Get(), 2) < 0)
         TellAndExit(status.m_Write.Get(), errno);
     TellAndExit(status.m_Write.Get(), plan.Execute());
@@ -267,16 +332,27 @@ bool StartProcess(const std::string& sProgram, const std::vector<std::string>& a
 CProcessResult RunProcess(const std::string& sProgram, const std::vector<std::string>& arguments,
                           const std::string& sDirectory, int nTimeoutMs, size_t nMaxOutput)
 {
+    CProcessRequest request;
+    request.m_sProgram = sProgram;
+    request.m_Arguments = arguments;
+    request.m_sDirectory = sDirectory;
+    request.m_nTimeoutMs = nTimeoutMs;
+    request.m_nMaxOutput = nMaxOutput;
+    return RunProcess(request);
+}
+
+CProcessResult RunProcess(const CProcessRequest& request)
+{
     CProcessResult result;
-    const std::string sPath = ProgramPath(sProgram);
+    const std::string sPath = ProgramPath(request.m_sProgram);
     CPipe status, output, errors;
     CFileHandle input = AboveStandard(open("/dev/null", O_RDONLY | O_CLOEXEC));
     if (sPath.empty() || !input.IsOpen() || !status.Open() || !output.Open() || !errors.Open())
     {
-        result.m_sErrors = sProgram + ": " + std::strerror(sPath.empty() ? ENOENT : errno);
+        result.m_sErrors = request.m_sProgram + ": " + std::strerror(sPath.empty() ? ENOENT : errno);
         return result;
     }
-    CChildPlan plan({sPath}, arguments, sDirectory);
+    CChildPlan plan({sPath}, request.m_Arguments, request.m_sDirectory, request.m_Environment);
     const pid_t nChild = fork();
     if (nChild == 0)
         RunChild(plan, input.Get(), output, errors, status);
@@ -289,12 +365,12 @@ CProcessResult RunProcess(const std::string& sProgram, const std::vector<std::st
     {
         if (nChild > 0)
             WaitFor(nChild);
-        result.m_sErrors = sProgram + ": " + std::strerror(nError);
+        result.m_sErrors = request.m_sProgram + ": " + std::strerror(nError);
         return result;
     }
     result.m_bStarted = true;
     fcntl(output.m_Read.Get(), F_SETFL, O_NONBLOCK);
     fcntl(errors.m_Read.Get(), F_SETFL, O_NONBLOCK);
-    WatchChild(nChild, output, errors, nTimeoutMs, nMaxOutput, result);
+    CChildWatch(nChild, output, errors, request.m_nMaxOutput, result).Run(request);
     return result;
 }

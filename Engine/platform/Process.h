@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -22,9 +23,26 @@ struct CProcessResult
 {
     bool m_bStarted = false;
     bool m_bTimedOut = false;
+    bool m_bStopped = false; // by m_KeepGoing
     int m_nExitCode = -1;
     std::string m_sOutput;
     std::string m_sErrors;
 };
 CProcessResult RunProcess(const std::string& sProgram, const std::vector<std::string>& arguments,
                           const std::string& sDirectory, int nTimeoutMs, size_t nMaxOutput = 16 << 20);
+
+// The same with more to say. Like every program run here it has no terminal, so that nothing that it
+// starts can ask for a password there.
+struct CProcessRequest
+{
+    std::string m_sProgram;
+    std::vector<std::string> m_Arguments;
+    std::string m_sDirectory;               // empty: inherited
+    std::vector<std::string> m_Environment; // "NAME=VALUE" sets, "NAME" removes; the rest is inherited
+    int m_nTimeoutMs = 0;                   // 0 or less: none
+    // What is to be ended is asked to end first, and has this long to clean up behind itself.
+    int m_nGraceMs = 0;
+    size_t m_nMaxOutput = 16 << 20;
+    std::function<bool()> m_KeepGoing; // asked some fifty times a second; false ends the program
+};
+CProcessResult RunProcess(const CProcessRequest& request);

@@ -11,7 +11,7 @@ step() { printf '\n== %s\n' "$1"; }
 
 # A copy, so that the libraries in the project stay as they are. Its locator leads to the programs.
 cp -R "$bin/bonfire-project/." "$work"
-sed "s|\.\.[\\\\/]|$bin/|g" "$bin/bonfire-project/bonfire.proj00" > "$work/bonfire.proj00"
+sed -e "s|\.\.[\\\\/]|$bin/|g" -e "s|^PCBinary=.*|PCBinary=$bin/bonfire|" "$bin/bonfire-project/bonfire.proj00" > "$work/bonfire.proj00"
 cd "$work"
 
 step "The project's plug-in offers these effect types"

@@ -99,3 +99,19 @@ TEST(DragAndDrop, WithoutATargetNothingIsLost)
     EXPECT_EQ(std::vector<std::string>{"c"}, bench.documents.m_Titles);
     EXPECT_EQ(sBefore, bench.dump());
 }
+
+TEST(DragAndDrop, ALeafBesideTheRootComesToWhereItIsSaved)
+{
+    CDragBench bench;
+    CSpell* pStray = bench.lib->m_SpellMgr.AddSpell();
+    {
+        CEditScope scope(bench.edits, "Load");
+        scope.TouchLibrary();
+        pStray->SetName("stray");
+        bench.lib->m_EffectTree.InsertLeaf("stray", {}, pStray);
+    }
+    bench.Select({"stray"});
+    bench.Begin("stray");
+    bench.DropOn("T");
+    EXPECT_EQ(bench.item("T"), bench.lib->m_EffectTree.GetParentItem(bench.lib->m_EffectTree.FindData(pStray)));
+}

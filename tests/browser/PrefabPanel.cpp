@@ -109,3 +109,25 @@ TEST(PrefabPanel, ActivePrefabFollowsItsItem)
     bench.effects.Command(32880);
     EXPECT_EQ("[[Effects]]\n  [New_Group]\n", bench.dump());
 }
+
+// One walk over the keys frees them from all that goes, whatever the order of list and tree.
+TEST(PrefabPanel, DeletingManyLeavesTheirValues)
+{
+    CLibraryBuilder builder = aLibrary();
+    builder.prefabGroup("G").prefab("Sprite", "z").value("Count", 3).endPrefabGroup();
+    builder.prefab("Sprite", "b").value("Count", 4).prefab("Sprite", "a").value("Count", 5);
+    builder.effect("Smoke").key().onPrefab("z").key().onPrefab("a").key().onPrefab("b");
+    CBrowserBench bench(builder);
+    CKey* keys[3];
+    for (uint32_t i = 0; i < 3; ++i)
+        keys[i] = KeyOf(bench.lib->m_SpellMgr, "Smoke", 0, i);
+    bench.clipboard.CopyKey(keys[1], 1);
+    bench.prompts.onAsk("1 groups selected.\n2 prefabs selected.", EAnswer::eOk);
+    bench.Run(bench.prefabs, {"G", "a"}, 32885);
+    EXPECT_EQ("[[Prefabs]]\n  b\n", bench.prefabDump());
+    EXPECT_EQ("3 5 4", std::to_string(IntOf(*keys[0], "Count")) + " " + std::to_string(IntOf(*keys[1], "Count")) + " " +
+                           std::to_string(IntOf(*keys[2], "Count")));
+    EXPECT_TRUE(!keys[0]->GetParent() && !keys[1]->GetParent() && keys[2]->GetParent());
+    EXPECT_EQ(nullptr, bench.clipboard.GetKey()->GetParent());
+    EXPECT_EQ(5, IntOf(*bench.clipboard.GetKey(), "Count"));
+}

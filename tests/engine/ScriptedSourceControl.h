@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -48,11 +49,14 @@ public:
     std::string m_sChosenDatabase = "chosen";
     uint32_t m_nCapabilities = 0;
     int m_nProviders = 0;
+    std::function<void(const std::string&)> m_OnCall; // in the middle of an operation, with its name
 
 private:
     CSourceControlStatus Call(const std::string& sOperation, const std::string& sArguments = std::string())
     {
         m_sLog += sOperation + (sArguments.empty() ? "" : " " + sArguments) + "; ";
+        if (m_OnCall)
+            m_OnCall(sOperation);
         auto& failures = m_Failures[sOperation];
         CSourceControlStatus status;
         if (!failures.empty())

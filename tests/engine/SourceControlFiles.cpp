@@ -103,3 +103,23 @@ TEST_F(SourceControlFiles, OtherOperationsGoByTheDepotPath)
     EXPECT_FALSE(m_Mgr.Submit("x"));
     EXPECT_TRUE(m_Mgr.IsConnected());
 }
+
+TEST_F(SourceControlFiles, DialogThatLeadsBackHereChangesNothing)
+{
+    m_World.m_Files["x"] = 2;
+    m_World.m_OnCall = [this](const std::string& sOperation)
+    {
+        if (sOperation != "history")
+            return;
+        EXPECT_FALSE(m_Mgr.Submit("x"));
+        EXPECT_EQ(eSCState_Unknown, m_Mgr.SourceControlStateForFile("x"));
+        m_Mgr.SetProject("beta", "db"); // lets go of the present one, but not under its feet
+        EXPECT_EQ(1, m_World.m_nProviders);
+    };
+    EXPECT_TRUE(m_Mgr.History("x"));
+    EXPECT_EQ("history @x; ", m_World.TakeLog());
+    EXPECT_FALSE(m_Mgr.IsConnected());
+    EXPECT_EQ(0, m_World.m_nProviders);
+    EXPECT_EQ(eSCState_CheckedOut, m_Mgr.SourceControlStateForFile("x"));
+    EXPECT_EQ(0u, m_World.TakeLog().find("init B"));
+}

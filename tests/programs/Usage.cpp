@@ -23,6 +23,13 @@ TEST(BatchUsage, EveryCommandHasHelpAndWrongUseExitsWithTwo)
     EXPECT_EQ(2, Batch({"pack", "x", "--target", "toaster"}).m_nExitCode);
     EXPECT_EQ(2, Batch({"update", ".", "--checkout", "maybe"}).m_nExitCode);
     EXPECT_EQ(0, Batch({"--version"}).m_nExitCode);
+
+    // A script's variable that wasn't set must not mean another file.
+    const CProcessResult empty = Batch({"pack", "x", "-o", ""});
+    EXPECT_EQ(2, empty.m_nExitCode);
+    EXPECT_TRUE(Holds(empty.m_sErrors, "the name is empty")) << empty.m_sErrors;
+    EXPECT_EQ(1, RunProcess("sh", {"-c", std::string("exec ") + EMBERDECK_BIN_DIR + "/emberdeck-batch --help >/dev/full"}, "", 60000)
+                     .m_nExitCode);
 }
 
 TEST(BatchUsage, FailuresOfTheProjectAreToldInTheSystemsWords)
@@ -39,16 +46,26 @@ TEST(BatchUsage, FailuresOfTheProjectAreToldInTheSystemsWords)
     result = Batch({"info", sLost});
     EXPECT_EQ(1, result.m_nExitCode);
     EXPECT_TRUE(Holds(result.m_sErrors, "Error Loading: Unable to load the Fireglass library ")) << result.m_sErrors;
+    EXPECT_TRUE(Holds(result.m_sErrors, "Fireglass=PATH in the section [Project Binaries]")) << result.m_sErrors;
 
     const std::string sNoLibrary = bare.write("nolib.dll", "no library at all");
     bare.write("game.proj00", "[Project Binaries]\nFireglass=" + sNoLibrary + "\n");
     result = Batch({"types", sLost});
     EXPECT_EQ(1, result.m_nExitCode);
     EXPECT_TRUE(Holds(result.m_sErrors, "for handling this file")) << result.m_sErrors;
+    EXPECT_TRUE(Holds(result.m_sErrors, "nolib.dll: ")) << "what the machine says of it: " << result.m_sErrors;
 
     // A real library, but without the entry points.
     bare.write("game.proj00", std::string("[Project Binaries]\nFireglass=") + EMBERDECK_BIN_DIR + "/AssertWin32DLL.dll\n");
-    EXPECT_EQ(1, Batch({"types", sLost}).m_nExitCode);
+    result = Batch({"types", sLost});
+    EXPECT_EQ(1, result.m_nExitCode);
+    EXPECT_TRUE(Holds(result.m_sErrors, "It doesn't export Emberdeck")) << result.m_sErrors;
+
+    bare.write("game.proj00", "[Project Binaries]\nFireglass=none.dll\n[Tools Launch]\nPCBinary=none\n");
+    EXPECT_TRUE(Holds(Batch({"info", sLost}).m_sErrors, "There is no such file"));
+    result = Batch({"launch", sLost});
+    EXPECT_EQ(1, result.m_nExitCode);
+    EXPECT_TRUE(Holds(result.m_sErrors, "cannot start the game " + bare.path("none"))) << result.m_sErrors;
 }
 
 TEST(BatchUsage, FilesThatCantBeReadOrWritten)
@@ -56,7 +73,12 @@ TEST(BatchUsage, FilesThatCantBeReadOrWritten)
     CSampleProject project;
     CProcessResult result = Batch({"info", project.path("none.Fx00a")});
     EXPECT_EQ(1, result.m_nExitCode);
-    EXPECT_TRUE(Holds(result.m_sErrors, "Failed to load the file from disk into memory")) << result.m_sErrors;
+    EXPECT_TRUE(Holds(result.m_sErrors, "Failed to load the file from disk into memory\nThere is no file " +
+                                            project.path("none.Fx00a")))
+        << result.m_sErrors;
+    std::filesystem::copy(project.path("bonfire.Fx00a"), project.path("a:text.Fx00c"));
+    result = ::Run("emberdeck-batch", {"info", "a:text.Fx00c"}, project.dir());
+    EXPECT_TRUE(Holds(result.m_sErrors, "The file doesn't hold compressed text")) << result.m_sErrors;
     EXPECT_EQ(1, Batch({"info", project.path("resources")}).m_nExitCode);
 
     const std::string sLibrary = project.path("bonfire.Fx00a");
@@ -66,7 +88,9 @@ TEST(BatchUsage, FilesThatCantBeReadOrWritten)
                                         "the file is writable and there is room on the drive."))
         << result.m_sErrors;
     EXPECT_EQ(1, Batch({"convert", sLibrary, project.path("resources")}).m_nExitCode);
-    EXPECT_EQ(1, Batch({"convert", sLibrary, project.path("no/such/folder/x.Fx00c")}).m_nExitCode);
+    result = Batch({"convert", sLibrary, project.path("no/such/folder/x.Fx00c")});
+    EXPECT_EQ(1, result.m_nExitCode);
+    EXPECT_TRUE(Holds(result.m_sErrors, "There is no folder " + project.path("no/such/folder"))) << result.m_sErrors;
 
     result = Batch({"pack", sLibrary, "-o", "/dev/full"});
     EXPECT_EQ(1, result.m_nExitCode);

@@ -1,6 +1,6 @@
 #include "NodeSupport.h"
 #include "plain/PlainNodeReader.h"
-#include "qsamgr/qsafile.h"
+#include "qsamgr/qsacompressedfile.h"
 #include "qsamgr/qsanodereader.h"
 #include "qsamgr/qsareader.h"
 #include "qsamgr/qsatextloader.h"
@@ -226,6 +226,24 @@ TEST(TextLoading, ReadsTheContainer)
     EXPECT_TRUE(sTree == ByFile(dir.path("c"), true, CBookAlloc()));
     EXPECT_EQ(c_pszFailed, ByFile(dir.write("a", sText.substr(0, 99)), true, CQSALoadOnlyAlloc(262144)))
         << "a wrong header";
+    // An end that stands within an atom ends the atom alone, and the next token is looked for behind it: the
+    // road by tokens is the measure.
+    std::mt19937 random(21);
+    int nDifferent = 0;
+    for (int i = 0; i < 60; ++i)
+    {
+        std::string sDamaged = ReadBytes(dir.path("c")).substr(0, 4 + random() % 90000);
+        for (int n = 0; n < 40 && sDamaged.size() > 4; ++n)
+            sDamaged[4 + random() % (sDamaged.size() - 4)] = n % 3 == 0 ? char(random()) : '\0';
+        const std::string sPath = dir.write("damaged", sDamaged);
+        const std::string sByTokens = ByFile(sPath, true, CQSADefaultAlloc());
+        ASSERT_TRUE(sByTokens == ByFile(sPath, true, CQSALoadOnlyAlloc(262144))) << i;
+        std::vector<uint8_t> upToTheEnd;
+        const auto* pBytes = reinterpret_cast<const uint8_t*>(sDamaged.data());
+        ASSERT_TRUE(QSADecompress(pBytes, sDamaged.size(), upToTheEnd));
+        nDifferent += sByTokens != ByTwin(std::string(upToTheEnd.begin(), upToTheEnd.end()));
+    }
+    EXPECT_GT(nDifferent, 10);
     EXPECT_EQ(c_pszFailed, ByFile(dir.path("missing"), false, CQSALoadOnlyAlloc(262144)));
     EXPECT_EQ(c_pszFailed, ByFile(dir.dir(), false, CQSALoadOnlyAlloc(262144)));
 }
@@ -236,7 +254,11 @@ TEST(TextLoading, TokensLeaveTheRestToTheNextReader)
     const std::string sPath = dir.write("t", "first(\"second\" 12345");
     CQSAReader reader;
     char szToken[4] = "##";
-    EXPECT_EQ(TOKEN_END, reader.NextToken(szToken, sizeof(szToken))) << "closed";
+    {
+        CAssertCatcher catcher;
+        EXPECT_EQ(TOKEN_END, reader.NextToken(szToken, sizeof(szToken))) << "closed";
+        EXPECT_EQ("m_eMode == OPEN_READ|", catcher.Take());
+    }
     ASSERT_TRUE(reader.Open(sPath.c_str(), false));
     EXPECT_EQ(TOKEN_VALUE, reader.NextToken(szToken, sizeof(szToken)));
     EXPECT_STREQ("fir", szToken);

@@ -1,4 +1,4 @@
-#include "qsmemory.h"
+#include "qsmemorytracker.h"
 #include "sdk/ChildProgram.h"
 
 #include <cstdint>
@@ -30,6 +30,7 @@ TEST(Memory, ManagerTakesEveryAllocation)
         MemoryTrackerPush("file.cpp", 12, c_nMemoryCategory);
         QSFree(p);
         MemoryTrackerPop();
+        QSFree(QSAllocateTracked(20));
         return;
     }
     const CChildProgram child("Tool");
@@ -38,6 +39,7 @@ TEST(Memory, ManagerTakesEveryAllocation)
     EXPECT_NE(std::string::npos, child.Output().find("push file.cpp 12 3")) << child.Output();
     EXPECT_NE(std::string::npos, child.Output().find("pop 1"))
         << child.Output(); // one block came back between
+    EXPECT_NE(std::string::npos, child.Output().find("Memory.cpp 33 3\npop 0")) << child.Output();
 }
 
 TEST(Memory, ManagerThatComesTooLateIsRefused)

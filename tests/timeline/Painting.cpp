@@ -1,3 +1,5 @@
+#include <cstdio>
+
 #include "timeline/TimelineBench.h"
 
 namespace
@@ -87,6 +89,60 @@ TEST(TimelinePainting, DrawsOnlyWhatIsInView)
     // The guides of a key that is scrolled away, and of it alone: the other's are off to the right.
     EXPECT_EQ(2u, surface.Calls("polygon").size());
     EXPECT_EQ(1u, surface.Calls("ellipse").size());
+}
+
+// What can be seen of the guides, as a picture of letters: L for a line, T for a mark.
+std::vector<std::string> PictureOf(const CCalls& calls, int nWidth, int nHeight)
+{
+    std::vector<std::string> rows(size_t(nHeight), std::string(size_t(nWidth), '.'));
+    for (const std::string& sCall : calls)
+    {
+        int x = 0, y = 0, nRight = 0;
+        const bool bMark = std::sscanf(sCall.c_str(), "polygon %d,%d %d", &x, &y, &nRight) == 3;
+        if (!bMark && std::sscanf(sCall.c_str(), "line %d,%d %d", &x, &y, &nRight) != 3)
+            continue;
+        for (int nRow = std::max(y, 0); nRow < nHeight; ++nRow)
+            for (int nInset = bMark ? nRow - y : 0, nAt = x + nInset; nAt <= nRight - nInset; ++nAt)
+                if (nAt >= 0 && nAt < nWidth)
+                    rows[size_t(nRow)][size_t(nAt)] = bMark ? 'T' : 'L';
+    }
+    return rows;
+}
+
+TEST(TimelinePainting, GuidesOfManyKeysLookAsIfEachHadBeenDrawn)
+{
+    CLibraryBuilder builder = aLibrary();
+    builder.effect("Smoke");
+    for (int i = 0; i < 60; ++i)
+    {
+        builder.track();
+        for (int nKey = 0; nKey < 10; ++nKey)
+            builder.key("Marker", nKey * 900 + (i * 7) % 23 * 30, nKey * 900 + (i * 7) % 23 * 30 + 120 + i % 5 * 30).selected();
+    }
+    CTimelineBench bench(builder);
+    // Rows that begin above, within and below the strip of marks at the bottom.
+    bench.wnd->OnSize(1020, 70 + 100 + 7 * 36 + 3, 70, 100, 20);
+    bench.wnd->OnScroll(EScrollEvent::eThumbTrack, 30);
+    const int nWidth = bench.wnd->Layout().m_rcTrack.Width(), nHeight = bench.wnd->Layout().m_rcTrack.Height();
+
+    CCalls each;
+    for (const auto& pTrack : bench.Tracks().Tracks())
+        for (const auto& pKey : pTrack->Keys())
+        {
+            const CRect rc = bench.wnd->GetKeyRect(pKey.get());
+            const auto add = [&](const char* pszFormat, int a, int b, int c) {
+                char szCall[80];
+                std::snprintf(szCall, sizeof(szCall), pszFormat, a, b, c);
+                each.push_back(szCall);
+            };
+            for (const int x : {rc.left, rc.right})
+                add("line %d,%d %d", x, rc.top - bench.wnd->Layout().m_rcTrack.top, x);
+            for (const int x : {rc.left, rc.right})
+                add("polygon %d,%d %d", x - 5, nHeight - 5, x + 5);
+        }
+    CCalls drawn = Painted(bench);
+    EXPECT_LT(drawn.size(), each.size());
+    EXPECT_EQ(PictureOf(each, nWidth, nHeight), PictureOf(drawn, nWidth, nHeight));
 }
 
 TEST(TimelinePainting, FillsAtLeastAThousandPixelsAndTheWholeSurface)

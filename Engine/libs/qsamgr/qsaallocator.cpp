@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <new>
 
-#include "qsmemory.h"
+#include "qsmemorytracker.h"
 
 CQSANode* CQSADefaultAlloc::AllocateNode()
 {
-    void* pMemory = QSAllocate(sizeof(CQSANode));
+    void* pMemory = QSAllocateTracked(sizeof(CQSANode));
     return pMemory != nullptr ? new (pMemory) CQSANode : nullptr;
 }
 
@@ -22,7 +22,7 @@ void CQSADefaultAlloc::FreeNode(CQSANode* pNode)
 
 void* CQSADefaultAlloc::AllocateBlock(uint32_t nSize)
 {
-    return QSAllocate(nSize);
+    return QSAllocateTracked(nSize);
 }
 
 void CQSADefaultAlloc::FreeBlock(void* pBlock)
@@ -51,10 +51,10 @@ bool CQSALoadOnlyAlloc::StartBlock(uint32_t nSize)
     if (ReuseBlock(nSize))
         return true;
     const uint32_t nBlock = std::max(nSize, m_nBlockSize);
-    char* pMemory = static_cast<char*>(QSAllocate(nBlock));
+    char* pMemory = static_cast<char*>(QSAllocateTracked(nBlock));
     if (pMemory == nullptr)
         return false;
-    void* pRecord = QSAllocate(sizeof(MemBlock));
+    void* pRecord = QSAllocateTracked(sizeof(MemBlock));
     if (pRecord == nullptr)
     {
         QSFree(pMemory);

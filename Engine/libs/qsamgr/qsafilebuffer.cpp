@@ -1,7 +1,7 @@
 #include "qsamgr/qsafilebuffer.h"
 
 #include "qsassert.h"
-#include "qsmemory.h"
+#include "qsmemorytracker.h"
 
 #include <algorithm>
 #include <cstring>
@@ -145,7 +145,7 @@ bool CQSAFileBuffer::AllocateCache(uint32_t nCacheSize)
 {
     FreeCache();
     nCacheSize = std::max(nCacheSize, 1u);
-    m_pCache = static_cast<uint8_t*>(QSAllocate(nCacheSize));
+    m_pCache = static_cast<uint8_t*>(QSAllocateTracked(nCacheSize));
     if (m_pCache == nullptr)
     {
         QS_ASSERT(false);

@@ -5,7 +5,7 @@
 
 #include "qsamgr/qsaallocator.h"
 #include "qsamgr/qsaconverter.h"
-#include "qsmemory.h"
+#include "qsmemorytracker.h"
 
 CQSANodeBuilder::CQSANodeBuilder(CQSAAllocator* pAllocator) : m_pAllocator(pAllocator)
 {
@@ -115,7 +115,7 @@ uint32_t CQSANodeBuilder::DetachHeadsToList(CQSANode* pParent)
     if (pParent == nullptr)
         return 0;
     const uint32_t nMaxNodes = GetNumHeads();
-    auto** ppNodes = static_cast<CQSANode**>(QSAllocate(std::max(nMaxNodes, 1u) * sizeof(CQSANode*)));
+    auto** ppNodes = static_cast<CQSANode**>(QSAllocateTracked(std::max(nMaxNodes, 1u) * sizeof(CQSANode*)));
     if (ppNodes == nullptr)
         return 0;
     uint32_t nHeads = DetachHeads(ppNodes, nMaxNodes);
@@ -163,7 +163,7 @@ bool CQSANodeBuilder::AddToCache(CQSANode* pNode)
         return false;
     if (m_pCache[nRow] == nullptr)
     {
-        void* pRow = QSAllocate(c_nRowLen * sizeof(CQSANode*));
+        void* pRow = QSAllocateTracked(c_nRowLen * sizeof(CQSANode*));
         if (pRow == nullptr)
             return false;
         std::memset(pRow, 0, c_nRowLen * sizeof(CQSANode*));

@@ -37,7 +37,7 @@ EQSAToken CQSAReader::NextToken(char* pszValueBuffer, uint32_t nBufferLen)
 {
     QS_ASSERT(pszValueBuffer);
     QS_ASSERT(nBufferLen > 0);
-    if (pszValueBuffer == nullptr || nBufferLen < 2 || !IsOpen())
+    if (pszValueBuffer == nullptr || nBufferLen < 2)
         return TOKEN_END;
 
     uint8_t nByte = m_cPushback;

@@ -36,7 +36,7 @@ public:
 
     // The next token. The text of a value or string goes into the buffer of nBufferLen bytes, at least 2,
     // with a NUL behind it; a longer text is cut and still is one token. Other tokens leave the buffer alone.
-    // A null buffer or a smaller size gives TOKEN_END (null and 0 are reported), as does a closed reader.
+    // A null buffer or a smaller size gives TOKEN_END, as does a closed reader; all but a size of 1 are reported.
     EQSAToken NextToken(char* pszValueBuffer, uint32_t nBufferLen);
 
 private:

@@ -11,7 +11,7 @@
 #include "qsamgr/qsanodereader.h"
 #include "qsamgr/qsasystem.h"
 #include "qsamgr/qsatextscan.h"
-#include "qsmemory.h"
+#include "qsmemorytracker.h"
 
 // How it works, from the bottom up:
 //
@@ -202,7 +202,7 @@ private:
         const uint32_t nCount = GetCount();
         const uint32_t nCapacity = std::clamp<uint32_t>(nCount * 2, 1024, CQSANodeBuilder::c_nMaxPending);
         auto* pNodes =
-            static_cast<CQSANode*>(QSAllocate((nCapacity + CTreeArena::c_nWide) * sizeof(CQSANode)));
+            static_cast<CQSANode*>(QSAllocateTracked((nCapacity + CTreeArena::c_nWide) * sizeof(CQSANode)));
         if (pNodes == nullptr)
             return false;
         if (nCount != 0)
@@ -228,6 +228,12 @@ bool IsWhite(char c)
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
 }
 
+// Outside strings.
+bool IsValueByte(char c)
+{
+    return !IsWhite(c) && c != '(' && c != ')' && c != '"';
+}
+
 // Edges of a list of two atoms.
 constexpr ptrdiff_t c_nPairEdges = 6;
 
@@ -247,8 +253,12 @@ public:
     // false the load is over.
     bool Feed(const char* pText, size_t nBlocks, size_t nBefore, size_t nBehind);
 
-    // The last bytes, fewer than a block. Then the end: all that is open is closed and hung under the root.
-    bool Finish(const char* pTail, size_t nTail, CQSANode* pRoot);
+    // The stream's end, with the last bytes before it, fewer than a block. bInAtom tells whether it cut an atom,
+    // which is taken as far as it goes; a text may be fed then that stands behind the end.
+    bool End(const char* pTail, size_t nTail, bool& bInAtom);
+
+    // Closes all that is open and hangs it under the root.
+    bool Finish(CQSANode* pRoot);
 
 private:
     bool LoadBatch(const char* pText, size_t nBlocks);
@@ -458,20 +468,25 @@ inline bool CTextLoader::CloseList()
     return true;
 }
 
-bool CTextLoader::Finish(const char* pTail, size_t nTail, CQSANode* pRoot)
+bool CTextLoader::End(const char* pTail, size_t nTail, bool& bInAtom)
 {
     // Blanks behind the end close a value and nothing else.
     char szBlock[c_nTextBlock];
     std::memset(szBlock, ' ', sizeof(szBlock));
     if (nTail != 0)
         std::memcpy(szBlock, pTail, nTail);
+    bInAtom = nTail != 0 ? IsValueByte(szBlock[nTail - 1]) : m_bAtomOpen;
     m_pOpenStart = szBlock;
     m_bWide = false;
     if (!LoadBatch(szBlock, 1))
         return false;
-    if (m_bAtomOpen && !EndOpenAtom(szBlock + nTail))
-        return false;
+    bInAtom |= m_bAtomOpen; // a string
+    m_State = {};
+    return !m_bAtomOpen || EndOpenAtom(szBlock + nTail);
+}
 
+bool CTextLoader::Finish(CQSANode* pRoot)
+{
     // Counted before the lists are closed, as the builder counts its heads: a list at the top that is open
     // and holds nothing finished has no place in the count, and goes.
     const uint32_t nMaxHeads = m_Pending.GetCount();
@@ -499,8 +514,9 @@ bool QSALoadText(const char* pText, size_t nLen, CQSANode* pRoot, CQSALoadOnlyAl
         return false;
     CTextLoader loader(pAlloc, nLen);
     const size_t nWhole = nLen & ~(c_nTextBlock - 1);
+    bool bInAtom;
     return loader.Feed(pText, nWhole / c_nTextBlock, 0, nLen - nWhole) &&
-           loader.Finish(pText + nWhole, nLen - nWhole, pRoot);
+           loader.End(pText + nWhole, nLen - nWhole, bInAtom) && loader.Finish(pRoot);
 }
 
 bool QSALoadFile(CQSAFile& file, size_t nExpectedLen, CQSANode* pRoot, CQSALoadOnlyAlloc* pAlloc)
@@ -514,15 +530,18 @@ bool QSALoadFile(CQSAFile& file, size_t nExpectedLen, CQSANode* pRoot, CQSALoadO
     constexpr size_t c_nAround = CTextLoader::c_nAround;
     char szMemory[c_nAround + c_nWindow + c_nAround] = {};
     char* szWindow = szMemory + c_nAround;
-    uint32_t nLen;
-    while ((nLen = file.ReadBlock(szWindow, c_nWindow)) == c_nWindow)
+    for (bool bMore = true; bMore;)
     {
-        if (!loader.Feed(szWindow, c_nWindow / c_nTextBlock, c_nAround, c_nAround))
+        const uint32_t nLen = file.ReadBlock(szWindow, c_nWindow);
+        const uint32_t nWhole = nLen & ~uint32_t(c_nTextBlock - 1);
+        if (!loader.Feed(szWindow, nWhole / c_nTextBlock, c_nAround, c_nAround))
+            return false;
+        // An end within an atom ends that alone, as it does for the tokens: behind the end of a damaged
+        // container there may be more.
+        if (nLen != c_nWindow && !loader.End(szWindow + nWhole, nLen - nWhole, bMore))
             return false;
     }
-    const uint32_t nWhole = nLen & ~uint32_t(c_nTextBlock - 1);
-    if (!loader.Feed(szWindow, nWhole / c_nTextBlock, c_nAround, c_nAround) ||
-        !loader.Finish(szWindow + nWhole, nLen - nWhole, pRoot))
+    if (!loader.Finish(pRoot))
         return false;
     file.Close();
     return true;

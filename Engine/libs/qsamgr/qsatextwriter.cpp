@@ -5,7 +5,7 @@
 
 #include "qsamgr/qsafile.h"
 #include "qsamgr/qsanode.h"
-#include "qsmemory.h"
+#include "qsmemorytracker.h"
 
 #if defined(__x86_64__)
 #include <immintrin.h>
@@ -246,7 +246,7 @@ char* CQSATextBuffer::Reserve(size_t nSize)
         if (nSize > SIZE_MAX / 4 - m_nCapacity)
             return nullptr;
         const size_t nCapacity = std::max(c_nFirst, 2 * (m_nCapacity + nSize));
-        auto* pBegin = static_cast<char*>(QSAllocate(nCapacity));
+        auto* pBegin = static_cast<char*>(QSAllocateTracked(nCapacity));
         if (pBegin == nullptr)
             return nullptr;
         if (m_nUsed != 0)

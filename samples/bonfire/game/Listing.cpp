@@ -33,17 +33,9 @@ std::string Quoted(std::string_view sText)
 // The enumerator of that index, or its number where the list doesn't reach.
 std::string EnumeratorText(const CEffectPropertyDesc& desc, double fIndex)
 {
-    std::string_view sList = FieldText(desc.m_szData);
-    auto nSkip = uint32_t(fIndex);
-    for (; nSkip != 0 && sList.find(',') != std::string_view::npos; --nSkip)
-        sList.remove_prefix(sList.find(',') + 1);
-    if (nSkip != 0 || sList.empty())
+    std::string_view sName;
+    if (!FindEnumerator(FieldText(desc.m_szData), uint32_t(fIndex), sName))
         return ShortNumber(fIndex);
-    std::string_view sName = sList.substr(0, sList.find(','));
-    while (!sName.empty() && sName.front() == ' ')
-        sName.remove_prefix(1);
-    while (!sName.empty() && sName.back() == ' ')
-        sName.remove_suffix(1);
     return std::string(sName);
 }
 

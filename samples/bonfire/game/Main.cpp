@@ -1,13 +1,12 @@
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
-#include <vector>
 
+#include "game/GameFile.h"
 #include "game/Listing.h"
-#include "game/PackedFile.h"
-#include "game/PlugIn.h"
+#include "game/Reload.h"
+#ifdef BONFIRE_WINDOW
+#include "game/GameWindow.h"
+#endif
 
 namespace
 {
@@ -21,12 +20,16 @@ enum EExit
 constexpr char c_szUsage[] =
     "usage: bonfire [--headless] [--json] [--effect NAME] [--plugin PATH] [FILE.Fx00p]\n"
     "\n"
-    "Plays the effects of a packed file.\n"
+    "Plays the effects of a packed file in a window, and again whenever the file changes.\n"
     "  --headless     print what would be played, without a window\n"
     "  --json         print all that the file holds, without a window\n"
-    "  --effect NAME  only this effect\n"
+    "  --effect NAME  begin with this effect; without a window only this effect\n"
     "  --plugin PATH  the library of effect types; by default fireglass.so beside the program\n"
-    "Without a file it is bonfire-project/bonfire.Fx00p beside the program.\n";
+    "Without a file the window plays what was packed last in the working directory or, when nothing is "
+    "packed\n"
+    "there, in the sample project. With --headless bonfire-project/bonfire.Fx00p beside the program is "
+    "first.\n"
+    "Keys in the window: Left and Right for the effect, Space to pause, R to start again, Esc to close.\n";
 
 struct COptions
 {
@@ -83,51 +86,6 @@ bool ParseOptions(int argc, char** argv, COptions& options, std::string& sError)
     return true;
 }
 
-std::string BesideTheProgram(const char* pszName)
-{
-    std::error_code error;
-    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-    return (error ? std::filesystem::path(".") : program.parent_path()) / pszName;
-}
-
-// The editor's command line may hold a path as its files have it, with backslashes.
-std::string OwnPath(const std::string& sPath)
-{
-    std::error_code error;
-    if (std::filesystem::exists(sPath, error))
-        return sPath;
-    std::string sTurned = sPath;
-    for (char& c : sTurned)
-        if (c == '\\')
-            c = '/';
-    return std::filesystem::exists(sTurned, error) ? sTurned : sPath;
-}
-
-bool ReadBytes(const std::string& sPath, std::vector<uint8_t>& bytes, std::string& sError)
-{
-    std::error_code error;
-    const auto nSize = std::filesystem::file_size(sPath, error); // an error for directories and devices too
-    if (error)
-    {
-        sError = "cannot read " + sPath + ": " + error.message();
-        return false;
-    }
-    if (nSize > UINT32_MAX)
-    {
-        sError = sPath + ": larger than a packed file can be";
-        return false;
-    }
-    bytes.resize(size_t(nSize));
-    std::ifstream stream(sPath, std::ios::binary);
-    stream.read(reinterpret_cast<char*>(bytes.data()), std::streamsize(nSize));
-    if (!stream || uintmax_t(stream.gcount()) != nSize)
-    {
-        sError = "cannot read " + sPath;
-        return false;
-    }
-    return true;
-}
-
 // False when standard output took less than all.
 bool Print(const std::string& s)
 {
@@ -146,6 +104,43 @@ int Play(const COptions& options, const CPackedFile& file, const CEffect* pOnly)
     return std::fflush(stdout) == 0 && bPrinted ? int(eExit_Done)
                                                 : Complain("cannot write to standard output", eExit_Failed);
 }
+int PlayWithoutWindow(const COptions& options)
+{
+    std::string sError;
+    const std::unique_ptr<CGame> pGame = LoadGame(options.m_sFile, options.m_sPlugIn, sError);
+    if (!pGame)
+        return Complain(sError, eExit_Failed);
+    const CEffect* pOnly = nullptr;
+    if (options.m_bEffect && !(pOnly = pGame->m_File.FindEffect(options.m_sEffect)))
+        return Complain(options.m_sFile + " has no effect named " + options.m_sEffect, eExit_Failed);
+    return Play(options, pGame->m_File, pOnly);
+}
+
+int PlayWith([[maybe_unused]] char* pszProgram, COptions& options)
+{
+    const std::string sDefault = BesideTheProgram("bonfire-project/bonfire.Fx00p");
+    if (options.m_sPlugIn.empty())
+        options.m_sPlugIn = BesideTheProgram("fireglass.so");
+    const bool bHeadless = options.m_bHeadless || options.m_bJson;
+    if (!options.m_sFile.empty())
+        options.m_sFile = OwnPath(options.m_sFile);
+    else if (!bHeadless || !StampOf(sDefault).m_bThere)
+        options.m_sFile = ChooseFile({".", BesideTheProgram("bonfire-project"),
+                                      BesideTheProgram("../../../share/emberdeck/samples/bonfire")},
+                                     sDefault);
+    else
+        options.m_sFile = sDefault;
+    if (bHeadless)
+        return PlayWithoutWindow(options);
+#ifdef BONFIRE_WINDOW
+    if (HasDisplay())
+        return RunGameWindow(pszProgram, options.m_sFile, options.m_sPlugIn, options.m_sEffect);
+    std::fputs("bonfire: there is no display for a window; this is what would be played\n", stderr);
+#else
+    std::fputs("bonfire: this build has no window; this is what would be played\n", stderr);
+#endif
+    return PlayWithoutWindow(options);
+}
 } // namespace
 
 int main(int argc, char** argv)
@@ -160,22 +155,5 @@ int main(int argc, char** argv)
     }
     if (options.m_bHelp)
         return Print(c_szUsage) && std::fflush(stdout) == 0 ? eExit_Done : eExit_Failed;
-    if (!options.m_bHeadless && !options.m_bJson)
-        return Complain("this build plays without a window only: add --headless", eExit_Usage);
-
-    if (options.m_sPlugIn.empty())
-        options.m_sPlugIn = BesideTheProgram("fireglass.so");
-    options.m_sFile = options.m_sFile.empty() ? BesideTheProgram("bonfire-project/bonfire.Fx00p")
-                                              : OwnPath(options.m_sFile);
-    CPlugIn plugIn;
-    CPackedFile file;
-    std::vector<uint8_t> bytes;
-    if (!ReadBytes(options.m_sFile, bytes, sError) || !plugIn.Load(OwnPath(options.m_sPlugIn), sError))
-        return Complain(sError, eExit_Failed);
-    if (!ReadPackedFile(std::move(bytes), *plugIn.GetTable(), file, sError))
-        return Complain(options.m_sFile + ": " + sError, eExit_Failed);
-    const CEffect* pOnly = nullptr;
-    if (options.m_bEffect && !(pOnly = file.FindEffect(options.m_sEffect)))
-        return Complain(options.m_sFile + " has no effect named " + options.m_sEffect, eExit_Failed);
-    return Play(options, file, pOnly);
+    return PlayWith(argv[0], options);
 }

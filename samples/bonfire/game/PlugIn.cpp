@@ -60,3 +60,17 @@ uint32_t CountEnumerators(std::string_view sList)
     const auto nCommas = uint32_t(std::count(sList.begin(), sList.end(), ','));
     return sList.back() == ',' ? nCommas : nCommas + 1;
 }
+
+bool FindEnumerator(std::string_view sList, uint32_t nIndex, std::string_view& sName)
+{
+    for (; nIndex != 0 && sList.find(',') != std::string_view::npos; --nIndex)
+        sList.remove_prefix(sList.find(',') + 1);
+    if (nIndex != 0 || sList.empty())
+        return false;
+    sName = sList.substr(0, sList.find(','));
+    while (!sName.empty() && sName.front() == ' ')
+        sName.remove_prefix(1);
+    while (!sName.empty() && sName.back() == ' ')
+        sName.remove_suffix(1);
+    return true;
+}

@@ -45,3 +45,6 @@ bool HoldsValue(const CEffectPropertyDesc& desc);
 
 // How many enumerators a list has: pieces between commas, empty ones too, but none behind a last comma.
 uint32_t CountEnumerators(std::string_view sList);
+
+// The enumerator of that index, without the blanks round it. False where the list doesn't reach.
+bool FindEnumerator(std::string_view sList, uint32_t nIndex, std::string_view& sName);

@@ -1,10 +1,12 @@
 #include "app/EmberdeckApp.h"
 
+#include "app/Advice.h"
 #include "app/CommandLineInfo.h"
 #include "app/LibraryEditor.h"
 #include "app/Messages.h"
 #include "formats/EmberdeckQSA.h"
 #include "model/MakeOrNull.h"
+#include "platform/FileProblem.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
 #include "qsnumber.h"
@@ -43,6 +45,13 @@ IEditorHost& HostOf(const CAppServices& services)
 {
     static CNoHost s_None;
     return services.m_pHost ? *services.m_pHost : s_None;
+}
+
+// Below the message that comes next. Without memory that stands alone.
+template <class TAdvice>
+void Advise(IPrompts& prompts, const TAdvice& advice)
+{
+    TryAllocating([&] { prompts.Advise(advice()); });
 }
 
 } // namespace
@@ -120,7 +129,9 @@ bool CEmberdeckApp::LocateProject(const char* pszPath)
 {
     if (FindAndLoadProject(pszPath, m_Project))
         return true;
-    ShowMessage(m_Services.m_Prompts, c_MsgNoProject, {pszPath ? pszPath : "", c_szProjectExtension});
+    const std::string sPath = pszPath ? pszPath : "";
+    Advise(m_Services.m_Prompts, [&] { return AdviseOnMissingProject(sPath); });
+    ShowMessage(m_Services.m_Prompts, c_MsgNoProject, {sPath, c_szProjectExtension});
     return false;
 }
 
@@ -134,6 +145,7 @@ bool CEmberdeckApp::LoadProjectPlugin()
     if (!m_EffectModule.Load(m_Project.m_sFireglass.c_str()))
     {
         // The clipboard stays frozen until a plug-in comes that may know its key.
+        Advise(m_Services.m_Prompts, [this] { return AdviseOnPlugin(m_Project); });
         ShowMessage(m_Services.m_Prompts, c_MsgNoPlugin, {m_Project.m_sFireglass});
         return false;
     }
@@ -189,11 +201,18 @@ bool CEmberdeckApp::OpenNow(const std::string& sPath)
     std::string sError;
     if (!LoadLibrary(sPath, sError))
     {
-        ShowMessage(prompts, c_MsgLoadFailed, {sPath, sError});
+        TellLoadFailed(sPath, sError);
         return false;
     }
     RememberFile(sPath);
     return true;
+}
+
+void CEmberdeckApp::TellLoadFailed(const std::string& sPath, const std::string& sError)
+{
+    Advise(m_Services.m_Prompts,
+           [&] { return AdviseOnLoading(sPath, m_Project, !m_Backups.List(sPath).empty()); });
+    ShowMessage(m_Services.m_Prompts, c_MsgLoadFailed, {sPath, sError});
 }
 
 // A setting that can't be kept is no reason to take back what is done.
@@ -233,7 +252,13 @@ bool CEmberdeckApp::SaveEffectFile()
         });
     if (!bSaved)
     {
-        TryAllocating([&] { m_Services.m_Prompts.Advise(WhereOldContentLies()); });
+        Advise(m_Services.m_Prompts,
+               [this]
+               {
+                   std::string sAdvice = WriteProblem(m_sFileName);
+                   const std::string sOld = WhereOldContentLies();
+                   return sAdvice + (sAdvice.empty() || sOld.empty() ? "" : "\n") + sOld;
+               });
         ShowFailure(m_Services.m_Prompts, c_MsgSaveFailed, m_sFileName.c_str());
     }
     return bSaved;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "app/BackupStore.h"
 #include "app/EditContext.h"
@@ -62,6 +63,11 @@ public:
     // given up (NewEffectFile) first. A failure has shown its message, and no plug-in is loaded then.
     bool LoadProjectPlugin();
 
+    // The message of a file that can't be loaded, by whoever loads it.
+    void TellLoadFailed(const std::string& sPath, const std::string& sError);
+    // The same for a pack, by the name as it is shown.
+    void TellPackFailed(const std::string& sPackName) noexcept;
+
     bool PackEffects();   // beside the effect file; without a name PackEffectsAs
     bool PackEffectsAs(); // false without a message
     bool SaveAndPack();
@@ -76,6 +82,8 @@ public:
     // walk goes on. False: only when the walk had to stop, on request of IPrompts::Progress.
     bool UpdateEffectsInDirectory(const char* pszDirectory);
     bool UpdateEffectFile(const char* pszPath); // always true
+    // The directories below which the last update could not look.
+    const std::vector<std::string>& GetUnreadDirectories() const { return m_UnreadDirectories; }
 
     CSpell* NewEffect();         // adds it under the root and opens it; null when out of memory
     bool ConfirmExit();          // the exit question; false: stay
@@ -109,4 +117,5 @@ private:
     CEditContext m_Context;
     CBackupStore m_Backups;
     std::string m_sLastBackup;
+    std::vector<std::string> m_UnreadDirectories;
 };

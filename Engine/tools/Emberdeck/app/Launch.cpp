@@ -21,10 +21,10 @@ CLaunch MakeLaunch(const std::string& sBinary, const std::string& sCommandLine)
     return launch;
 }
 
-void LaunchProgram(const std::string& sBinary, const std::string& sCommandLine)
+bool LaunchProgram(const std::string& sBinary, const std::string& sCommandLine)
 {
     if (sBinary.empty())
-        return;
+        return false;
     const CLaunch launch = MakeLaunch(sBinary, sCommandLine);
-    StartProcess(launch.m_sProgram, launch.m_Arguments, launch.m_sDirectory);
+    return StartProcess(launch.m_sProgram, launch.m_Arguments, launch.m_sDirectory);
 }

@@ -14,5 +14,6 @@ struct CLaunch
 // From the project's binary, by a path of any form, and the text of the game's command line.
 CLaunch MakeLaunch(const std::string& sBinary, const std::string& sCommandLine);
 
-// Starts a game without waiting for it. Nothing happens without a binary, and no failure is told.
-void LaunchProgram(const std::string& sBinary, const std::string& sCommandLine);
+// Starts a game without waiting for it. Nothing happens without a binary. False: nothing was started; the
+// user isn't told.
+bool LaunchProgram(const std::string& sBinary, const std::string& sCommandLine);

@@ -2,66 +2,95 @@
 #include <set>
 
 #include "app/LibraryEditor.h"
+#include "model/MakeOrNull.h"
 #include "qsstrutils.h"
 
 // Deleting, moving and sorting.
 
-namespace
+// Frees every key from the prefabs that go, in one walk over all keys, then destroys them.
+void CLibraryEditor::DropPrefabs(CEditScope& scope, const CDoomed& doomed)
 {
-
-bool StandsOn(const CEffectPropertySet& set, const CEffectPropertySet* pPrefab)
-{
-    for (const CEffectPropertySet* p = set.GetParent(); p; p = p->GetParent())
+    // The nearest one above a set; null.
+    const auto doomedParent = [&doomed](const CEffectPropertySet& set)
     {
-        if (p == pPrefab)
-            return true;
-    }
-    return false;
-}
-
-} // namespace
-
-// Frees every key from a prefab, then destroys it.
-void CLibraryEditor::DropPrefab(CEditScope& scope, CEffectPropertySet* pPrefab)
-{
-    if (m_Context.m_Host.GetActivePrefab() == pPrefab)
+        CEffectPropertySet* p = set.GetParent();
+        while (p && !doomed.contains(p))
+            p = p->GetParent();
+        return p;
+    };
+    const auto detach = [&doomedParent](CKey& key)
+    {
+        for (CEffectPropertySet* p = doomedParent(key); p && key.DetachFromParent(p);)
+            p = doomedParent(key);
+    };
+    CEffectPropertySet* pActive = m_Context.m_Host.GetActivePrefab();
+    if (pActive && doomed.contains(pActive))
         m_Context.m_Host.ClearActivePrefab();
     m_Context.m_SpellMgr.ForEachKey(
         [&](CSpell& spell, CKey& key)
         {
-            if (!StandsOn(key, pPrefab))
+            if (!doomedParent(key))
                 return;
             scope.Touch(&spell);
-            key.DetachFromParent(pPrefab);
+            detach(key);
         });
     if (CKey* pKey = m_Context.m_Clipboard.GetKey())
-        pKey->DetachFromParent(pPrefab);
-    scope.TouchPrefab(pPrefab);
-    m_Context.m_SpellMgr.DeletePrefab(pPrefab);
+        detach(*pKey);
+    // From the back, where taking one out moves the fewest.
+    const auto& prefabs = m_Context.m_SpellMgr.Prefabs();
+    for (size_t i = prefabs.size(); i-- > 0;)
+    {
+        CEffectPropertySet* pPrefab = prefabs[i].get();
+        if (!doomed.contains(pPrefab))
+            continue;
+        scope.TouchPrefab(pPrefab);
+        m_Context.m_SpellMgr.DeletePrefab(pPrefab);
+    }
 }
 
-// The item goes first: while it is taken away, whoever shows it can still read its data.
-void CLibraryEditor::DeleteLeaf(CEditScope& scope, ELibrarySide eSide, HLibraryItem hItem)
+void CLibraryEditor::DropSpells(const CDoomed& doomed)
+{
+    const auto& spells = m_Context.m_SpellMgr.Spells();
+    for (size_t i = spells.size(); i-- > 0;)
+    {
+        if (doomed.contains(spells[i].get()))
+            m_Context.m_SpellMgr.DeleteSpell(spells[i].get());
+    }
+}
+
+// The items go first: while they are taken away, whoever shows them can still read their data.
+void CLibraryEditor::DeleteLeaves(CEditScope& scope, ELibrarySide eSide,
+                                  const std::vector<HLibraryItem>& leaves)
 {
     CLibraryTree& tree = Tree(eSide);
-    void* pData = tree.GetItemData(hItem);
-    TouchTree(scope, eSide);
-    if (eSide == ELibrarySide::ePrefabs)
-    {
-        tree.DeleteItem(hItem);
-        if (pData)
-            DropPrefab(scope, static_cast<CEffectPropertySet*>(pData));
+    CDoomed doomed;
+    const bool bListed = TryAllocating(
+        [&]
+        {
+            for (const HLibraryItem hItem : leaves)
+            {
+                if (tree.GetItemData(hItem))
+                    doomed.insert(tree.GetItemData(hItem));
+            }
+        });
+    if (leaves.empty() || !bListed)
         return;
-    }
-    CSpell* pSpell = static_cast<CSpell*>(pData);
-    if (pSpell)
+    TouchTree(scope, eSide);
+    for (const HLibraryItem hItem : leaves)
     {
-        m_Context.m_Documents.Close(pSpell);
-        scope.Touch(pSpell);
+        const auto* pSpell =
+            eSide == ELibrarySide::eEffects ? static_cast<const CSpell*>(tree.GetItemData(hItem)) : nullptr;
+        if (pSpell)
+        {
+            m_Context.m_Documents.Close(pSpell);
+            scope.Touch(pSpell);
+        }
+        tree.DeleteItem(hItem);
     }
-    tree.DeleteItem(hItem);
-    if (pSpell)
-        m_Context.m_SpellMgr.DeleteSpell(pSpell);
+    if (eSide == ELibrarySide::eEffects)
+        DropSpells(doomed);
+    else
+        DropPrefabs(scope, doomed);
 }
 
 bool CLibraryEditor::Delete(ELibrarySide eSide, HLibraryItem hItem)
@@ -74,7 +103,7 @@ bool CLibraryEditor::Delete(ELibrarySide eSide, HLibraryItem hItem)
     CEditScope scope(m_Context.m_Edits, "Delete");
     if (bLeaf)
     {
-        DeleteLeaf(scope, eSide, hItem);
+        DeleteLeaves(scope, eSide, {hItem});
         return true;
     }
 
@@ -84,8 +113,7 @@ bool CLibraryEditor::Delete(ELibrarySide eSide, HLibraryItem hItem)
         if (tree.IsLeaf(h))
             leaves.push_back(h);
     }
-    for (const HLibraryItem h : leaves)
-        DeleteLeaf(scope, eSide, h);
+    DeleteLeaves(scope, eSide, leaves);
     TouchTree(scope, eSide);
     tree.DeleteItem(hItem);
     return true;
@@ -95,11 +123,13 @@ void CLibraryEditor::DeleteItems(ELibrarySide eSide, const std::vector<HLibraryI
 {
     CLibraryTree& tree = Tree(eSide);
     CEditScope scope(m_Context.m_Edits, "Delete Selection");
+    std::vector<HLibraryItem> leaves;
     for (const HLibraryItem hItem : items)
     {
         if (tree.IsLeaf(hItem))
-            Delete(eSide, hItem);
+            leaves.push_back(hItem);
     }
+    DeleteLeaves(scope, eSide, leaves);
     for (const HLibraryItem hItem : items)
         Delete(eSide, hItem); // dead by now: nothing
 }
@@ -129,7 +159,9 @@ HLibraryItem CLibraryEditor::MoveBranch(CLibraryTree& tree, HLibraryItem hItem, 
 HLibraryItem CLibraryEditor::Move(ELibrarySide eSide, HLibraryItem hItem, HLibraryItem hTarget)
 {
     CLibraryTree& tree = Tree(eSide);
-    if (!tree.GetParentItem(hItem) || !tree.IsGroup(hTarget) || tree.IsAncestor(hItem, hTarget))
+    // A leaf beside the root may come to where it is saved; a root group stays.
+    const bool bStays = !tree.IsAlive(hItem) || (!tree.IsLeaf(hItem) && !tree.GetParentItem(hItem));
+    if (bStays || !tree.IsGroup(hTarget) || tree.IsAncestor(hItem, hTarget))
         return {};
     if (tree.GetParentItem(hItem) == hTarget)
         return hItem;

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "app/EditContext.h"
@@ -86,8 +87,11 @@ private:
     std::string UniqueEffectName(const std::string& sName) const;
     HLibraryItem DuplicateEffect(const CSpell& source, HLibraryItem hItem);
     HLibraryItem DuplicatePrefab(const CEffectPropertySet& source, HLibraryItem hItem);
-    void DeleteLeaf(CEditScope& scope, ELibrarySide eSide, HLibraryItem hItem);
-    void DropPrefab(CEditScope& scope, CEffectPropertySet* pPrefab);
+    // Effects or prefabs that are to be destroyed.
+    using CDoomed = std::unordered_set<const void*>;
+    void DeleteLeaves(CEditScope& scope, ELibrarySide eSide, const std::vector<HLibraryItem>& leaves);
+    void DropPrefabs(CEditScope& scope, const CDoomed& doomed);
+    void DropSpells(const CDoomed& doomed);
 
     CEditContext& m_Context;
 };

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "app/Advice.h"
 #include "app/EmberdeckApp.h"
 #include "app/Launch.h"
 #include "app/Messages.h"
@@ -107,8 +108,14 @@ bool CEmberdeckApp::PackEffects()
             bPacked = PackEffectLibrary(sPackName.c_str(), m_SpellMgr, m_EffectModule, &m_Services.m_Prompts);
         });
     if (!bPacked)
-        ShowFailure(m_Services.m_Prompts, c_MsgPackFailed, sShown.c_str());
+        TellPackFailed(sShown);
     return bPacked;
+}
+
+void CEmberdeckApp::TellPackFailed(const std::string& sPackName) noexcept
+{
+    TryAllocating([&] { m_Services.m_Prompts.Advise(AdviseOnPacking(sPackName, m_EffectModule)); });
+    ShowFailure(m_Services.m_Prompts, c_MsgPackFailed, sPackName.c_str());
 }
 
 bool CEmberdeckApp::PackEffectsAs()

@@ -19,11 +19,15 @@ bool IsEffectFile(const std::string& sName)
 // All effect files below a directory, in the order of its entries, those of a directory at its place.
 // The walk is over before the first file is written, so that no save changes what it finds. False: the
 // user stopped it.
-bool CollectEffectFiles(const std::string& sDirectory, IPrompts& prompts, std::vector<std::string>& files)
+bool CollectEffectFiles(const std::string& sDirectory, IPrompts& prompts, std::vector<std::string>& files,
+                        std::vector<std::string>& unread)
 {
     std::vector<CDirectoryEntry> entries;
     if (!ListDirectory(sDirectory, entries))
+    {
+        unread.push_back(sDirectory);
         return true;
+    }
     if (!prompts.Progress("Looking for effect files", -1.0))
         return false;
     const bool bRoot = !sDirectory.empty() && IsSeparator(sDirectory.back());
@@ -36,7 +40,7 @@ bool CollectEffectFiles(const std::string& sDirectory, IPrompts& prompts, std::v
                 files.push_back(sPath);
         }
         // A link could lead back up, and the walk would never end.
-        else if (!entry.m_bLink && !CollectEffectFiles(sPath, prompts, files))
+        else if (!entry.m_bLink && !CollectEffectFiles(sPath, prompts, files, unread))
             return false;
     }
     return true;
@@ -47,6 +51,7 @@ bool CollectEffectFiles(const std::string& sDirectory, IPrompts& prompts, std::v
 bool CEmberdeckApp::UpdateEffectsInDirectory(const char* pszDirectory)
 {
     std::string sDirectory = pszDirectory ? pszDirectory : "";
+    m_UnreadDirectories.clear();
     if (sDirectory.empty())
         return true;
     if (sDirectory.size() > 1 && IsSeparator(sDirectory.back()))
@@ -55,7 +60,7 @@ bool CEmberdeckApp::UpdateEffectsInDirectory(const char* pszDirectory)
 
     IPrompts& prompts = m_Services.m_Prompts;
     std::vector<std::string> files;
-    if (!CollectEffectFiles(sDirectory, prompts, files))
+    if (!CollectEffectFiles(sDirectory, prompts, files, m_UnreadDirectories))
         return false;
     for (size_t i = 0; i < files.size(); ++i)
     {

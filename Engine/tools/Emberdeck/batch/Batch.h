@@ -7,6 +7,7 @@
 
 #include "app/EmberdeckApp.h"
 #include "batch/BatchPrompts.h"
+#include "shared/engine/ProviderRegistry.h"
 
 namespace CLI
 {
@@ -41,10 +42,10 @@ public:
     bool Open(const std::string& sFile);
     // Finds the project of a file and loads its plug-in, without a library.
     bool OpenProject(const std::string& sFile);
-    // Behind a failed save: where the copy of the old content lies, or why there is none.
 
     CBatchPrompts m_Prompts;
     std::unique_ptr<IProfile> m_pProfile;
+    CProviderRegistry m_Providers;
     std::unique_ptr<ISourceControl> m_pSourceControl;
     std::unique_ptr<CEmberdeckApp> m_pApp;
 };

@@ -35,8 +35,7 @@ CJson CheckOne(const std::string& sFile, const CBatchOptions& options, bool& bLo
                                       &app.m_PrefabTree, sError, &session.m_Prompts, &findings))
     {
         bLoaded = false;
-        session.m_Prompts.Ask("Failed loading the file " + sFile + ":\r\n" + sError, "Error Loading", EButtons::eOk,
-                              EIcon::eStop);
+        app.TellLoadFailed(sFile, sError);
     }
     nFindings = findings.m_List.size();
 

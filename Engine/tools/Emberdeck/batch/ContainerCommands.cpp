@@ -21,12 +21,12 @@ int Transform(const std::string& sIn, const std::string& sOut, CTransform transf
 {
     std::string sContent;
     if (!ReadWholeFile(sIn, sContent))
-        return Fail("cannot read " + sIn);
+        return FailToRead(sIn);
     std::vector<uint8_t> result;
     if (!transform(reinterpret_cast<const uint8_t*>(sContent.data()), sContent.size(), result))
         return Fail(sIn + ": " + pszWrong);
     if (!WriteFileSafely(sOut, std::string(result.begin(), result.end())))
-        return Fail("cannot write " + sOut + ". Please make sure that the file is writable and there is room on the drive");
+        return FailToWrite(sOut);
     if (options.m_bJson)
         PrintJson({{"in", ReadableText(sIn)}, {"inBytes", sContent.size()}, {"out", ReadableText(sOut)}, {"outBytes", result.size()}});
     else if (!options.m_bQuiet)

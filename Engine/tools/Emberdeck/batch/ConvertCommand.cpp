@@ -14,11 +14,6 @@ void AddConvertCommand(CLI::App& app, const CBatchOptions& options, CCommandResu
     pCommand->callback([&options, &nResult, pIn, pOut] {
         CBatchSession session(options);
         nResult = eExit_Failed;
-        if (pOut->empty())
-        {
-            Fail("the name to save under is empty");
-            return;
-        }
         if (!session.Open(*pIn))
             return;
         session.m_pApp->m_sFileName = *pOut;

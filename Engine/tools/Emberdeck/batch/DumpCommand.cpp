@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include <CLI/CLI.hpp>
 
 #include "batch/Batch.h"
@@ -58,73 +60,110 @@ CJson KeyJson(const CPackedKey& key, const CEffectModule& module)
             {"properties", std::move(properties)}};
 }
 
-CJson LibraryJson(const CPackedLibrary& library, const CEffectModule& module)
+CJson HeaderJson(const CPackedHeader& h)
 {
-    const CPackedHeader& h = library.m_Header;
-    CJson strings = CJson::array();
-    for (const auto& [nOffset, sText] : library.m_Strings)
-        strings.push_back(CJson::array({nOffset, ByteText(sText)}));
-    CJson effects = CJson::array();
-    for (const CPackedEffect& effect : library.m_Effects)
-    {
-        CJson keys = CJson::array();
-        for (const CPackedKey& key : effect.m_Keys)
-            keys.push_back(KeyJson(key, module));
-        effects.push_back({{"name", ByteText(effect.m_sName)},
-                           {"offset", effect.m_nOffset},
-                           {"phaseLength", effect.m_nPhaseLength},
-                           {"keys", std::move(keys)}});
-    }
-    CJson names = CJson::array();
-    for (const std::string& sName : library.m_EffectNames)
-        names.push_back(ByteText(sName));
-    return {{"header",
-             {{"magic", h.m_nMagic},
-              {"fileVersion", h.m_nFileVersion},
-              {"typeTableVersion", h.m_nTypeTableVersion},
-              {"stringTableSize", h.m_nStringTableSize},
-              {"curveTableSize", h.m_nCurveTableSize},
-              {"numKeys", h.m_nNumKeys},
-              {"numEffects", h.m_nNumEffects},
-              {"numTypes", h.m_nNumTypes},
-              {"stringTableOffset", h.m_nStringTableOffset},
-              {"effectNamesOffset", h.m_nEffectNamesOffset}}},
-            {"byteOrder", library.m_bBigEndian ? "big" : "little"},
-            {"keyCounts", library.m_KeyCounts},
-            {"strings", std::move(strings)},
-            {"effects", std::move(effects)},
-            {"effectNames", std::move(names)}};
+    return {{"magic", h.m_nMagic},
+            {"fileVersion", h.m_nFileVersion},
+            {"typeTableVersion", h.m_nTypeTableVersion},
+            {"stringTableSize", h.m_nStringTableSize},
+            {"curveTableSize", h.m_nCurveTableSize},
+            {"numKeys", h.m_nNumKeys},
+            {"numEffects", h.m_nNumEffects},
+            {"numTypes", h.m_nNumTypes},
+            {"stringTableOffset", h.m_nStringTableOffset},
+            {"effectNamesOffset", h.m_nEffectNamesOffset}};
 }
 
-void PrintLibrary(const CJson& json)
+// ---- As JSON. A document of a large file would take many times the file's size, so that only one key is made
+// at a time; the text is that of one document.
+
+// A value as it stands nIndent columns deep.
+void PutValue(const CJson& value, size_t nIndent)
 {
-    const CJson& h = json["header"];
-    std::printf("packed effects, version %u, %s-endian, plug-in version %u\n", h["fileVersion"].get<uint32_t>(),
-                json["byteOrder"].get<std::string>().c_str(), h["typeTableVersion"].get<uint32_t>());
-    std::printf("%u effects, %u keys, %u types, strings %u bytes at %u, curves %u bytes, effect names at %u\n",
-                h["numEffects"].get<uint32_t>(), h["numKeys"].get<uint32_t>(), h["numTypes"].get<uint32_t>(),
-                h["stringTableSize"].get<uint32_t>(), h["stringTableOffset"].get<uint32_t>(),
-                h["curveTableSize"].get<uint32_t>(), h["effectNamesOffset"].get<uint32_t>());
-    for (const CJson& effect : json["effects"])
+    const std::string sBreak = '\n' + std::string(nIndent, ' ');
+    const std::string sText = value.dump(2, ' ', false, CJson::error_handler_t::replace);
+    for (size_t i = 0, nEnd; i <= sText.size(); i = nEnd + 1)
     {
-        std::printf("\n[%u] %s, %u ms\n", effect["offset"].get<uint32_t>(), effect["name"].get<std::string>().c_str(),
-                    effect["phaseLength"].get<uint32_t>());
-        for (const CJson& key : effect["keys"])
-        {
-            std::printf("  [%u] %s %u, %g s to %g s, link %u\n", key["offset"].get<uint32_t>(),
-                        key["type"].get<std::string>().c_str(), key["id"].get<uint32_t>(), key["start"].get<double>(),
-                        key["end"].get<double>(), key["link"].get<uint32_t>());
-            for (const CJson& prop : key["properties"])
-            {
-                std::printf("    %s", prop["name"].get<std::string>().c_str());
-                for (const CJson& value : prop["values"])
-                    if (prop["curve"].get<bool>())
-                        std::printf("  %g: %s", value["time"].get<double>(), value["value"].dump().c_str());
-                    else
-                        std::printf("  %s", value["value"].dump().c_str());
-                std::printf("\n");
-            }
-        }
+        nEnd = std::min(sText.find('\n', i), sText.size());
+        Put(i == 0 ? "" : sBreak);
+        Put(std::string_view(sText).substr(i, nEnd - i));
+    }
+}
+
+template <class TList, class TPut>
+void PutList(const TList& list, size_t nIndent, const TPut& put)
+{
+    const std::string sBreak = '\n' + std::string(nIndent, ' ');
+    Put("[");
+    for (size_t i = 0; i < list.size(); ++i)
+    {
+        Put((i == 0 ? "" : ",") + sBreak + "  ");
+        put(list[i]);
+    }
+    Put(list.empty() ? "]" : sBreak + "]");
+}
+
+void PutEffect(const CPackedEffect& effect, const CEffectModule& module)
+{
+    Put("{\n      \"name\": ");
+    PutValue(ByteText(effect.m_sName), 6);
+    Put(",\n      \"offset\": " + std::to_string(effect.m_nOffset));
+    Put(",\n      \"phaseLength\": " + std::to_string(effect.m_nPhaseLength));
+    Put(",\n      \"keys\": ");
+    PutList(effect.m_Keys, 6, [&](const CPackedKey& key) { PutValue(KeyJson(key, module), 8); });
+    Put("\n    }");
+}
+
+void PrintLibraryJson(const CPackedLibrary& library, const CEffectModule& module)
+{
+    Put("{\n  \"header\": ");
+    PutValue(HeaderJson(library.m_Header), 2);
+    Put(",\n  \"byteOrder\": ");
+    PutValue(library.m_bBigEndian ? "big" : "little", 2);
+    Put(",\n  \"keyCounts\": ");
+    PutValue(library.m_KeyCounts, 2);
+    Put(",\n  \"strings\": ");
+    PutList(library.m_Strings, 2,
+            [](const auto& entry) { PutValue(CJson::array({entry.first, ByteText(entry.second)}), 4); });
+    Put(",\n  \"effects\": ");
+    PutList(library.m_Effects, 2, [&](const CPackedEffect& effect) { PutEffect(effect, module); });
+    Put(",\n  \"effectNames\": ");
+    PutList(library.m_EffectNames, 2, [](const std::string& sName) { PutValue(ByteText(sName), 4); });
+    Put("\n}\n");
+}
+
+// ---- As text
+
+void PrintKey(const CJson& key)
+{
+    std::printf("  [%u] %s %u, %g s to %g s, link %u\n", key["offset"].get<uint32_t>(),
+                key["type"].get<std::string>().c_str(), key["id"].get<uint32_t>(), key["start"].get<double>(),
+                key["end"].get<double>(), key["link"].get<uint32_t>());
+    for (const CJson& prop : key["properties"])
+    {
+        std::printf("    %s", prop["name"].get<std::string>().c_str());
+        for (const CJson& value : prop["values"])
+            if (prop["curve"].get<bool>())
+                std::printf("  %g: %s", value["time"].get<double>(), value["value"].dump().c_str());
+            else
+                std::printf("  %s", value["value"].dump().c_str());
+        std::printf("\n");
+    }
+}
+
+void PrintLibrary(const CPackedLibrary& library, const CEffectModule& module)
+{
+    const CPackedHeader& h = library.m_Header;
+    std::printf("packed effects, version %u, %s-endian, plug-in version %u\n", h.m_nFileVersion,
+                library.m_bBigEndian ? "big" : "little", h.m_nTypeTableVersion);
+    std::printf("%u effects, %u keys, %u types, strings %u bytes at %u, curves %u bytes, effect names at %u\n",
+                h.m_nNumEffects, h.m_nNumKeys, h.m_nNumTypes, h.m_nStringTableSize, h.m_nStringTableOffset,
+                h.m_nCurveTableSize, h.m_nEffectNamesOffset);
+    for (const CPackedEffect& effect : library.m_Effects)
+    {
+        std::printf("\n[%u] %s, %u ms\n", effect.m_nOffset, ByteText(effect.m_sName).c_str(), effect.m_nPhaseLength);
+        for (const CPackedKey& key : effect.m_Keys)
+            PrintKey(KeyJson(key, module));
     }
 }
 } // namespace
@@ -144,7 +183,7 @@ void AddDumpCommand(CLI::App& app, const CBatchOptions& options, CCommandResult&
         std::string sBytes;
         if (!ReadWholeFile(*pFile, sBytes))
         {
-            Fail("cannot read " + *pFile);
+            FailToRead(*pFile);
             return;
         }
         if (!session.OpenProject(pProject->empty() ? *pFile : *pProject))
@@ -157,10 +196,9 @@ void AddDumpCommand(CLI::App& app, const CBatchOptions& options, CCommandResult&
             return;
         }
         nResult = eExit_Done;
-        const CJson json = LibraryJson(library, session.m_pApp->m_EffectModule);
         if (options.m_bJson)
-            PrintJson(json);
+            PrintLibraryJson(library, session.m_pApp->m_EffectModule);
         else
-            PrintLibrary(json);
+            PrintLibrary(library, session.m_pApp->m_EffectModule);
     });
 }

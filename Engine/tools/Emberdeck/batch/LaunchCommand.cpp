@@ -1,8 +1,9 @@
 #include <CLI/CLI.hpp>
 
+#include "app/Launch.h"
 #include "batch/Batch.h"
 #include "batch/Output.h"
-#include "platform/Files.h"
+#include "platform/Paths.h"
 
 void AddLaunchCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult)
 {
@@ -16,14 +17,12 @@ void AddLaunchCommand(CLI::App& app, const CBatchOptions& options, CCommandResul
         nResult = eExit_Failed;
         if (!session.m_pApp->LocateProject(pFile->c_str()))
             return;
-        const std::string& sBinary = session.m_pApp->m_Project.m_sPCBinary;
-        if (!FileExists(sBinary))
-        {
-            Fail("the project's game binary " + sBinary + " is not there");
-            return;
-        }
-        session.m_pProfile->WriteString("", "CommandLine", *pLine);
-        session.m_pApp->LaunchGame();
-        nResult = eExit_Done;
+        const CProjectInfo& project = session.m_pApp->m_Project;
+        if (LaunchProgram(project.m_sPCBinary, *pLine))
+            nResult = eExit_Done;
+        else
+            Fail("cannot start the game " + DisplayPath(project.m_sPCBinary) +
+                 ". Its path stands as PCBinary= in the section [Tools Launch] of the proj00 file in " +
+                 DisplayPath(project.m_sProjectDir));
     });
 }

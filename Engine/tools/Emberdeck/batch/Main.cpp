@@ -7,7 +7,6 @@
 #include "batch/Batch.h"
 #include "batch/Output.h"
 #include "qsversion.h"
-#include "qsversion.h"
 
 namespace
 {
@@ -15,6 +14,15 @@ constexpr const char* c_pszFooter =
     "\nExit status: 0 the job is done; 1 it failed, with the reason on standard error; 2 wrong usage.\n"
     "A library whose name ends in c is compressed text, any other is plain text.\n"
     "\"emberdeck-batch COMMAND --help\" tells more of a command.";
+
+// An empty name is a variable of a script that wasn't set. Only what the game is given may be empty.
+void RefuseEmptyNames(CLI::App& app)
+{
+    for (CLI::App* pCommand : app.get_subcommands({}))
+        for (CLI::Option* pOption : pCommand->get_options())
+            if (pOption->get_items_expected_max() > 0 && !pOption->check_lname("command-line"))
+                pOption->check([](const std::string& s) { return std::string(s.empty() ? "the name is empty" : ""); }, "", "");
+}
 
 int Run(int argc, char** argv)
 {
@@ -42,6 +50,7 @@ int Run(int argc, char** argv)
     AddDepsCommand(app, options, nResult);
     AddLaunchCommand(app, options, nResult);
     AddRecoverCommand(app, options, nResult);
+    RefuseEmptyNames(app);
 
     try
     {
@@ -50,7 +59,9 @@ int Run(int argc, char** argv)
     catch (const CLI::ParseError& error)
     {
         // Help and version are no errors; everything else is wrong usage, whatever its own number.
-        return app.exit(error) == 0 ? eExit_Done : eExit_Usage;
+        if (app.exit(error) != 0)
+            return eExit_Usage;
+        return FlushOutput() ? eExit_Done : eExit_Failed;
     }
     if (!FlushOutput() && nResult == eExit_Done)
         nResult = eExit_Failed;

@@ -2,6 +2,7 @@
 
 #include "batch/Batch.h"
 #include "batch/Output.h"
+#include "platform/FileProblem.h"
 #include "platform/Paths.h"
 #include "qsamgr/qsaallocator.h"
 #include "qsamgr/qsanode.h"
@@ -10,8 +11,6 @@
 
 namespace
 {
-void Put(std::string_view s) { std::fwrite(s.data(), 1, s.size(), stdout); }
-
 // A JSON string with each byte as the character of its number.
 std::string Quoted(std::string_view sBytes)
 {
@@ -79,7 +78,10 @@ void AddNodesCommand(CLI::App& app, const CBatchOptions& options, CCommandResult
         if (!CQSANodeReader::LoadEntireFile(sNative.c_str(), CQSAUtil::IsFileCompressed(pFile->c_str()), &root, &alloc))
         {
             root.Free(&alloc);
-            nResult = Fail(*pFile + ": cannot be read, is damaged, or nests deeper than 1023 lists");
+            nResult = !ReadProblem(*pFile).empty()
+                          ? FailToRead(*pFile)
+                          : Fail(*pFile + ": it is damaged, nests deeper than 1023 lists, or is compressed text under a name "
+                                          "that doesn't end in c, or the other way round");
             return;
         }
         if (options.m_bJson)

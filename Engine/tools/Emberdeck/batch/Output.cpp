@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "platform/FileProblem.h"
+
 namespace
 {
 void AppendUtf8(std::string& sOut, uint32_t nCode)
@@ -87,6 +89,8 @@ std::string ByteText(std::string_view sBytes)
     return sOut;
 }
 
+void Put(std::string_view sBytes) { std::fwrite(sBytes.data(), 1, sBytes.size(), stdout); }
+
 void PrintJson(const CJson& json)
 {
     const std::string sText = json.dump(2, ' ', false, CJson::error_handler_t::replace);
@@ -106,4 +110,17 @@ int Fail(const std::string& sText)
 {
     std::fprintf(stderr, "emberdeck-batch: %s\n", sText.c_str());
     return eExit_Failed;
+}
+
+int FailToRead(const std::string& sPath)
+{
+    const std::string sProblem = ReadProblem(sPath);
+    return Fail("cannot read " + sPath + (sProblem.empty() ? "" : ". ") + sProblem);
+}
+
+int FailToWrite(const std::string& sPath)
+{
+    const std::string sProblem = WriteProblem(sPath);
+    return Fail("cannot write " + sPath + ". " +
+                (sProblem.empty() ? "Please make sure that the file is writable and there is room on the drive." : sProblem));
 }

@@ -76,17 +76,16 @@ int Pack(const CPackRequest& request, const CBatchOptions& options)
     {
         if (sOut.empty())
             sOut = CEmberdeckApp::MakePackName(app.m_sFileName);
+        app.SourceControl().EnsureCheckedOut(sOut.c_str(), 0);
         if (!PackEffectLibrary(sOut.c_str(), app.m_SpellMgr, app.m_EffectModule, &session.m_Prompts,
                                request.m_sTarget == "xenon" ? "Xenon" : "PC"))
         {
-            session.m_Prompts.Ask("An error occurred packing the file " + sOut +
-                                      ". Please make sure that the file is writable and there is room on the drive.",
-                                  "Error Packing", EButtons::eOk, EIcon::eExclamation);
+            app.TellPackFailed(sOut);
             return eExit_Failed;
         }
     }
     if (!request.m_sDepFile.empty() && !WriteDepFile(request, sOut, app))
-        return Fail("cannot write " + request.m_sDepFile);
+        return FailToWrite(request.m_sDepFile);
 
     const uint64_t nBytes = FileSize(sOut);
     if (options.m_bJson)
@@ -113,7 +112,8 @@ void AddPackCommand(CLI::App& app, CBatchOptions& options, CCommandResult& nResu
         ->check(CLI::IsMember({"pc", "xenon"}))
         ->capture_default_str();
     pCommand->add_option("--depfile", pRequest->m_sDepFile, "Write the files that the result depends on, for make");
-    pCommand->add_option("--checkout", *pAnswer, "Answer to the check-out question")
+    pCommand->add_option("--checkout", *pAnswer, "yes: check the library and the packed file out of the project's source control first; "
+                         "no: leave source control alone")
         ->check(CLI::IsMember({"yes", "no"}))
         ->capture_default_str();
     pCommand->callback([&options, &nResult, pRequest, pAnswer] {

@@ -53,10 +53,10 @@ int Recover(const CRecoverRequest& request, const CBatchOptions& options)
     if (request.m_bList)
         return List(request, entries, options);
     if (entries.empty())
-        return Fail("there is no copy of " + request.m_sFile);
+        return Fail("there is no copy of " + request.m_sFile + ". Copies are made when Emberdeck saves over a file");
     if (request.m_nCopy < 1 || request.m_nCopy > entries.size())
         return Fail("there are " + std::to_string(entries.size()) + " copies of " + request.m_sFile + ", and no number " +
-                    std::to_string(request.m_nCopy));
+                    std::to_string(request.m_nCopy) + ". Run the command with --list to see them");
     const CBackupStore::CEntry chosen = entries[request.m_nCopy - 1];
     std::string sError;
     if (!store.Recover(request.m_sFile, request.m_nCopy - 1, sError))

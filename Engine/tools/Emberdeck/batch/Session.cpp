@@ -1,8 +1,10 @@
 #include <cstdio>
 
-#include "app/BackupStore.h"
+#include "app/CommandLineInfo.h"
 #include "batch/Batch.h"
 #include "platform/Profile.h"
+#include "shared/engine/BuiltInProviders.h"
+#include "shared/engine/ProviderLibraries.h"
 #include "shared/engine/SharedSourceControlMgr.h"
 
 namespace
@@ -25,13 +27,50 @@ public:
     bool GetLatest(const char*) override { return true; }
     bool History(const char*) override { return true; }
 };
+
+// A relative name with a colon in it would pass for one with a drive, and no project is looked for above those.
+std::string LibraryPath(const std::string& sFile)
+{
+    return sFile.find(':') != std::string::npos ? MakeFullPath(sFile) : sFile;
+}
+
+void TellSourceControl(const std::string& sText)
+{
+    std::fprintf(stderr, "source control: %s\n", sText.c_str());
+}
+
+// Nobody is there to choose: the files are written without source control, and the run says why.
+class CToldLocator : public ISourceControlLocator
+{
+public:
+    CSourceControlStatus SelectProvider(CClassId& id) override
+    {
+        TellSourceControl("there is no provider to connect to; nothing is checked out.");
+        id = CClassId();
+        return {};
+    }
+};
+
+// The same providers as in the window, but with nobody to answer their questions.
+std::unique_ptr<ISourceControl> MakeSourceControl(CProviderRegistry& registry, IPrompts& prompts)
+{
+    RegisterBuiltInProviders(registry, {&prompts, nullptr});
+    for (const std::string& sProblem : RegisterProviderLibraries(registry, GetProviderListFile()))
+        TellSourceControl(sProblem);
+    CSourceControlServices services;
+    services.m_pRegistry = &registry;
+    services.m_pPrompts = &prompts;
+    services.m_MakeLocator = [] { return std::make_unique<CToldLocator>(); };
+    services.m_TellFailure = TellSourceControl;
+    return std::make_unique<CSharedSourceControlMgr>(services);
+}
 } // namespace
 
 CBatchSession::CBatchSession(const CBatchOptions& options)
     : m_Prompts(options.m_bCheckOut, options.m_bQuiet), m_pProfile(MakeMemoryProfile())
 {
     if (options.m_bCheckOut)
-        m_pSourceControl = std::make_unique<CSharedSourceControlMgr>();
+        m_pSourceControl = MakeSourceControl(m_Providers, m_Prompts);
     else
         m_pSourceControl = std::make_unique<CNoSourceControl>();
     m_pApp = std::make_unique<CEmberdeckApp>(CAppServices{m_Prompts, *m_pProfile, *m_pSourceControl});
@@ -40,9 +79,9 @@ CBatchSession::CBatchSession(const CBatchOptions& options)
 
 CBatchSession::~CBatchSession() { m_pApp.reset(); }
 
-bool CBatchSession::Open(const std::string& sFile) { return m_pApp->OpenEffectFile(sFile.c_str()); }
+bool CBatchSession::Open(const std::string& sFile) { return m_pApp->OpenEffectFile(LibraryPath(sFile).c_str()); }
 
 bool CBatchSession::OpenProject(const std::string& sFile)
 {
-    return m_pApp->LocateProject(sFile.c_str()) && m_pApp->LoadProjectPlugin();
+    return m_pApp->LocateProject(LibraryPath(sFile).c_str()) && m_pApp->LoadProjectPlugin();
 }

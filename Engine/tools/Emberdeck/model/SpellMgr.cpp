@@ -90,14 +90,15 @@ void CSpellMgr::MakeUniqueSpellName(const char* pszName, std::string& sOut) cons
 
 void CSpellMgr::DeleteSpell(CSpell* pSpell)
 {
-    const auto found = std::find_if(m_Spells.begin(), m_Spells.end(),
+    // From the back: who deletes many goes that way, and each is then found at once.
+    const auto found = std::find_if(m_Spells.rbegin(), m_Spells.rend(),
                                     [pSpell](const std::unique_ptr<CSpell>& p) { return p.get() == pSpell; });
-    if (found == m_Spells.end())
+    if (found == m_Spells.rend())
     {
         QS_ASSERT_FORCED("Error: Deleting an effect that is not in the list");
         return;
     }
-    m_Spells.erase(found);
+    m_Spells.erase(std::next(found).base());
 }
 
 std::unique_ptr<CSpell> CSpellMgr::TakeSpell(const CSpell* pSpell)
@@ -138,8 +139,11 @@ void CSpellMgr::MakeUniquePrefabName(const char* pszName, std::string& sOut) con
 
 void CSpellMgr::DeletePrefab(CEffectPropertySet* pPrefab)
 {
-    std::erase_if(m_Prefabs,
-                  [pPrefab](const std::unique_ptr<CEffectPropertySet>& p) { return p.get() == pPrefab; });
+    const auto found =
+        std::find_if(m_Prefabs.rbegin(), m_Prefabs.rend(),
+                     [pPrefab](const std::unique_ptr<CEffectPropertySet>& p) { return p.get() == pPrefab; });
+    if (found != m_Prefabs.rend())
+        m_Prefabs.erase(std::next(found).base());
 }
 
 void CSpellMgr::Clear()

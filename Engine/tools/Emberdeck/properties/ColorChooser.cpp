@@ -32,6 +32,15 @@ uint32_t ToChannel(double fPart)
     return static_cast<uint32_t>(std::clamp(std::lround(fPart * c_nMaxChannel), 0L, long(c_nMaxChannel)));
 }
 
+// Hue in degrees, the others from 0 to 1.
+CColorRef FromParts(double fHue, double fSat, double fLum)
+{
+    const double fChroma = (1.0 - std::abs(2.0 * fLum - 1.0)) * fSat;
+    const double fLow = fLum - fChroma / 2.0;
+    return MakeColorRef(ToChannel(fLow + fChroma * HueShare(fHue + 120.0)), ToChannel(fLow + fChroma * HueShare(fHue)),
+                        ToChannel(fLow + fChroma * HueShare(fHue - 120.0)));
+}
+
 // Place of a pointer along a length, as 0 to nMax.
 int Along(int64_t nOffset, int32_t nLength, int nMax)
 {
@@ -50,12 +59,7 @@ int32_t PlaceOf(int nValue, int nMax, int32_t nLength)
 
 CColorRef HslToRgb(const CHsl& hsl)
 {
-    const double fLum = hsl.m_nLum / 255.0;
-    const double fChroma = (1.0 - std::abs(2.0 * fLum - 1.0)) * hsl.m_nSat / 255.0;
-    const double fLow = fLum - fChroma / 2.0;
-    return MakeColorRef(ToChannel(fLow + fChroma * HueShare(hsl.m_nHue + 120.0)),
-                        ToChannel(fLow + fChroma * HueShare(hsl.m_nHue)),
-                        ToChannel(fLow + fChroma * HueShare(hsl.m_nHue - 120.0)));
+    return FromParts(hsl.m_nHue, hsl.m_nSat / 255.0, hsl.m_nLum / 255.0);
 }
 
 CHsl RgbToHsl(CColorRef nColor, const CHsl& before)
@@ -98,7 +102,8 @@ void CColorChooser::SetHsl(const CHsl& hsl)
 CColorRef CColorChooser::GetBasicColor(int nIndex)
 {
     constexpr int c_Hues[c_nBasicColumns] = {0, 0, 30, 60, 120, 180, 220, 290};
-    constexpr int c_Lums[c_nBasicRows] = {217, 179, 128, 96, 64, 38};
+    // As parts of one: no whole number of 255 is the half that pure colours have.
+    constexpr double c_Lums[c_nBasicRows] = {0.85, 0.7, 0.5, 0.375, 0.25, 0.15};
     if (nIndex < 0 || nIndex >= c_nBasicColors)
         return 0;
     const int nColumn = nIndex % c_nBasicColumns;
@@ -108,7 +113,7 @@ CColorRef CColorChooser::GetBasicColor(int nIndex)
         const auto nGrey = static_cast<uint32_t>(c_nMaxChannel - nRow * c_nMaxChannel / (c_nBasicRows - 1));
         return MakeColorRef(nGrey, nGrey, nGrey);
     }
-    return HslToRgb(CHsl{c_Hues[nColumn], c_nMaxChannel, c_Lums[nRow]});
+    return FromParts(c_Hues[nColumn], 1.0, c_Lums[nRow]);
 }
 
 CRect CColorChooser::GetBasicRect(const CRect& rc, int nIndex)

@@ -74,16 +74,9 @@ void ColorDialog::PlaceViews()
     rcDescription.setTop(std::max(rcDescription.top(), rcPalette.bottom() + 1));
     m_pDescription->setGeometry(rcDescription);
 
-    AddHeading(QStringLiteral("&Basic colors:"), m_pBasic);
-    AddHeading(QStringLiteral("&Custom colors:"), m_pPalette);
-}
-
-void ColorDialog::AddHeading(const QString& sText, QWidget* pBelow)
-{
-    auto* pLabel = new QLabel(sText, this);
-    pLabel->setBuddy(pBelow);
-    pLabel->setGeometry(
-        QRect(QPoint(m_pDescription->x(), pBelow->y() - pLabel->sizeHint().height()), pLabel->sizeHint()));
+    for (QWidget* pView : {static_cast<QWidget*>(m_pBasic), static_cast<QWidget*>(m_pPalette)})
+        if (QLabel* pHeading = m_Controls.HeadingOf(pView == m_pBasic ? eColor_Basic : eColor_Palette))
+            pHeading->setBuddy(pView);
 }
 
 void ColorDialog::WireBoxes()

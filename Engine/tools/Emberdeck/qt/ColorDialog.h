@@ -29,7 +29,6 @@ private:
     void FocusOnPalette() override;
 
     void PlaceViews();
-    void AddHeading(const QString& sText, QWidget* pBelow);
     void WireBoxes();
     void WireButtons();
     void SetTabOrder();

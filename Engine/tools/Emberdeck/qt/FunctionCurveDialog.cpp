@@ -95,6 +95,7 @@ FunctionCurveDialog::FunctionCurveDialog(CFunctionCurveDlg& dialog, QWidget* pPa
       m_pArea(new CurveArea(dialog, this)),
       m_pAxes(m_Controls.Get<QComboBox>(eCurve_Axis))
 {
+    KeepDisabledReadable(*this);
     const QRect rcArea = m_Controls.PlaceOf(eCurve_Area);
     m_pArea->setGeometry(rcArea);
     const FontMeasure font(*this);

@@ -39,6 +39,7 @@ FxPropertiesDialog::FxPropertiesDialog(CFXPropertiesDlg& dialog, QWidget* pParen
       m_rcRows(m_Controls.PlaceOf(c_nRowsPlace).translated(0, c_nGroupInset)),
       m_pScrollBar(m_Controls.Get<QScrollBar>(c_nScrollBar))
 {
+    KeepDisabledReadable(*this);
     FitScreen();
     const FontMeasure font(*this);
     m_Dialog.OnInitDialog(FromQt(m_rcRows), &font);

@@ -10,15 +10,13 @@
 #include "app/resources/Bars.h"
 #include "app/resources/TreeIcons.h"
 #include "qt/LibraryTreeView.h"
-#include "qt/ProgramIcon.h"
+#include "qt/PropertyControls.h"
 #include "qt/QtSurface.h"
 #include "qt/QtText.h"
 #include "qt/TemplateDialog.h"
 
 namespace
 {
-QIcon IconOf(const CIconArt& art) { return QIcon(QPixmap::fromImage(ToQImage(MakeImage(art)))); }
-
 CPoint ScreenPoint(const QMouseEvent* pEvent) { return FromQt(pEvent->globalPosition().toPoint()); }
 } // namespace
 
@@ -45,6 +43,11 @@ void SizeBarWidget::mouseReleaseEvent(QMouseEvent* pEvent)
 {
     if (m_pBar && pEvent->button() == Qt::LeftButton)
         m_pBar->OnLeftRelease(ScreenPoint(pEvent));
+    ShowCursor();
+}
+
+void SizeBarWidget::ShowCursor()
+{
     setCursor(m_pBar && m_pBar->IsCollapsed() ? Qt::PointingHandCursor : Qt::SizeHorCursor);
 }
 
@@ -58,6 +61,7 @@ void SizeBarWidget::keyPressEvent(QKeyEvent* pEvent)
     // The keyboard's click.
     m_pBar->OnLeftPress(CPoint{});
     m_pBar->OnLeftRelease(CPoint{});
+    ShowCursor();
 }
 
 void SizeBarWidget::paintEvent(QPaintEvent*)
@@ -80,8 +84,8 @@ void SizeBarWidget::paintEvent(QPaintEvent*)
 
 LeftDockWidget::LeftDockWidget(CEditContext& context, QWidget* pParent)
     : QWidget(pParent), m_pTabs(new QTabBar(this)), m_pSizeBar(new SizeBarWidget(this)),
-      m_pEffects(new LibraryTreeView(context.m_EffectTree, IconOf(c_EffectIcon), this)),
-      m_pPrefabs(new LibraryTreeView(context.m_PrefabTree, IconOf(c_PrefabIcon), this))
+      m_pEffects(new LibraryTreeView(context.m_EffectTree, ArtIcon(c_EffectIcon), this)),
+      m_pPrefabs(new LibraryTreeView(context.m_PrefabTree, ArtIcon(c_PrefabIcon), this))
 {
     m_pEffects->setAccessibleName(tr("Effects"));
     m_pPrefabs->setAccessibleName(tr("Prefabs"));
@@ -99,7 +103,6 @@ LeftDockWidget::LeftDockWidget(CEditContext& context, QWidget* pParent)
     m_pPrefabPanel = std::make_unique<CPrefabTreePanel>(context, *m_pPrefabs, options);
     m_pDock = std::make_unique<CLeftDockBar>(*this, *m_pEffectPanel, *m_pPrefabPanel, nDrag);
     m_pSizeBar->SetBar(&m_pDock->SizeBar());
-    m_pSizeBar->setCursor(Qt::SizeHorCursor);
     m_bReady = true;
     m_pDock->Initialize();
     connect(m_pTabs, &QTabBar::currentChanged, this, [this](int nTab) { m_pDock->OnSelChange(nTab); });

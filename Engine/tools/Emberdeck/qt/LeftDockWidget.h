@@ -16,7 +16,11 @@ class SizeBarWidget : public QWidget
 
 public:
     SizeBarWidget(QWidget* pParent);
-    void SetBar(CSizeBar* pBar) { m_pBar = pBar; }
+    void SetBar(CSizeBar* pBar) // borrowed; null before it goes
+    {
+        m_pBar = pBar;
+        ShowCursor();
+    }
 
 protected:
     void mousePressEvent(QMouseEvent* pEvent) override;
@@ -26,6 +30,8 @@ protected:
     void keyPressEvent(QKeyEvent* pEvent) override;
 
 private:
+    void ShowCursor();
+
     CSizeBar* m_pBar = nullptr;
 };
 

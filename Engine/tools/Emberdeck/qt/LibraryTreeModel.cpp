@@ -3,17 +3,12 @@
 #include <QIcon>
 
 #include "app/resources/TreeIcons.h"
-#include "qt/ProgramIcon.h"
+#include "qt/PropertyControls.h"
 #include "qt/QtText.h"
 
-namespace
-{
-QIcon IconOf(const CIconArt& art) { return QIcon(QPixmap::fromImage(ToQImage(MakeImage(art)))); }
-} // namespace
-
 LibraryTreeModel::LibraryTreeModel(const CLibraryTree& tree, QIcon leaf, QObject* pParent)
-    : QAbstractItemModel(pParent), m_Tree(tree), m_Leaf(std::move(leaf)), m_Closed(IconOf(c_FolderClosedIcon)),
-      m_Open(IconOf(c_FolderOpenIcon))
+    : QAbstractItemModel(pParent), m_Tree(tree), m_Leaf(std::move(leaf)), m_Closed(ArtIcon(c_FolderClosedIcon)),
+      m_Open(ArtIcon(c_FolderOpenIcon))
 {
 }
 
@@ -78,6 +73,8 @@ QVariant LibraryTreeModel::data(const QModelIndex& index, int nRole) const
         return QtText::ToQt(m_Tree.GetItemText(hItem));
     case Qt::DecorationRole:
         return m_Tree.IsGroup(hItem) ? m_Closed : m_Leaf;
+    case c_nOpenIconRole:
+        return m_Tree.IsGroup(hItem) ? m_Open : m_Leaf;
     default:
         return QVariant();
     }
@@ -85,6 +82,9 @@ QVariant LibraryTreeModel::data(const QModelIndex& index, int nRole) const
 
 void LibraryTreeModel::Rebuild()
 {
+    // Nobody has asked since the last time: of ten thousand items that go, the first one does it for all.
+    if (m_Children.empty())
+        return;
     beginResetModel();
     m_Children.clear();
     m_Rows.clear();

@@ -15,6 +15,7 @@ class LibraryTreeModel : public QAbstractItemModel
 
 public:
     LibraryTreeModel(const CLibraryTree& tree, QIcon leaf, QObject* pParent);
+    static constexpr int c_nOpenIconRole = Qt::UserRole; // the icon of an item while it is expanded
 
     QModelIndex index(int nRow, int nColumn, const QModelIndex& parent = QModelIndex()) const override;
     QModelIndex parent(const QModelIndex& index) const override;

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QContextMenuEvent>
+#include <QHeaderView>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
@@ -36,7 +37,16 @@ public:
                                control.IsSelected(hItem) || control.GetItemStateEx(hItem, eState_DropHilited) != 0);
         pOption->state.setFlag(QStyle::State_HasFocus, control.GetCaret() == hItem && m_pView->hasFocus());
         pOption->state.setFlag(QStyle::State_Active, m_pView->hasFocus());
+        if (pOption->state & QStyle::State_Open)
+            pOption->icon = index.data(LibraryTreeModel::c_nOpenIconRole).value<QIcon>();
         pOption->font.setBold(control.GetItemStateEx(hItem, eState_Bold) != 0);
+    }
+    // The highlight ends with the label: what lies right of it is empty space, where a band begins.
+    void paint(QPainter* pPainter, const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        QStyleOptionViewItem narrow = option;
+        narrow.rect.setRight(m_pView->ItemRect(index).right - 1);
+        QStyledItemDelegate::paint(pPainter, narrow, index);
     }
 
 private:
@@ -101,6 +111,27 @@ ETreeKey TreeKey(const QKeyEvent* pEvent)
     }
 }
 
+// An arrow with what is dragged: one leaf, or several.
+QCursor DragCursor(const QIcon& leaf, bool bSeveral, double fScale)
+{
+    constexpr int c_nSize = 32;
+    QPixmap pixmap(QSize(c_nSize, c_nSize) * fScale);
+    pixmap.setDevicePixelRatio(fScale);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (bSeveral)
+        leaf.paint(&painter, QRect(14, 8, 16, 16));
+    leaf.paint(&painter, QRect(9, 14, 16, 16));
+    painter.setPen(Qt::white);
+    painter.setBrush(Qt::black);
+    painter.drawPolygon(QPolygonF({{0.5, 0.5}, {0.5, 13.5}, {3.5, 10.5}, {5.5, 15.5}, {8, 14.5}, {6, 9.5}, {10.5, 9.5}}));
+    return QCursor(pixmap, 0, 0);
+}
+
+constexpr int c_nScrollEdge = 12; // pixels from the edge, where a drag scrolls
+constexpr int c_nScrollMs = 60;
+
 // The modeless find dialog of one tree.
 class FindDialog : public TemplateDialog, public IFindDialog
 {
@@ -144,7 +175,7 @@ private:
 } // namespace
 
 LibraryTreeView::LibraryTreeView(CLibraryTree& tree, QIcon leaf, QWidget* pParent)
-    : QTreeView(pParent), m_Tree(tree), m_pModel(new LibraryTreeModel(tree, std::move(leaf), this))
+    : QTreeView(pParent), m_Tree(tree), m_Leaf(leaf), m_pModel(new LibraryTreeModel(tree, std::move(leaf), this))
 {
     setModel(m_pModel);
     setItemDelegate(new LibraryTreeDelegate(this));
@@ -157,6 +188,10 @@ LibraryTreeView::LibraryTreeView(CLibraryTree& tree, QIcon leaf, QWidget* pParen
     setItemsExpandable(false); // the control does it
     setIconSize(QSize(16, 16));
     setMouseTracking(true);
+    header()->setStretchLastSection(false);
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    m_DragScroll.setInterval(c_nScrollMs);
+    connect(&m_DragScroll, &QTimer::timeout, this, &LibraryTreeView::ScrollWhileDragging);
     m_Clock.start();
 }
 
@@ -180,7 +215,25 @@ void LibraryTreeView::Sync() const
             if (m_pPanel->m_Tree.IsExpanded(h))
                 pThis->setExpanded(m_pModel->IndexOf(h), true);
     pThis->doItemsLayout();
+    pThis->FitColumn();
+    if (m_pPanel)
+        pThis->setCurrentIndex(m_pModel->IndexOf(m_pPanel->m_Tree.GetCaret()));
     verticalScrollBar()->setValue(nScroll);
+}
+
+// At least as wide as the view, and as wide as the labels are: what is long or lies deep can be scrolled to.
+void LibraryTreeView::FitColumn()
+{
+    m_bFitQueued = false;
+    if (!m_bStale)
+        header()->resizeSection(0, std::max(viewport()->width(), sizeHintForColumn(0)));
+}
+
+void LibraryTreeView::QueueFit()
+{
+    if (!m_bFitQueued)
+        QTimer::singleShot(0, this, [this] { FitColumn(); });
+    m_bFitQueued = true;
 }
 
 void LibraryTreeView::TreeChanged(CLibraryTree::EChange eChange, HLibraryItem hItem)
@@ -188,6 +241,7 @@ void LibraryTreeView::TreeChanged(CLibraryTree::EChange eChange, HLibraryItem hI
     if (eChange == CLibraryTree::eTree_Text && !m_bStale)
     {
         m_pModel->TextChanged(hItem);
+        QueueFit();
         return;
     }
     // Qt must not look at an item that goes; many changes in a row cost one rebuild.
@@ -203,8 +257,10 @@ void LibraryTreeView::TreeChanged(CLibraryTree::EChange eChange, HLibraryItem hI
 
 void LibraryTreeView::ItemExpanded(HLibraryItem hItem, bool bExpanded)
 {
-    if (!m_bStale)
-        setExpanded(m_pModel->IndexOf(hItem), bExpanded);
+    if (m_bStale)
+        return;
+    setExpanded(m_pModel->IndexOf(hItem), bExpanded);
+    QueueFit();
 }
 
 void LibraryTreeView::CaretChanged(HLibraryItem hItem)
@@ -217,7 +273,17 @@ void LibraryTreeView::CaretChanged(HLibraryItem hItem)
 void LibraryTreeView::ScrollTo(HLibraryItem hItem)
 {
     Sync();
-    scrollTo(m_pModel->IndexOf(hItem));
+    const QModelIndex index = m_pModel->IndexOf(hItem);
+    const int nAcross = horizontalScrollBar()->value();
+    scrollTo(index);
+    // The toolkit shows the left end of the row; it is the label that is wanted.
+    horizontalScrollBar()->setValue(nAcross);
+    const CRect rc = ItemRect(index);
+    if (rc.right > viewport()->width())
+        horizontalScrollBar()->setValue(horizontalScrollBar()->value() + rc.right - viewport()->width());
+    const int nLeft = visualRect(index).left() - indentation();
+    if (nLeft < 0)
+        horizontalScrollBar()->setValue(horizontalScrollBar()->value() + nLeft);
 }
 
 CRect LibraryTreeView::ItemRect(const QModelIndex& index) const
@@ -240,7 +306,9 @@ CRect LibraryTreeView::GetLabelRect(HLibraryItem hItem) const
 CTreeHit LibraryTreeView::HitTest(CPoint pt) const
 {
     Sync();
-    const QModelIndex index = indexAt(QPoint(std::clamp(pt.x, 0, std::max(viewport()->width() - 1, 0)), pt.y));
+    // The whole row counts, also beside the view.
+    const int nInside = std::clamp(pt.x, 0, std::max(viewport()->width() - 1, 0));
+    const QModelIndex index = viewport()->rect().contains(nInside, pt.y) ? indexAt(QPoint(nInside, pt.y)) : QModelIndex();
     if (!index.isValid())
         return CTreeHit{};
     const CRect rcLabel = ItemRect(index);
@@ -285,9 +353,29 @@ bool LibraryTreeView::IsLeftButtonDown() const { return QGuiApplication::mouseBu
 void LibraryTreeView::SetDragCursor(EDragCursor eCursor)
 {
     if (eCursor == EDragCursor::eNone)
+    {
         viewport()->unsetCursor();
-    else
-        viewport()->setCursor(eCursor == EDragCursor::eOneItem ? Qt::DragMoveCursor : Qt::DragCopyCursor);
+        m_DragScroll.stop();
+        return;
+    }
+    viewport()->setCursor(DragCursor(m_Leaf, eCursor == EDragCursor::eSeveralItems, devicePixelRatioF()));
+    m_DragScroll.start();
+}
+
+// A pointer that rests at the upper or lower edge brings what lies beyond it.
+void LibraryTreeView::ScrollWhileDragging()
+{
+    const QPoint at = viewport()->mapFromGlobal(QCursor::pos());
+    if (!m_pPanel || !m_pPanel->m_bDragging || !viewport()->rect().contains(at))
+        return;
+    QScrollBar* pBar = verticalScrollBar();
+    const int nOld = pBar->value();
+    if (at.y() < c_nScrollEdge)
+        pBar->triggerAction(QAbstractSlider::SliderSingleStepSub);
+    else if (at.y() >= viewport()->height() - c_nScrollEdge)
+        pBar->triggerAction(QAbstractSlider::SliderSingleStepAdd);
+    if (pBar->value() != nOld)
+        m_pPanel->OnMove(FromQt(at), IsLeftButtonDown());
 }
 
 void LibraryTreeView::StartEditTimer()
@@ -302,16 +390,28 @@ bool LibraryTreeView::OpenEditBox(HLibraryItem hItem, const std::string& sText)
 {
     Sync();
     scrollTo(m_pModel->IndexOf(hItem));
-    const CRect rc = GetLabelRect(hItem);
     m_pEdit = new QLineEdit(QtText::ToQt(sText), viewport());
     m_pEdit->setAccessibleName(tr("Name"));
-    const int nHeight = std::max(m_pEdit->sizeHint().height(), rc.Height());
-    m_pEdit->setGeometry(rc.left - 4, rc.top - (nHeight - rc.Height()) / 2, std::max(rc.Width() + 60, 140), nHeight);
+    FitEditBox();
+    connect(m_pEdit, &QLineEdit::textChanged, this, [this] { FitEditBox(); });
     m_pEdit->installEventFilter(this);
     m_pEdit->selectAll();
     m_pEdit->show();
     m_pEdit->setFocus();
     return true;
+}
+
+// As wide as what stands in it, as far as the view goes.
+void LibraryTreeView::FitEditBox()
+{
+    if (!m_pEdit || !m_pPanel)
+        return;
+    const CRect rc = GetLabelRect(m_pPanel->m_Tree.GetCaret());
+    const int nHeight = std::max(m_pEdit->sizeHint().height(), rc.Height());
+    const int nText = m_pEdit->fontMetrics().horizontalAdvance(m_pEdit->text()) + 28;
+    const int nLeft = std::clamp(rc.left - 4, 0, std::max(viewport()->width() - 60, 0));
+    m_pEdit->setGeometry(nLeft, rc.top - (nHeight - rc.Height()) / 2,
+                         std::min(std::max(nText, 100), viewport()->width() - nLeft), nHeight);
 }
 
 std::string LibraryTreeView::CloseEditBox()
@@ -460,11 +560,18 @@ void LibraryTreeView::keyPressEvent(QKeyEvent* pEvent)
     pEvent->ignore();
 }
 
-bool LibraryTreeView::event(QEvent* pEvent)
+// The panel can't follow a hand any more.
+void LibraryTreeView::hideEvent(QHideEvent* pEvent)
 {
-    if (pEvent->type() == QEvent::UngrabMouse && m_pPanel)
+    if (m_pPanel)
         m_pPanel->OnMouseLost();
-    return QTreeView::event(pEvent);
+    QTreeView::hideEvent(pEvent);
+}
+
+void LibraryTreeView::resizeEvent(QResizeEvent* pEvent)
+{
+    QTreeView::resizeEvent(pEvent);
+    FitColumn();
 }
 
 void LibraryTreeView::wheelEvent(QWheelEvent* pEvent)

@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QLineEdit>
+#include <QTimer>
 #include <QTreeView>
 
 #include "browser/LibraryPanel.h"
@@ -30,7 +31,8 @@ protected:
     void focusInEvent(QFocusEvent* pEvent) override;
     void focusOutEvent(QFocusEvent* pEvent) override;
     void paintEvent(QPaintEvent* pEvent) override;
-    bool event(QEvent* pEvent) override;
+    void hideEvent(QHideEvent* pEvent) override;
+    void resizeEvent(QResizeEvent* pEvent) override;
     bool eventFilter(QObject* pObject, QEvent* pEvent) override;
 
 private:
@@ -61,14 +63,21 @@ private:
 
     void Sync() const; // brings Qt's picture of the tree up to date
     void ShowMenu(const CPanelMenu& menu, const QPoint& at);
-    CRect ItemRect(const QModelIndex& index) const;
+    CRect ItemRect(const QModelIndex& index) const; // of the label
+    void FitColumn();
+    void QueueFit();
+    void FitEditBox();
+    void ScrollWhileDragging();
 
     CLibraryTree& m_Tree;
+    QIcon m_Leaf;
     LibraryTreeModel* m_pModel;
     CLibraryPanel* m_pPanel = nullptr;
     QLineEdit* m_pEdit = nullptr;
     CRect m_rcBand;
     bool m_bBand = false;
+    bool m_bFitQueued = false;
     mutable bool m_bStale = true;
+    QTimer m_DragScroll; // runs while items are dragged
     QElapsedTimer m_Clock;
 };

@@ -3,14 +3,21 @@
 #include <cstdio>
 
 #include <QApplication>
+#include <QElapsedTimer>
+#include <QWindow>
 
 #include "app/CommandLineInfo.h"
 #include "platform/Profile.h"
 #include "qsversion.h"
+#include "qt/Appearance.h"
+#include "qt/AssertDialog.h"
 #include "qt/MainWindow.h"
 #include "qt/ProgramIcon.h"
 #include "qt/QtPropertyDialogs.h"
 #include "qt/QtText.h"
+#include "qt/SourceControlFront.h"
+#include "shared/engine/BuiltInProviders.h"
+#include "shared/engine/ProviderLibraries.h"
 #include "shared/engine/SharedSourceControlMgr.h"
 
 namespace
@@ -23,22 +30,68 @@ std::vector<std::string> Parameters()
     return params;
 }
 
+// Until the window has its place on the screen, so that a question about the first file stands over its middle.
+// No longer than a moment: without a window manager it may never come.
+void WaitForWindow(const QWidget& window)
+{
+    constexpr int nMostMs = 300;
+    QElapsedTimer clock;
+    for (clock.start(); clock.elapsed() < nMostMs && !(window.windowHandle()->isExposed() && window.isActiveWindow());)
+        QApplication::processEvents(QEventLoop::ExcludeUserInputEvents, 10);
+}
+
+void Complain(const std::string& sText) { std::fprintf(stderr, "emberdeck: %s\n", sText.c_str()); }
+
+// The providers and their windows. The one manager of the process outlives it all, and lets go of it at the end.
+struct CSourceControlSetUp
+{
+    explicit CSourceControlSetUp(QtPrompts& prompts)
+    {
+        RegisterBuiltInProviders(m_Registry, {&prompts, &m_Front});
+        for (const std::string& sProblem : RegisterProviderLibraries(m_Registry, GetProviderListFile()))
+            Complain(sProblem);
+        CSourceControlServices services;
+        services.m_pRegistry = &m_Registry;
+        services.m_pPrompts = &prompts;
+        services.m_MakeLocator = [this] { return m_Front.MakeLocator(m_Registry); };
+        services.m_TellFailure = Complain;
+        CSharedSourceControlMgr::Instance(services);
+    }
+    ~CSourceControlSetUp() { CSharedSourceControlMgr::Instance().Disconnect(); }
+    CSourceControlSetUp(const CSourceControlSetUp&) = delete;
+    CSourceControlSetUp& operator=(const CSourceControlSetUp&) = delete;
+
+    void SetWindow(QWidget* pWindow)
+    {
+        m_Front.SetOwner(pWindow);
+        CSharedSourceControlMgr::Instance().SetWindow(pWindow);
+    }
+
+    CProviderRegistry m_Registry;
+    QtSourceControl m_Front;
+};
+
 int Start(const CEmberdeckCommandLineInfo& line, MenuStyle* pStyle)
 {
     QtPrompts prompts;
     const std::unique_ptr<IProfile> pProfile = OpenFileProfile("emberdeck/settings.ini");
-    CSharedSourceControlMgr& sourceControl = CSharedSourceControlMgr::Instance();
-    MainWindow window(*pProfile, sourceControl, prompts);
+    ApplyAppearance(LoadAppearance(*pProfile));
+    CSourceControlSetUp sourceControl(prompts);
+    MainWindow window(*pProfile, CSharedSourceControlMgr::Instance(), prompts);
+    sourceControl.SetWindow(&window);
     if (!window.Create(line.m_bShowSplash && !line.IsUpdateMode(), pStyle))
         return 1;
     if (line.IsUpdateMode())
     {
         window.App().UpdateEffectsInDirectory(line.m_sUpdateDir.c_str());
+        for (const std::string& sDirectory : window.App().GetUnreadDirectories())
+            std::fprintf(stderr, "emberdeck: the folder %s can't be read, so nothing in it was updated\n", sDirectory.c_str());
         return 0;
     }
     QtPropertyDialogs dialogs(window.App().Context(), *pProfile, &window);
     window.SetPropertyEditor([&dialogs](CEffectPropertySet& set) { return dialogs.EditProperties(set); });
     window.showMaximized();
+    WaitForWindow(window);
     window.App().OpenFirstFile(line.m_sOpenFile);
     window.Frame().RefreshSourceControl();
     window.RetitleAll();
@@ -70,11 +123,17 @@ int main(int argc, char** argv)
     QApplication::setApplicationName(QStringLiteral("Emberdeck"));
     QApplication::setDesktopFileName(QStringLiteral("emberdeck"));
     QApplication::setWindowIcon(ProgramIcon());
+#ifndef NDEBUG
+    // Who works on the program is asked. A user's failed assertions go to the log, and on.
+    AskAboutAsserts();
+#endif
     auto* pStyle = new MenuStyle; // the application takes it
     QApplication::setStyle(pStyle);
 
     const CEmberdeckCommandLineInfo line = ParseCommandLine(Parameters());
     for (const std::string& sComplaint : line.m_Complaints)
         std::fprintf(stderr, "emberdeck: %s\n", sComplaint.c_str());
+    if (!line.m_Complaints.empty())
+        std::fprintf(stderr, "emberdeck: \"emberdeck --help\" lists the options\n");
     return Start(line, pStyle);
 }

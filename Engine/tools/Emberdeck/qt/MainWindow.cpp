@@ -1,5 +1,6 @@
 #include "qt/MainWindow.h"
 
+#include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
@@ -17,8 +18,11 @@
 #include "app/resources/Bars.h"
 #include "app/resources/Menus.h"
 #include "app/resources/Strings.h"
+#include "qt/Appearance.h"
 #include "qt/KeyCodes.h"
+#include "qt/KeyLocks.h"
 #include "qt/LeftDockWidget.h"
+#include "qt/ManualWindow.h"
 #include "qt/ProgramIcon.h"
 #include "qt/QtSurface.h"
 #include "qt/QtText.h"
@@ -26,7 +30,7 @@
 #include "qt/TrackWidget.h"
 
 MainWindow::MainWindow(IProfile& profile, ISourceControl& sourceControl, QtPrompts& prompts)
-    : m_Prompts(prompts), m_Splash(*this), m_pArea(new QMdiArea), m_pEmpty(new QLabel(m_pArea)), m_pCentre(new QWidget)
+    : m_Profile(profile), m_Prompts(prompts), m_Splash(*this), m_pArea(new QMdiArea), m_pEmpty(new QLabel(m_pArea)), m_pCentre(new QWidget)
 {
     m_Prompts.SetOwner(this);
     m_pApp = std::make_unique<CEmberdeckApp>(CAppServices{prompts, profile, sourceControl, this, this});
@@ -131,7 +135,7 @@ void MainWindow::SetToolBarImages(const CKRToolbar& toolbar)
     const auto it = m_Bars.find(toolbar.GetID());
     if (it == m_Bars.end())
         return;
-    QPalette colors = it->second->palette();
+    QPalette colors; // this one colour alone: the others follow the window's
     colors.setColor(QPalette::Window, ToQt(toolbar.GetBackColor()));
     it->second->setPalette(colors);
     it->second->update();
@@ -216,6 +220,29 @@ void MainWindow::BuildMenus()
     for (const CMenuItem& item : c_MenuBar)
         if (item.m_pSubmenu)
             AddItems(*menuBar()->addMenu(QString::fromUtf8(item.GetLabel())), *item.m_pSubmenu);
+    AddAppearanceItems(*menuBar()->actions().at(1)->menu());
+    AddManualItem(*menuBar()->actions().constLast()->menu(), this, m_Prompts);
+}
+
+// Below the items of the tables, since they are the toolkit's own matter.
+void MainWindow::AddAppearanceItems(QMenu& viewMenu)
+{
+    viewMenu.addSeparator();
+    QMenu* pMenu = viewMenu.addMenu(tr("&Appearance"));
+    auto* pGroup = new QActionGroup(pMenu);
+    const std::pair<EAppearance, QString> choices[] = {
+        {EAppearance::eDesktop, tr("As the &Desktop")}, {EAppearance::eLight, tr("&Light")}, {EAppearance::eDark, tr("Da&rk")}};
+    for (const auto& [eChoice, sLabel] : choices)
+    {
+        QAction* pAction = pMenu->addAction(sLabel);
+        pAction->setCheckable(true);
+        pAction->setChecked(eChoice == LoadAppearance(m_Profile));
+        pGroup->addAction(pAction);
+        connect(pAction, &QAction::triggered, this, [this, eAppearance = eChoice] {
+            SaveAppearance(m_Profile, eAppearance);
+            ApplyAppearance(eAppearance);
+        });
+    }
 }
 
 void MainWindow::AddShortcuts()
@@ -236,7 +263,11 @@ void MainWindow::AddShortcuts()
 void MainWindow::RunCommand(int32_t nID)
 {
     const std::string sFile = m_pApp->m_sFileName;
+    const size_t nEffects = m_pApp->m_SpellMgr.Spells().size();
     m_pFrame->Run(nID);
+    // A new effect comes last, where nobody may be looking.
+    if (nID == c_nCmdNewEffect && m_pDock && m_pApp->m_SpellMgr.Spells().size() > nEffects)
+        m_pDock->EffectPanel().ScrollTo(m_pApp->m_SpellMgr.Spells().back().get());
     if (sFile != m_pApp->m_sFileName)
         UpdateTextForm();
     UpdateTitle();
@@ -345,7 +376,7 @@ void MainWindow::Open(CSpell& spell)
         pChild = m_pArea->addSubWindow(pTrack);
         pChild->setAttribute(Qt::WA_DeleteOnClose);
         pChild->setWindowIcon(ProgramIcon());
-        pChild->resize(std::min(760, m_pArea->width() - 20), std::min(420, m_pArea->height() - 20));
+        PlaceChild(*pChild);
         connect(pChild, &QObject::destroyed, this, [this] { UpdateTitle(); });
     }
     RetitleAll();
@@ -354,10 +385,26 @@ void MainWindow::Open(CSpell& spell)
     UpdateTitle();
 }
 
+// Each a step below and right of the last one, so that every title can be seen, and starting over where that
+// would run out of the area.
+void MainWindow::PlaceChild(QMdiSubWindow& child)
+{
+    const QSize area = m_pArea->viewport()->size();
+    const QSize size(std::min(std::max(area.width() * 7 / 10, 720), area.width()), std::min(std::max(area.height() * 7 / 10, 440), area.height()));
+    const int nStep = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &child) + 4;
+    const QSize room = area - size;
+    const int nPlaces = std::max(std::min(room.width(), room.height()) / nStep, 0) + 1;
+    const int nPlace = m_nNextPlace++ % nPlaces;
+    child.setGeometry(QRect(QPoint(nPlace, nPlace) * nStep, size));
+}
+
 void MainWindow::Close(const CSpell* pSpell)
 {
     // At once: the effect may be destroyed right after.
-    delete FindChild(pSpell);
+    QMdiSubWindow* pChild = FindChild(pSpell);
+    if (!pChild)
+        return;
+    delete pChild;
     UpdateTitle();
 }
 
@@ -384,6 +431,8 @@ void MainWindow::UpdateTitle()
     const QMdiSubWindow* pChild = m_pArea->activeSubWindow();
     setWindowTitle(QtText::ToQt(CMainFrame::GetTitle(pTrack ? pTrack->GetSpell().m_szName : "", pChild && pChild->isMaximized())));
     const bool bEmpty = m_pArea->subWindowList().isEmpty();
+    if (bEmpty)
+        m_nNextPlace = 0;
     m_pEmpty->setVisible(bEmpty);
     m_pEmpty->setGeometry(m_pArea->rect().adjusted(40, 40, -40, -40));
     if (!bEmpty)
@@ -473,7 +522,10 @@ void MainWindow::changeEvent(QEvent* pEvent)
 {
     QMainWindow::changeEvent(pEvent);
     if (pEvent->type() == QEvent::PaletteChange && m_pFrame)
+    {
         m_pFrame->SetColors(ShellColors(palette()));
+        m_pArea->setBackground(palette().brush(QPalette::Dark)); // the area keeps the colour that it began with
+    }
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* pEvent)
@@ -498,9 +550,10 @@ void MainWindow::dropEvent(QDropEvent* pEvent)
 
 void MainWindow::UpdateLocks()
 {
-    // Which locks are on only the X server knows, and the toolkit has no word for it: the panes stay empty.
-    for (QLabel* pLock : m_Locks)
-        pLock->setText(QString());
+    const CKeyLocks locks = ReadKeyLocks();
+    const bool on[] = {locks.m_bCaps, locks.m_bNum, locks.m_bScroll};
+    for (size_t i = 0; i < m_Locks.size(); ++i)
+        m_Locks[i]->setText(on[i] ? QString::fromUtf8(c_StatusIndicators[i].m_pszText) : QString());
 }
 
 namespace
@@ -539,6 +592,14 @@ bool MainWindow::eventFilter(QObject* pObject, QEvent* pEvent)
         pEvent->accept();
         return true;
     }
+    if (event.m_eKind == CSplashEvent::eKeyPress || event.m_eKind == CSplashEvent::eKeyRelease)
+    {
+        // What the key does to its lock it does after this event.
+        if (event.m_nCode == Qt::Key_CapsLock || event.m_nCode == Qt::Key_NumLock || event.m_nCode == Qt::Key_ScrollLock)
+            QTimer::singleShot(0, this, [this] { UpdateLocks(); });
+    }
+    else if (pObject == this && pEvent->type() == QEvent::WindowActivate)
+        UpdateLocks();
     if (pObject == m_pArea && (pEvent->type() == QEvent::Resize || pEvent->type() == QEvent::Show))
         UpdateTitle();
     return QMainWindow::eventFilter(pObject, pEvent);

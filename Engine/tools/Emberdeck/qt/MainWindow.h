@@ -82,14 +82,17 @@ private:
 
     void BuildMenus();
     void AddItems(QMenu& menu, const CMenuTable& table);
+    void AddAppearanceItems(QMenu& viewMenu);
     void AddShortcuts();
     void RunCommand(int32_t nID);
     void ShowHint(int32_t nID);
     void UpdateTitle();
     void UpdateLocks();
     QMdiSubWindow* FindChild(const CSpell* pSpell) const;
+    void PlaceChild(QMdiSubWindow& child);
     void UpdateTextForm();
 
+    IProfile& m_Profile;
     QtPrompts& m_Prompts;
     std::unique_ptr<CEmberdeckApp> m_pApp;
     std::unique_ptr<CMainFrame> m_pFrame;
@@ -105,4 +108,5 @@ private:
     std::vector<QLabel*> m_Locks;
     QPointer<QLabel> m_pSplash;
     bool m_bUpdateQueued = false;
+    int m_nNextPlace = 0; // of the next child window
 };

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QStyleOptionMenuItem>
 
+#include "qt/Appearance.h"
 #include "qt/ProgramIcon.h"
 #include "qt/QtSurface.h"
 #include "qt/QtText.h"
@@ -48,6 +49,14 @@ private:
     QFont m_Font;
 };
 
+// Lines about menus and boxes: half way between the window and its text would be loud, a third is seen.
+QColor FrameColor(const QPalette& palette)
+{
+    const QColor ground = palette.color(QPalette::Active, QPalette::Window), text = palette.color(QPalette::Active, QPalette::WindowText);
+    const auto mix = [](int nGround, int nText) { return nGround + (nText - nGround) * 3 / 10; };
+    return QColor(mix(ground.red(), text.red()), mix(ground.green(), text.green()), mix(ground.blue(), text.blue()));
+}
+
 CPopupItem ItemOf(const QAction& action, bool bDefault)
 {
     CPopupItem item;
@@ -82,10 +91,77 @@ void MenuStyle::drawControl(ControlElement eElement, const QStyleOption* pOption
         QProxyStyle::drawControl(eElement, pOption, pPainter, pWidget);
 }
 
+QPalette MenuStyle::standardPalette() const { return AppearancePalette(EAppearance::eLight); }
+
+int MenuStyle::pixelMetric(PixelMetric eMetric, const QStyleOption* pOption, const QWidget* pWidget) const
+{
+    return eMetric == PM_MenuPanelWidth ? 1 : QProxyStyle::pixelMetric(eMetric, pOption, pWidget);
+}
+
+void MenuStyle::drawPrimitive(PrimitiveElement eElement, const QStyleOption* pOption, QPainter* pPainter, const QWidget* pWidget) const
+{
+    if (eElement != PE_FrameMenu && eElement != PE_PanelMenu)
+    {
+        QProxyStyle::drawPrimitive(eElement, pOption, pPainter, pWidget);
+        return;
+    }
+    if (eElement == PE_PanelMenu)
+        pPainter->fillRect(pOption->rect, pOption->palette.color(QPalette::Active, QPalette::Base));
+    const QColor edge = FrameColor(pOption->palette);
+    const QRect rc = pOption->rect;
+    pPainter->fillRect(QRect(rc.left(), rc.top(), rc.width(), 1), edge);
+    pPainter->fillRect(QRect(rc.left(), rc.bottom(), rc.width(), 1), edge);
+    pPainter->fillRect(QRect(rc.left(), rc.top(), 1, rc.height()), edge);
+    pPainter->fillRect(QRect(rc.right(), rc.top(), 1, rc.height()), edge);
+}
+
+QRect MenuStyle::subControlRect(ComplexControl eControl, const QStyleOptionComplex* pOption, SubControl eSub, const QWidget* pWidget) const
+{
+    const auto* pBox = qstyleoption_cast<const QStyleOptionGroupBox*>(pOption);
+    if (eControl != CC_GroupBox || !pBox || (pBox->subControls & SC_GroupBoxCheckBox))
+        return QProxyStyle::subControlRect(eControl, pOption, eSub, pWidget);
+    const int nText = pBox->text.isEmpty() ? 0 : pBox->fontMetrics.height();
+    if (eSub == SC_GroupBoxFrame)
+        return pBox->rect.adjusted(0, nText / 2, 0, 0);
+    if (eSub == SC_GroupBoxLabel)
+        return QRect(pBox->rect.left() + 9, pBox->rect.top(), pBox->fontMetrics.size(Qt::TextShowMnemonic, pBox->text).width() + 6, nText);
+    return pBox->rect.adjusted(4, nText + 2, -4, -4);
+}
+
+void MenuStyle::drawComplexControl(ComplexControl eControl, const QStyleOptionComplex* pOption, QPainter* pPainter, const QWidget* pWidget) const
+{
+    const auto* pBox = qstyleoption_cast<const QStyleOptionGroupBox*>(pOption);
+    if (eControl != CC_GroupBox || !pBox || (pBox->subControls & SC_GroupBoxCheckBox))
+    {
+        QProxyStyle::drawComplexControl(eControl, pOption, pPainter, pWidget);
+        return;
+    }
+    const QRect rcFrame = subControlRect(eControl, pOption, SC_GroupBoxFrame, pWidget);
+    const QRect rcLabel = subControlRect(eControl, pOption, SC_GroupBoxLabel, pWidget);
+    pPainter->save();
+    if (!pBox->text.isEmpty()) // the line stops at the title
+        pPainter->setClipRegion(QRegion(pBox->rect) - QRegion(rcLabel));
+    pPainter->setRenderHint(QPainter::Antialiasing);
+    pPainter->setPen(FrameColor(pBox->palette));
+    pPainter->setBrush(Qt::NoBrush);
+    pPainter->drawRoundedRect(QRectF(rcFrame).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
+    pPainter->restore();
+    drawItemText(pPainter, rcLabel, Qt::AlignCenter | Qt::TextShowMnemonic, pBox->palette, pBox->state & State_Enabled, pBox->text,
+                 QPalette::WindowText);
+}
+
 void MenuStyle::DrawMenuItem(const QStyleOptionMenuItem& option, QPainter& painter, const QMenu& menu) const
 {
     const QAction* pAction = menu.actionAt(option.rect.center());
-    const CShellColors colors = ShellColors(option.palette);
+    QPalette palette = option.palette;
+    palette.setCurrentColorGroup(QPalette::Active); // the ground of a disabled item is that of the others
+    CShellColors colors = ShellColors(palette);
+    // What is selected stands on a light ground in every palette.
+    if ((option.state & State_Selected) && palette.color(QPalette::Text).lightness() > 128)
+    {
+        colors.m_nMenuText = FromQt(palette.color(QPalette::Dark));
+        colors.m_nGrayText = FromQt(palette.color(QPalette::Light));
+    }
     ShellSurface surface(painter);
     // A light gutter and a light selection need dark text, a dark palette keeps its own ground.
     CPopupItem item = pAction ? ItemOf(*pAction, pAction == menu.defaultAction()) : CPopupItem{};
@@ -124,7 +200,7 @@ QSize MenuStyle::sizeFromContents(ContentsType eType, const QStyleOption* pOptio
     if (eType != CT_MenuItem || !pItem || !m_pDecorator)
         return QProxyStyle::sizeFromContents(eType, pOption, size, pWidget);
     if (pItem->menuItemType == QStyleOptionMenuItem::Separator)
-        return QSize(0, 5);
+        return QSize(1, 5); // the menu leaves out what has no width at all
     const MenuFont font(pItem->font);
     const bool bSubmenu = pItem->menuItemType == QStyleOptionMenuItem::SubMenu;
     // The key's text takes its own column, which the menu adds by itself where the item has one.
@@ -147,6 +223,9 @@ void ToolButton::paintEvent(QPaintEvent*)
     ShellSurface surface(painter);
     CToolItemState state;
     state.m_bDisabled = !isEnabled();
+    // The images of disabled buttons are made for a light bar: on a dark one they would outshine the others.
+    if (state.m_bDisabled && palette().color(QPalette::WindowText).lightness() > 128)
+        painter.setOpacity(0.4);
     state.m_bPressed = m_bPressed;
     state.m_bHot = m_bHot;
     m_Toolbar.DrawItem(surface, FromQt(rect()), m_nCommand, state);

@@ -8,16 +8,27 @@
 
 CShellColors ShellColors(const QPalette& palette);
 
-// Draws the items of the program's menus and the buttons of its toolbars by the rules of the shell.
+// Draws the items of the program's menus by the rules of the shell, and boxes about a group of controls with
+// the title on their upper edge, where the dialog templates leave room for it. All else is the one style that
+// looks the same on every desktop.
 class MenuStyle : public QProxyStyle
 {
     Q_OBJECT
 
 public:
+    MenuStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
     void SetDecorator(CKRMenuDecorator* pDecorator) { m_pDecorator = pDecorator; } // borrowed; null: plain menus
 
     void drawControl(ControlElement eElement, const QStyleOption* pOption, QPainter* pPainter,
                      const QWidget* pWidget) const override;
+    void drawComplexControl(ComplexControl eControl, const QStyleOptionComplex* pOption, QPainter* pPainter,
+                            const QWidget* pWidget) const override;
+    void drawPrimitive(PrimitiveElement eElement, const QStyleOption* pOption, QPainter* pPainter,
+                       const QWidget* pWidget) const override;
+    QRect subControlRect(ComplexControl eControl, const QStyleOptionComplex* pOption, SubControl eSub,
+                         const QWidget* pWidget) const override;
+    int pixelMetric(PixelMetric eMetric, const QStyleOption* pOption, const QWidget* pWidget) const override;
+    QPalette standardPalette() const override; // where the desktop has no colours of its own
     QSize sizeFromContents(ContentsType eType, const QStyleOption* pOption, const QSize& size,
                            const QWidget* pWidget) const override;
 

@@ -70,6 +70,22 @@ QIcon ArtIcon(const CIconArt& art)
     return icon;
 }
 
+void KeepDisabledReadable(QWidget& window)
+{
+    QPalette palette = window.palette();
+    const std::pair<QPalette::ColorRole, QPalette::ColorRole> roles[] = {
+        {QPalette::Text, QPalette::Base}, {QPalette::ButtonText, QPalette::Button}, {QPalette::WindowText, QPalette::Window}};
+    for (const auto& [eText, eGround] : roles)
+    {
+        const QColor text = palette.color(QPalette::Active, eText), ground = palette.color(QPalette::Active, eGround);
+        const auto between = [](int a, int b) { return (3 * a + 2 * b) / 5; };
+        palette.setColor(QPalette::Disabled, eText,
+                         QColor(between(text.red(), ground.red()), between(text.green(), ground.green()),
+                                between(text.blue(), ground.blue())));
+    }
+    window.setPalette(palette);
+}
+
 RowLabel::RowLabel(QWidget* pParent) : QLabel(pParent)
 {
     setTextFormat(Qt::PlainText);

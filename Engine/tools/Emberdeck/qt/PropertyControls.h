@@ -31,6 +31,9 @@ QString PlainToolTip(const QString& sText);
 // Pixel art, crisp at every scale.
 QIcon ArtIcon(const CIconArt& art);
 
+// What is disabled in this window still has to be read: values that come from a prefab.
+void KeepDisabledReadable(QWidget& window);
+
 // One pixel wide, within the rectangle, at every scale.
 void DrawFrame(QPainter& painter, const QRect& rc, const QColor& color);
 

@@ -1,15 +1,16 @@
 #include "qt/QtPrompts.h"
 
-#include <cmath>
 #include <utility>
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 
 #include "app/Messages.h"
+#include "properties/ValueText.h"
 #include "qsnumber.h"
 #include "qt/QtText.h"
 #include "qt/TemplateDialog.h"
@@ -50,7 +51,8 @@ QMessageBox::Icon Icon(EIcon eIcon)
     return QMessageBox::NoIcon;
 }
 
-// "Text|a;b|Text|c||" as the toolkit has it: "Text (a b);;Text (c)". Patterns ignore case.
+// "Text|a;b|Text|c||" as the toolkit has it: "Text (a b);;Text (c)". Patterns ignore case, which makes them hard
+// to read: the dialog hides them and shows the text, which brings its own.
 QStringList Filters(const std::string& sFilter)
 {
     const QStringList parts = QtText::ToQt(sFilter).split(QLatin1Char('|'));
@@ -65,10 +67,7 @@ QStringList Filters(const std::string& sFilter)
                 sAnyCase += c.isLetter() ? QLatin1Char('[') + QString(c.toLower()) + c.toUpper() + QLatin1Char(']') : QString(c);
             patterns << sAnyCase;
         }
-        QString sName = parts[i];
-        const qsizetype nBracket = sName.indexOf(QLatin1Char('('));
-        if (nBracket > 0)
-            sName = sName.left(nBracket).trimmed();
+        const QString& sName = parts[i];
         filters << sName + QLatin1String(" (") + patterns.join(QLatin1Char(' ')) + QLatin1Char(')');
     }
     return filters;
@@ -79,6 +78,9 @@ QWidget* QtPrompts::Owner() const
 {
     if (QWidget* pModal = QApplication::activeModalWidget())
         return pModal;
+    // A modeless one that the user works in, as the find dialog.
+    if (QWidget* pActive = QApplication::activeWindow(); qobject_cast<QDialog*>(pActive))
+        return pActive;
     return m_pOwner;
 }
 
@@ -89,6 +91,9 @@ EAnswer QtPrompts::Ask(const std::string& sText, const std::string& sCaption, EB
     box.setTextFormat(Qt::PlainText);
     box.setText(QtText::ToQt(sText).remove(QLatin1Char('\r')));
     box.setInformativeText(QtText::ToQt(std::exchange(m_sAdvice, std::string())));
+    // The box gives its own format to the first text alone, and a path may look like mark-up.
+    if (auto* pAdvice = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel")))
+        pAdvice->setTextFormat(Qt::PlainText);
     // Esc and the frame mean Cancel where there is one, else No.
     if (eButtons == EButtons::eYesNo)
         box.setEscapeButton(QMessageBox::No);
@@ -112,6 +117,8 @@ bool QtPrompts::ChooseFile(const CFileDialogRequest& request, std::string& sPath
 {
     QFileDialog dialog(Owner());
     dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    dialog.resize(dialog.sizeHint().expandedTo(QSize(760, 480)));
     dialog.setAcceptMode(request.m_bOpen ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
     dialog.setFileMode(request.m_bOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.m_bOverwritePrompt);
@@ -196,14 +203,13 @@ bool QtPrompts::EnterFloat(const std::string& sCaption, const std::string& sLabe
     dialog.setWindowTitle(QtText::ToQt(sCaption));
     auto* pEdit = dialog.Controls().Get<QLineEdit>(1001);
     pEdit->setAccessibleName(QtText::ToQt(sLabel.empty() ? sCaption : sLabel));
-    pEdit->setText(QString::number(double(fValue), 'g', 6));
+    pEdit->setText(QtText::ToQt(NumberEntryText(fValue)));
     pEdit->selectAll();
     pEdit->setFocus();
     while (dialog.exec() == QDialog::Accepted)
     {
-        bool bNumber = false;
-        const float fEntered = QLocale::c().toFloat(pEdit->text().trimmed(), &bNumber);
-        if (bNumber && std::isfinite(fEntered))
+        float fEntered = 0.0f;
+        if (ParseNumberEntry(QtText::FromQt(pEdit->text()), fEntered))
         {
             fValue = fEntered;
             return true;

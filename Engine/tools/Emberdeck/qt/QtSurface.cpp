@@ -8,6 +8,12 @@
 QtSurface::QtSurface(QPainter& painter, const QRect& bounds, const QPalette& palette)
     : m_Painter(painter), m_Bounds(bounds), m_Palette(palette)
 {
+    const QColor face = m_Palette.color(QPalette::Button);
+    const bool bDark = face.lightness() < 128;
+    m_FaceTop = face.lighter(bDark ? 125 : 106);
+    m_FaceBottom = face.darker(bDark ? 105 : 108);
+    m_nFaceEdge = FromQt(face.darker(bDark ? 220 : 170));
+    m_nFaceLight = FromQt(face.lighter(bDark ? 150 : 115));
 }
 
 // Coordinates may lie a billion pixels outside, where the painter's own arithmetic ends.
@@ -170,19 +176,16 @@ void QtSurface::DrawRaisedFace(const CRect& rc)
     const CRect rcFace = Visible(rc);
     if (rcFace.IsEmpty())
         return;
-    const QColor face = m_Palette.color(QPalette::Button);
-    const bool bDark = face.lightness() < 128;
     QLinearGradient gradient(0, rcFace.top, 0, rcFace.bottom);
-    gradient.setColorAt(0, face.lighter(bDark ? 125 : 106));
-    gradient.setColorAt(1, face.darker(bDark ? 105 : 108));
+    gradient.setColorAt(0, m_FaceTop);
+    gradient.setColorAt(1, m_FaceBottom);
     m_Painter.fillRect(ToQt(rcFace), gradient);
-    const CColorRef nEdge = FromQt(face.darker(bDark ? 220 : 170)), nLight = FromQt(face.lighter(bDark ? 150 : 115));
-    FillRect(CRect{rc.left, rc.top, rc.right, rc.top + 1}, nEdge);
-    FillRect(CRect{rc.left, rc.bottom - 1, rc.right, rc.bottom}, nEdge);
-    FillRect(CRect{rc.left, rc.top, rc.left + 1, rc.bottom}, nEdge);
-    FillRect(CRect{rc.right - 1, rc.top, rc.right, rc.bottom}, nEdge);
+    FillRect(CRect{rc.left, rc.top, rc.right, rc.top + 1}, m_nFaceEdge);
+    FillRect(CRect{rc.left, rc.bottom - 1, rc.right, rc.bottom}, m_nFaceEdge);
+    FillRect(CRect{rc.left, rc.top, rc.left + 1, rc.bottom}, m_nFaceEdge);
+    FillRect(CRect{rc.right - 1, rc.top, rc.right, rc.bottom}, m_nFaceEdge);
     if (rc.Width() > 3)
-        FillRect(CRect{rc.left + 1, rc.top + 1, rc.right - 1, rc.top + 2}, nLight);
+        FillRect(CRect{rc.left + 1, rc.top + 1, rc.right - 1, rc.top + 2}, m_nFaceLight);
 }
 
 void QtSurface::DrawSunkenFace(const CRect& rc)
@@ -207,7 +210,11 @@ void QtSurface::DrawTextAt(CPoint pt, std::string_view sText, CColorRef nColor)
 
 int32_t QtSurface::TextWidth(std::string_view sText) const
 {
-    return m_Painter.fontMetrics().horizontalAdvance(QtText::ToQt(sText));
+    // The same few names again and again, while the font of one painting stays.
+    const auto [it, bNew] = m_Widths.try_emplace(std::string(sText), 0);
+    if (bNew)
+        it->second = m_Painter.fontMetrics().horizontalAdvance(QtText::ToQt(sText));
+    return it->second;
 }
 
 int32_t QtSurface::TextHeight() const { return m_Painter.fontMetrics().height(); }

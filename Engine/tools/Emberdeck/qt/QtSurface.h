@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <unordered_map>
+
 #include <QPainter>
 #include <QPalette>
 
@@ -15,7 +18,7 @@ inline CColorRef FromQt(const QColor& color)
     return MakeColorRef(uint32_t(color.red()), uint32_t(color.green()), uint32_t(color.blue()));
 }
 
-// Draws with a painter, whose origin is the surface's. Keeps the surface's convention: right and bottom
+// Draws with a painter, whose origin is the surface's and whose font stays. Keeps the surface's convention: right and bottom
 // edges out, the last point of a line not drawn.
 class QtSurface : public IDrawSurface
 {
@@ -44,4 +47,7 @@ private:
     QPainter& m_Painter;
     QRect m_Bounds;
     const QPalette& m_Palette;
+    QColor m_FaceTop, m_FaceBottom; // of a raised face, from top to bottom
+    CColorRef m_nFaceEdge, m_nFaceLight;
+    mutable std::unordered_map<std::string, int32_t> m_Widths;
 };

@@ -1,5 +1,7 @@
 #include "qt/TemplateDialog.h"
 
+#include <utility>
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
@@ -70,7 +72,11 @@ CTemplateControls::CTemplateControls(QWidget* pParent, const CDialogTemplate& di
     {
         QWidget* pWidget = Make(pParent, control);
         if (!pWidget)
+        {
+            if (pLastLabel)
+                m_Headings[control.m_nID] = std::exchange(pLastLabel, nullptr);
             continue;
+        }
         QRect rc = ToPixels(*pParent, control.m_nX, control.m_nY, control.m_nWidth, control.m_nHeight);
         if (control.m_eKind == ETemplateControl::eDropDownList)
             rc.setHeight(pWidget->sizeHint().height());
@@ -152,6 +158,12 @@ QWidget* CTemplateControls::Find(int32_t nID) const
 {
     const auto it = m_Widgets.find(nID);
     return it == m_Widgets.end() ? nullptr : it->second;
+}
+
+QLabel* CTemplateControls::HeadingOf(int32_t nID) const
+{
+    const auto it = m_Headings.find(nID);
+    return it == m_Headings.end() ? nullptr : it->second;
 }
 
 QRect CTemplateControls::PlaceOf(int32_t nID) const

@@ -6,6 +6,8 @@
 
 #include "app/resources/DialogTemplates.h"
 
+class QLabel;
+
 // Builds the controls of a template as widgets, places them by dialog units of the font, and finds them by
 // id. A dialog's own file only wires what they do.
 class CTemplateControls
@@ -20,6 +22,7 @@ public:
     {
         return qobject_cast<TWidget*>(Find(nID));
     }
+    QLabel* HeadingOf(int32_t nID) const; // the label before a control that its dialog makes itself; null
     QRect PlaceOf(int32_t nID) const; // in pixels, also of a control that is never seen
     QSize GetSize() const;            // of the whole dialog, in pixels
 
@@ -32,6 +35,7 @@ private:
     const CDialogTemplate& m_Template;
     QWidget* m_pParent;
     std::map<int32_t, QWidget*> m_Widgets;
+    std::map<int32_t, QLabel*> m_Headings;
 };
 
 // A modal dialog of a template. OK accepts, Cancel and Esc reject.

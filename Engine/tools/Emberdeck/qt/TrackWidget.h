@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QScrollBar>
+#include <QWheelEvent>
 #include <QWidget>
 
 #include "qt/TemplateDialog.h"

@@ -1,7 +1,9 @@
 #include "timeline/TrackPainter.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <string>
+#include <vector>
 
 #include "timeline/KeyIndex.h"
 
@@ -17,9 +19,15 @@ constexpr int32_t c_nMinFill = 1000; // pixels of background in either direction
 constexpr int32_t c_nTextMargin = 5; // what a key must be wider than its text
 constexpr int32_t c_nFrameInset = 4; // of the dotted frame
 constexpr int32_t c_nMark = 5;       // half the width of triangles and circles
+constexpr size_t c_nManyGuides = 256; // keys, above which columns are looked at first
 
-constexpr CPenSpec c_Pen = {EPenStyle::eSolid, c_nBlack};
-constexpr CPenSpec c_DottedPen = {EPenStyle::eDotted, c_nBlack};
+// Black, but on the faces of a dark palette, where nobody would see it.
+CColorRef InkOn(const IDrawSurface& surface)
+{
+    const CColorRef nFace = surface.SystemColor(ESystemColor::eFace);
+    const uint32_t nSum = (nFace & 0xFF) + (nFace >> 8 & 0xFF) + (nFace >> 16 & 0xFF);
+    return nSum < 3 * 128 ? surface.SystemColor(ESystemColor::eFaceText) : c_nBlack;
+}
 
 CRect Moved(const CRect& rc, int32_t dx, int32_t dy)
 {
@@ -39,6 +47,7 @@ CTrackPainter::CTrackPainter(const CTrackList& tracks, const CTrackLayout& layou
     : m_Tracks(tracks),
       m_Layout(layout),
       m_Surface(surface),
+      m_Pen{EPenStyle::eSolid, InkOn(surface)},
       m_nWidth(layout.m_rcTrack.Width()),
       m_nHeight(layout.m_rcTrack.Height())
 {
@@ -92,16 +101,30 @@ void CTrackPainter::DrawKey(const CKey& key, const CRect& rc)
     {
         const std::string sText = key.GetDisplayName();
         if (m_Surface.TextWidth(sText) < rc.Width() - c_nTextMargin)
-            m_Surface.DrawTextCentered(rc, sText, c_nBlack);
+            m_Surface.DrawTextCentered(rc, sText, m_Pen.m_nColor);
     }
     const CRect rcFrame = rc.Inset(c_nFrameInset);
     if (key.m_bSelected && !rcFrame.IsEmpty())
-        m_Surface.DrawRectangle(rcFrame, c_DottedPen, CBrushSpec{EBrushStyle::eNone, c_nBlack});
+        m_Surface.DrawRectangle(rcFrame, CPenSpec{EPenStyle::eDotted, m_Pen.m_nColor}, CBrushSpec{EBrushStyle::eNone, c_nBlack});
+}
+
+void CTrackPainter::PaintGuide(int32_t x, int32_t nTop)
+{
+    if (x >= 0 && x < m_nWidth)
+        m_Surface.DrawLine(CPoint{x, nTop}, CPoint{x, m_nHeight}, m_Pen);
+}
+
+void CTrackPainter::PaintEndMark(int32_t x)
+{
+    const CPoint triangle[] = {
+        {x - c_nMark, m_nHeight - c_nMark}, {x + c_nMark, m_nHeight - c_nMark}, {x, m_nHeight}};
+    m_Surface.DrawPolygon(triangle, 3, m_Pen, CBrushSpec{EBrushStyle::eSolid, c_nRed});
 }
 
 // A selected key shows its ends at the bottom, also when its row is scrolled away.
 void CTrackPainter::PaintGuides()
 {
+    std::vector<CRect> selected;
     for (const std::unique_ptr<CTrack>& pTrack : m_Tracks.Tracks())
     {
         for (const std::unique_ptr<CKey>& pKey : pTrack->Keys())
@@ -109,19 +132,76 @@ void CTrackPainter::PaintGuides()
             if (!pKey->m_bSelected)
                 continue;
             const CRect rc = SurfaceRect(*pKey);
-            for (const int32_t x : {rc.left, rc.right})
-            {
-                if (x >= 0 && x < m_nWidth)
-                    m_Surface.DrawLine(CPoint{x, rc.top}, CPoint{x, m_nHeight}, c_Pen);
-            }
-            for (const int32_t x : {rc.left, rc.right})
-            {
-                if (x < -c_nMark || x > m_nWidth + c_nMark)
-                    continue;
-                const CPoint triangle[] = {
-                    {x - c_nMark, m_nHeight - c_nMark}, {x + c_nMark, m_nHeight - c_nMark}, {x, m_nHeight}};
-                m_Surface.DrawPolygon(triangle, 3, c_Pen, CBrushSpec{EBrushStyle::eSolid, c_nRed});
-            }
+            if (rc.right >= -c_nMark && rc.left <= m_nWidth + c_nMark)
+                selected.push_back(rc);
+        }
+    }
+    if (selected.size() > c_nManyGuides)
+    {
+        PaintManyGuides(selected);
+        return;
+    }
+    for (const CRect& rc : selected)
+    {
+        PaintGuide(rc.left, rc.top);
+        PaintGuide(rc.right, rc.top);
+        for (const int32_t x : {rc.left, rc.right})
+        {
+            if (x >= -c_nMark && x <= m_nWidth + c_nMark)
+                PaintEndMark(x);
+        }
+    }
+}
+
+// The same picture with a line and a mark for each column instead of each end of a key: what a later one in
+// the column covers whole is left out, and the line that is drawn last is as long as the longest. Above the
+// marks lines of one colour may come in any order; a line that begins below that is drawn for itself.
+void CTrackPainter::PaintManyGuides(const std::vector<CRect>& selected)
+{
+    struct CColumn
+    {
+        int32_t m_nTop = INT32_MAX;
+        size_t m_nLastLine = SIZE_MAX;
+        size_t m_nLastMark = SIZE_MAX;
+    };
+    const int32_t nMarksTop = m_nHeight - c_nMark;
+    const int32_t nColumns = std::max(m_nWidth, 0) + 2 * c_nMark + 1; // the first at x = -c_nMark
+    std::vector<CColumn> columns(static_cast<size_t>(nColumns));
+    const auto columnAt = [&](int32_t x) -> CColumn* {
+        const int64_t nColumn = int64_t(x) + c_nMark;
+        return nColumn >= 0 && nColumn < nColumns ? &columns[static_cast<size_t>(nColumn)] : nullptr;
+    };
+    for (size_t i = 0; i < selected.size(); ++i)
+    {
+        const CRect& rc = selected[i];
+        for (const int32_t x : {rc.left, rc.right})
+        {
+            CColumn* pColumn = columnAt(x);
+            if (!pColumn)
+                continue;
+            pColumn->m_nLastMark = i;
+            if (rc.top > nMarksTop)
+                continue;
+            pColumn->m_nTop = std::min(pColumn->m_nTop, rc.top);
+            pColumn->m_nLastLine = i;
+        }
+    }
+    for (size_t i = 0; i < selected.size(); ++i)
+    {
+        const CRect& rc = selected[i];
+        for (const int32_t x : {rc.left, rc.right})
+        {
+            const CColumn* pColumn = columnAt(x);
+            if (pColumn && rc.top > nMarksTop && rc.top < m_nHeight)
+                PaintGuide(x, rc.top);
+            else if (pColumn && pColumn->m_nLastLine == i && rc.top <= nMarksTop)
+                PaintGuide(x, pColumn->m_nTop);
+        }
+        for (const int32_t x : {rc.left, rc.right})
+        {
+            const CColumn* pColumn = columnAt(x);
+            if (pColumn && pColumn->m_nLastMark == i)
+                PaintEndMark(x);
         }
     }
 }
@@ -149,7 +229,7 @@ void CTrackPainter::PaintLinks()
 
 void CTrackPainter::PaintLink(CPoint from, CPoint to)
 {
-    m_Surface.DrawLine(from, to, c_Pen);
+    m_Surface.DrawLine(from, to, m_Pen);
     m_Surface.DrawEllipse(CRect{to.x - c_nMark, to.y - c_nMark, to.x + c_nMark + 1, to.y + c_nMark + 1},
-                          c_Pen, CBrushSpec{EBrushStyle::eSolid, c_nWhite});
+                          m_Pen, CBrushSpec{EBrushStyle::eSolid, c_nWhite});
 }

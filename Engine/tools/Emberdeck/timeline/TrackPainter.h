@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "timeline/TrackLayout.h"
 
 // The rubber line of the motion link command, in surface coordinates.
@@ -33,6 +35,9 @@ public:
 private:
     void PaintRows();
     void PaintGuides();
+    void PaintManyGuides(const std::vector<CRect>& selected);
+    void PaintGuide(int32_t x, int32_t nTop);
+    void PaintEndMark(int32_t x);
     void PaintLinks();
     void PaintLink(CPoint from, CPoint to);
     CRect SurfaceRect(const CKey& key) const;
@@ -40,6 +45,7 @@ private:
     const CTrackList& m_Tracks;
     const CTrackLayout& m_Layout;
     IDrawSurface& m_Surface;
+    CPenSpec m_Pen; // of lines and texts
     int32_t m_nWidth;
     int32_t m_nHeight;
 };

@@ -12,12 +12,13 @@
 class CProviderRegistry
 {
 public:
+    // Null, or a CSourceControlError with a sentence to show, when there is none to be had.
     using CFactory = std::function<std::unique_ptr<ISourceControlProvider>()>;
 
     struct CEntry
     {
         CClassId m_Id;
-        std::string m_sName; // short, as a project may name it: "git"
+        std::string m_sName; // short, as a project may name it without regard to case: "Git"
         CFactory m_Make;
     };
 
@@ -29,7 +30,7 @@ public:
     // A class id in its own form, registered or not, or the short name of a registered provider without
     // regard to case. Blanks around it don't count. All zero for anything else.
     CClassId IdFromText(std::string_view sText) const;
-    // Null when the id isn't registered.
+    // Null when the id isn't registered. What the factory throws goes through.
     std::unique_ptr<ISourceControlProvider> Make(const CClassId& id) const;
 
 private:

@@ -51,12 +51,15 @@ CSourceControlClient* CSharedSourceControlMgr::GetClient()
         }
         m_bOwnsClient = true;
     }
+    if (m_pClient->IsBusy())
+        return nullptr;
     if (!m_pClient->IsConnected())
     {
         const bool bSelectProvider = m_ProviderClsid.IsZero();
         if (!bSelectProvider)
             m_pClient->SetProvider(m_ProviderClsid, m_sDatabase);
         m_pClient->Connect(m_sChangeSetName, m_sChangeSetDesc, bSelectProvider, 0);
+        DisconnectIfAsked();
     }
     return m_pClient.get();
 }
@@ -72,10 +75,19 @@ bool CSharedSourceControlMgr::Connect()
 
 void CSharedSourceControlMgr::Disconnect()
 {
-    if (!m_pClient || !m_bOwnsClient || m_pClient->IsConnecting())
+    if (!m_pClient || !m_bOwnsClient)
+        return;
+    m_bDropSoon = m_pClient->IsBusy();
+    if (m_bDropSoon)
         return;
     m_pClient->Disconnect();
     m_pClient.reset();
+}
+
+void CSharedSourceControlMgr::DisconnectIfAsked()
+{
+    if (m_bDropSoon)
+        Disconnect();
 }
 
 bool CSharedSourceControlMgr::IsConnected() const
@@ -87,14 +99,19 @@ ESourceControlState CSharedSourceControlMgr::SourceControlStateForFile(const cha
 {
     QS_ASSERT(szFile);
     CSourceControlClient* pClient = szFile ? GetClient() : nullptr;
-    return pClient ? pClient->SourceControlStateForFile(szFile) : eSCState_Unknown;
+    const ESourceControlState eState =
+        pClient ? pClient->SourceControlStateForFile(szFile) : eSCState_Unknown;
+    DisconnectIfAsked();
+    return eState;
 }
 
 template <class TOperation>
 bool CSharedSourceControlMgr::OnFile(const char* szFile, TOperation operation)
 {
     CSourceControlClient* pClient = szFile ? GetClient() : nullptr;
-    return pClient && operation(*pClient, std::string(szFile));
+    const bool bResult = pClient && operation(*pClient, std::string(szFile));
+    DisconnectIfAsked();
+    return bResult;
 }
 
 bool CSharedSourceControlMgr::CheckOut(const char* szFile, int nFlag)

@@ -20,17 +20,21 @@ public:
     // when given with the first call.
     static CSharedSourceControlMgr& Instance(const CSourceControlServices& services = {});
 
+    // The main window for the next connect, when it is made behind the manager.
+    void SetWindow(SourceControlWindow hWindow) { m_Services.m_hWindow = hWindow; }
+
     void SetChangeSetInfo(const std::string& sName, const std::string& sDescription) override;
     // Drops the connection, unless it is to the same provider and database.
     bool SetProject(const std::string& sProvider, const std::string& sDatabase) override;
 
-    // The client, connected if that can be; null when none could be made.
+    // The client, connected if that can be; null when none could be made, and while an operation runs
+    // whose dialog has led back here.
     CSourceControlClient* GetClient();
 
     // The user's own wish to connect: asks again also when the choice was to work without. Whether the
     // connection stands.
     bool Connect() override;
-    void Disconnect() override;
+    void Disconnect() override; // behind the operation that runs, if one does
     bool IsConnected() const override;
 
     // A null file is reported and gives eSCState_Unknown.
@@ -47,6 +51,7 @@ public:
 private:
     template <class TOperation>
     bool OnFile(const char* szFile, TOperation operation);
+    void DisconnectIfAsked();
 
     std::unique_ptr<CSourceControlClient> m_pClient; // null until first needed
     std::string m_sChangeSetName;
@@ -56,5 +61,6 @@ private:
     bool m_bOwnsClient = false;
 
     CSourceControlServices m_Services;
+    bool m_bDropSoon = false;    // Disconnect came in the middle of an operation
     bool m_bWorkWithout = false; // the user's choice, for the session
 };

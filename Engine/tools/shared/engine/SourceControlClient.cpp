@@ -10,20 +10,6 @@ namespace
 
 using IProvider = ISourceControlProvider;
 
-// Runs an operation and turns a provider's error into its result.
-template <class TResult, class TOperation>
-TResult Guard(TResult onError, TOperation operation)
-{
-    try
-    {
-        return operation();
-    }
-    catch (const CSourceControlError&)
-    {
-        return onError;
-    }
-}
-
 // The folders above a file, from the top, each with a separator at its end.
 std::vector<std::string> FoldersAbove(const std::string& sPath)
 {
@@ -57,6 +43,29 @@ void CSourceControlClient::Disconnect()
 {
     m_pProvider.reset();
     m_nFlags &= ~(c_nConnected | c_nChangeSets);
+}
+
+template <class TResult, class TOperation>
+TResult CSourceControlClient::Guard(TResult onError, TOperation operation)
+{
+    if (m_bBusy)
+        return onError;
+    const CBusyScope busy(m_bBusy);
+    try
+    {
+        return operation();
+    }
+    catch (const CSourceControlError& error)
+    {
+        TellFailure(error.Description());
+        return onError;
+    }
+}
+
+void CSourceControlClient::TellFailure(const std::string& sText) const
+{
+    if (m_Services.m_TellFailure && !sText.empty())
+        m_Services.m_TellFailure(sText);
 }
 
 ISourceControlProvider& CSourceControlClient::Provider()
@@ -143,7 +152,10 @@ bool CSourceControlClient::EnsureCheckedOut(const std::string& sPath, int nFlag)
     if (nStatus == -1)
         return true;
     if (static_cast<uint32_t>(nStatus) & IProvider::c_nBlocked)
+    {
+        TellFailure(sPath + " can't be checked out: it is in conflict, or another holds a lock on it.");
         return false;
+    }
     if (static_cast<uint32_t>(nStatus) & IProvider::c_nOpenHere)
         return true;
     return CheckOut(sPath, nFlag);

@@ -18,6 +18,22 @@ struct CSourceControlServices
     // broken, which the user is told.
     std::function<std::unique_ptr<ISourceControlLocator>()> m_MakeLocator;
     SourceControlWindow m_hWindow = nullptr;
+    // Told what a provider says of an operation that failed, and why a connect came to nothing where no
+    // message says so. For a log: the user sees the result alone. Empty: told to nobody.
+    std::function<void(const std::string&)> m_TellFailure;
+};
+
+// Sets a mark for a scope, and takes it away whichever way the scope ends.
+class CBusyScope
+{
+public:
+    explicit CBusyScope(bool& bBusy) : m_bBusy(bBusy) { m_bBusy = true; }
+    ~CBusyScope() { m_bBusy = false; }
+    CBusyScope(const CBusyScope&) = delete;
+    CBusyScope& operator=(const CBusyScope&) = delete;
+
+private:
+    bool& m_bBusy;
 };
 
 // Holds the connection to a provider and turns file operations into its calls. Dialogs come up only
@@ -41,8 +57,9 @@ public:
                  int nInitFlag);
     void Disconnect();
     bool IsConnected() const { return (m_nFlags & c_nConnected) != 0; }
-    // A dialog of the connect may be up, whose events can lead back here: no time to destroy the client.
-    bool IsConnecting() const { return m_bConnecting; }
+    // A dialog of a connect or of the provider may be up, whose events can lead back here: no time for
+    // another operation, nor to destroy the client.
+    bool IsBusy() const { return m_bBusy; }
     bool UsesChangeSets() const { return (m_nFlags & c_nChangeSets) != 0; }
 
     // The provider's status word; -1 for a file that it doesn't know; 0 without a connection and after an
@@ -76,6 +93,10 @@ private:
     bool OpenDatabase();
     void UseChangeSets();
     void ShowError(const std::string& sText);
+    void TellFailure(const std::string& sText) const;
+    // Runs an operation of the provider and turns its error into a result.
+    template <class TResult, class TOperation>
+    TResult Guard(TResult onError, TOperation operation);
 
     ISourceControlProvider& Provider();
     bool IsKnown(const std::string& sPath);
@@ -96,5 +117,5 @@ private:
 
     const CSourceControlServices& m_Services;
     bool& m_bWorkWithout;
-    bool m_bConnecting = false;
+    bool m_bBusy = false;
 };

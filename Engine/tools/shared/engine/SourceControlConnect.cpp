@@ -13,16 +13,15 @@ constexpr const char* c_pszConnectMessage =
 bool CSourceControlClient::Connect(const std::string& sChangeSetName, const std::string& sChangeSetDesc,
                                    bool bSelectProvider, int nInitFlag)
 {
-    if (m_bConnecting)
+    if (m_bBusy)
         return false;
-    m_bConnecting = true;
+    const CBusyScope busy(m_bBusy);
     Disconnect();
     m_sChangeSetName = sChangeSetName;
     m_sChangeSetDesc = sChangeSetDesc;
     const bool bResult = RunConnect(bSelectProvider, nInitFlag);
     if (!IsConnected())
         m_pProvider.reset();
-    m_bConnecting = false;
     return bResult;
 }
 
@@ -135,14 +134,17 @@ CSourceControlClient::EStep CSourceControlClient::AfterFailedStart(const CSource
 
 bool CSourceControlClient::OpenDatabase()
 {
-    while (m_pProvider->OpenDatabase(m_sDatabase, 0).Failed())
+    for (;;)
     {
+        const CSourceControlStatus opened = m_pProvider->OpenDatabase(m_sDatabase, 0);
+        if (!opened.Failed())
+            return true;
+        TellFailure(opened.m_sText);
         std::string sDatabase;
         if (m_pProvider->ChooseDatabase(sDatabase).Failed())
             return false;
         m_sDatabase = sDatabase;
     }
-    return true;
 }
 
 // Change sets are a convenience: the connection stands whatever comes of them.

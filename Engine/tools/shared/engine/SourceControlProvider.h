@@ -18,7 +18,8 @@ struct CSourceControlStatus
 
 constexpr uint32_t c_nSourceControlFailed = 0x80004005; // no further meaning
 constexpr uint32_t c_nSourceControlNoPointer = 0x80004003;
-constexpr uint32_t c_nSourceControlNoClass = 0x80040154; // no such provider is registered
+constexpr uint32_t c_nSourceControlNoClass = 0x80040154;   // no such provider is registered
+constexpr uint32_t c_nSourceControlCancelled = 0x800704C7; // by the user
 constexpr uint32_t c_nSourceControlChooseAgain =
     0x80040210; // from Initialize: choose another, without a message
 
@@ -50,7 +51,8 @@ inline void CheckStatus(const CSourceControlStatus& status)
         throw CSourceControlError(status);
 }
 
-// The main window, for whoever opens dialogs; the engine only passes it on. Null without a window.
+// The main window, for whoever opens dialogs; the engine only passes it on. A QWidget of the window
+// program; null without a window.
 using SourceControlWindow = void*;
 
 // Lets the user choose a provider.

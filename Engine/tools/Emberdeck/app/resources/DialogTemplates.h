@@ -177,7 +177,9 @@ inline constexpr CTemplateControl c_SelectFXToImport[] = {
 
 // CKRColorDialog.
 inline constexpr CTemplateControl c_Color[] = {
+    {c_nNoControlID, eLabel, 5, 4, 139, 9, "&Basic colors:"},
     {720, eView, 4, 14, 140, 86}, // basic colours
+    {c_nNoControlID, eLabel, 5, 109, 129, 9, "&Custom colors:"},
     {9039, eView, 4, 119, 135, 42}, // custom colours
     {9040, eEdit, 5, 165, 129, 30, "", eTplMultiLine},
     {710, eView, 152, 4, 118, 116}, // hue across, saturation up

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+#include "model/EffectModule.h"
+#include "shared/engine/ProjectLocator.h"
+
+// What stands below the workflow's messages, whose words are fixed: the cause, as far as it can be seen, and
+// what to do about it. Sentences for the user; empty when the message says it all.
+
+std::string AdviseOnMissingProject(const std::string& sFile);
+std::string AdviseOnPlugin(const CProjectInfo& project);
+// bKept: copies of what the file held before earlier saves are there.
+std::string AdviseOnLoading(const std::string& sFile, const CProjectInfo& project, bool bKept);
+std::string AdviseOnPacking(const std::string& sPackName, const CEffectModule& module);

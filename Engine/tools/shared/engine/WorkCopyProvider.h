@@ -1,0 +1,71 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "shared/engine/ClientProgram.h"
+#include "shared/engine/SourceControlFront.h"
+
+// What providers have in common that work on a work copy on this machine through a client program. The
+// database is a folder of the work copy. A depot path is the file's one name on this machine, absolute and
+// without links; that of a folder ends with a slash.
+class CWorkCopyProvider : public ISourceControlProvider
+{
+public:
+    // Fails, with a sentence that names it, when the client program isn't there.
+    CSourceControlStatus Initialize(SourceControlWindow hWindow, int nFlag) override;
+    CSourceControlStatus ChooseDatabase(std::string& sDatabase) override;
+    CSourceControlStatus OpenDatabase(const std::string& sDatabase, int nFlag) override;
+    // Of a file the description is asked for, unless sText has it already. What the user says of a folder
+    // holds for everything below that is submitted with it.
+    CSourceControlStatus SubmitFile(const std::string& sDepotPath, const std::string& sText,
+                                    int nFlag) override;
+    CSourceControlStatus LocalToDepot(const std::string& sLocalPath, std::string& sDepotPath) override;
+    CSourceControlStatus GetCapabilities(uint32_t& nCapabilities) override;
+    CSourceControlStatus ShowHistory(const std::string& sDepotPath) override;
+    CSourceControlStatus SetActiveChangeSet(int nChangeSet) override;
+    CSourceControlStatus CreateChangeSet(const std::string& sName, const std::string& sDescription,
+                                         int nFlag) override;
+
+protected:
+    using CStatus = CSourceControlStatus;
+    using CRun = CClientProgram::CRun;
+
+    static constexpr size_t c_nMaxHistory = 1000;
+
+    CWorkCopyProvider(const char* pszSystem, CClientProgram program, const CProviderHost& host);
+
+    // The work copy's top folder, as the client program tells it.
+    virtual CStatus FindTop(const std::string& sFolder, std::string& sTop) = 0;
+    // Whether there is something to send, with bAsk unset when the answer ends the submit as it is.
+    virtual CStatus BeforeSubmit(const std::string& sDepotPath, bool& bAsk) = 0;
+    virtual CStatus Commit(const std::string& sDepotPath, const std::string& sText) = 0;
+    virtual CStatus ReadHistory(const std::string& sDepotPath, std::vector<CHistoryEntry>& entries) = 0;
+
+    CRun Run(std::vector<std::string> arguments, const char* pszWhat,
+             EPatience ePatience = EPatience::eLocal) const;
+    CStatus Failure(const std::string& sText) const { return {c_nSourceControlFailed, sText}; }
+
+    const std::string& Top() const { return m_sTop; } // with a slash at its end
+    bool IsInside(const std::string& sDepotPath) const
+    {
+        return !m_sTop.empty() && sDepotPath.starts_with(m_sTop);
+    }
+    static bool IsFolder(const std::string& sDepotPath) { return sDepotPath.ends_with('/'); }
+    // Empty for a path that has no place on this machine.
+    static std::string DepotPath(const std::string& sLocalPath);
+
+private:
+    CStatus AskForText(const std::string& sDepotPath, std::string& sText);
+
+    const char* m_pszSystem;
+    CClientProgram m_Program;
+    CProviderHost m_Host;
+    std::string m_sTop;
+    std::string m_sSaidOfFolder; // a folder that was submitted last, and what was said of it
+    std::string m_sFolderText;
+};
+
+// The lines of a text, without their ends; a last line without an end counts.
+std::vector<std::string_view> SplitLines(std::string_view sText);
