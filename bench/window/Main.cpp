@@ -24,7 +24,8 @@ int main(int argc, char** argv)
     for (CWindowFigure& figure : MeasureTimelinePaint(300))
         figures.push_back(std::move(figure));
 
-    std::printf("| The window | median ms | 95 %% ms | at most | frames a second |\n|---|---:|---:|---:|---:|\n");
+    std::printf(
+        "| The window | median ms | 95 %% ms | at most | frames a second |\n|---|---:|---:|---:|---:|\n");
     bool bOk = true;
     for (const CWindowFigure& figure : figures)
     {
@@ -35,8 +36,8 @@ int main(int argc, char** argv)
             bOk = false;
             continue;
         }
-        std::printf("| %s | %.1f | %.1f | %.1f | %.0f |\n", figure.m_sName.c_str(), fMedian, figure.Quantile(0.95),
-                    figure.m_fLimit, 1000.0 / fMedian);
+        std::printf("| %s | %.1f | %.1f | %.1f | %.0f |\n", figure.m_sName.c_str(), fMedian,
+                    figure.Quantile(0.95), figure.m_fLimit, 1000.0 / fMedian);
         bOk = bOk && fMedian < figure.m_fLimit;
     }
     return bOk ? 0 : 1;

@@ -55,7 +55,8 @@ public:
         if (pipe(ends) != 0)
             return;
         fcntl(ends[0], F_SETFD, FD_CLOEXEC);
-        m_nServer = Spawn({"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0", "1600x1000x24", "-noreset"});
+        m_nServer = Spawn(
+            {"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0", "1600x1000x24", "-noreset"});
         close(ends[1]);
         std::string sNumber;
         pollfd waiting = {ends[0], POLLIN, 0};
@@ -78,7 +79,8 @@ public:
     // The screen is black until a window is painted on it; the sides of the first one count.
     bool HasPicture() const
     {
-        XImage* pImage = XGetImage(m_pDisplay, DefaultRootWindow(m_pDisplay), 0, 500, 1200, 1, AllPlanes, ZPixmap);
+        XImage* pImage =
+            XGetImage(m_pDisplay, DefaultRootWindow(m_pDisplay), 0, 500, 1200, 1, AllPlanes, ZPixmap);
         if (!pImage)
             return false;
         bool bPainted = true;
@@ -111,7 +113,8 @@ CWindowFigure MeasureStartup(int nRounds)
         const auto start = CClock::now();
         const pid_t nChild =
             Spawn({sBin + "/emberdeck", "--nosplash", "--open", sBin + "/bonfire-project/bonfire.Fx00a"});
-        const auto elapsed = [&] { return std::chrono::duration<double, std::milli>(CClock::now() - start).count(); };
+        const auto elapsed = [&]
+        { return std::chrono::duration<double, std::milli>(CClock::now() - start).count(); };
         while (!screen.HasPicture() && elapsed() < 20000.0)
             usleep(1000);
         const double fTime = elapsed();

@@ -70,8 +70,9 @@ std::vector<double> Drag(TrackWidget& timeline, QPoint start, Qt::KeyboardModifi
 std::vector<CWindowFigure> MeasureTimelinePaint(int nFrames)
 {
     constexpr double fFrame = 1000.0 / 60.0;
-    std::vector<CWindowFigure> figures = {{"Step of a drag, 200 tracks, 10,000 keys, one selected", {}, fFrame},
-                                          {"Step of a drag, 200 tracks, 10,000 keys, all selected", {}, fFrame}};
+    std::vector<CWindowFigure> figures = {
+        {"Step of a drag, 200 tracks, 10,000 keys, one selected", {}, fFrame},
+        {"Step of a drag, 200 tracks, 10,000 keys, all selected", {}, fFrame}};
     const std::unique_ptr<IProfile> pProfile = MakeMemoryProfile();
     QtPrompts prompts;
     MenuStyle* pStyle = new MenuStyle; // the application takes it

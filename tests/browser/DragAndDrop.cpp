@@ -113,5 +113,6 @@ TEST(DragAndDrop, ALeafBesideTheRootComesToWhereItIsSaved)
     bench.Select({"stray"});
     bench.Begin("stray");
     bench.DropOn("T");
-    EXPECT_EQ(bench.item("T"), bench.lib->m_EffectTree.GetParentItem(bench.lib->m_EffectTree.FindData(pStray)));
+    EXPECT_EQ(bench.item("T"),
+              bench.lib->m_EffectTree.GetParentItem(bench.lib->m_EffectTree.FindData(pStray)));
 }

@@ -125,7 +125,8 @@ TEST(PrefabPanel, DeletingManyLeavesTheirValues)
     bench.prompts.onAsk("1 groups selected.\n2 prefabs selected.", EAnswer::eOk);
     bench.Run(bench.prefabs, {"G", "a"}, 32885);
     EXPECT_EQ("[[Prefabs]]\n  b\n", bench.prefabDump());
-    EXPECT_EQ("3 5 4", std::to_string(IntOf(*keys[0], "Count")) + " " + std::to_string(IntOf(*keys[1], "Count")) + " " +
+    EXPECT_EQ("3 5 4", std::to_string(IntOf(*keys[0], "Count")) + " " +
+                           std::to_string(IntOf(*keys[1], "Count")) + " " +
                            std::to_string(IntOf(*keys[2], "Count")));
     EXPECT_TRUE(!keys[0]->GetParent() && !keys[1]->GetParent() && keys[2]->GetParent());
     EXPECT_EQ(nullptr, bench.clipboard.GetKey()->GetParent());

@@ -25,14 +25,18 @@ struct CSampleDesktop : CLibraryDesktop
     {
         // A copy, whose locator leads to the programs.
         const std::string sBin = EMBERDECK_BIN_DIR;
-        std::filesystem::copy(sBin + "/bonfire-project", dir.path("sample"), std::filesystem::copy_options::recursive);
-        dir.write("sample/bonfire.proj00", "[Project Directories]\r\nResourceRoot=resources\r\n[Project Binaries]\r\n"
-                                           "Fireglass=" + sBin + "/fireglass.dll\r\n");
+        std::filesystem::copy(sBin + "/bonfire-project", dir.path("sample"),
+                              std::filesystem::copy_options::recursive);
+        dir.write("sample/bonfire.proj00",
+                  "[Project Directories]\r\nResourceRoot=resources\r\n[Project Binaries]\r\n"
+                  "Fireglass=" +
+                      sBin + "/fireglass.dll\r\n");
         std::filesystem::permissions(dir.path("sample/bonfire.proj00"), std::filesystem::perms::owner_all);
     }
     std::string sample(const char* pszName) const { return dir.path(std::string("sample/") + pszName); }
     // A new item below another, under a name typed at once.
-    void New(LibraryTreeView* pTree, const char* pszBelow, const char* pszCommand, const char* pszName, const CInOpen& then = {})
+    void New(LibraryTreeView* pTree, const char* pszBelow, const char* pszCommand, const char* pszName,
+             const CInOpen& then = {})
     {
         Choose(At(pTree, pszBelow), {pszCommand}, then);
         EXPECT_TRUE(Desktop::Settle([&] { return pTree->Panel()->m_Tree.IsEditing(); })) << pszName;
@@ -42,7 +46,8 @@ struct CSampleDesktop : CLibraryDesktop
     }
     static CInOpen Type(const char* pszType)
     {
-        return [pszType](QWidget*) {
+        return [pszType](QWidget*)
+        {
             Desktop::Type(pszType);
             Desktop::Key("Return");
         };
@@ -51,7 +56,8 @@ struct CSampleDesktop : CLibraryDesktop
     {
         TrackWidget* pTimeline = window.ActiveTimeline();
         return Desktop::On(pTimeline, {PixelFromTime(pTimeline->Logic().TimeBar(), nTime),
-                                       pTimeline->Logic().Layout().m_rcTrack.top + nRow * CTrackLayout::c_nTrackHeight + 18});
+                                       pTimeline->Logic().Layout().m_rcTrack.top +
+                                           nRow * CTrackLayout::c_nTrackHeight + 18});
     }
 };
 
@@ -91,25 +97,30 @@ TEST(DaysWork, FromAnEmptyLibraryToThePlayedEffects)
     Desktop::Click(desk.Time(2000, 0));
     EXPECT_TRUE(KeyOf(desk.App().m_SpellMgr, "Dawn", 1)->m_bMotionLinked);
     EXPECT_EQ("Glow", KeyOf(desk.App().m_SpellMgr, "Dawn")->GetParent()->m_sName);
-    desk.Choose(desk.Time(2000, 0), {"Key", "Edit Key"}, [](QWidget* pOpen) {
-        EXPECT_EQ("Emitter", pOpen->windowTitle().toStdString());
-        Desktop::Key("Escape");
-    });
+    desk.Choose(desk.Time(2000, 0), {"Key", "Edit Key"},
+                [](QWidget* pOpen)
+                {
+                    EXPECT_EQ("Emitter", pOpen->windowTitle().toStdString());
+                    Desktop::Key("Escape");
+                });
 
     // Copies, another library's effects, names and what isn't wanted after all.
     desk.Pause();
     Desktop::Click(desk.At(desk.pEffects, "Dawn"));
     Desktop::Key("Insert");
     EXPECT_EQ("Dawn_1", desk.Selected(desk.pEffects));
-    const auto take = [](QWidget* pChoice) {
+    const auto take = [](QWidget* pChoice)
+    {
         auto* pList = pChoice->findChild<QListWidget*>();
         ASSERT_TRUE(pList);
         EXPECT_EQ(300, pList->count());
         Desktop::Click(Desktop::On(pList->viewport(), pList->visualItemRect(pList->item(0)).center()));
-        Desktop::Click(Desktop::On(pList->viewport(), pList->visualItemRect(pList->item(3)).center()), 1, "ctrl");
+        Desktop::Click(Desktop::On(pList->viewport(), pList->visualItemRect(pList->item(3)).center()), 1,
+                       "ctrl");
         Desktop::Key("Return");
     };
-    desk.Choose(desk.At(desk.pEffects, "Dawn_1"), {"Import Effects..."}, desk.File(desk.sample("inferno.Fx00c"), take));
+    desk.Choose(desk.At(desk.pEffects, "Dawn_1"), {"Import Effects..."},
+                desk.File(desk.sample("inferno.Fx00c"), take));
     EXPECT_EQ(6u, desk.App().m_SpellMgr.Spells().size());
     Desktop::Click(desk.At(desk.pEffects, "Noon"));
     Desktop::Key("F2");
@@ -117,13 +128,14 @@ TEST(DaysWork, FromAnEmptyLibraryToThePlayedEffects)
     Desktop::Click(desk.At(desk.pEffects, "Dusk"));
     desk.Answer("Return");
     Desktop::Key("Delete");
-    EXPECT_EQ(0u, desk.Effects().find("[[Effects]]\n  [Day]\n    Dawn\n    Dawn_1\n    Midday\n  ")) << desk.Effects();
+    EXPECT_EQ(0u, desk.Effects().find("[[Effects]]\n  [Day]\n    Dawn\n    Dawn_1\n    Midday\n  "))
+        << desk.Effects();
     EXPECT_EQ(5u, desk.App().m_SpellMgr.Spells().size());
 
     // Saved under a name, loaded again, and saved as it was.
-    Desktop::WhileOpen(desk.File(desk.sample("day.Fx00a")));
-    Desktop::Key("ctrl+s");
-    const std::string sEffects = desk.Effects(), sPrefabs = desk.Prefabs(), sText = TextOfFile(desk.sample("day.Fx00a"));
+    desk.ChooseFromBar("alt+f", {"Save As..."}, desk.File(desk.sample("day.Fx00a")));
+    const std::string sEffects = desk.Effects(), sPrefabs = desk.Prefabs(),
+                      sText = TextOfFile(desk.sample("day.Fx00a"));
     ASSERT_NE(std::string::npos, sText.find("Midday"));
     desk.ChooseFromBar("alt+f", {"New"});
     desk.OpenFile(desk.sample("day.Fx00a"));

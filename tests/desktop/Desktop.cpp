@@ -91,8 +91,8 @@ bool StartServer()
     if (pipe(ends) != 0)
         return false;
     fcntl(ends[0], F_SETFD, FD_CLOEXEC);
-    s_nServer = Spawn({"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0", "1600x1000x24", "-nolisten",
-                       "tcp", "-noreset"},
+    s_nServer = Spawn({"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0", "1600x1000x24",
+                       "-nolisten", "tcp", "-noreset"},
                       true);
     close(ends[1]);
     const std::string sNumber = ReadDisplay(ends[0]);
@@ -111,8 +111,8 @@ bool HasManager()
     unsigned long nItems = 0, nRest = 0;
     unsigned char* pData = nullptr;
     XGetWindowProperty(s_pDisplay, DefaultRootWindow(s_pDisplay),
-                       XInternAtom(s_pDisplay, "_NET_SUPPORTING_WM_CHECK", False), 0, 1, False, XA_WINDOW, &type,
-                       &nFormat, &nItems, &nRest, &pData);
+                       XInternAtom(s_pDisplay, "_NET_SUPPORTING_WM_CHECK", False), 0, 1, False, XA_WINDOW,
+                       &type, &nFormat, &nItems, &nRest, &pData);
     if (pData)
         XFree(pData);
     return nItems == 1;
@@ -189,7 +189,8 @@ void Send(std::vector<std::string> words, CArrivals::EKind eKind, uint64_t nEven
     int nStatus = -1;
     ASSERT_TRUE(nChild > 0 && waitpid(nChild, &nStatus, 0) == nChild && nStatus == 0)
         << "xdotool " << words[1] << " has failed; is it installed?";
-    Desktop::Settle([&] { return arrivals.m_Counts[eKind] >= nAwaited; }, eKind == CArrivals::eMotion ? 60 : 400);
+    Desktop::Settle([&] { return arrivals.m_Counts[eKind] >= nAwaited; },
+                    eKind == CArrivals::eMotion ? 60 : 400);
     Desktop::Settle();
 }
 
@@ -211,11 +212,13 @@ QWidget* TopMost()
     return pPopup ? pPopup : QApplication::activeModalWidget();
 }
 
-void WaitAndAct(const std::function<void(QWidget*)>& act, const QPointer<QWidget>& pBefore, QElapsedTimer clock)
+void WaitAndAct(const std::function<void(QWidget*)>& act, const QPointer<QWidget>& pBefore,
+                QElapsedTimer clock)
 {
     const QPointer<QWidget> pOpen = TopMost();
     const bool bSubmenu = pOpen && pBefore && pOpen->inherits("QMenu") && pBefore->inherits("QMenu");
-    const bool bReady = pOpen && pOpen != pBefore && !bSubmenu && pOpen->windowHandle() && pOpen->windowHandle()->isExposed();
+    const bool bReady =
+        pOpen && pOpen != pBefore && !bSubmenu && pOpen->windowHandle() && pOpen->windowHandle()->isExposed();
     if (!bReady && clock.elapsed() < 5000)
     {
         QTimer::singleShot(10, qApp, [=] { WaitAndAct(act, pBefore, clock); });
@@ -261,16 +264,25 @@ void Desktop::Stop()
     End(s_nServer);
 }
 
-void Desktop::Key(const std::string& sKeys) { Send({"key", sKeys}, CArrivals::eKey, 2); }
+void Desktop::Key(const std::string& sKeys)
+{
+    Send({"key", sKeys}, CArrivals::eKey, 2);
+}
 
 void Desktop::Type(const std::string& sText)
 {
     Send({"type", "--delay", "0", "--", sText}, CArrivals::eKey, 2 * sText.size());
 }
 
-void Desktop::HoldKey(const std::string& sKey) { Send({"keydown", sKey}, CArrivals::eKey, 1); }
+void Desktop::HoldKey(const std::string& sKey)
+{
+    Send({"keydown", sKey}, CArrivals::eKey, 1);
+}
 
-void Desktop::LetKeyGo(const std::string& sKey) { Send({"keyup", sKey}, CArrivals::eKey, 1); }
+void Desktop::LetKeyGo(const std::string& sKey)
+{
+    Send({"keyup", sKey}, CArrivals::eKey, 1);
+}
 
 void Desktop::Move(QPoint pt)
 {
@@ -279,9 +291,15 @@ void Desktop::Move(QPoint pt)
     Send({"mousemove", std::to_string(at.x()), std::to_string(at.y())}, CArrivals::eMotion, 1);
 }
 
-void Desktop::Press(int nButton) { Send({"mousedown", std::to_string(nButton)}, CArrivals::eButton, 1); }
+void Desktop::Press(int nButton)
+{
+    Send({"mousedown", std::to_string(nButton)}, CArrivals::eButton, 1);
+}
 
-void Desktop::Release(int nButton) { Send({"mouseup", std::to_string(nButton)}, CArrivals::eButton, 1); }
+void Desktop::Release(int nButton)
+{
+    Send({"mouseup", std::to_string(nButton)}, CArrivals::eButton, 1);
+}
 
 void Desktop::Click(QPoint pt, int nButton, const std::string& sHeld)
 {
@@ -314,9 +332,15 @@ void Desktop::Drag(QPoint from, QPoint to, const std::string& sHeld, int nButton
         LetKeyGo(sKey);
 }
 
-QPoint Desktop::On(const QWidget* pWidget, QPoint pt) { return pWidget->mapToGlobal(pt); }
+QPoint Desktop::On(const QWidget* pWidget, QPoint pt)
+{
+    return pWidget->mapToGlobal(pt);
+}
 
-QPoint Desktop::On(const QWidget* pWidget) { return On(pWidget, pWidget->rect().center()); }
+QPoint Desktop::On(const QWidget* pWidget)
+{
+    return On(pWidget, pWidget->rect().center());
+}
 
 bool Desktop::Settle(const std::function<bool()>& until, int nMilliseconds)
 {

@@ -26,7 +26,8 @@ struct CDesktopBench
         window.SetPropertyEditor([this](CEffectPropertySet& set) { return dialogs.EditProperties(set); });
         window.setGeometry(40, 40, 1400, 880);
         window.show();
-        EXPECT_TRUE(Desktop::Settle([this] { return window.isActiveWindow(); })) << "the window never got the focus";
+        EXPECT_TRUE(Desktop::Settle([this] { return window.isActiveWindow(); }))
+            << "the window never got the focus";
         Desktop::Settle();
     }
     // A library in the running program, straight into its model. It has no file name until one is set.

@@ -25,7 +25,10 @@ struct CLibraryDesktop : CDesktopBench
     }
 
     // Until the next press can't be taken for the second one of a double click.
-    static void Pause() { Desktop::Settle([] { return false; }, QApplication::doubleClickInterval() + 100); }
+    static void Pause()
+    {
+        Desktop::Settle([] { return false; }, QApplication::doubleClickInterval() + 100);
+    }
     void ShowPage(int nTab)
     {
         auto* pTabs = window.Dock()->findChild<QTabBar*>();
@@ -55,11 +58,13 @@ struct CLibraryDesktop : CDesktopBench
     }
     static QPoint Arrow(LibraryTreeView* pTree, const char* pszText)
     {
-        return Desktop::On(pTree->viewport(), Label(pTree, pszText).center() - QPoint(Label(pTree, pszText).width() / 2 + 32, 0));
+        return Desktop::On(pTree->viewport(), Label(pTree, pszText).center() -
+                                                  QPoint(Label(pTree, pszText).width() / 2 + 32, 0));
     }
     static QPoint Beside(LibraryTreeView* pTree, const char* pszText)
     {
-        return Desktop::On(pTree->viewport(), QPoint(pTree->viewport()->width() - 8, Label(pTree, pszText).center().y()));
+        return Desktop::On(pTree->viewport(),
+                           QPoint(pTree->viewport()->width() - 8, Label(pTree, pszText).center().y()));
     }
     // "A B": what is selected, in order, and what the tree holds.
     static std::string Selected(LibraryTreeView* pTree)
@@ -83,9 +88,16 @@ struct CLibraryDesktop : CDesktopBench
         Desktop::Click(at, 3);
     }
     // A menu of the menu bar, by its letter.
-    static void ChooseFromBar(const char* pszKeys, const std::vector<const char*>& entries, const CInOpen& then = {})
+    static void ChooseFromBar(const char* pszKeys, const std::vector<const char*>& entries,
+                              const CInOpen& then = {})
     {
-        Desktop::WhileOpen([entries, then](QWidget* pOpen) { Pick(pOpen, entries, then); });
+        Desktop::WhileOpen(
+            [entries, then](QWidget* pOpen)
+            {
+                if (then)
+                    Desktop::WhileOpen(then); // the bar's menus run a command at once
+                Pick(pOpen, entries, {});
+            });
         Desktop::Key(pszKeys);
         Desktop::Settle();
     }
@@ -97,7 +109,8 @@ struct CLibraryDesktop : CDesktopBench
             ASSERT_TRUE(pMenu) << pszEntry;
             QAction* pFound = nullptr;
             for (QAction* pAction : pMenu->actions())
-                if (QString(pAction->text()).section(QLatin1Char('\t'), 0, 0).remove(QLatin1Char('&')) == QLatin1String(pszEntry))
+                if (QString(pAction->text()).section(QLatin1Char('\t'), 0, 0).remove(QLatin1Char('&')) ==
+                    QLatin1String(pszEntry))
                     pFound = pAction;
             ASSERT_TRUE(pFound && pFound->isEnabled()) << pszEntry;
             QMenu* pNext = pFound->menu();
@@ -119,7 +132,8 @@ struct CLibraryDesktop : CDesktopBench
     // A file dialog: the path typed, and what is done in the box that follows.
     static CInOpen File(const std::string& sPath, const CInOpen& then = {})
     {
-        return [sPath, then](QWidget* pOpen) {
+        return [sPath, then](QWidget* pOpen)
+        {
             for (QLineEdit* pEdit : pOpen->findChildren<QLineEdit*>())
                 pEdit->setCompleter(nullptr); // whose list would count as the next thing that opens
             Desktop::Type(sPath);

@@ -12,11 +12,13 @@ namespace
 struct CDesktopTrees : CLibraryDesktop
 {
     CDesktopTrees()
-        : CLibraryDesktop([](CLibraryBuilder& library) {
-              library.group("Fire").effect("Ash").effect("Blaze").effect("Coal").end();
-              library.group("Water").end().effect("Drop").effect("Eddy");
-              library.prefab("Sprite", "Puff").prefab("Light", "Lamp");
-          })
+        : CLibraryDesktop(
+              [](CLibraryBuilder& library)
+              {
+                  library.group("Fire").effect("Ash").effect("Blaze").effect("Coal").end();
+                  library.group("Water").end().effect("Drop").effect("Eddy");
+                  library.prefab("Sprite", "Puff").prefab("Light", "Lamp");
+              })
     {
         Desktop::Click(Arrow(pEffects, "Fire"));
         EXPECT_TRUE(pEffects->Panel()->m_Tree.IsExpanded(Find(pEffects, "Fire")));
@@ -74,7 +76,8 @@ TEST(DesktopTrees, DragIntoGroupsAndOutOfTheTree)
     Desktop::Click(desk.On("Ash"), 1, "ctrl");
     desk.Pause();
     Desktop::Drag(desk.On("Ash"), desk.On("Water"));
-    EXPECT_EQ("[[Effects]]\n  [Fire]\n    Blaze\n    Coal\n  [Water]\n    Ash\n    Drop\n  Eddy\n", desk.Effects());
+    EXPECT_EQ("[[Effects]]\n  [Fire]\n    Blaze\n    Coal\n  [Water]\n    Ash\n    Drop\n  Eddy\n",
+              desk.Effects());
     // Onto a leaf: into its group. The root and a group into itself stay.
     Desktop::Drag(desk.On("Eddy"), desk.On("Coal"));
     Desktop::Drag(desk.On("Water"), desk.On("Blaze"));
@@ -106,11 +109,13 @@ TEST(DesktopTrees, DragIntoGroupsAndOutOfTheTree)
 
 TEST(DesktopTrees, ScrollWhileSomethingIsDraggedToTheEdge)
 {
-    CLibraryDesktop desk([](CLibraryBuilder& library) {
-        for (int i = 100; i < 200; ++i)
-            library.effect("Fx " + std::to_string(i));
-        library.group("Last");
-    });
+    CLibraryDesktop desk(
+        [](CLibraryBuilder& library)
+        {
+            for (int i = 100; i < 200; ++i)
+                library.effect("Fx " + std::to_string(i));
+            library.group("Last");
+        });
     QScrollBar* pBar = desk.pEffects->verticalScrollBar();
     ASSERT_GT(pBar->maximum(), 0);
     const QRect rc = desk.pEffects->viewport()->rect();
@@ -160,7 +165,8 @@ TEST(DesktopTrees, LabelsAreEditedInPlace)
     EXPECT_TRUE(desk.pEffects->Panel()->m_Tree.IsEditing());
     Desktop::Type("Eddy");
     Desktop::Key("Return");
-    EXPECT_EQ("[[Effects]]\n  [Fire]\n    Ash\n    Blaze\n    Coal\n    [Eddy]\n  [Water]\n  Eddy\n  Eve\n", desk.Effects());
+    EXPECT_EQ("[[Effects]]\n  [Fire]\n    Ash\n    Blaze\n    Coal\n    [Eddy]\n  [Water]\n  Eddy\n  Eve\n",
+              desk.Effects());
 }
 
 TEST(DesktopTrees, KeysAndMenusRunTheCommands)
@@ -174,7 +180,8 @@ TEST(DesktopTrees, KeysAndMenusRunTheCommands)
     EXPECT_FALSE(desk.App().m_SpellMgr.FindSpell("Eddy_1"));
     desk.Choose(desk.On("Fire"), {"Delete Selection"}, desk.By("Escape"));
     EXPECT_TRUE(desk.App().m_SpellMgr.FindSpell("Ash"));
-    EXPECT_EQ("Fire Ash Blaze Coal", desk.Selection()) << "the right button has selected it, the command has widened it";
+    EXPECT_EQ("Fire Ash Blaze Coal", desk.Selection())
+        << "the right button has selected it, the command has widened it";
     desk.Choose(desk.On("Coal"), {"Open Effects"});
     EXPECT_EQ(3, desk.window.findChild<QMdiArea*>()->subWindowList().size());
     desk.Pause();
@@ -208,11 +215,13 @@ TEST(DesktopTrees, KeysAndMenusRunTheCommands)
 
 TEST(DesktopTrees, TenThousandEffectsGoAtOnce)
 {
-    CLibraryDesktop desk([](CLibraryBuilder& library) {
-        library.prefab("Sprite", "Puff");
-        for (int i = 0; i < 10000; ++i)
-            library.effect("Fx " + std::to_string(i * 7919 % 10007)).key().onPrefab("Puff");
-    });
+    CLibraryDesktop desk(
+        [](CLibraryBuilder& library)
+        {
+            library.prefab("Sprite", "Puff");
+            for (int i = 0; i < 10000; ++i)
+                library.effect("Fx " + std::to_string(i * 7919 % 10007)).key().onPrefab("Puff");
+        });
     Desktop::Click(desk.At(desk.pEffects, "[Effects]"));
     desk.Answer("Return");
     QElapsedTimer clock;

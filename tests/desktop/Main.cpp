@@ -16,8 +16,9 @@ void Isolate(const CTempDir& dir)
 {
     for (const char* pszName : {"XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
         setenv(pszName, dir.path(pszName).c_str(), 1);
-    for (const char* pszName : {"WAYLAND_DISPLAY", "QT_SCALE_FACTOR", "QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME",
-                                "XDG_CURRENT_DESKTOP", "DBUS_SESSION_BUS_ADDRESS", "XAUTHORITY", "QT_FONT_DPI"})
+    for (const char* pszName :
+         {"WAYLAND_DISPLAY", "QT_SCALE_FACTOR", "QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME",
+          "XDG_CURRENT_DESKTOP", "DBUS_SESSION_BUS_ADDRESS", "XAUTHORITY", "QT_FONT_DPI"})
         unsetenv(pszName);
     setenv("QT_QPA_PLATFORM", "xcb", 1);
     setenv("NO_AT_BRIDGE", "1", 1);

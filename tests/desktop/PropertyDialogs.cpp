@@ -21,7 +21,10 @@ void ClickOn(QWidget* pWidget)
     ASSERT_TRUE(pWidget && pWidget->isVisible());
     Desktop::Click(Desktop::On(pWidget));
 }
-void PressOk(TemplateDialog& dialog) { ClickOn(dialog.Controls().Find(c_nControlOk)); }
+void PressOk(TemplateDialog& dialog)
+{
+    ClickOn(dialog.Controls().Find(c_nControlOk));
+}
 void Enter(QWidget* pBox, const char* pszText)
 {
     ClickOn(pBox);
@@ -76,8 +79,9 @@ struct CPropertyDesktop : CLibraryDesktop
     void Edit(uint32_t nTrack, const CAct& act, bool bOk = true)
     {
         Next(act, bOk);
-        Desktop::DoubleClick(Desktop::On(pTimeline, {120, pTimeline->Logic().Layout().m_rcTrack.top +
-                                                              int(nTrack) * CTrackLayout::c_nTrackHeight + 18}));
+        Desktop::DoubleClick(
+            Desktop::On(pTimeline, {120, pTimeline->Logic().Layout().m_rcTrack.top +
+                                             int(nTrack) * CTrackLayout::c_nTrackHeight + 18}));
     }
     QCheckBox* Check(TemplateDialog& dialog, const char* pszProp)
     {
@@ -154,53 +158,54 @@ TEST(DesktopProperties, TypeSpinCheckAndChoose)
 TEST(DesktopProperties, CurvesAreDraggedFittedCopiedAndPasted)
 {
     CPropertyDesktop desk;
-    desk.Edit(
-        1,
-        [&](TemplateDialog& dialog)
-        {
-            const auto shape = [](TemplateDialog& curve)
-            {
-                auto* pTime = curve.Controls().Get<QPushButton>(1103);
-                Desktop::Click(InCurve(curve, 0.5, 0.25), 3);
-                EXPECT_NEAR(0.5, pTime->text().toDouble(), 0.01);
-                EXPECT_EQ("6.5", Part<QLineEdit>(curve, "Size")->text().left(3)) << "a quarter below 11.5";
-                Desktop::Drag(InCurve(curve, 0.5, 0.25), InCurve(curve, 0.75, 0.45));
-                EXPECT_NEAR(0.75, pTime->text().toDouble(), 0.01);
-                EXPECT_NEAR(2.5, Part<QLineEdit>(curve, "Size")->text().toDouble(), 0.15);
-                Enter(Part<QLineEdit>(curve, "Size"), "21.5");
-                Desktop::Key("ctrl+f");
-                EXPECT_EQ("0.50", curve.Controls().Get<QPushButton>(1107)->text());
-                EXPECT_EQ("22.50", curve.Controls().Get<QPushButton>(1110)->text());
-                ClickOn(curve.Controls().Find(1104));
-            };
-            desk.EditCurve(dialog, "Size", shape, false);
-            desk.EditCurve(dialog, "Size", [](TemplateDialog&) { Desktop::Key("ctrl+a"); }, false);
-        });
+    desk.Edit(1,
+              [&](TemplateDialog& dialog)
+              {
+                  const auto shape = [](TemplateDialog& curve)
+                  {
+                      auto* pTime = curve.Controls().Get<QPushButton>(1103);
+                      Desktop::Click(InCurve(curve, 0.5, 0.25), 3);
+                      EXPECT_NEAR(0.5, pTime->text().toDouble(), 0.01);
+                      EXPECT_EQ("6.5", Part<QLineEdit>(curve, "Size")->text().left(3))
+                          << "a quarter below 11.5";
+                      Desktop::Drag(InCurve(curve, 0.5, 0.25), InCurve(curve, 0.75, 0.45));
+                      EXPECT_NEAR(0.75, pTime->text().toDouble(), 0.01);
+                      EXPECT_NEAR(2.5, Part<QLineEdit>(curve, "Size")->text().toDouble(), 0.15);
+                      Enter(Part<QLineEdit>(curve, "Size"), "21.5");
+                      Desktop::Key("ctrl+f");
+                      EXPECT_EQ("0.50", curve.Controls().Get<QPushButton>(1107)->text());
+                      EXPECT_EQ("22.50", curve.Controls().Get<QPushButton>(1110)->text());
+                      ClickOn(curve.Controls().Find(1104));
+                  };
+                  desk.EditCurve(dialog, "Size", shape, false);
+                  desk.EditCurve(
+                      dialog, "Size", [](TemplateDialog&) { Desktop::Key("ctrl+a"); }, false);
+              });
     EXPECT_EQ("0 1", TimesOf(desk.Key(1), "Size")) << "cancelled";
 
     // What was copied goes into the other key, whose curve is the prefab's at first.
-    desk.Edit(
-        0,
-        [&](TemplateDialog& dialog)
-        {
-            desk.EditCurve(dialog, "Size",
-                           [](TemplateDialog& curve)
-                           {
-                               EXPECT_FALSE(curve.Controls().Find(1105)->isEnabled());
-                               Desktop::Click(InCurve(curve, 0.5, 0.5), 3);
-                               EXPECT_EQ("--", curve.Controls().Get<QPushButton>(1103)->text()) << "read-only";
-                           });
-            ClickOn(desk.Check(dialog, "Size"));
-            desk.EditCurve(dialog, "Size",
-                           [](TemplateDialog& curve)
-                           {
-                               ClickOn(curve.Controls().Find(1105));
-                               Desktop::Key("ctrl+f");
-                               Desktop::Click(InCurve(curve, 0.75, 1.0 / 22.0)); // the high one
-                               Next([](TemplateDialog&) { Desktop::Type("0.25"); });
-                               ClickOn(curve.Controls().Find(1103));
-                           });
-        });
+    desk.Edit(0,
+              [&](TemplateDialog& dialog)
+              {
+                  desk.EditCurve(dialog, "Size",
+                                 [](TemplateDialog& curve)
+                                 {
+                                     EXPECT_FALSE(curve.Controls().Find(1105)->isEnabled());
+                                     Desktop::Click(InCurve(curve, 0.5, 0.5), 3);
+                                     EXPECT_EQ("--", curve.Controls().Get<QPushButton>(1103)->text())
+                                         << "read-only";
+                                 });
+                  ClickOn(desk.Check(dialog, "Size"));
+                  desk.EditCurve(dialog, "Size",
+                                 [](TemplateDialog& curve)
+                                 {
+                                     ClickOn(curve.Controls().Find(1105));
+                                     Desktop::Key("ctrl+f");
+                                     Desktop::Click(InCurve(curve, 0.75, 1.0 / 22.0)); // the high one
+                                     Next([](TemplateDialog&) { Desktop::Type("0.25"); });
+                                     ClickOn(curve.Controls().Find(1103));
+                                 });
+              });
     EXPECT_EQ("0 0.25 1", TimesOf(desk.Key(0), "Size"));
     EXPECT_EQ(21.5f, FloatOf(desk.Key(0), "Size", 1));
     EXPECT_EQ("0 1", TimesOf(*desk.Key(0).GetParent(), "Size"));
@@ -239,11 +244,15 @@ TEST(DesktopProperties, VectorsSwingAndColorsAreStored)
                         auto* pBasic = chooser.findChild<BasicColorsView*>();
                         Desktop::Click(Desktop::On(
                             pBasic, ToQt(CColorChooser::GetBasicRect(FromQt(pBasic->rect()), 17)).center()));
-                        EXPECT_EQ("255,0,0", (box(706)->text() + "," + box(707)->text() + "," + box(708)->text()).toStdString());
+                        EXPECT_EQ("255,0,0",
+                                  (box(706)->text() + "," + box(707)->text() + "," + box(708)->text())
+                                      .toStdString());
                         Enter(box(707), "12");
                         Enter(box(1006), "300");
                         auto* pPalette = chooser.findChild<PaletteView*>();
-                        Desktop::Click(Desktop::On(pPalette, ToQt(CCustomColorPalette::GetCellRect(9)).center()), 1, "ctrl");
+                        Desktop::Click(
+                            Desktop::On(pPalette, ToQt(CCustomColorPalette::GetCellRect(9)).center()), 1,
+                            "ctrl");
                         ClickOn(chooser.Controls().Find(9040));
                         Desktop::Type("ember");
                         ClickOn(chooser.Controls().Find(712));
@@ -282,9 +291,12 @@ TEST(DesktopProperties, EveryKindSurvivesSaveLoadAndPack)
         ClickOn(Part<QComboBox>(dialog, "Blend")); // opens the list
         Desktop::Key("Home");
         Desktop::Key("Return");
-        for (const auto& [pszName, pszText] :
-             {std::pair("Count", "12"), {"Velocity X", "2"}, {"Velocity Y", "-99"}, {"Label", "Fire & Co"},
-              {"Clip", "walk"}, {"Child", "Smoke"}})
+        for (const auto& [pszName, pszText] : {std::pair("Count", "12"),
+                                               {"Velocity X", "2"},
+                                               {"Velocity Y", "-99"},
+                                               {"Label", "Fire & Co"},
+                                               {"Clip", "walk"},
+                                               {"Child", "Smoke"}})
             Enter(Part<QLineEdit>(dialog, pszName), pszText);
         desk.EditCurve(dialog, "Frame",
                        [](TemplateDialog& curve)
@@ -319,9 +331,11 @@ TEST(DesktopProperties, EveryKindSurvivesSaveLoadAndPack)
             EXPECT_EQ(12, IntOf(key, "Count")) << pszWhen;
             EXPECT_EQ(5, IntOf(key, "Frame", 1)) << pszWhen;
             EXPECT_EQ(0.5f, FloatOf(key, "Size", 1)) << pszWhen;
-            EXPECT_EQ(MakePropColor(255, 255, 255, 127), PropOf(key, "Color")->GetKey(0)->m_Data.GetColor()) << pszWhen;
+            EXPECT_EQ(MakePropColor(255, 255, 255, 127), PropOf(key, "Color")->GetKey(0)->m_Data.GetColor())
+                << pszWhen;
             EXPECT_EQ(2.0f, PropOf(key, "Velocity")->GetKey(0)->m_Data.GetVector().x) << pszWhen;
-            EXPECT_EQ(-10.0f, PropOf(key, "Velocity")->GetKey(0)->m_Data.GetVector().y) << pszWhen << ", in range";
+            EXPECT_EQ(-10.0f, PropOf(key, "Velocity")->GetKey(0)->m_Data.GetVector().y)
+                << pszWhen << ", in range";
         }
     };
     check("edited");
@@ -333,10 +347,11 @@ TEST(DesktopProperties, EveryKindSurvivesSaveLoadAndPack)
     desk.ChooseFromBar("alt+f", {"Pack Effects"});
 
     const std::string sBin = EMBERDECK_BIN_DIR;
-    const std::string sGame = OutputOf(sBin + "/bonfire --headless --plugin " + sBin + "/test_modules/TestFireglass.so '" +
-                                       desk.path("all.Fx00p") + "'");
-    for (const char* pszLine : {"Texture = \"Tex\\a.dds\"", "Blend = Add", "Count = 12", "Velocity = (2, -10, 0)",
-                                "Label = \"Fire & Co\"", "[0] 0.5 [0.25] 0.5", "(1, 1, 1, 0.498039)"})
+    const std::string sGame = OutputOf(sBin + "/bonfire --headless --plugin " + sBin +
+                                       "/test_modules/TestFireglass.so '" + desk.path("all.Fx00p") + "'");
+    for (const char* pszLine :
+         {"Texture = \"Tex\\a.dds\"", "Blend = Add", "Count = 12", "Velocity = (2, -10, 0)",
+          "Label = \"Fire & Co\"", "[0] 0.5 [0.25] 0.5", "(1, 1, 1, 0.498039)"})
     {
         const size_t nFirst = sGame.find(pszLine);
         ASSERT_NE(std::string::npos, nFirst) << pszLine << "\n" << sGame;

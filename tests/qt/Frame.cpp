@@ -25,8 +25,10 @@ double Contrast(const QColor& a, const QColor& b)
 {
     const auto luminance = [](const QColor& color)
     {
-        const auto linear = [](double f) { return f <= 0.04045 ? f / 12.92 : std::pow((f + 0.055) / 1.055, 2.4); };
-        return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+        const auto linear = [](double f)
+        { return f <= 0.04045 ? f / 12.92 : std::pow((f + 0.055) / 1.055, 2.4); };
+        return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+               0.0722 * linear(color.blueF());
     };
     const double fA = luminance(a) + 0.05, fB = luminance(b) + 0.05;
     return std::max(fA, fB) / std::min(fA, fB);
@@ -50,11 +52,14 @@ TEST(Frame, BothPalettesAreLegible)
             EXPECT_GE(Contrast(palette.color(eGround), palette.color(eText)), 7.0) << eGround;
             if (eGround != QPalette::ToolTipBase)
             {
-                EXPECT_GE(Contrast(palette.color(QPalette::Disabled, eGround), palette.color(QPalette::Disabled, eText)), 3.0)
+                EXPECT_GE(Contrast(palette.color(QPalette::Disabled, eGround),
+                                   palette.color(QPalette::Disabled, eText)),
+                          3.0)
                     << "greyed on " << eGround;
             }
         }
-        EXPECT_GE(Contrast(palette.color(QPalette::Highlight), palette.color(QPalette::HighlightedText)), 4.0);
+        EXPECT_GE(Contrast(palette.color(QPalette::Highlight), palette.color(QPalette::HighlightedText)),
+                  4.0);
     }
     const std::unique_ptr<IProfile> pProfile = MakeMemoryProfile();
     EXPECT_EQ(EAppearance::eDesktop, LoadAppearance(*pProfile));
@@ -80,7 +85,8 @@ TEST(Frame, AFailedAssertionHasFourAnswers)
                                auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
                                ASSERT_TRUE(pBox);
                                EXPECT_TRUE(pBox->text().contains(QLatin1String("nIndex < m_nCount")));
-                               EXPECT_TRUE(pBox->informativeText().contains(QLatin1String("Error: <b>%s\n\nCSome::Get\nEngine/Some.cpp, line 12")));
+                               EXPECT_TRUE(pBox->informativeText().contains(
+                                   QLatin1String("Error: <b>%s\n\nCSome::Get\nEngine/Some.cpp, line 12")));
                                for (QAbstractButton* pButton : pBox->buttons())
                                    if (pButton->text() == QLatin1String(pszButton))
                                        return pButton->click();

@@ -117,20 +117,25 @@ TEST(TimelinePainting, GuidesOfManyKeysLookAsIfEachHadBeenDrawn)
     {
         builder.track();
         for (int nKey = 0; nKey < 10; ++nKey)
-            builder.key("Marker", nKey * 900 + (i * 7) % 23 * 30, nKey * 900 + (i * 7) % 23 * 30 + 120 + i % 5 * 30).selected();
+            builder
+                .key("Marker", nKey * 900 + (i * 7) % 23 * 30,
+                     nKey * 900 + (i * 7) % 23 * 30 + 120 + i % 5 * 30)
+                .selected();
     }
     CTimelineBench bench(builder);
     // Rows that begin above, within and below the strip of marks at the bottom.
     bench.wnd->OnSize(1020, 70 + 100 + 7 * 36 + 3, 70, 100, 20);
     bench.wnd->OnScroll(EScrollEvent::eThumbTrack, 30);
-    const int nWidth = bench.wnd->Layout().m_rcTrack.Width(), nHeight = bench.wnd->Layout().m_rcTrack.Height();
+    const int nWidth = bench.wnd->Layout().m_rcTrack.Width(),
+              nHeight = bench.wnd->Layout().m_rcTrack.Height();
 
     CCalls each;
     for (const auto& pTrack : bench.Tracks().Tracks())
         for (const auto& pKey : pTrack->Keys())
         {
             const CRect rc = bench.wnd->GetKeyRect(pKey.get());
-            const auto add = [&](const char* pszFormat, int a, int b, int c) {
+            const auto add = [&](const char* pszFormat, int a, int b, int c)
+            {
                 char szCall[80];
                 std::snprintf(szCall, sizeof(szCall), pszFormat, a, b, c);
                 each.push_back(szCall);

@@ -37,7 +37,8 @@ CColorRef FromParts(double fHue, double fSat, double fLum)
 {
     const double fChroma = (1.0 - std::abs(2.0 * fLum - 1.0)) * fSat;
     const double fLow = fLum - fChroma / 2.0;
-    return MakeColorRef(ToChannel(fLow + fChroma * HueShare(fHue + 120.0)), ToChannel(fLow + fChroma * HueShare(fHue)),
+    return MakeColorRef(ToChannel(fLow + fChroma * HueShare(fHue + 120.0)),
+                        ToChannel(fLow + fChroma * HueShare(fHue)),
                         ToChannel(fLow + fChroma * HueShare(fHue - 120.0)));
 }
 

@@ -67,7 +67,8 @@ bool HasDesktopColors()
 {
     const std::unique_ptr<QStyle> pStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     const QPalette now = QApplication::palette(), plain = pStyle ? pStyle->standardPalette() : QPalette();
-    return now.color(QPalette::Window) != plain.color(QPalette::Window) || now.color(QPalette::Highlight) != plain.color(QPalette::Highlight);
+    return now.color(QPalette::Window) != plain.color(QPalette::Window) ||
+           now.color(QPalette::Highlight) != plain.color(QPalette::Highlight);
 }
 } // namespace
 

@@ -11,14 +11,17 @@ int32_t AskAboutAssert(const CAssertReport& report)
 {
     if (!qApp || QThread::currentThread() != qApp->thread())
         return ASSERT_RESULT_CONTINUE;
-    QMessageBox box(QApplication::activeModalWidget() ? QApplication::activeModalWidget() : QApplication::activeWindow());
+    QMessageBox box(QApplication::activeModalWidget() ? QApplication::activeModalWidget()
+                                                      : QApplication::activeWindow());
     box.setWindowTitle(QStringLiteral("Emberdeck"));
     box.setIcon(QMessageBox::Critical);
     box.setTextFormat(Qt::PlainText);
     const QString sText = QtText::ToQt(report.m_pszText);
     box.setText(QObject::tr("An assertion has failed: %1").arg(QtText::ToQt(report.m_pszExpression)));
     box.setInformativeText((sText.isEmpty() ? sText : sText + QLatin1String("\n\n")) +
-                           QObject::tr("%1\n%2, line %3").arg(QtText::ToQt(report.m_pszFunction), QtText::ToQt(report.m_pszFile)).arg(report.m_nLine));
+                           QObject::tr("%1\n%2, line %3")
+                               .arg(QtText::ToQt(report.m_pszFunction), QtText::ToQt(report.m_pszFile))
+                               .arg(report.m_nLine));
     const struct
     {
         const char* m_pszLabel;
@@ -26,9 +29,12 @@ int32_t AskAboutAssert(const CAssertReport& report)
         int32_t m_nResult;
         const char* m_pszTip;
     } answers[] = {
-        {QT_TR_NOOP("&Debug"), QMessageBox::ActionRole, ASSERT_RESULT_DEBUG, QT_TR_NOOP("Stops in the debugger")},
-        {QT_TR_NOOP("&Abort"), QMessageBox::DestructiveRole, ASSERT_RESULT_ABORT, QT_TR_NOOP("Ends the program at once; what isn't saved is lost")},
-        {QT_TR_NOOP("&Ignore"), QMessageBox::ActionRole, ASSERT_RESULT_IGNORE, QT_TR_NOOP("Goes on, and says nothing of this place again")},
+        {QT_TR_NOOP("&Debug"), QMessageBox::ActionRole, ASSERT_RESULT_DEBUG,
+         QT_TR_NOOP("Stops in the debugger")},
+        {QT_TR_NOOP("&Abort"), QMessageBox::DestructiveRole, ASSERT_RESULT_ABORT,
+         QT_TR_NOOP("Ends the program at once; what isn't saved is lost")},
+        {QT_TR_NOOP("&Ignore"), QMessageBox::ActionRole, ASSERT_RESULT_IGNORE,
+         QT_TR_NOOP("Goes on, and says nothing of this place again")},
         {QT_TR_NOOP("&Continue"), QMessageBox::AcceptRole, ASSERT_RESULT_CONTINUE, QT_TR_NOOP("Goes on")},
     };
     std::vector<QPushButton*> buttons;
@@ -51,5 +57,6 @@ int32_t AskAboutAssert(const CAssertReport& report)
 
 bool AskAboutAsserts()
 {
-    return SetAssertHandler([](const CAssertReport& report, void*) { return AskAboutAssert(report); }, nullptr);
+    return SetAssertHandler([](const CAssertReport& report, void*) { return AskAboutAssert(report); },
+                            nullptr);
 }

@@ -13,7 +13,8 @@ CKeyLocks ReadKeyLocks()
 #if defined(EMBERDECK_X11) && QT_CONFIG(xcb)
     const auto* pNative = qApp->nativeInterface<QNativeInterface::QX11Application>();
     unsigned int nLights = 0;
-    if (!pNative || !pNative->display() || XkbGetIndicatorState(pNative->display(), XkbUseCoreKbd, &nLights) != Success)
+    if (!pNative || !pNative->display() ||
+        XkbGetIndicatorState(pNative->display(), XkbUseCoreKbd, &nLights) != Success)
         return locks;
     locks.m_bCaps = nLights & 1;
     locks.m_bNum = nLights & 2;

@@ -599,7 +599,11 @@ bool MainWindow::eventFilter(QObject* pObject, QEvent* pEvent)
             QTimer::singleShot(0, this, [this] { UpdateLocks(); });
     }
     else if (pObject == this && pEvent->type() == QEvent::WindowActivate)
+    {
         UpdateLocks();
+        if (m_pSplash) // it was there first, so this window has come up over it
+            m_pSplash->raise();
+    }
     if (pObject == m_pArea && (pEvent->type() == QEvent::Resize || pEvent->type() == QEvent::Show))
         UpdateTitle();
     return QMainWindow::eventFilter(pObject, pEvent);

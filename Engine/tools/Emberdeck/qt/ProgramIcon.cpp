@@ -72,11 +72,15 @@ QPixmap SplashPicture(qreal fScale)
         QFont font = painter.font();
         font.setPixelSize(text.m_nPixelSize);
         font.setBold(text.m_bBold);
+        const std::string sVersion = GetProgramVersionText(c_szVersionVersion);
+        const QString sText = QString::fromUtf8(text.m_pszText).replace(QLatin1String("%s"), QString::fromStdString(sVersion));
+        // Fonts that run wide are made smaller until the text clears the edge.
+        constexpr int nMargin = 24;
+        while (font.pixelSize() > 8 && QFontMetrics(font).horizontalAdvance(sText) > c_nSplashWidth - text.m_nX - nMargin)
+            font.setPixelSize(font.pixelSize() - 1);
         painter.setFont(font);
         painter.setPen(ToQt(text.m_nColor));
-        const std::string sVersion = GetProgramVersionText(c_szVersionVersion);
-        painter.drawText(text.m_nX, text.m_nBaseline,
-                         QString::fromUtf8(text.m_pszText).replace(QLatin1String("%s"), QString::fromStdString(sVersion)));
+        painter.drawText(text.m_nX, text.m_nBaseline, sText);
     }
     painter.setPen(ToQt(c_nSplashEdge));
     painter.drawRect(0, 0, c_nSplashWidth - 1, c_nSplashHeight - 1);

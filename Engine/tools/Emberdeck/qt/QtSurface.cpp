@@ -65,7 +65,7 @@ void QtSurface::DrawLine(CPoint from, CPoint to, const CPenSpec& pen)
     if (pen.m_eStyle == EPenStyle::eNone || from == to)
         return;
     const bool bDotted = pen.m_eStyle == EPenStyle::eDotted;
-    if (!bDotted && (from.x == to.x || from.y == to.y))
+    if (from.x == to.x || from.y == to.y)
     {
         // As a filled strip it is one logical pixel wide at every scale. The first point counts, the last not.
         CRect rc{from.x, from.y, from.x + 1, from.y + 1};
@@ -81,7 +81,10 @@ void QtSurface::DrawLine(CPoint from, CPoint to, const CPenSpec& pen)
         const int32_t nMore = std::max(pen.m_nWidth, 1) - 1;
         (from.x == to.x ? rc.left : rc.top) -= (nMore + 1) / 2;
         (from.x == to.x ? rc.right : rc.bottom) += nMore / 2;
-        FillRect(rc, pen.m_nColor);
+        if (!bDotted)
+            FillRect(rc, pen.m_nColor);
+        else if (const CRect rcVisible = Visible(rc); !rcVisible.IsEmpty()) // every second pixel, as a fill is fast
+            m_Painter.fillRect(ToQt(rcVisible), QBrush(ToQt(pen.m_nColor), Qt::Dense4Pattern));
         return;
     }
     // One step short of the last point, along the longer side.

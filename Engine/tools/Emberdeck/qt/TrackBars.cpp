@@ -65,6 +65,8 @@ TimeBarWidget::TimeBarWidget(CTimeBar& bar, QWidget* pParent)
 void TimeBarWidget::resizeEvent(QResizeEvent*)
 {
     m_pRuler->setGeometry(0, m_pRuler->y(), width(), m_pRuler->height());
+    QWidget* pScale = m_Controls.Find(1047);
+    pScale->resize(std::max(std::min(m_Controls.PlaceOf(1047).width(), width() - pScale->x()), 0), pScale->height());
     QWidget* pPhase = m_Controls.Find(1048);
     pPhase->setGeometry(0, pPhase->y(), width(), pPhase->height());
 }

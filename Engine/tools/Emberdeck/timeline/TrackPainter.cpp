@@ -14,11 +14,11 @@ constexpr CColorRef c_nBackground = 0x646464;
 constexpr CColorRef c_nBlack = 0x000000;
 constexpr CColorRef c_nWhite = 0xFFFFFF;
 constexpr CColorRef c_nRed = 0x0000FF;
-constexpr int32_t c_nOverhang = 100; // keeps the side edges of the strips out of sight
-constexpr int32_t c_nMinFill = 1000; // pixels of background in either direction, at least
-constexpr int32_t c_nTextMargin = 5; // what a key must be wider than its text
-constexpr int32_t c_nFrameInset = 4; // of the dotted frame
-constexpr int32_t c_nMark = 5;       // half the width of triangles and circles
+constexpr int32_t c_nOverhang = 100;  // keeps the side edges of the strips out of sight
+constexpr int32_t c_nMinFill = 1000;  // pixels of background in either direction, at least
+constexpr int32_t c_nTextMargin = 5;  // what a key must be wider than its text
+constexpr int32_t c_nFrameInset = 4;  // of the dotted frame
+constexpr int32_t c_nMark = 5;        // half the width of triangles and circles
 constexpr size_t c_nManyGuides = 256; // keys, above which columns are looked at first
 
 // Black, but on the faces of a dark palette, where nobody would see it.
@@ -105,7 +105,8 @@ void CTrackPainter::DrawKey(const CKey& key, const CRect& rc)
     }
     const CRect rcFrame = rc.Inset(c_nFrameInset);
     if (key.m_bSelected && !rcFrame.IsEmpty())
-        m_Surface.DrawRectangle(rcFrame, CPenSpec{EPenStyle::eDotted, m_Pen.m_nColor}, CBrushSpec{EBrushStyle::eNone, c_nBlack});
+        m_Surface.DrawRectangle(rcFrame, CPenSpec{EPenStyle::eDotted, m_Pen.m_nColor},
+                                CBrushSpec{EBrushStyle::eNone, c_nBlack});
 }
 
 void CTrackPainter::PaintGuide(int32_t x, int32_t nTop)
@@ -167,7 +168,8 @@ void CTrackPainter::PaintManyGuides(const std::vector<CRect>& selected)
     const int32_t nMarksTop = m_nHeight - c_nMark;
     const int32_t nColumns = std::max(m_nWidth, 0) + 2 * c_nMark + 1; // the first at x = -c_nMark
     std::vector<CColumn> columns(static_cast<size_t>(nColumns));
-    const auto columnAt = [&](int32_t x) -> CColumn* {
+    const auto columnAt = [&](int32_t x) -> CColumn*
+    {
         const int64_t nColumn = int64_t(x) + c_nMark;
         return nColumn >= 0 && nColumn < nColumns ? &columns[static_cast<size_t>(nColumn)] : nullptr;
     };
