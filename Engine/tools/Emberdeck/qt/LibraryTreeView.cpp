@@ -1,24 +1,19 @@
 #include "qt/LibraryTreeView.h"
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QTimer>
 #include <cmath>
 
-#include "app/resources/DialogTemplates.h"
 #include "qt/QtSurface.h"
 #include "qt/QtText.h"
-#include "qt/TemplateDialog.h"
 
 // Paints an item as the panel's control has it, whatever Qt's own selection says.
 class LibraryTreeDelegate : public QStyledItemDelegate
@@ -131,47 +126,6 @@ QCursor DragCursor(const QIcon& leaf, bool bSeveral, double fScale)
 
 constexpr int c_nScrollEdge = 12; // pixels from the edge, where a drag scrolls
 constexpr int c_nScrollMs = 60;
-
-// The modeless find dialog of one tree.
-class FindDialog : public TemplateDialog, public IFindDialog
-{
-public:
-    FindDialog(CMultiSelectTreeCtrl& control, QWidget* pParent) : TemplateDialog(184, pParent), m_Control(control)
-    {
-        auto* pText = m_Controls.Get<QLineEdit>(1201);
-        auto* pFind = m_Controls.Get<QPushButton>(c_nControlOk);
-        m_Controls.Get<QRadioButton>(1205)->setChecked(true);
-        pFind->setEnabled(false);
-        disconnect(pFind, nullptr, this, nullptr);
-        connect(pText, &QLineEdit::textChanged, pFind, [pFind](const QString& s) { pFind->setEnabled(!s.isEmpty()); });
-        connect(pFind, &QPushButton::clicked, this, [this] { FindNext(); });
-        connect(this, &QDialog::finished, this, [this] {
-            // Told once this call is over: the control destroys the dialog then.
-            CMultiSelectTreeCtrl& owner = m_Control;
-            QTimer::singleShot(0, parent(), [&owner] { owner.OnFindDialogClosed(); });
-        });
-        pText->setFocus();
-        show();
-    }
-    void Raise() override
-    {
-        show();
-        raise();
-        activateWindow();
-    }
-    void SetVisible(bool bVisible) override { setVisible(bVisible); }
-
-private:
-    void FindNext()
-    {
-        m_Control.OnFindNext(CFindOptions{QtText::FromQt(m_Controls.Get<QLineEdit>(1201)->text()),
-                                          m_Controls.Get<QCheckBox>(1203)->isChecked(),
-                                          m_Controls.Get<QCheckBox>(1202)->isChecked(),
-                                          m_Controls.Get<QRadioButton>(1205)->isChecked()});
-    }
-
-    CMultiSelectTreeCtrl& m_Control;
-};
 } // namespace
 
 LibraryTreeView::LibraryTreeView(CLibraryTree& tree, QIcon leaf, QWidget* pParent)
@@ -425,11 +379,6 @@ std::string LibraryTreeView::CloseEditBox()
     pEdit->hide();
     pEdit->deleteLater();
     return sText;
-}
-
-std::unique_ptr<IFindDialog> LibraryTreeView::OpenFindDialog()
-{
-    return std::make_unique<FindDialog>(m_pPanel->m_Tree, this);
 }
 
 bool LibraryTreeView::eventFilter(QObject* pObject, QEvent* pEvent)

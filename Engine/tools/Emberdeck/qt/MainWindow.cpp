@@ -1,28 +1,21 @@
 #include "qt/MainWindow.h"
 
-#include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
 #include <QHBoxLayout>
 #include <QListWidget>
-#include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
 #include <QScreen>
-#include <QShortcut>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
 
 #include "app/resources/Bars.h"
-#include "app/resources/Menus.h"
 #include "app/resources/Strings.h"
-#include "qt/Appearance.h"
-#include "qt/KeyCodes.h"
 #include "qt/KeyLocks.h"
 #include "qt/LeftDockWidget.h"
-#include "qt/ManualWindow.h"
 #include "qt/ProgramIcon.h"
 #include "qt/QtSurface.h"
 #include "qt/QtText.h"
@@ -182,83 +175,7 @@ void MainWindow::DestroySplash()
     repaint();
 }
 
-// ---- Menus, keys and bars
-
-void MainWindow::AddItems(QMenu& menu, const CMenuTable& table)
-{
-    for (const CMenuItem& item : table)
-    {
-        if (item.IsSeparator())
-            menu.addSeparator();
-        else if (item.m_pSubmenu)
-        {
-            QMenu* pSub = menu.addMenu(QString::fromUtf8(item.GetLabel()));
-            AddItems(*pSub, *item.m_pSubmenu);
-        }
-        else
-        {
-            QAction* pAction = menu.addAction(QString::fromUtf8(item.GetLabel()));
-            pAction->setData(item.m_nID);
-            pAction->setMenuRole(QAction::NoRole);
-            pAction->setCheckable(item.m_nID == c_nCmdStandardBar || item.m_nID == c_nCmdSourceControlBar || item.m_nID == c_nCmdStatusBar);
-            connect(pAction, &QAction::triggered, this, [this, nID = item.m_nID] { RunCommand(nID); });
-            connect(pAction, &QAction::hovered, this, [this, nID = item.m_nID] { ShowHint(nID); });
-            m_Actions.push_back(pAction);
-        }
-    }
-    connect(&menu, &QMenu::aboutToShow, this, [this] {
-        m_pFrame->RefreshSourceControl();
-        CommandsChanged();
-        for (QAction* pAction : m_Actions)
-            pAction->setEnabled(m_pFrame->IsEnabled(pAction->data().toInt()));
-    });
-    connect(&menu, &QMenu::aboutToHide, this, [this] { ShowHint(0); });
-}
-
-void MainWindow::BuildMenus()
-{
-    for (const CMenuItem& item : c_MenuBar)
-        if (item.m_pSubmenu)
-            AddItems(*menuBar()->addMenu(QString::fromUtf8(item.GetLabel())), *item.m_pSubmenu);
-    AddAppearanceItems(*menuBar()->actions().at(1)->menu());
-    AddManualItem(*menuBar()->actions().constLast()->menu(), this, m_Prompts);
-}
-
-// Below the items of the tables, since they are the toolkit's own matter.
-void MainWindow::AddAppearanceItems(QMenu& viewMenu)
-{
-    viewMenu.addSeparator();
-    QMenu* pMenu = viewMenu.addMenu(tr("&Appearance"));
-    auto* pGroup = new QActionGroup(pMenu);
-    const std::pair<EAppearance, QString> choices[] = {
-        {EAppearance::eDesktop, tr("As the &Desktop")}, {EAppearance::eLight, tr("&Light")}, {EAppearance::eDark, tr("Da&rk")}};
-    for (const auto& [eChoice, sLabel] : choices)
-    {
-        QAction* pAction = pMenu->addAction(sLabel);
-        pAction->setCheckable(true);
-        pAction->setChecked(eChoice == LoadAppearance(m_Profile));
-        pGroup->addAction(pAction);
-        connect(pAction, &QAction::triggered, this, [this, eAppearance = eChoice] {
-            SaveAppearance(m_Profile, eAppearance);
-            ApplyAppearance(eAppearance);
-        });
-    }
-}
-
-void MainWindow::AddShortcuts()
-{
-    for (const CAccelerator& accelerator : c_FrameAccelerators)
-    {
-        if (!CMainFrame::IsShortcut(accelerator))
-            continue;
-        int nKey = QtKey(accelerator.m_nKey);
-        nKey |= accelerator.m_bCtrl ? int(Qt::CTRL) : 0;
-        nKey |= accelerator.m_bShift ? int(Qt::SHIFT) : 0;
-        nKey |= accelerator.m_bAlt ? int(Qt::ALT) : 0;
-        auto* pShortcut = new QShortcut(QKeySequence(nKey), this);
-        connect(pShortcut, &QShortcut::activated, this, [this, nID = accelerator.m_nID] { RunCommand(nID); });
-    }
-}
+// ---- Commands and bars
 
 void MainWindow::RunCommand(int32_t nID)
 {
