@@ -34,6 +34,14 @@ TrackWidget::TrackWidget(CEditContext& context, CSpell& spell, QWidget* pParent)
     m_pTimeBar = new TimeBarWidget(m_Track.TimeBar(), this);
     m_pKeyInfo = new KeyInfoWidget(m_Track.KeyInfo(), this);
     m_pScrollBar = new QScrollBar(Qt::Vertical, this);
+    // What is pressed on the bars stays there: the rows behind them aren't what the pointer shows.
+    for (QWidget* pBar : {static_cast<QWidget*>(m_pTimeBar), static_cast<QWidget*>(m_pKeyInfo)})
+    {
+        pBar->setAttribute(Qt::WA_NoMousePropagation);
+        pBar->setCursor(Qt::ArrowCursor);
+    }
+    m_pScrollBar->setCursor(Qt::ArrowCursor);
+    m_pScrollBar->setContextMenuPolicy(Qt::NoContextMenu); // its entries would move the bar without the rows
     m_pScrollBar->setRange(0, CTrackWnd::c_nMaxScrollPos);
     m_pScrollBar->setPageStep(CTrackWnd::c_nScrollPage);
     m_pScrollBar->setAccessibleName(tr("Rows"));
