@@ -24,7 +24,7 @@ void CLibraryPanel::OnMove(CPoint pt, bool bLeftDown)
     else if (bLeftDown)
         DragTo(pt);
     else
-        Drop(pt);
+        EndDrag(); // the release went elsewhere: neither moved nor opened
 }
 
 void CLibraryPanel::OnLeftRelease(CPoint pt)

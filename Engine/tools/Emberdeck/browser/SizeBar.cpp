@@ -29,7 +29,7 @@ void CSizeBar::OnMove(CPoint ptScreen, bool bLeftDown)
         return;
     if (!bLeftDown)
     {
-        OnLeftRelease(ptScreen);
+        OnMouseLost(); // the release went elsewhere
         return;
     }
     const int64_t nWay = int64_t(ptScreen.x) - m_nPressX;

@@ -94,7 +94,7 @@ void CMultiSelectTreeCtrl::PressItem(HLibraryItem hItem, CPoint pt)
 void CMultiSelectTreeCtrl::OnMove(CPoint pt, bool bLeftDown)
 {
     if (!bLeftDown)
-        OnLeftRelease(pt);
+        OnMouseLost(); // the release went elsewhere
     else if (m_eMouse == EMouse::eBand)
         m_Band.Move(pt);
     else if (IsBusy() && IsBeyond(pt, m_ptPress, m_Options.m_ptDragLimit))

@@ -208,7 +208,7 @@ void PaletteView::paintEvent(QPaintEvent*)
 {
     const QPalette& p = palette();
     CPaletteColors colors;
-    colors.m_nFace = FromQt(p.color(QPalette::Window));
+    colors.m_nFace = FromQt(p.color(QPalette::Button));
     colors.m_nShadow = FromQt(p.color(QPalette::Dark));
     colors.m_nDarkShadow = FromQt(p.color(QPalette::Shadow));
     colors.m_nHighlight = FromQt(p.color(QPalette::Light));

@@ -287,7 +287,11 @@ CTreeRows LibraryTreeView::GetRows() const
     return CTreeRows{rc.top(), nHeight, std::max(viewport()->height() / nHeight, 1)};
 }
 
-CRect LibraryTreeView::GetClientRect() const { return FromQt(viewport()->rect()); }
+// With the scroll bars and the frame: a drop on them is a drop on the tree.
+CRect LibraryTreeView::GetClientRect() const
+{
+    return FromQt(QRect(viewport()->mapFrom(this, QPoint(0, 0)), size()));
+}
 
 void LibraryTreeView::ShowBand(const CRect& rc)
 {

@@ -47,6 +47,7 @@ MainWindow::MainWindow(IProfile& profile, ISourceControl& sourceControl, QtPromp
 MainWindow::~MainWindow()
 {
     qApp->removeEventFilter(this);
+    m_Splash.HideSplashScreen();
     if (m_pStyle)
         m_pStyle->SetDecorator(nullptr);
     m_pApp->m_Edits.RemoveListener(this);
@@ -459,6 +460,7 @@ void MainWindow::dropEvent(QDropEvent* pEvent)
     QTimer::singleShot(0, this, [this, sFile] {
         EndEdit();
         m_pApp->OpenEffectFile(QtText::PathFromQt(sFile).c_str());
+        m_pFrame->RefreshSourceControl();
         UpdateTextForm();
         UpdateTitle();
         CommandsChanged();
