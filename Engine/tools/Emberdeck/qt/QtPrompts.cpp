@@ -72,6 +72,31 @@ QStringList Filters(const std::string& sFilter)
     }
     return filters;
 }
+
+// Stays open until what was entered is taken.
+class EntryDialog : public TemplateDialog
+{
+public:
+    EntryDialog(int nTemplate, QWidget* pOwner, QLineEdit*& pEdit, int nEdit) : TemplateDialog(nTemplate, pOwner)
+    {
+        m_pEdit = pEdit = m_Controls.Get<QLineEdit>(nEdit);
+    }
+    void accept() override
+    {
+        if (m_Take())
+        {
+            QDialog::accept();
+            return;
+        }
+        m_pEdit->selectAll();
+        m_pEdit->setFocus();
+    }
+    // Takes the text, or says what is wrong with it and gives false.
+    std::function<bool()> m_Take;
+
+private:
+    QLineEdit* m_pEdit;
+};
 } // namespace
 
 QWidget* QtPrompts::Owner() const
@@ -173,15 +198,14 @@ bool QtPrompts::EnterText(const std::string& sCaption, const std::string& sLabel
 
 bool QtPrompts::EnterNumber(const CNumberEntry& request, int32_t& nValue)
 {
-    TemplateDialog dialog(161, Owner());
+    QLineEdit* pEdit = nullptr;
+    EntryDialog dialog(161, Owner(), pEdit, 1065);
     dialog.setWindowTitle(QtText::ToQt(request.m_sCaption));
-    auto* pEdit = dialog.Controls().Get<QLineEdit>(1065);
     pEdit->setAccessibleName(dialog.windowTitle());
     pEdit->setText(QString::number(nValue));
     pEdit->selectAll();
     pEdit->setFocus();
-    while (dialog.exec() == QDialog::Accepted)
-    {
+    dialog.m_Take = [&] {
         bool bNumber = false;
         const qlonglong nEntered = pEdit->text().trimmed().toLongLong(&bNumber, 10);
         if (bNumber && nEntered >= request.m_nMin && nEntered <= request.m_nMax)
@@ -191,23 +215,21 @@ bool QtPrompts::EnterNumber(const CNumberEntry& request, int32_t& nValue)
         }
         Ask(QSFormat("Please enter a whole number between %d and %d.", request.m_nMin, request.m_nMax), "Emberdeck",
             EButtons::eOk, EIcon::eExclamation);
-        pEdit->selectAll();
-        pEdit->setFocus();
-    }
-    return false;
+        return false;
+    };
+    return dialog.exec() == QDialog::Accepted;
 }
 
 bool QtPrompts::EnterFloat(const std::string& sCaption, const std::string& sLabel, float& fValue)
 {
-    TemplateDialog dialog(162, Owner());
+    QLineEdit* pEdit = nullptr;
+    EntryDialog dialog(162, Owner(), pEdit, 1001);
     dialog.setWindowTitle(QtText::ToQt(sCaption));
-    auto* pEdit = dialog.Controls().Get<QLineEdit>(1001);
     pEdit->setAccessibleName(QtText::ToQt(sLabel.empty() ? sCaption : sLabel));
     pEdit->setText(QtText::ToQt(NumberEntryText(fValue)));
     pEdit->selectAll();
     pEdit->setFocus();
-    while (dialog.exec() == QDialog::Accepted)
-    {
+    dialog.m_Take = [&] {
         float fEntered = 0.0f;
         if (ParseNumberEntry(QtText::FromQt(pEdit->text()), fEntered))
         {
@@ -215,10 +237,9 @@ bool QtPrompts::EnterFloat(const std::string& sCaption, const std::string& sLabe
             return true;
         }
         Ask("Enter a number.", "Emberdeck", EButtons::eOk, EIcon::eExclamation);
-        pEdit->selectAll();
-        pEdit->setFocus();
-    }
-    return false;
+        return false;
+    };
+    return dialog.exec() == QDialog::Accepted;
 }
 
 void QtPrompts::BeginWait()
