@@ -84,18 +84,23 @@ struct CDesktopTimeline : CDesktopBench
     TrackWidget* pTimeline = nullptr;
 };
 
+// An effect with a sprite and a light on one track, and a marker on the next.
+std::function<void(CLibraryBuilder&)> ThreeKeys(int32_t nLightStart, int32_t nLightEnd)
+{
+    return [=](CLibraryBuilder& library)
+    {
+        library.effect("Smoke")
+            .key("Sprite", 1000, 3000)
+            .key("Light", nLightStart, nLightEnd)
+            .track()
+            .key("Marker", 2000, 4000);
+    };
+}
+
 TEST(DesktopTimeline, OpensFromTheTreeAndSelectsByPresses)
 {
     CDesktopBench bench;
-    bench.Fill(
-        [](CLibraryBuilder& library)
-        {
-            library.effect("Smoke")
-                .key("Sprite", 1000, 3000)
-                .key("Light", 5000, 7000)
-                .track()
-                .key("Marker", 2000, 4000);
-        });
+    bench.Fill(ThreeKeys(5000, 7000));
     auto* pTree = bench.window.Dock()->findChild<LibraryTreeView*>();
     const QModelIndex leaf = pTree->model()->index(0, 0, pTree->model()->index(0, 0));
     ASSERT_EQ("Smoke", leaf.data().toString());
@@ -111,15 +116,7 @@ TEST(DesktopTimeline, OpensFromTheTreeAndSelectsByPresses)
     Desktop::DoubleClick(labelOf(leaf));
     ASSERT_TRUE(bench.window.ActiveTimeline()) << "a double click in the tree opens the timeline";
 
-    CDesktopTimeline line(
-        [](CLibraryBuilder& library)
-        {
-            library.effect("Smoke")
-                .key("Sprite", 1000, 3000)
-                .key("Light", 5000, 7000)
-                .track()
-                .key("Marker", 2000, 4000);
-        });
+    CDesktopTimeline line(ThreeKeys(5000, 7000));
     Desktop::Click(line.Body(line.Key(0, 0)));
     EXPECT_EQ("0.0", line.Selected());
     EXPECT_TRUE(line.pTimeline->hasFocus());
@@ -136,15 +133,7 @@ TEST(DesktopTimeline, OpensFromTheTreeAndSelectsByPresses)
 
 TEST(DesktopTimeline, MovesAndResizesKeysByTheirParts)
 {
-    CDesktopTimeline line(
-        [](CLibraryBuilder& library)
-        {
-            library.effect("Smoke")
-                .key("Sprite", 1000, 3000)
-                .key("Light", 6000, 8000)
-                .track()
-                .key("Marker", 2000, 4000);
-        });
+    CDesktopTimeline line(ThreeKeys(6000, 8000));
     CKey& key = line.Key(0, 0);
     Desktop::Move(line.Left(key));
     EXPECT_EQ(Qt::SizeHorCursor, line.pTimeline->cursor().shape());

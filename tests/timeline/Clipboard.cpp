@@ -59,7 +59,7 @@ TEST(KeyClipboard, CutCopiesOneAndDeletesTheSelection)
 TEST(KeyClipboard, ALinkStaysWithinItsEffect)
 {
     CTimelineBench bench("S0-9000#3 | L1000-2000>3");
-    bench.Arrange([&] { bench.library->m_SpellMgr.AddSpell()->m_Tracks.AddTrack(); });
+    bench.Arrange([&] { bench.m_pLibrary->m_SpellMgr.AddSpell()->m_Tracks.AddTrack(); });
     bench.Click(bench.At(1500, 1));
     bench.wnd->Command(32825);
     bench.wnd->PasteKeyAt(bench.At(5000, 1));

@@ -108,5 +108,5 @@ TEST(TimelineGeometry, SizesDivideTheWindowAndScrollingStopsAtItsEnds)
     EXPECT_EQ(191, scroll(EScrollEvent::eOther, 3));
     EXPECT_EQ(nPainted + 7, bench.view.m_nPainted);
     EXPECT_EQ(-764 + 70,
-              wnd.GetKeyRect(std::make_unique<CKey>(bench.library->Module().GetType(0)).get()).top);
+              wnd.GetKeyRect(std::make_unique<CKey>(bench.m_pLibrary->Module().GetType(0)).get()).top);
 }

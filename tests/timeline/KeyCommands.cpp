@@ -6,7 +6,7 @@ namespace
 // Adds a key of the type at a point, through menu and chooser.
 void AddAt(CTimelineBench& bench, CPoint pt, const char* pszType = "Light")
 {
-    bench.host.m_pChosen = pszType ? bench.library->Module().FindType(pszType) : nullptr;
+    bench.host.m_pChosen = pszType ? bench.m_pLibrary->Module().FindType(pszType) : nullptr;
     bench.wnd->OnRightRelease(pt, false);
     bench.wnd->OnMenuClosed(32790);
 }

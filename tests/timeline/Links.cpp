@@ -110,7 +110,7 @@ TEST(PrefabKeys, AddAssignAndCreateFromKey)
     wnd.OnMenuClosed(32870); // no prefab is active
     bench.checker.ExpectEdits(0);
 
-    CEffectPropertySet* pPuff = bench.library->m_SpellMgr.FindPrefab("Puff");
+    CEffectPropertySet* pPuff = bench.m_pLibrary->m_SpellMgr.FindPrefab("Puff");
     bench.host.m_pActive = pPuff;
     wnd.OnRightRelease(bench.At(5000, 0), false);
     wnd.OnMenuClosed(32870);
@@ -137,8 +137,8 @@ TEST(PrefabKeys, AddAssignAndCreateFromKey)
     bench.checker.ExpectEdits(0);
     wnd.Command(32874);
     bench.checker.ExpectEdits(1);
-    EXPECT_EQ("[[Prefabs]]\n  Puff\n   Puff\n", DumpTree(bench.library->m_PrefabTree)); // as typed, so unique
-    EXPECT_EQ(7, IntOf(*bench.library->m_SpellMgr.Prefabs().at(1), "Count"));
+    EXPECT_EQ("[[Prefabs]]\n  Puff\n   Puff\n", DumpTree(bench.m_pLibrary->m_PrefabTree)); // as typed, so unique
+    EXPECT_EQ(7, IntOf(*bench.m_pLibrary->m_SpellMgr.Prefabs().at(1), "Count"));
     EXPECT_EQ(pPuff, bench.Key(0, 2).GetParent());
     EXPECT_EQ(pPuff, bench.host.m_pActive);
 }

@@ -38,7 +38,7 @@ TEST(TrackMenu, HoldsWhatAppliesToTheClick)
     EXPECT_EQ("&Key(&Name Key, &Motion Link To Key, E&xpand Key, &Set Key Length, -, &Delete Key)" + sTrack,
               menu(bench.At(1500, 2), true));
 
-    bench.host.m_pActive = bench.library->m_SpellMgr.FindPrefab("Salt & Pepper");
+    bench.host.m_pActive = bench.m_pLibrary->m_SpellMgr.FindPrefab("Salt & Pepper");
     bench.clipboard.CopyKey(&bench.Key(0, 0), 1);
     EXPECT_EQ(
         "&Track(&Add Key, Add &Prefab Salt && Pepper - Sprite, &Paste Key, &Delete Track, &Insert Track)",

@@ -42,9 +42,9 @@ struct CTimelineBench
     // One effect from a text: "S1000-5000#3 | L2000-3000>3* L4000-5000=Glow" has a Sprite with the id 3 on one
     // track, and on the next two Lights, the one linked to it and selected, the other named.
     explicit CTimelineBench(const std::string& sTracks) : CTimelineBench(Parse(aLibrary(), sTracks)) {}
-    explicit CTimelineBench(CLibraryBuilder& builder) : library(builder.build()), checker(context) { Open(); }
+    explicit CTimelineBench(CLibraryBuilder& builder) : m_pLibrary(builder.build()), checker(context) { Open(); }
 
-    CSpell& Spell(size_t nSpell = 0) { return *library->m_SpellMgr.Spells().at(nSpell); }
+    CSpell& Spell(size_t nSpell = 0) { return *m_pLibrary->m_SpellMgr.Spells().at(nSpell); }
     CTrackList& Tracks() { return Spell().m_Tracks; }
     CKey& Key(uint32_t nTrack, uint32_t nKey) { return *Tracks().GetTrack(nTrack)->GetKey(nKey); }
     void Open(size_t nSpell = 0)
@@ -131,18 +131,18 @@ struct CTimelineBench
         return builder;
     }
 
-    std::unique_ptr<CTestLibrary> library;
+    std::unique_ptr<CTestLibrary> m_pLibrary;
     CScriptedPrompts prompts;
     CMemoryHost host;
     CMemoryDocuments documents;
     CEditClipboard clipboard;
     CEditHub edits;
     std::string sResourceRoot;
-    CEditContext context{library->m_SpellMgr,
-                         library->Module(),
+    CEditContext context{m_pLibrary->m_SpellMgr,
+                         m_pLibrary->Module(),
                          clipboard,
-                         library->m_EffectTree,
-                         library->m_PrefabTree,
+                         m_pLibrary->m_EffectTree,
+                         m_pLibrary->m_PrefabTree,
                          sResourceRoot,
                          edits,
                          prompts,

@@ -59,5 +59,5 @@ void CEffectTreePanel::OnImportEffects()
     if (!m_ImportView.ChooseRows(dlg.GetRows(), rows))
         return;
     dlg.OnOK(rows);
-    m_Editor.ImportEffects(dlg.Library(), dlg.GetChosen());
+    m_Editor.ImportEffects(dlg.GetLibrary(), dlg.GetChosen());
 }

@@ -20,7 +20,7 @@ public:
     void OnOK(const std::vector<uint32_t>& rows);
 
     const std::vector<CSpell*>& GetChosen() const { return m_Chosen; } // in the order of the rows
-    CSpellMgr& Library() { return m_SpellMgr; }
+    CSpellMgr& GetLibrary() { return m_SpellMgr; }
 
 private:
     CEditContext& m_Context;

@@ -93,8 +93,7 @@ bool MainWindow::CreateToolBar(const CKRToolbar& toolbar)
         }
         auto* pButton = new ToolButton(toolbar, nCommand, pBar);
         const std::string sTip(GetToolTip(nCommand));
-        const std::string sKey = m_pFrame->MenuDecorator().GetCommandKey(nCommand);
-        pButton->setToolTip(QString::fromStdString(sKey.empty() ? sTip : sTip + " (" + sKey + ")"));
+        pButton->setToolTip(QString::fromStdString(sTip));
         pButton->setAccessibleName(QString::fromStdString(sTip));
         connect(pButton, &ToolButton::Clicked, this, [this](int32_t nID) { RunCommand(nID); });
         connect(pButton, &ToolButton::Hovered, this, [this](int32_t nID) { ShowHint(nID); });

@@ -1,5 +1,6 @@
 #include "qt/QtPrompts.h"
 
+#include <functional>
 #include <utility>
 
 #include <QApplication>
@@ -236,7 +237,7 @@ bool QtPrompts::EnterFloat(const std::string& sCaption, const std::string& sLabe
             fValue = fEntered;
             return true;
         }
-        Ask("Enter a number.", "Emberdeck", EButtons::eOk, EIcon::eExclamation);
+        Ask(c_szEnterNumber, "Emberdeck", EButtons::eOk, EIcon::eExclamation);
         return false;
     };
     return dialog.exec() == QDialog::Accepted;

@@ -113,6 +113,8 @@ CSourceControlStatus CGitProvider::IsKnown(const std::string& sLocalPath, bool& 
 
 CSourceControlStatus CGitProvider::ReadLetters(const std::string& sDepotPath, CLetters& letters) const
 {
+    if (!IsInside(sDepotPath))
+        return Failure(sDepotPath + " isn't in the work copy " + Top());
     const CRun run =
         Git({"status", "--porcelain", "-z", "--no-renames", "--untracked-files=no", "--", sDepotPath},
             "Looking for changes");
@@ -128,8 +130,6 @@ CSourceControlStatus CGitProvider::GetFileStatus(const std::string& sDepotPath, 
     nStatus = 0;
     if (IsFolder(sDepotPath))
         return {};
-    if (!IsInside(sDepotPath))
-        return Failure(sDepotPath + " isn't in the work copy " + Top());
     CLetters letters;
     const CStatus status = ReadLetters(sDepotPath, letters);
     if (status.Failed())
@@ -228,8 +228,6 @@ CSourceControlStatus CGitProvider::BeforeSubmit(const std::string& sDepotPath, b
     bAsk = false;
     if (IsFolder(sDepotPath))
         return {};
-    if (!IsInside(sDepotPath))
-        return Failure(sDepotPath + " isn't in the work copy " + Top());
     CLetters letters;
     const CStatus status = ReadLetters(sDepotPath, letters);
     if (status.Failed())

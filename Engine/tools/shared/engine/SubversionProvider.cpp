@@ -81,6 +81,14 @@ CSourceControlStatus CSubversionProvider::ReadColumns(const std::string& sDepotP
     return {};
 }
 
+CSourceControlStatus CSubversionProvider::ReadKnown(const std::string& sDepotPath, CColumns& columns) const
+{
+    const CStatus status = ReadColumns(sDepotPath, columns);
+    if (status.Failed() || columns.m_bKnown)
+        return status;
+    return Failure(sDepotPath + " isn't under version control.");
+}
+
 bool CSubversionProvider::NeedsLock(const std::string& sDepotPath) const
 {
     const CRun run = Svn({"propget", "svn:needs-lock"}, sDepotPath, "Looking for properties");
@@ -115,11 +123,9 @@ CSourceControlStatus CSubversionProvider::GetFileStatus(const std::string& sDepo
 {
     nStatus = 0;
     CColumns columns;
-    const CStatus status = ReadColumns(sDepotPath, columns);
+    const CStatus status = ReadKnown(sDepotPath, columns);
     if (status.Failed())
         return status;
-    if (!columns.m_bKnown)
-        return Failure(sDepotPath + " isn't under version control.");
     const bool bFolder = IsFolder(sDepotPath);
     if (columns.IsConflict())
         nStatus = c_nBlocked;
@@ -180,11 +186,9 @@ CSourceControlStatus CSubversionProvider::BeforeSubmit(const std::string& sDepot
 {
     bAsk = false;
     CColumns columns;
-    const CStatus status = ReadColumns(sDepotPath, columns);
+    const CStatus status = ReadKnown(sDepotPath, columns);
     if (status.Failed())
         return status;
-    if (!columns.m_bKnown)
-        return Failure(sDepotPath + " isn't under version control.");
     // The client program passes this over in silence.
     if (columns.IsMissing())
         return Failure(sDepotPath + " isn't on the disk. Undo brings it back.");

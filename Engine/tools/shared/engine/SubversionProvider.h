@@ -47,6 +47,8 @@ private:
     CRun Svn(std::vector<std::string> arguments, const std::string& sDepotPath, const char* pszWhat,
              EPatience ePatience = EPatience::eLocal) const;
     CStatus ReadColumns(const std::string& sDepotPath, CColumns& columns) const;
+    // Of an item that has to be under version control.
+    CStatus ReadKnown(const std::string& sDepotPath, CColumns& columns) const;
     // The lock column as the server has it; that of the work copy when there is no answer.
     void AskServerForLock(const std::string& sDepotPath, CColumns& columns);
     bool NeedsLock(const std::string& sDepotPath) const;
