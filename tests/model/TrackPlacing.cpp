@@ -1,4 +1,4 @@
-#include "model/Track.h"
+#include "model/TrackFill.h"
 
 #include <gtest/gtest.h>
 
@@ -74,7 +74,8 @@ TEST(TrackPlacing, FollowsTheStepsInEveryWay)
     std::mt19937 random(4);
     for (int nRound = 0; nRound < 600; ++nRound)
     {
-        CTrack appended, placed, mixed;
+        CTrack filled, placed;
+        CTrackFill fill;
         CSpans plain;
         const int nRange = 10 << nRound % 6;
         for (uint32_t nID = 0; nID < 30; ++nID)
@@ -87,13 +88,11 @@ TEST(TrackPlacing, FollowsTheStepsInEveryWay)
             CKey* pKey = placed.AppendKey(MakeKey(span));
             placed.PlaceKey(pKey);
             ASSERT_EQ(plain, SpansOf(placed));
-            ASSERT_EQ(nID, appended.AppendAndPlaceKey(MakeKey(span))->m_nKeyID);
-            ASSERT_EQ(plain, SpansOf(appended));
-            pKey = nID % 5 == 2 ? mixed.AppendKey(MakeKey(span)) : mixed.AppendAndPlaceKey(MakeKey(span));
-            if (nID % 5 == 2)
-                mixed.PlaceKey(pKey);
-            ASSERT_EQ(plain, SpansOf(mixed));
+            ASSERT_EQ(nID, fill.Place(MakeKey(span))->m_nKeyID);
+            ASSERT_EQ(plain.back().m_nID, fill.GetLastKey()->m_nKeyID);
         }
+        ASSERT_TRUE(fill.Finish(filled));
+        ASSERT_EQ(plain, SpansOf(filled));
         // And when times have changed.
         const uint32_t nMoved = random() % 30;
         const int nStart = int(random() % nRange) - 5;
@@ -110,28 +109,45 @@ TEST(TrackPlacing, FollowsTheStepsInEveryWay)
     }
 }
 
-TEST(TrackPlacing, LongTracksLoadFast)
+// Long enough that the keys lie in many chunks.
+TEST(TrackPlacing, LongTracksFillInAnyOrder)
 {
-    CTrack track;
-    for (int i = 0; i < 100000; ++i)
-        track.AppendAndPlaceKey(MakeKey({uint32_t(i), i * 10, i * 10 + 5}));
-    for (int i = 0; i < 100; ++i) // overlapping all
-        track.AppendAndPlaceKey(MakeKey({uint32_t(100000 + i), 7, 2000000}));
-    EXPECT_EQ(100100u, track.GetNumKeys());
+    constexpr uint32_t c_nKeys = 100000;
+    for (const char* pszOrder : {"rising", "falling", "mixed"})
+    {
+        SCOPED_TRACE(pszOrder);
+        CTrackFill fill;
+        for (uint32_t i = 0; i < c_nKeys; ++i)
+        {
+            const uint32_t nID = *pszOrder == 'r'   ? i
+                                 : *pszOrder == 'f' ? c_nKeys - 1 - i
+                                                    : uint32_t(i * uint64_t(7919) % c_nKeys);
+            ASSERT_TRUE(fill.Place(MakeKey({nID, int(nID) * 10, int(nID) * 10 + 5})));
+        }
+        for (uint32_t i = 0; i < 100; ++i) // overlapping all
+            fill.Place(MakeKey({c_nKeys + i, 7, 2000000}));
+        CTrack track;
+        ASSERT_TRUE(fill.Finish(track));
+        ASSERT_EQ(c_nKeys + 100, track.GetNumKeys());
+        const auto isByStart = [](const auto& pA, const auto& pB) { return pA->m_nStartTime < pB->m_nStartTime; };
+        EXPECT_TRUE(std::is_sorted(track.Keys().begin(), track.Keys().end(), isByStart));
+        EXPECT_EQ(c_nKeys - 1, track.GetKey(c_nKeys + 99)->m_nKeyID);
+    }
 }
 
 TEST(TrackPlacing, KeysKnowTheirNeighbours)
 {
     CTrack track;
-    CKey* pB = track.AppendAndPlaceKey(MakeKey({2, 10, 20}));
-    CKey* pA = track.AppendAndPlaceKey(MakeKey({1, -500, 5}));
+    CKey* pB = track.AppendKey(MakeKey({2, 10, 20}));
+    CKey* pA = track.AppendKey(MakeKey({1, -500, 5}));
+    track.PlaceKey(pA);
     EXPECT_EQ((CSpans{{1, 0, 5}, {2, 10, 20}}), SpansOf(track));
     EXPECT_EQ(pB, track.GetNextKey(pA));
     EXPECT_EQ(pA, track.GetPrevKey(pB));
     EXPECT_EQ(nullptr, track.GetNextKey(pB));
     EXPECT_EQ(nullptr, track.GetPrevKey(pA));
     EXPECT_EQ(nullptr, track.AppendKey(nullptr));
-    EXPECT_EQ(nullptr, track.AppendAndPlaceKey(nullptr));
+    EXPECT_EQ(nullptr, CTrackFill().Place(nullptr));
 
     const std::unique_ptr<CKey> pRemoved = track.RemoveKey(pA);
     EXPECT_EQ(pA, pRemoved.get());

@@ -131,9 +131,25 @@ bool CLibraryLoader::FillEffect(CSpell& spell, const char* pszName, const char* 
     if (m_Findings && std::strlen(pszName) > CSpell::c_nMaxName)
         m_Findings.Tell(QSFormat("The name was cut to %u bytes.", CSpell::c_nMaxName));
 
-    for (uint32_t i = 1; pKeyList && i < pKeyList->GetNumElements(); ++i)
+    if (pKeyList && !LoadKeys(spell, *pKeyList))
+        return false;
+    spell.m_Tracks.RecalcNextKeyID();
+    if (m_Findings)
+        m_Findings.TellLinks(spell);
+    if (m_pEffectTree && !m_pEffectTree->InsertLeaf(spell.m_szName, hParent, &spell))
     {
-        const CQSANode& node = *pKeyList->GetElement(i);
+        AppendError("Unable to allocate memory for effect %s", pszName);
+        return false;
+    }
+    return true;
+}
+
+bool CLibraryLoader::LoadKeys(CSpell& spell, const CQSANode& keyList)
+{
+    CTrackFills fills;
+    for (uint32_t i = 1; i < keyList.GetNumElements(); ++i)
+    {
+        const CQSANode& node = *keyList.GetElement(i);
         if (!IsListNamed(node, c_KeyName))
         {
             if (m_Findings)
@@ -146,19 +162,19 @@ bool CLibraryLoader::FillEffect(CSpell& spell, const char* pszName, const char* 
             AppendError("Error loading key for effect %s", spell.m_szName);
             return false;
         }
-        if (!PlaceLoadedKey(spell, std::move(pKey)))
+        if (!PlaceLoadedKey(spell.m_Tracks, fills, std::move(pKey)))
         {
             AppendError("Unable to allocate track for effect %s", spell.m_szName);
             return false;
         }
     }
-    spell.m_Tracks.RecalcNextKeyID();
-    if (m_Findings)
-        m_Findings.TellLinks(spell);
-    if (m_pEffectTree && !m_pEffectTree->InsertLeaf(spell.m_szName, hParent, &spell))
+    for (uint32_t i = 0; i < fills.size(); ++i)
     {
-        AppendError("Unable to allocate memory for effect %s", pszName);
-        return false;
+        if (!fills[i].Finish(*spell.m_Tracks.GetTrack(i)))
+        {
+            AppendError("Unable to allocate track for effect %s", spell.m_szName);
+            return false;
+        }
     }
     return true;
 }
@@ -180,21 +196,23 @@ bool CLibraryLoader::AddTracksFor(CTrackList& tracks, uint32_t nTrack)
     return true;
 }
 
-bool CLibraryLoader::PlaceLoadedKey(CSpell& spell, std::unique_ptr<CKey> pKey)
+bool CLibraryLoader::PlaceLoadedKey(CTrackList& tracks, CTrackFills& fills, std::unique_ptr<CKey> pKey)
 {
     ++m_nKeysLoaded;
-    if (!AddTracksFor(spell.m_Tracks, pKey->m_nTrack))
+    if (!AddTracksFor(tracks, pKey->m_nTrack))
         return false;
-    CTrack* pTrack = spell.m_Tracks.GetTrack(pKey->m_nTrack);
+    if (pKey->m_nTrack >= fills.size())
+        fills.resize(pKey->m_nTrack + size_t(1));
+    CTrackFill& fill = fills[pKey->m_nTrack];
     const int32_t nStart = pKey->m_nStartTime;
     const int32_t nEnd = pKey->m_nEndTime;
-    const CKey* pPlaced = pTrack->AppendAndPlaceKey(std::move(pKey));
+    const CKey* pPlaced = fill.Place(std::move(pKey));
     if (!pPlaced)
         return false;
     if (m_Findings)
     {
         m_Findings.EnterKey(pPlaced);
-        if (pTrack->GetKey(pTrack->GetNumKeys() - 1) != pPlaced)
+        if (fill.GetLastKey() != pPlaced)
             m_Findings.Tell("The key stood behind a later one of its track; it was put in order.");
         if (pPlaced->m_nStartTime != nStart || pPlaced->m_nEndTime != nEnd)
         {

@@ -12,6 +12,7 @@
 #include "model/LibraryTree.h"
 #include "model/NameIndex.h"
 #include "model/SpellMgr.h"
+#include "model/TrackFill.h"
 #include "qsamgr/qsanode.h"
 #include "qsnumber.h"
 
@@ -89,11 +90,13 @@ private:
     bool FillEffect(CSpell& spell, const char* pszName, const char* pszLength, const CQSANode* pKeyList,
                     HLibraryItem hParent);
 
+    using CTrackFills = std::vector<CTrackFill>; // by the tracks' numbers, up to the last that got a key
     struct CKeyFields;
     std::unique_ptr<CKey> LoadKey(const CQSANode& node);
     std::unique_ptr<CKey> FillKey(const CKeyFields& fields);
     bool SetKeyParent(CKey& key, const CKeyFields& fields);
-    bool PlaceLoadedKey(CSpell& spell, std::unique_ptr<CKey> pKey);
+    bool LoadKeys(CSpell& spell, const CQSANode& keyList);
+    bool PlaceLoadedKey(CTrackList& tracks, CTrackFills& fills, std::unique_ptr<CKey> pKey);
     bool AddTracksFor(CTrackList& tracks, uint32_t nTrack);
     CEffectPropertySet* FindPrefab(std::string_view sName) const;
     void NotePrefabName(CEffectPropertySet* pPrefab);

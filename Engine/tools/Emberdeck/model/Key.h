@@ -16,6 +16,9 @@ public:
     std::unique_ptr<CKey> Clone() const; // null when out of memory
     void Link(uint32_t nID);             // 0 is an id like any other
     void Unlink();
+    // Moves the start to the end of the key before, or to 0 without one (null), and cuts the end at the start
+    // of the key behind, if there is one. The end may come to lie before the start.
+    void FitBetween(const CKey* pPrev, const CKey* pNext);
 
     uint32_t m_nKeyID = 0; // unique within its effect
     uint32_t m_nTrack = 0; // number of the track that holds it
