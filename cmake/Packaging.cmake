@@ -103,6 +103,10 @@ install(DIRECTORY docs/manual docs/pictures DESTINATION share/doc/emberdeck
   DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE
   FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.c")
 
+# The pages beside the manual that its pages lead to.
+install(FILES docs/source-control.md docs/architecture.md docs/performance.md docs/packaging.md
+  DESTINATION share/doc/emberdeck)
+
 install(FILES "${packaging}/lintian-overrides" DESTINATION share/lintian/overrides RENAME emberdeck)
 
 set(CPACK_GENERATOR DEB)
@@ -115,6 +119,7 @@ file(READ "${packaging}/description.txt" CPACK_DEBIAN_PACKAGE_DESCRIPTION)
 string(STRIP "${CPACK_DEBIAN_PACKAGE_DESCRIPTION}" CPACK_DEBIAN_PACKAGE_DESCRIPTION)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
+set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_SOURCE_DIR}/cmake/StripComments.cmake")
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)

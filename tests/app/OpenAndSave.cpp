@@ -83,7 +83,7 @@ TEST(OpenAndSave, EachFailureLeavesTheStateOfNew)
     bench.WriteProject("");
     bench.prompts.onAsk("checkout", EAnswer::eNo).onAsk("Unable to load");
     EXPECT_FALSE(bench.app->OpenEffectFile(sFile.c_str()));
-    expectFailure("Unable to load the Fireglass library " + bench.app->m_Project.m_sProjectDir +
+    expectFailure("Unable to load the Fireglass library " + DisplayPath(bench.app->m_Project.m_sProjectDir) +
                   " for handling this file");
     EXPECT_FALSE(bench.app->m_EffectModule.IsLoaded());
     EXPECT_EQ(0, bench.prompts.m_nWaitDepth);

@@ -34,6 +34,12 @@ TEST(DragAndDrop, MovesTheSelectionToTheHighlightedGroup)
     EXPECT_EQ(bench.item("H"), bench.effects.m_hDropTarget); // an effect's row is its group's
     EXPECT_EQ(8u, bench.effects.m_Tree.GetItemStateEx(bench.item("H"), 8));
     EXPECT_TRUE(bench.effects.IsBusy());
+    for (const int32_t x : {-3, 403}) // beside the tree a drop opens
+    {
+        bench.effects.OnMove({x, bench.effectView.At(bench.item("b"), 0).y}, true);
+        EXPECT_FALSE(bench.effects.m_hDropTarget);
+        EXPECT_EQ(0u, bench.effects.m_Tree.GetItemStateEx(bench.item("H"), 8));
+    }
     bench.effects.Command(32884); // refused meanwhile
     CBrowserBench::Key(bench.effects, ETreeKey::eDelete);
     bench.DropOn("t");

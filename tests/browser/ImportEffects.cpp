@@ -2,6 +2,21 @@
 
 #include "platform/Paths.h"
 
+namespace
+{
+// The user stops what is told to be under way.
+struct CStoppingPrompts : CScriptedPrompts
+{
+    bool Progress(const std::string& sWhat, double fFraction) override
+    {
+        EXPECT_LT(fFraction, 1.0);
+        m_sTold += sWhat + "|";
+        return sWhat != m_sStopAt;
+    }
+    std::string m_sTold, m_sStopAt;
+};
+} // namespace
+
 TEST(ImportEffects, BringsChosenEffectsOnly)
 {
     CTempDir dir;
@@ -39,4 +54,29 @@ TEST(ImportEffects, BringsChosenEffectsOnly)
     EXPECT_EQ(EIcon::eExclamation, bench.prompts.m_Asked[0].m_eIcon);
     EXPECT_TRUE(bench.import.m_Rows.empty());
     EXPECT_EQ(3u, bench.lib->m_SpellMgr.Spells().size());
+}
+
+TEST(ImportEffects, StoppedLeavesTheLibraryAsItWas)
+{
+    CTempDir dir;
+    const std::string sFile = dir.path("other.Fx00a");
+    auto pModule = std::make_shared<CTestModule>();
+    {
+        auto pOther = aLibrary(pModule).prefab("Light", "P").effect("Ash").key("Light").onPrefab("P").build();
+        ASSERT_TRUE(SaveEffectLibrary(sFile.c_str(), pOther->m_EffectTree, pOther->m_PrefabTree));
+    }
+    CStoppingPrompts prompts;
+    CBrowserBench bench(aLibrary(pModule).effect("Smoke").build(), prompts);
+    CScopeChecker checker(bench.context);
+    bench.import.m_Selected = {0};
+    for (const char* pszStopAt : {"Reading the effects", "Importing the effects"})
+    {
+        prompts.m_sStopAt = pszStopAt;
+        prompts.m_sTold.clear();
+        prompts.onFile(sFile);
+        bench.effects.OnImportEffects(); // without a message
+        EXPECT_TRUE(prompts.m_sTold.ends_with(prompts.m_sStopAt + "|")) << prompts.m_sTold;
+        EXPECT_EQ(prompts.m_sStopAt == "Importing the effects", !bench.import.m_Rows.empty());
+        checker.ExpectEdits(0, pszStopAt);
+    }
 }

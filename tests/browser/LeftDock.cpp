@@ -63,7 +63,7 @@ struct CDockBench : CBrowserBench
             dock.SizeBar().OnMove({205 + x, 400}, true);
         if (bLose)
             dock.SizeBar().OnMouseLost();
-        dock.SizeBar().OnLeftRelease({205 + (way.empty() ? 0 : way.back()), 100});
+        dock.SizeBar().OnLeftRelease();
         return view.m_rcBar.Width();
     }
     CFakeDockView view;

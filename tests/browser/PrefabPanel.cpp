@@ -86,6 +86,7 @@ TEST(PrefabPanel, ActivePrefabFollowsItsItem)
     bench.Select(bench.prefabs, {"G"}); // moved inside of its group
     bench.prefabs.OnLeftPress(bench.prefabView.Icon(bench.prefab("G")), {});
     bench.prefabs.OnMove(bench.prefabView.Icon(bench.prefab("T")), true);
+    bench.prefabs.OnMove(bench.prefabView.Right(bench.prefab("T")), true);
     bench.prefabs.OnLeftRelease(bench.prefabView.Right(bench.prefab("T")));
     EXPECT_EQ("[[Prefabs]]\n  [T]\n    [G]\n      [H]\n        a\n  b\n", bench.prefabDump());
     EXPECT_EQ(pActive, bench.prefabs.GetActivePrefab());

@@ -36,7 +36,8 @@ struct CTreeBench : ITreeParent
     // Each gives the selection behind it.
     std::string Press(CPoint pt, CModifiers modifiers = {}) { return ctrl.OnLeftPress(pt, modifiers), sel(); }
     std::string Move(CPoint pt) { return ctrl.OnMove(pt, true), sel(); }
-    std::string Release(CPoint pt) { return ctrl.OnLeftRelease(pt), sel(); }
+    // A window tells of the way to a release before it.
+    std::string Release(CPoint pt) { return ctrl.OnMove(pt, true), ctrl.OnLeftRelease(), sel(); }
     std::string Click(CPoint pt, CModifiers modifiers = {}) { return Press(pt, modifiers), Release(pt); }
     std::string Click(const std::string& s, CModifiers modifiers = {})
     {

@@ -119,6 +119,13 @@ TEST(DesktopTrees, ScrollWhileSomethingIsDraggedToTheEdge)
     QScrollBar* pBar = desk.pEffects->verticalScrollBar();
     ASSERT_GT(pBar->maximum(), 0);
     const QRect rc = desk.pEffects->viewport()->rect();
+    Desktop::Click(desk.At(desk.pEffects, "Fx 101"));
+    Desktop::Key("ctrl+End"); // the view alone
+    EXPECT_EQ(pBar->maximum(), pBar->value());
+    EXPECT_EQ("Fx 101", desk.Selected(desk.pEffects));
+    Desktop::Key("ctrl+Home");
+    EXPECT_EQ(0, pBar->value());
+    desk.Pause();
     Desktop::Move(desk.At(desk.pEffects, "Fx 100"));
     Desktop::Press();
     Desktop::Move(Desktop::On(desk.pEffects->viewport(), rc.center()));
@@ -211,6 +218,51 @@ TEST(DesktopTrees, KeysAndMenusRunTheCommands)
     desk.Answer("Escape");
     Desktop::Key("F3");
     EXPECT_EQ("Eddy", desk.Selection());
+}
+
+TEST(DesktopTrees, TheSizeBarDragsFoldsAndUnfolds)
+{
+    CDesktopTrees desk;
+    Desktop::Click(desk.On("Drop"));
+    const int nWidth = desk.window.Dock()->width();
+    const auto bar = [&] { return Desktop::On(desk.window.Dock()->findChild<SizeBarWidget*>()); };
+    Desktop::Drag(bar(), bar() + QPoint(40, 0));
+    const int nWider = desk.window.Dock()->width();
+    EXPECT_GT(nWider, nWidth);
+    desk.Pause();
+    Desktop::Click(bar());
+    EXPECT_LT(desk.window.Dock()->width(), 20);
+    EXPECT_FALSE(desk.pEffects->isVisible());
+    EXPECT_TRUE(qobject_cast<SizeBarWidget*>(QApplication::focusWidget()));
+    desk.Pause();
+    Desktop::Click(bar());
+    EXPECT_EQ(nWider, desk.window.Dock()->width());
+    EXPECT_TRUE(desk.pEffects->isVisible());
+    EXPECT_EQ("Drop", desk.Selection());
+
+    // A window that comes up in the middle of a drag has the mouse: the release means nothing any more.
+    const std::string sEffects = desk.Effects();
+    for (const bool bTree : {true, false})
+    {
+        desk.Pause();
+        Desktop::Move(bTree ? desk.On("Coal") : bar());
+        Desktop::Press();
+        if (bTree)
+        {
+            Desktop::Move(desk.On("Drop"));
+            Desktop::Move(desk.On("Water"));
+            EXPECT_TRUE(desk.pEffects->Panel()->m_bDragging);
+        }
+        QWidget other;
+        other.setGeometry(900, 600, 100, 100);
+        other.show();
+        other.activateWindow();
+        EXPECT_TRUE(Desktop::Settle([&] { return !desk.window.isActiveWindow(); }));
+        EXPECT_FALSE(desk.pEffects->Panel()->IsBusy());
+        Desktop::Release();
+    }
+    EXPECT_EQ(sEffects, desk.Effects());
+    EXPECT_EQ(nWider, desk.window.Dock()->width());
 }
 
 TEST(DesktopTrees, TenThousandEffectsGoAtOnce)

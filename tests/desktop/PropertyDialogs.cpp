@@ -1,3 +1,4 @@
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QPlainTextEdit>
 #include <QScrollBar>
@@ -288,7 +289,11 @@ TEST(DesktopProperties, EveryKindSurvivesSaveLoadAndPack)
     {
         Desktop::WhileOpen(desk.File(desk.path("res/Tex/a.dds")));
         ClickOn(Part<PathButton>(dialog, "Texture"));
-        ClickOn(Part<QComboBox>(dialog, "Blend")); // opens the list
+        auto* pBlend = Part<QComboBox>(dialog, "Blend");
+        ClickOn(pBlend);
+        EXPECT_TRUE(pBlend->view()->isVisible());
+        EXPECT_GE(pBlend->view()->mapToGlobal(QPoint()).y(), Desktop::On(pBlend, {0, pBlend->height()}).y())
+            << "the list drops down, and the field stays in sight";
         Desktop::Key("Home");
         Desktop::Key("Return");
         for (const auto& [pszName, pszText] : {std::pair("Count", "12"),

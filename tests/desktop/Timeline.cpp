@@ -1,9 +1,11 @@
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
 #include <QPushButton>
 #include <QSlider>
+#include <QToolTip>
 
 #include "desktop/DesktopBench.h"
 #include "qt/LeftDockWidget.h"
@@ -266,6 +268,18 @@ TEST(DesktopTimeline, ZoomsPansAndScrolls)
     EXPECT_EQ(100, line.Logic().Layout().m_nScrollY);
     Desktop::Click(line.At(2000, 3), 5);
     EXPECT_EQ(25, line.Logic().GetScrollPos()) << "the wheel leaves the rows alone";
+
+    // A key tells its times, but not through the bar that hides it.
+    const auto tipAt = [&](int y)
+    {
+        const QPoint at(PixelFromTime(bar, 2000), line.Logic().Layout().m_rcTrack.top + y);
+        QHelpEvent help(QEvent::ToolTip, at, line.pTimeline->mapToGlobal(at));
+        QApplication::sendEvent(line.pTimeline, &help);
+        return QToolTip::text();
+    };
+    EXPECT_EQ("", tipAt(-20));
+    EXPECT_TRUE(tipAt(20).contains(QStringLiteral("1000 ms to 3000 ms, 2000 ms long"))) << tipAt(20).toStdString();
+    QToolTip::hideText();
 
     // The phase's length, by its button.
     Desktop::WhileOpen(

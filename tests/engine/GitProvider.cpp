@@ -1,4 +1,5 @@
 #include "WorkCopyBench.h"
+#include "shared/engine/GitProvider.h"
 
 #include <chrono>
 
@@ -219,6 +220,27 @@ TEST_F(GitProvider, StoppingACallLeavesNoTrace)
     EXPECT_TRUE(m_pMgr->Submit(m_sFile.c_str())) << m_sTold;
 }
 
+TEST_F(GitProvider, TheWorkCopyAroundTheLibraryNeedsNoName)
+{
+    const auto find = [](const std::string& sFile) { return FindBuiltInProvider(sFile, nullptr); };
+    EXPECT_EQ(CGitProvider::c_Id, find(m_sFile));
+    EXPECT_EQ(CGitProvider::c_Id, find(Path("new.Fx00a")));
+    EXPECT_TRUE(find(Path("ignored.tmp")).IsZero());
+    EXPECT_TRUE(find(m_Dir.path("outside.Fx00a")).IsZero());
+    Do("svnadmin", {"create", "repository"});
+    Do("svn", {"checkout", "-q", "file://" + m_Dir.path("repository"), "svn"});
+    EXPECT_EQ(m_Registry.IdFromText("Subversion"), find(m_Dir.path("svn/new.Fx00a")));
+
+    m_sCurrentFile = m_sFile;
+    Connect("");
+    EXPECT_EQ(4, State(m_sFile));
+    m_sCurrentFile = m_Dir.path("outside.Fx00a");
+    m_pMgr->Disconnect();
+    EXPECT_FALSE(m_pMgr->Connect());
+    EXPECT_EQ(1, m_Front.m_nFoldersAsked);
+    EXPECT_EQ("No folder of a Git work copy is named.", m_Front.m_sWhy);
+}
+
 TEST_F(GitProvider, MissingProgramAndVanishedRepository)
 {
     Connect(m_Dir.path("copy"));
@@ -232,6 +254,7 @@ TEST_F(GitProvider, MissingProgramAndVanishedRepository)
     // A folder that is none leads to the choice of another, which may be given up.
     EXPECT_FALSE(m_pMgr->Connect());
     EXPECT_EQ(1, m_Front.m_nFoldersAsked);
+    EXPECT_NE(std::string::npos, m_Front.m_sWhy.find("not a git repository")) << m_Front.m_sWhy;
     std::filesystem::rename(m_Dir.path("gone"), Path(".git"));
     m_Front.m_sFolder = m_Dir.path("copy");
     m_pMgr->SetProject("git", m_Dir.path("no such folder"));

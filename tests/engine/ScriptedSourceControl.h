@@ -35,6 +35,8 @@ public:
         m_Failures[sOperation].push_back({nCode, sText});
     }
     void Choose(const CClassId& id) { m_Choices.push_back({{}, id}); }
+    // A locator that sees nothing to choose from, and says so where nobody has called for a choice.
+    void ChooseUnasked() { m_Choices.push_back({{c_nSourceControlUnasked, ""}, {}}); }
     void CancelChoice(const std::string& sText)
     {
         m_Choices.push_back({{c_nSourceControlFailed, sText}, {}});
@@ -71,9 +73,9 @@ private:
     {
     public:
         explicit CLocator(CScriptedSourceControl& world) : m_World(world) {}
-        CSourceControlStatus SelectProvider(CClassId& id) override
+        CSourceControlStatus SelectProvider(CClassId& id, bool bCalledFor) override
         {
-            m_World.Call("select");
+            m_World.Call(bCalledFor ? "select" : "select-unasked");
             if (m_World.m_Choices.empty())
             {
                 ADD_FAILURE() << "unexpected choice of a provider";

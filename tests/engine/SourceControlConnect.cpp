@@ -44,13 +44,21 @@ TEST(SourceControlConnect, WorkingWithoutIsAskedOnceForTheSession)
 {
     World world;
     CSharedSourceControlMgr mgr(world.m_Services);
+    world.ChooseUnasked(); // which is nobody's choice
+    EXPECT_TRUE(mgr.EnsureCheckedOut("x", 0));
     world.Choose(CClassId());
+    EXPECT_TRUE(mgr.CheckOut("x", 0));
     EXPECT_TRUE(mgr.EnsureCheckedOut("x", 0));
     EXPECT_TRUE(mgr.Submit("x"));
-    EXPECT_EQ("select; ", world.TakeLog());
+    EXPECT_EQ("select-unasked; select; ", world.TakeLog());
     mgr.SetProject(World::c_Unregistered.ToText(), "db"); // would have to ask, too
     EXPECT_TRUE(mgr.EnsureCheckedOut("x", 0));
     EXPECT_EQ("", world.TakeLog());
+    mgr.SetProject("alpha", "db"); // which fails: the message, but no choice between the others
+    world.Fail("init", c_nOther, "gone");
+    world.m_Prompts.onAsk("gone");
+    EXPECT_TRUE(mgr.EnsureCheckedOut("x", 0));
+    EXPECT_EQ("init A; ", world.TakeLog());
     mgr.SetProject("no such provider", "db");
     mgr.Disconnect();
     world.Choose(World::c_A);

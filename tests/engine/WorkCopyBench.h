@@ -24,9 +24,10 @@ public:
         m_Descriptions.pop_front();
         return true;
     }
-    bool ChooseWorkCopy(const std::string&, std::string& sFolder) override
+    bool ChooseWorkCopy(const std::string&, const std::string& sWhy, std::string& sFolder) override
     {
         ++m_nFoldersAsked;
+        m_sWhy = sWhy;
         sFolder = m_sFolder;
         return !m_sFolder.empty();
     }
@@ -39,6 +40,7 @@ public:
     std::vector<std::string> m_Described;
     std::string m_sFolder; // empty: cancelled
     int m_nFoldersAsked = 0;
+    std::string m_sWhy;
     std::vector<CHistoryEntry> m_History;
 };
 
@@ -79,7 +81,7 @@ class CWorkCopyBench : public testing::Test
 protected:
     explicit CWorkCopyBench(const char* pszProvider) : m_sProvider(pszProvider)
     {
-        RegisterBuiltInProviders(m_Registry, {&m_Prompts, &m_Front});
+        RegisterBuiltInProviders(m_Registry, {&m_Prompts, &m_Front, [this] { return m_sCurrentFile; }});
         m_Services.m_pRegistry = &m_Registry;
         m_Services.m_pPrompts = &m_Prompts;
         m_Services.m_TellFailure = [this](const std::string& sText) { m_sTold = sText; };
@@ -139,6 +141,7 @@ protected:
     CVariable m_Mail{"EMAIL", std::nullopt};
     CImpatientPrompts m_Prompts;
     CScriptedFront m_Front;
+    std::string m_sCurrentFile;
     CProviderRegistry m_Registry;
     CSourceControlServices m_Services;
     std::string m_sTold; // the last failure

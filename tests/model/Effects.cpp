@@ -1,4 +1,5 @@
 #include "model/SpellMgr.h"
+#include "model/UniqueNames.h"
 
 #include <gtest/gtest.h>
 
@@ -68,14 +69,24 @@ TEST_F(CEffects, NamesAreFoundAndMadeUnique)
     EXPECT_EQ("_3", UniqueName("123"));
     EXPECT_EQ("Smoke_3", UniqueName("SMOKE_1").replace(0, 5, "Smoke"));
 
-    // An import of many equal names stays a walk for each.
+    // Who makes many: one walk in all, and the same names.
+    CUniqueNames names;
+    names.Reserve(m_Mgr.Spells().size() + 2000);
+    for (const auto& pSpell : m_Mgr.Spells())
+        names.Add(pSpell->m_szName);
     std::string sName;
     for (int i = 0; i < 2000; ++i)
     {
-        m_Mgr.MakeUniqueSpellName("Spark", sName);
+        sName = names.Make(i % 2 ? "Spark_1" : "SPARK");
+        if (i % 100 == 0)
+        {
+            EXPECT_EQ(UniqueName(i % 2 ? "Spark_1" : "SPARK"), sName);
+        }
         m_Mgr.AddSpell()->SetName(sName);
+        names.Add(m_Mgr.Spells().back()->m_szName);
     }
     EXPECT_EQ("Spark_1999", sName);
+    EXPECT_EQ("smoke_3", names.Make("smoke"));
 
     const CEffectTypeDesc* pType = m_Test.m_Module.GetType(0);
     m_Mgr.AddPrefab(pType)->m_sName = "Glow";

@@ -6,6 +6,7 @@
 #include <thread>
 #include <unistd.h>
 
+#include "platform/Files.h"
 #include "support/WorkingDir.h"
 
 using namespace std::chrono_literals;
@@ -89,8 +90,11 @@ TEST(RunProcess, EndsTheWholeGroupInTimeAndDoesNotWaitForHeldPipes)
     const pid_t nInner = std::stoi(ReadBytes(folder.path("pid")));
     bool bGone = false;
     for (int i = 0; i < 400 && !bGone; ++i, std::this_thread::sleep_for(5ms))
-        bGone = kill(nInner, 0) != 0 ||
-                ReadBytes("/proc/" + std::to_string(nInner) + "/stat").find(") Z") != std::string::npos;
+    {
+        std::string sStat; // tells no size, and may be gone
+        bGone = kill(nInner, 0) != 0 || !ReadWholeFile("/proc/" + std::to_string(nInner) + "/stat", sStat) ||
+                sStat.find(") Z") != std::string::npos;
+    }
     EXPECT_TRUE(bGone);
 
     const CProcessResult held = RunProcess("sh", {"-c", "sleep 5 & echo done"}, "", 60000);

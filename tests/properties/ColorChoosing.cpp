@@ -167,6 +167,8 @@ TEST(ColorChoosing, CellsAreSunkenAndMarked)
     EXPECT_EQ(0x0F0F0Fu, pixel(0, 0));   // and with the focus
     EXPECT_EQ(0xF0F0F0u, pixel(1, 0));
     EXPECT_EQ(0xF0F0F0u, palette.Paint(colors, false).GetPixel(0, 0));
+    const CPaletteColors dark{0x433D3A};
+    EXPECT_EQ(0xFFFFFFu, palette.Paint(dark, false).GetPixel(2, 2));
 }
 
 TEST(ColorChoosing, CentredAndOnTheScreen)

@@ -181,6 +181,30 @@ TEST(CurveEditing, KeysAreAddedUnclampedAndAtTheirPlace)
     EXPECT_EQ(MakePropColor(10, 127, 30, 255), color.dlg->m_Prop.GetKey(1)->m_Data.GetColor());
 }
 
+TEST(CurveEditing, TheKeyboardStepsAndInserts)
+{
+    CCurveBench bench("Line", {{0.0f, 0.0f}, {0.5f, 4.0f}, {1.0f, 2.0f}});
+    bench.Range(0, 10);
+    CFunctionCurveDlg& dlg = *bench.dlg;
+    dlg.OnStepKey(false, false);
+    EXPECT_EQ("0:0* 0.5:4 1:2", bench.Keys()) << "from nowhere";
+    dlg.OnStepKey(true, true);
+    dlg.OnStepKey(true, false);
+    dlg.OnStepKey(true, false);
+    EXPECT_EQ("0:0 0.5:4 1:2*", bench.Keys()) << "the end";
+    dlg.OnStepKey(false, false);
+    dlg.OnInsertKey();
+    EXPECT_EQ("0:0 0.5:4 0.75:3* 1:2", bench.Keys());
+    dlg.SelectAll(false);
+    dlg.OnInsertKey();
+    EXPECT_EQ(5u, dlg.m_Prop.GetNumKeys());
+
+    CCurveBench looked("Line", {{0.0f, 0.0f}, {1.0f, 2.0f}}, true);
+    looked.dlg->OnStepKey(true, false);
+    looked.dlg->OnInsertKey();
+    EXPECT_EQ("0:0* 1:2", looked.Keys());
+}
+
 TEST(CurveEditing, ReadOnlyCurvesCanOnlyBeLookedAt)
 {
     CCurveBench bench("Line", {{0, 1}, {0.5f, 5}, {1, 1}}, true);

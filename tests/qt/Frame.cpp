@@ -2,7 +2,11 @@
 #include <QApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenuBar>
 #include <QMessageBox>
+#include <QMimeData>
+#include <QStatusBar>
+#include <QTest>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -13,7 +17,11 @@
 #include "platform/Profile.h"
 #include "qt/Appearance.h"
 #include "qt/AssertDialog.h"
+#include "qt/LibraryTreeView.h"
 #include "qt/MainWindow.h"
+#include "qt/QtSurface.h"
+#include "qt/ShellPainter.h"
+#include "qt/ToolBarWidget.h"
 #include "support/LibraryBuilder.h"
 #include "support/RecordingSourceControl.h"
 
@@ -126,7 +134,236 @@ TEST(Frame, ChildWindowsStandInSightOfEachOther)
     }
     window.CloseAll();
     window.Open(*app.m_SpellMgr.Spells().front());
-    EXPECT_EQ(QPoint(0, 0), pArea->subWindowList().constFirst()->pos()) << "from the start again";
+    QMdiSubWindow* pFirst = pArea->subWindowList().constFirst();
+    EXPECT_EQ(QPoint(0, 0), pFirst->pos()) << "from the start again";
+    EXPECT_EQ(QStringLiteral("Emberdeck - Effect 0"), window.windowTitle());
+    pFirst->showMaximized();
+    EXPECT_EQ(QStringLiteral("Emberdeck - [Effect 0]"), window.windowTitle()) << "its name once";
+    pFirst->showNormal();
+    EXPECT_EQ(QStringLiteral("Emberdeck - Effect 0"), window.windowTitle());
     window.CloseAll();
     app.NewEffectFile();
+}
+
+namespace
+{
+
+// The window with the program's own style, which menus and bars are drawn by.
+struct CStyledFrame
+{
+    explicit CStyledFrame(bool bSplash = false)
+    {
+        QApplication::setStyle(pStyle);
+        ApplyAppearance(EAppearance::eLight);
+        EXPECT_TRUE(window.Create(bSplash, pStyle));
+        window.resize(1300, 800);
+        window.show();
+        QApplication::processEvents();
+    }
+    ~CStyledFrame() { window.App().NewEffectFile(); }
+    QMenu* Menu(int nPlace) const { return window.menuBar()->actions().at(nPlace)->menu(); }
+    QString Hint() const { return window.findChild<QLabel*>(QStringLiteral("hint"))->text(); }
+    ToolButton* Button(int32_t nCommand) const
+    {
+        for (ToolButton* pButton : window.findChildren<ToolButton*>())
+            if (pButton->GetCommand() == nCommand)
+                return pButton;
+        return nullptr;
+    }
+
+    MenuStyle* pStyle = new MenuStyle; // the application takes it
+    std::unique_ptr<IProfile> profile = MakeMemoryProfile();
+    CRecordingSourceControl sourceControl;
+    QtPrompts prompts;
+    MainWindow window{*profile, sourceControl, prompts};
+};
+
+// An item that the pointer goes to.
+void Hover(QMenu* pMenu, const QAction* pAction)
+{
+    const QPoint at = pMenu->actionGeometry(const_cast<QAction*>(pAction)).center();
+    QTest::mouseMove(pMenu, at - QPoint(1, 0));
+    QTest::mouseMove(pMenu, at);
+}
+
+} // namespace
+
+TEST(Frame, BarsAndMenusAreDrawnByTheRulesOfTheShell)
+{
+    CStyledFrame frame;
+    const CShellColors colors = ShellColors(frame.window.palette());
+    EXPECT_FALSE(colors.m_bDark);
+    auto* pBar = frame.window.findChild<ToolBarWidget*>(QString::number(c_nCmdStandardBar));
+    const auto barPixel = [&](int x, int y) { return pBar->grab().toImage().pixelColor(x, y); };
+    EXPECT_EQ(ToQt(Lighten(colors.m_nFace, 100)), barPixel(pBar->width() - 2, 2));
+    EXPECT_EQ(ToQt(Lighten(colors.m_nShadow, 0.2)), barPixel(4, 4)) << "the gripper's first dot";
+    EXPECT_EQ(ToQt(Lighten(colors.m_nFace, 100)), barPixel(5, 4));
+    ApplyAppearance(EAppearance::eDark);
+    QApplication::processEvents();
+    EXPECT_LT(barPixel(pBar->width() - 2, 2).lightness(), 60) << "a dark palette has dark bars";
+    ApplyAppearance(EAppearance::eLight);
+    QApplication::processEvents();
+
+    QMenu* pFile = frame.Menu(0);
+    pFile->popup(QPoint(0, 0));
+    const CDecoratedPopup* pPopup = frame.window.Frame().MenuDecorator().FindPopup(pFile);
+    ASSERT_TRUE(pPopup);
+    ASSERT_EQ(size_t(pFile->actions().size()), pPopup->m_Items.size());
+    EXPECT_EQ("Ctrl+O", pPopup->m_Items[0]->GetAccelerator());
+    const QRect rcNew = pFile->actionGeometry(pFile->actions().at(3));
+    EXPECT_EQ(pPopup->m_nWidth + CKRMenuItem::c_nRightRoom, rcNew.width()) << "no room is added for the keys";
+    EXPECT_EQ(ToQt(Lighten(colors.m_nFace, 100)),
+              pFile->grab().toImage().pixelColor(rcNew.left() + 4, rcNew.center().y()));
+    pFile->hide();
+    // The key of an item that no table knows is shown, too, and the room for it isn't counted twice.
+    QMenu* pHelp = frame.Menu(2);
+    pHelp->popup(QPoint(0, 0));
+    pPopup = frame.window.Frame().MenuDecorator().FindPopup(pHelp);
+    ASSERT_TRUE(pPopup);
+    EXPECT_EQ("F1", pPopup->m_Items[0]->GetAccelerator());
+    EXPECT_EQ(pPopup->m_nWidth + CKRMenuItem::c_nRightRoom,
+              pHelp->actionGeometry(pHelp->actions().at(0)).width());
+    pHelp->hide();
+
+    // The menu of a child window's frame is the toolkit's.
+    CSpell* pSpell = frame.window.App().NewEffect();
+    ASSERT_TRUE(pSpell);
+    QMenu* pSystem = frame.window.findChild<QMdiSubWindow*>()->systemMenu();
+    pSystem->popup(QPoint(0, 0));
+    EXPECT_FALSE(frame.window.Frame().MenuDecorator().FindPopup(pSystem));
+    pSystem->hide();
+    // What was made of a menu goes with it.
+    auto pMenu = std::make_unique<QMenu>(&frame.window);
+    pMenu->addAction(QStringLiteral("Item"));
+    const void* const hMenu = pMenu.get();
+    EXPECT_GT(pMenu->sizeHint().width(), 24);
+    EXPECT_TRUE(frame.window.Frame().MenuDecorator().FindPopup(hMenu));
+    pMenu.reset();
+    EXPECT_FALSE(frame.window.Frame().MenuDecorator().FindPopup(hMenu));
+}
+
+TEST(Frame, TheStatusLineFollowsThePointerThroughMenusAndBars)
+{
+    CStyledFrame frame;
+    const QString sReady = QStringLiteral("Ready"),
+                  sPack =
+                      QStringLiteral("Packs the current effects into a format readible by effect systems");
+    EXPECT_EQ(sReady, frame.Hint());
+    EXPECT_TRUE(qobject_cast<LibraryTreeView*>(frame.window.focusWidget()))
+        << "no bar has the focus at first";
+    QMenu* pFile = frame.Menu(0);
+    const QList<QAction*> items = pFile->actions();
+    pFile->popup(QPoint(0, 0));
+    Hover(pFile, items.at(5));
+    EXPECT_EQ(sPack, frame.Hint());
+    for (qsizetype nSilent : {2, 4, 8}) // one without a text, a separator, a submenu
+    {
+        Hover(pFile, items.at(5));
+        Hover(pFile, items.at(nSilent));
+        EXPECT_EQ(sReady, frame.Hint()) << nSilent;
+    }
+    Hover(pFile, items.at(5));
+    pFile->hide();
+    EXPECT_EQ(sReady, frame.Hint());
+
+    // A popup of any window, as those of the panels and the timeline.
+    QMenu popup(&frame.window);
+    popup.addAction(QStringLiteral("Find"))->setData(c_nCmdFind);
+    popup.popup(QPoint(0, 0));
+    Hover(&popup, popup.actions().constFirst());
+    EXPECT_EQ(QStringLiteral("Find the specified text"), frame.Hint());
+    popup.hide();
+    EXPECT_EQ(sReady, frame.Hint());
+
+    QEnterEvent enter(QPointF(3, 3), QPointF(3, 3), QPointF(3, 3));
+    QApplication::sendEvent(frame.Button(c_nCmdPackEffects), &enter);
+    EXPECT_EQ(sPack, frame.Hint());
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(frame.Button(c_nCmdPackEffects), &leave);
+    EXPECT_EQ(sReady, frame.Hint());
+}
+
+TEST(Frame, AToolButtonIsPressedOnlyWhileItWouldBeGiven)
+{
+    CStyledFrame frame;
+    ToolButton* pButton = frame.Button(c_nCmdNewEffect);
+    ASSERT_TRUE(pButton);
+    const size_t nEffects = frame.window.App().m_SpellMgr.Spells().size();
+    QTest::mousePress(pButton, Qt::LeftButton);
+    EXPECT_TRUE(pButton->isDown());
+    QTest::mouseMove(pButton, QPoint(200, 200));
+    EXPECT_FALSE(pButton->isDown()) << "dragged off";
+    QTest::mouseRelease(pButton, Qt::LeftButton, {}, QPoint(200, 200));
+    EXPECT_EQ(nEffects, frame.window.App().m_SpellMgr.Spells().size());
+    QTest::mousePress(pButton, Qt::LeftButton);
+    pButton->setEnabled(false);
+    EXPECT_FALSE(pButton->isDown()) << "disabled meanwhile";
+    pButton->setEnabled(true);
+    QTest::mouseRelease(pButton, Qt::LeftButton);
+    EXPECT_EQ(nEffects, frame.window.App().m_SpellMgr.Spells().size());
+    QTest::mouseClick(pButton, Qt::LeftButton);
+    EXPECT_EQ(nEffects + 1, frame.window.App().m_SpellMgr.Spells().size());
+}
+
+TEST(Frame, ADroppedFileWaitsForNoDialog)
+{
+    CStyledFrame frame;
+    QMimeData file;
+    file.setUrls({QUrl::fromLocalFile(QStringLiteral("/no/such/place/a.Fx00a"))});
+    const auto enters = [&](QMimeData& data)
+    {
+        QDragEnterEvent enter(QPoint(400, 400), Qt::CopyAction, &data, Qt::LeftButton, {});
+        enter.ignore();
+        QApplication::sendEvent(&frame.window, &enter);
+        return enter.isAccepted();
+    };
+    QMimeData web, text;
+    web.setUrls({QUrl(QStringLiteral("https://example.org/a.Fx00a"))});
+    text.setText(QStringLiteral("a"));
+    EXPECT_TRUE(enters(file));
+    EXPECT_FALSE(enters(web) || enters(text));
+
+    // A drop opens the file behind it, here with a message. While that is up, no other is taken.
+    QDropEvent drop(QPointF(400, 400), Qt::CopyAction, &file, Qt::LeftButton, {});
+    QApplication::sendEvent(&frame.window, &drop);
+    bool bTold = false;
+    QTimer::singleShot(200, qApp,
+                       [&]
+                       {
+                           auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+                           ASSERT_TRUE(pBox);
+                           bTold = pBox->text().contains(QLatin1String("/no/such/place/a.Fx00a"));
+                           EXPECT_FALSE(enters(file));
+                           QDropEvent second(QPointF(400, 400), Qt::CopyAction, &file, Qt::LeftButton, {});
+                           QApplication::sendEvent(&frame.window, &second);
+                           QApplication::processEvents();
+                           EXPECT_EQ(pBox, QApplication::activeModalWidget());
+                           pBox->close();
+                       });
+    QTest::qWait(500);
+    EXPECT_TRUE(bTold);
+}
+
+TEST(Frame, TheSplashGoesAtAPressOfOneOfThreeButtons)
+{
+    for (const Qt::MouseButton eButton : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton})
+    {
+        CStyledFrame frame(true);
+        const auto isThere = [&]
+        {
+            for (const QWidget* pWidget : QApplication::topLevelWidgets())
+                if (pWidget->windowType() == Qt::SplashScreen && pWidget->isVisible())
+                    return true;
+            return false;
+        };
+        ToolButton* pButton = frame.Button(c_nCmdNewEffect);
+        for (const Qt::MouseButton eOther : {Qt::BackButton, Qt::ForwardButton})
+        {
+            QTest::mouseClick(pButton, eOther);
+            EXPECT_TRUE(isThere());
+        }
+        QTest::mouseClick(pButton, eButton);
+        EXPECT_FALSE(isThere());
+        EXPECT_EQ(0u, frame.window.App().m_SpellMgr.Spells().size()) << "the press reaches nothing else";
+    }
 }

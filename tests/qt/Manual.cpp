@@ -9,6 +9,10 @@
 #include <QTest>
 #include <QTextBlock>
 
+#include <span>
+
+#include "shell/MenuDecorator.h"
+
 #include "support/ScriptedPrompts.h"
 #include "support/TempDir.h"
 
@@ -35,8 +39,8 @@ TEST(Manual, HelpOpensItOnceAndSaysWhereItWasLookedForWhenItIsMissing)
     CScriptedPrompts prompts;
     QMenu missing(&owner), help(&owner);
     help.addAction("&About");
-    AddManualItem(missing, &owner, prompts, {sNone, sNone + "/further"});
-    AddManualItem(help, &owner, prompts, {sNone, c_sManual});
+    AddManualItems(missing, &owner, prompts, {sNone, sNone + "/further"});
+    AddManualItems(help, &owner, prompts, {sNone, c_sManual});
     ASSERT_EQ("&Manual", help.actions().value(0)->text());
     EXPECT_EQ("&About", help.actions().constLast()->text());
 
@@ -49,7 +53,50 @@ TEST(Manual, HelpOpensItOnceAndSaysWhereItWasLookedForWhenItIsMissing)
     ASSERT_NE(nullptr, pWindow);
     help.actions().value(0)->trigger();
     EXPECT_EQ(pWindow, OpenWindow());
+    help.actions().value(1)->trigger();
+    EXPECT_EQ(pWindow, OpenWindow());
+    EXPECT_EQ("shortcuts.md", pWindow->Browser()->source().fileName());
     pWindow->close();
+}
+
+// The page tells each key that the program has, where it has it, and no other with Ctrl.
+TEST(Manual, KeysAreTheProgramsOwn)
+{
+    QFile file(c_sManual + "/shortcuts.md");
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QString sPage = QString::fromUtf8(file.readAll());
+    const auto section = [&](const char* pszHeading)
+    { return sPage.section(QStringLiteral("## %1\n").arg(pszHeading), 1).section("\n## ", 0, 0); };
+    const auto expect = [&](const char* pszHeading, std::span<const CAccelerator> table, ECommandOwner eOwner)
+    {
+        const QString sSection = section(pszHeading);
+        QStringList known = {"Ctrl+F4"}; // a key of the window's panes, in no table
+        for (const CAccelerator& accelerator : table)
+        {
+            const CCommand* pCommand = FindCommand(accelerator.m_nID);
+            if (!pCommand || (pCommand->m_eOwner != eOwner && pCommand->m_eOwner != ECommandOwner::ePanels))
+                continue;
+            std::string sText;
+            ASSERT_TRUE(GetAcceleratorText(accelerator, sText));
+            known << QString::fromStdString(sText);
+            // The find keys of the timeline's table end there without effect.
+            const bool bDead =
+                eOwner == ECommandOwner::eTimeline && pCommand->m_eOwner == ECommandOwner::ePanels;
+            const QRegularExpression key("[| ,]" + QRegularExpression::escape(known.constLast()) + "[ ,|]");
+            EXPECT_EQ(!bDead, sSection.contains(key)) << pszHeading << ": " << sText;
+        }
+        for (auto it =
+                 QRegularExpression("Ctrl\\+(?:[A-Z]|F\\d+|Insert|Delete)(?=[ ,|])").globalMatch(sSection);
+             it.hasNext();)
+        {
+            const QString sKey = it.next().captured();
+            EXPECT_TRUE(known.contains(sKey)) << pszHeading << ": there is no " << sKey.toStdString();
+        }
+    };
+    expect("Everywhere", c_FrameAccelerators, ECommandOwner::eApplication);
+    expect("The library's tree", c_PanelAccelerators, ECommandOwner::ePanels);
+    expect("Timeline", c_TimelineAccelerators, ECommandOwner::eTimeline);
+    expect("Curve dialog", c_CurveAccelerators, ECommandOwner::eCurveDialog);
 }
 
 // Every link of every page leads to a page, and to a heading in it; every picture is there.

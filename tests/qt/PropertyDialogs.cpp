@@ -188,8 +188,15 @@ TEST(PropertyDialogs, AWheelScrollsTheListWhateverLiesUnderIt)
             auto* pBar = dialog.Controls().Get<QScrollBar>(1097);
             const QList<QComboBox*> lists = dialog.findChildren<QComboBox*>();
             EXPECT_TRUE(lists[0]->hasFocus());
+            const auto arrow = [&](bool bUp)
+            {
+                const int n = pBar->width();
+                return pBar->grab(QRect(0, bUp ? 0 : pBar->height() - n, n, n)).toImage();
+            };
+            const QImage greyUp = arrow(true), down = arrow(false);
             EXPECT_TRUE(Wheel(lists[2], -120) && Wheel(pBar, -480));
             EXPECT_EQ(2, pBar->value());
+            EXPECT_TRUE(greyUp != arrow(true) && down == arrow(false));
             EXPECT_EQ(1, lists[2]->currentIndex());
             EXPECT_FALSE(lists[1]->isVisible());
             EXPECT_TRUE(lists[2]->hasFocus()) << "the focus went out of sight";
@@ -201,6 +208,7 @@ TEST(PropertyDialogs, AWheelScrollsTheListWhateverLiesUnderIt)
             EXPECT_EQ(3, pBar->value());
             EXPECT_TRUE(lists[nLast + 1]->hasFocus());
             pBar->setValue(pBar->maximum());
+            EXPECT_TRUE(down != arrow(false) && greyUp != arrow(true)) << "nothing lies further down";
             EXPECT_TRUE(lists[59]->isVisible());
             lists[59]->setFocus();
             QTest::keyClick(lists[59], Qt::Key_Tab);
@@ -333,6 +341,9 @@ TEST(PropertyDialogs, AColorIsChosenAndThePaletteKept)
 
                 // The description belongs to the cell that was selected while it was typed.
                 auto* pDescription = controls.Get<QPlainTextEdit>(9040);
+                EXPECT_EQ(
+                    QRect(QPoint(9, controls.PlaceOf(9040).y()), QSize(195, controls.PlaceOf(9040).height())),
+                    pDescription->geometry());
                 pDescription->setFocus();
                 EXPECT_EQ("255", controls.Get<QLineEdit>(1006)->text());
                 QTest::keyClicks(pDescription, "skin");

@@ -1,5 +1,9 @@
+#include <algorithm>
+
 #include <QApplication>
 #include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QLabel>
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -9,8 +13,11 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/Process.h"
 #include "qt/SourceControlFront.h"
 #include "qt/SourceControlHistory.h"
+#include "shared/engine/BuiltInProviders.h"
+#include "support/TempDir.h"
 
 namespace
 {
@@ -46,17 +53,18 @@ TEST(SourceControlDialogs, ProviderOrNoneIsChosen)
     registry.Register(a, "Alpha", [] { return nullptr; });
     registry.Register(b, "Beta", [] { return nullptr; });
     QtSourceControl front;
-    const auto pLocator = front.MakeLocator(registry);
+    const auto pLocator = front.MakeLocator(registry, nullptr);
     CClassId id;
     InNext<ProviderChooser>(
         [](ProviderChooser& dialog)
         {
             auto* pList = dialog.findChild<QListWidget*>();
             EXPECT_EQ(3, pList->count());
-            QTest::keyClick(pList, Qt::Key_Down);
+            EXPECT_EQ(2, pList->currentRow()) << "nothing is known of the file: without";
+            QTest::keyClick(pList, Qt::Key_Up);
             QTest::keyClick(pList, Qt::Key_Return);
         });
-    EXPECT_FALSE(pLocator->SelectProvider(id).Failed());
+    EXPECT_FALSE(pLocator->SelectProvider(id, false).Failed()) << "others than the built-in ones may know the file";
     EXPECT_EQ(b, id);
     InNext<ProviderChooser>(
         [](ProviderChooser& dialog)
@@ -64,10 +72,58 @@ TEST(SourceControlDialogs, ProviderOrNoneIsChosen)
             QTest::keyClick(dialog.findChild<QListWidget*>(), Qt::Key_End);
             QTest::mouseClick(Button(dialog, QDialogButtonBox::Ok), Qt::LeftButton);
         });
-    EXPECT_FALSE(pLocator->SelectProvider(id).Failed());
+    EXPECT_FALSE(pLocator->SelectProvider(id, true).Failed());
     EXPECT_TRUE(id.IsZero());
     InNext<ProviderChooser>([](ProviderChooser& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
-    EXPECT_TRUE(pLocator->SelectProvider(id).Failed());
+    EXPECT_TRUE(pLocator->SelectProvider(id, true).Failed());
+}
+
+TEST(SourceControlDialogs, NobodyIsAskedWhereThereIsNothingToChoose)
+{
+    CTempDir dir;
+    std::string sFile = dir.path("outside.Fx00a");
+    QWidget window;
+    QtSourceControl front;
+    front.SetOwner(&window, [&sFile] { return sFile; });
+    CProviderRegistry registry;
+    RegisterBuiltInProviders(registry, {});
+    const auto pLocator = front.MakeLocator(registry, nullptr);
+    CClassId id({0xA});
+    EXPECT_EQ(c_nSourceControlUnasked, pLocator->SelectProvider(id, false).m_nCode);
+    EXPECT_TRUE(id.IsZero());
+
+    // In a work copy it's asked, and the system of that one offered first; and wherever somebody calls for it.
+    ASSERT_EQ(0, RunProcess("git", {"init", "-q", dir.path("copy")}, "", 60000).m_nExitCode);
+    sFile = dir.path("copy/a.Fx00a");
+    const auto accept = [](ProviderChooser& dialog) { QTest::mouseClick(Button(dialog, QDialogButtonBox::Ok), Qt::LeftButton); };
+    InNext<ProviderChooser>(accept);
+    EXPECT_EQ(0u, pLocator->SelectProvider(id, false).m_nCode);
+    EXPECT_EQ(registry.IdFromText("git"), id);
+    sFile.clear();
+    InNext<ProviderChooser>(accept);
+    EXPECT_EQ(0u, pLocator->SelectProvider(id, true).m_nCode);
+    EXPECT_TRUE(id.IsZero());
+}
+
+TEST(SourceControlDialogs, FolderIsAskedForBesideTheLibraryAndWithTheReason)
+{
+    CTempDir dir;
+    QWidget window;
+    QtSourceControl front;
+    front.SetOwner(&window, [&dir] { return dir.path("a.Fx00a"); });
+    InNext<QFileDialog>(
+        [](QFileDialog& dialog)
+        {
+            const QList<QLabel*> labels = dialog.findChildren<QLabel*>();
+            EXPECT_TRUE(std::any_of(labels.begin(), labels.end(),
+                                    [](const QLabel* pLabel) { return pLabel->text() == QStringLiteral("there is none"); }));
+            static_cast<QDialog&>(dialog).accept();
+        });
+    std::string sFolder;
+    EXPECT_TRUE(front.ChooseWorkCopy("Git", "there is none", sFolder));
+    EXPECT_EQ(dir.dir(), sFolder);
+    InNext<QFileDialog>([](QFileDialog& dialog) { dialog.reject(); });
+    EXPECT_FALSE(front.ChooseWorkCopy("Git", "", sFolder));
 }
 
 TEST(SourceControlDialogs, ChangeIsDescribedInUtf8)

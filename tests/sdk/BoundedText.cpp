@@ -59,7 +59,7 @@ TEST(BoundedText, FormatTellsWhatDidNotFit)
     EXPECT_STREQ("1234", sz);
     EXPECT_EQ(0u, catcher.GetCount());
     const char* pszNull = nullptr;
-    EXPECT_EQ(0, QSSNPrintF(sz, sizeof sz, pszNull));
+    EXPECT_EQ(0, QSSNPrintF(sz, sizeof sz, pszNull, 1));
     EXPECT_STREQ("", sz);
     EXPECT_EQ(" [Forced Assert]|QSVSNPrintF: Invalid source string provided", catcher.Take());
     EXPECT_EQ(-1, QSSNPrintF(sz, 0, "%d", 1));

@@ -7,7 +7,7 @@ TEST(CommandRouting, EnableRulesOfSourceControlFollowTheState)
     // Connect, Disconnect, Add, Check Out, Submit, Undo, Get Latest, History.
     const auto states = [&]
     {
-        bench.frame.RefreshSourceControl();
+        bench.frame.OnMenuOpening(menu_items::c_SourceControlMenu);
         std::string sStates;
         for (int32_t nID = c_nCmdConnect; nID <= c_nCmdHistory; ++nID)
             sStates += bench.frame.IsEnabled(nID) ? '1' : '0';
@@ -25,6 +25,16 @@ TEST(CommandRouting, EnableRulesOfSourceControlFollowTheState)
         bench.sourceControl.m_eState = eState;
         EXPECT_EQ(pszStates, states()) << eState;
     }
+    // Only the menu that shows the answer asks the provider.
+    bench.sourceControl.m_eState = eSCState_CheckedOut;
+    bench.window.Take();
+    for (const CMenuTable* pMenu :
+         {&menu_items::c_FileMenu, &menu_items::c_ViewMenu, &menu_items::c_HelpMenu})
+        bench.frame.OnMenuOpening(*pMenu);
+    EXPECT_FALSE(bench.frame.IsEnabled(c_nCmdSubmit));
+    EXPECT_EQ(CCalls{}, bench.window.Take());
+    EXPECT_EQ("01001111", states());
+    EXPECT_EQ(CCalls{"changed"}, bench.window.Take());
     // A library without a file has nothing to add, whatever a provider would say of an empty name.
     bench.app->m_sFileName.clear();
     EXPECT_EQ("01000000", states());
@@ -98,6 +108,7 @@ TEST(CommandRouting, NothingRunsUnderADialogOrInAGesture)
     bench.app->m_sFileName = "/game/a.Fx00a";
     bench.window.m_bGesture = true;
     EXPECT_FALSE(bench.frame.Run(c_nCmdNew));
+    EXPECT_FALSE(bench.frame.OpenFile(bench.path("b.Fx00a")));
     EXPECT_TRUE(bench.frame.IsEnabled(c_nCmdNew)); // buttons don't flicker with each gesture
     EXPECT_EQ("/game/a.Fx00a", bench.app->m_sFileName);
     EXPECT_TRUE(bench.frame.Run(c_nCmdExit));
@@ -107,6 +118,7 @@ TEST(CommandRouting, NothingRunsUnderADialogOrInAGesture)
     bench.window.m_WhileAbout = [&]
     {
         EXPECT_FALSE(bench.frame.Run(c_nCmdNew));
+        EXPECT_FALSE(bench.frame.OpenFile(bench.path("b.Fx00a")));
         EXPECT_FALSE(bench.frame.QueryClose()); // without a question over the dialog
     };
     EXPECT_TRUE(bench.frame.Run(c_nCmdAbout));
@@ -119,6 +131,25 @@ TEST(CommandRouting, NothingRunsUnderADialogOrInAGesture)
         EXPECT_FALSE(bench.frame.IsEnabled(nID)) << nID;
         EXPECT_FALSE(bench.frame.Run(nID)) << nID;
     }
+}
+
+TEST(CommandRouting, ADroppedFileGoesTheWayOfACommand)
+{
+    CFrameBench bench;
+    bench.app->m_sFileName = "/game/a.Fx00a";
+    // There is no project above it: the failure is told, and nothing else may run meanwhile.
+    bench.prompts.onAsk("Unable to find a project locator file", EAnswer::eOk);
+    EXPECT_TRUE(bench.frame.OpenFile("/no/such/b.Fx00a"));
+    EXPECT_EQ((CCalls{"end edit", "changed"}), bench.window.Take());
+    EXPECT_EQ("", bench.app->m_sFileName);
+
+    // The first file of a session is the one asked for, else the last one, else none.
+    bench.profile->WriteString("", "LastOpenedFile", "/no/such/c.Fx00a");
+    bench.prompts.onAsk("above the file /no/such/d.Fx00a", EAnswer::eOk);
+    EXPECT_TRUE(bench.frame.OpenFirstFile("/no/such/d.Fx00a"));
+    bench.prompts.onAsk("above the file /no/such/c.Fx00a", EAnswer::eOk);
+    EXPECT_TRUE(bench.frame.OpenFirstFile(""));
+    EXPECT_EQ("[[Effects]]\n", DumpTree(bench.app->m_EffectTree));
 }
 
 TEST(CommandRouting, BarsAreShownHiddenAndChecked)

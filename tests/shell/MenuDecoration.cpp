@@ -14,6 +14,14 @@ public:
     }
 };
 
+std::vector<CPopupItem> ItemsOf(const CMenuTable& menu)
+{
+    std::vector<CPopupItem> items;
+    for (const CMenuItem& item : menu)
+        items.push_back({item.m_nID, item.GetLabel(), item.IsSeparator(), false, item.m_bDefault});
+    return items;
+}
+
 std::string TextOf(const CAccelerator& accelerator)
 {
     std::string sText;
@@ -64,7 +72,7 @@ TEST(MenuDecoration, ItemsAreMeasuredByTheWidest)
     const CFixedFont font;
     int nMenu = 0;
     EXPECT_FALSE(decorator.DecoratePopup(nullptr, {}, font));
-    ASSERT_TRUE(decorator.DecoratePopup(&nMenu, MakePopupItems(c_EffectPanelMenu), font));
+    ASSERT_TRUE(decorator.DecoratePopup(&nMenu, ItemsOf(c_EffectPanelMenu), font));
     const CDecoratedPopup* pPopup = decorator.FindPopup(&nMenu);
     ASSERT_NE(nullptr, pPopup);
     ASSERT_EQ(12u, pPopup->m_Items.size());
@@ -81,12 +89,19 @@ TEST(MenuDecoration, ItemsAreMeasuredByTheWidest)
     EXPECT_EQ(5, pPopup->m_Items[1]->GetHeight());
     EXPECT_EQ(9 * 6 + 24, pPopup->m_Items[2]->GetWidth()); // "New Group", without a key
     EXPECT_EQ("Ctrl+F", pPopup->m_Items[10]->GetAccelerator());
+    EXPECT_EQ(open.GetWidth(), pPopup->m_nWidth);
+    EXPECT_EQ(open.GetHeight(), pPopup->m_nHeight);
 
     // Decorated anew: what was there before is gone.
-    ASSERT_TRUE(decorator.DecoratePopup(&nMenu, {{0, "Toolbars\nx", false, true}}, font));
+    const std::vector<CPopupItem> anew = {{0, "Toolbars\nx", false, true},
+                                          {0, "&Manual\tx", false, false, false, "F1"},
+                                          {c_nCmdFind, "Find", false, false, false, "F1"}};
+    ASSERT_TRUE(decorator.DecoratePopup(&nMenu, anew, font));
     pPopup = decorator.FindPopup(&nMenu);
-    ASSERT_EQ(1u, pPopup->m_Items.size());
+    ASSERT_EQ(3u, pPopup->m_Items.size());
     EXPECT_EQ("Toolbars", pPopup->m_Items[0]->GetText());
+    EXPECT_EQ("F1", pPopup->m_Items[1]->GetAccelerator()) << "its own, where no table has one";
+    EXPECT_EQ("Ctrl+F", pPopup->m_Items[2]->GetAccelerator());
     EXPECT_EQ(8 * 6 + 24 + 15, pPopup->m_Items[0]->GetWidth());
     decorator.ForgetPopup(&nMenu);
     EXPECT_EQ(nullptr, decorator.FindPopup(&nMenu));
@@ -158,4 +173,24 @@ TEST(MenuDecoration, ItemsArePaintedByState)
 
     const CKRMenuItem line(0, eMenuSeparator, "", "");
     EXPECT_EQ((CCalls{"fill 30,11 170x1 9a9a9a"}), draw(line, {true}, {}));
+}
+
+TEST(MenuDecoration, ADarkPaletteKeepsLightTextOnDarkGround)
+{
+    CShellColors colors;
+    colors.m_bDark = true;
+    colors.m_nFace = 0x404040;
+    colors.m_nHighlight = 0x808080;
+    colors.m_nMenu = 0x202020;
+    colors.m_nMenuText = 0xE0E0E0;
+    EXPECT_LT(Luminance(colors.BarGround()), Luminance(colors.m_nFace));
+    EXPECT_GT(Luminance(colors.Line()), Luminance(colors.m_nFace));
+    for (CColorRef nFill : {colors.SelectedFill(), colors.CheckedFill(), colors.DisabledFill()})
+        EXPECT_GT(Luminance(colors.m_nMenuText) - Luminance(nFill), 120);
+    EXPECT_LT(Luminance(colors.CheckedFill()), Luminance(colors.SelectedFill())) << "nearer to the ground";
+
+    // What is disabled doesn't outshine what isn't.
+    CKRToolbarImages images;
+    ASSERT_TRUE(images.BuildImages({CPixelImage{1, {c_nOpaque | 0xFFFFFF}}}, EImageMode::eLight, colors));
+    EXPECT_LT(Luminance(images.GetImage(0, EImageKind::eDisabled)->m_Pixels[0] & 0xFFFFFF), 200);
 }

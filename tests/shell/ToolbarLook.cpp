@@ -19,10 +19,12 @@ TEST(ToolbarLook, ImagesAreMadeFromTheTrueOnes)
 {
     CPixelImage source{2, {0, c_nOpaque, c_nOpaque | 0xFFFFFF, c_nOpaque | MakeColorRef(100, 150, 200)}};
     const CColorRef nShadow = MakeColorRef(160, 0, 255);
+    CShellColors colors;
+    colors.m_nShadow = nShadow;
     CKRToolbarImages images;
-    EXPECT_FALSE(images.BuildImages({}, EImageMode::eLight, nShadow));
+    EXPECT_FALSE(images.BuildImages({}, EImageMode::eLight, colors));
     EXPECT_EQ(nullptr, images.GetImage(0, EImageKind::eNormal));
-    ASSERT_TRUE(images.BuildImages({source, source}, EImageMode::eLight, nShadow));
+    ASSERT_TRUE(images.BuildImages({source, source}, EImageMode::eLight, colors));
     EXPECT_EQ(source, *images.GetImage(1, EImageKind::eHot));
     EXPECT_EQ(nullptr, images.GetImage(2, EImageKind::eHot));
     EXPECT_EQ(nullptr, images.GetImage(-1, EImageKind::eHot));
@@ -35,7 +37,7 @@ TEST(ToolbarLook, ImagesAreMadeFromTheTrueOnes)
     EXPECT_EQ((CPixels{0, c_nOpaque | nShadow, c_nOpaque | 0xFFFFFF,
                        c_nOpaque | MakeColorRef(160 + 95 * L / 255, L, 255)}),
               images.GetImage(0, EImageKind::eDisabled)->m_Pixels);
-    ASSERT_TRUE(images.BuildImages({source}, EImageMode::eGrey, nShadow));
+    ASSERT_TRUE(images.BuildImages({source}, EImageMode::eGrey, colors));
     EXPECT_EQ(c_nOpaque | MakeColorRef(L, L, L), images.GetImage(0, EImageKind::eNormal)->m_Pixels[3]);
 }
 
@@ -81,9 +83,9 @@ TEST(ToolbarLook, TheGripperStandsAcrossTheShortSide)
     EXPECT_EQ((CRect{4, 4, 7, 22}), CKRToolbar::GetGripperRect(bar, EBarSide::eTop));
     EXPECT_EQ((CRect{4, 4, 22, 7}), CKRToolbar::GetGripperRect(CRect{0, 0, 26, 300}, EBarSide::eLeft));
     EXPECT_TRUE(CKRToolbar::GetGripperRect(bar, EBarSide::eFloating).IsEmpty());
-    EXPECT_TRUE(CKRToolbar::IsOnGripper(bar, EBarSide::eBottom, {7, 25}));
-    EXPECT_FALSE(CKRToolbar::IsOnGripper(bar, EBarSide::eBottom, {8, 10}));
-    EXPECT_FALSE(CKRToolbar::IsOnGripper(bar, EBarSide::eFloating, {5, 10}));
+    // Grown by 4 and 6, and moved 3 to the left.
+    EXPECT_EQ((CRect{-3, -2, 8, 28}), CKRToolbar::GetGripperZone(bar, EBarSide::eBottom));
+    EXPECT_TRUE(CKRToolbar::GetGripperZone(bar, EBarSide::eFloating).IsEmpty());
 
     CRecordingShell shell;
     const CKRToolbar toolbar(c_SourceControlToolbar, {});
@@ -93,4 +95,6 @@ TEST(ToolbarLook, TheGripperStandsAcrossTheShortSide)
         shell.Take());
     toolbar.DrawGripper(shell, bar, EBarSide::eFloating);
     EXPECT_EQ(CCalls{}, shell.Take());
+    toolbar.DrawGround(shell, bar); // face f0f0f0
+    EXPECT_EQ(CCalls{"fill 0,0 300x26 f5f5f5"}, shell.Take());
 }

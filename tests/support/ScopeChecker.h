@@ -4,18 +4,19 @@
 
 #include <cstdio>
 #include <string>
+#include <utility>
 
 #include "app/EditContext.h"
 #include "formats/EmberdeckQSA.h"
 #include "support/TempDir.h"
 
 // The library as it would be saved, with what no file holds: all roots, images, spent ids.
-inline std::string LibrarySnapshot(const CEditContext& context)
+inline std::string LibrarySnapshot(const CEditContext& context, const CTempDir& dir)
 {
-    CTempDir dir;
     const std::string sFile = dir.path("snapshot.Fx00a");
     EXPECT_TRUE(SaveEffectLibrary(sFile.c_str(), context.m_EffectTree, context.m_PrefabTree));
     std::string sText = ReadBytes(sFile);
+    std::filesystem::remove(sFile); // writing over it, again and again, would wait for the disk
     for (const CLibraryTree* pTree : {&context.m_EffectTree, &context.m_PrefabTree})
     {
         for (HLibraryItem h = pTree->GetRootItem(); h; h = pTree->GetNextItem(h))
@@ -40,18 +41,24 @@ inline std::string LibrarySnapshot(const CEditContext& context)
 class CScopeChecker
 {
 public:
-    explicit CScopeChecker(const CEditContext& context) : m_Context(context) { Take(); }
+    explicit CScopeChecker(const CEditContext& context)
+        : m_Context(context),
+          m_sSnapshot(LibrarySnapshot(context, m_Dir)),
+          m_nEdits(context.m_Edits.GetNumEdits())
+    {
+    }
     ~CScopeChecker() { Check("at the end"); }
 
     // Nothing may change outside a scope, and none may be open here.
     void Check(const char* pszWhere = "")
     {
         EXPECT_FALSE(m_Context.m_Edits.IsOpen()) << "a scope is still open " << pszWhere;
+        const std::string sBefore = std::exchange(m_sSnapshot, LibrarySnapshot(m_Context, m_Dir));
         if (m_Context.m_Edits.GetNumEdits() == m_nEdits)
         {
-            EXPECT_EQ(m_sSnapshot, LibrarySnapshot(m_Context)) << "changed outside a scope " << pszWhere;
+            EXPECT_EQ(sBefore, m_sSnapshot) << "changed outside a scope " << pszWhere;
         }
-        Take();
+        m_nEdits = m_Context.m_Edits.GetNumEdits();
     }
     // So many edits since the last look.
     void ExpectEdits(uint64_t nCount, const char* pszWhere = "")
@@ -61,13 +68,8 @@ public:
     }
 
 private:
-    void Take()
-    {
-        m_sSnapshot = LibrarySnapshot(m_Context);
-        m_nEdits = m_Context.m_Edits.GetNumEdits();
-    }
-
+    const CTempDir m_Dir;
     const CEditContext& m_Context;
     std::string m_sSnapshot;
-    uint64_t m_nEdits = 0;
+    uint64_t m_nEdits;
 };

@@ -9,12 +9,14 @@
 
 #include <stdlib.h>
 
-// The bytes of a file; a failure and an empty text when it can't be read.
+// The bytes of a file of known size; a failure and an empty text when it can't be read.
 inline std::string ReadBytes(const std::string& sPath)
 {
-    std::ifstream file(sPath, std::ios::binary);
+    std::ifstream file(sPath, std::ios::binary | std::ios::ate);
     EXPECT_TRUE(file) << sPath;
-    return std::string(std::istreambuf_iterator<char>(file), {});
+    std::string sBytes(file ? static_cast<size_t>(file.tellg()) : 0, '\0');
+    file.seekg(0).read(sBytes.data(), static_cast<std::streamsize>(sBytes.size()));
+    return sBytes;
 }
 inline void WriteBytes(const std::string& sPath, const std::string& sBytes)
 {

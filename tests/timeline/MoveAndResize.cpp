@@ -103,6 +103,8 @@ TEST(ResizeKeys, EdgesStopAtTheirBoundsAndAtALeastLength)
     EXPECT_EQ("1400-1500 1500-8000* 8000-9000", right(3000, 9500));
     EXPECT_EQ("1400-1500 1500-1600* 8000-9000", right(8000, 1000));
     EXPECT_EQ("1400-1500 1500-1600 8000-10000*", right(9000, 20000));
+    EXPECT_EQ("1400-1500 1500-8000* 8000-10000", right(1600, 20000)); // beyond both: the neighbour is nearer
+    EXPECT_EQ("1400-1500 1500-1600* 8000-10000", right(8000, 1000));
 
     // Shorter than the least length already: the edge isn't pushed into a neighbour.
     bench.Arrange(

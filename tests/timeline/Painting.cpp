@@ -97,7 +97,14 @@ std::vector<std::string> PictureOf(const CCalls& calls, int nWidth, int nHeight)
     std::vector<std::string> rows(size_t(nHeight), std::string(size_t(nWidth), '.'));
     for (const std::string& sCall : calls)
     {
-        int x = 0, y = 0, nRight = 0;
+        int x = 0, y = 0, nRight = 0, nHigh = 0;
+        if (std::sscanf(sCall.c_str(), "fill %d,%d %dx%d #000000", &x, &y, &nRight, &nHigh) == 4 &&
+            sCall.find("#000000") != std::string::npos)
+        {
+            for (int nRow = y; nRow < y + nHigh; ++nRow)
+                rows.at(size_t(nRow)).replace(size_t(x), size_t(nRight), size_t(nRight), 'L');
+            continue;
+        }
         const bool bMark = std::sscanf(sCall.c_str(), "polygon %d,%d %d", &x, &y, &nRight) == 3;
         if (!bMark && std::sscanf(sCall.c_str(), "line %d,%d %d", &x, &y, &nRight) != 3)
             continue;

@@ -90,8 +90,9 @@ std::string AdviseOnLoading(const std::string& sFile, const CProjectInfo& projec
     sAdvice = FormProblem(sFile);
     if (!sAdvice.empty())
         return sAdvice;
+    const std::string sPlugin = NativeLibraryPath(project.m_sFireglass); // as it was loaded
     sAdvice = QSFormat("The file is damaged, or made for another plug-in than %s.",
-                       DisplayPath(project.m_sFireglass).c_str());
+                       (sPlugin.empty() ? DisplayPath(project.m_sFireglass) : sPlugin).c_str());
     if (bKept)
         sAdvice += " \"emberdeck-batch recover FILE\" brings back what it held before the last save.";
     return sAdvice;

@@ -146,7 +146,7 @@ bool CEmberdeckApp::LoadProjectPlugin()
     {
         // The clipboard stays frozen until a plug-in comes that may know its key.
         Advise(m_Services.m_Prompts, [this] { return AdviseOnPlugin(m_Project); });
-        ShowMessage(m_Services.m_Prompts, c_MsgNoPlugin, {m_Project.m_sFireglass});
+        ShowMessage(m_Services.m_Prompts, c_MsgNoPlugin, {DisplayPath(m_Project.m_sFireglass)});
         return false;
     }
     m_Clipboard.Thaw(m_EffectModule);

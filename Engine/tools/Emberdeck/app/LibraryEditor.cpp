@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "model/MakeOrNull.h"
 #include "qsstrutils.h"
 
 void CLibraryEditor::TouchTree(CEditScope& scope, ELibrarySide eSide)
@@ -107,43 +108,44 @@ CEffectPropertySet* CLibraryEditor::CreatePrefabFromKey(const CKey& key, const s
     return pPrefab;
 }
 
-HLibraryItem CLibraryEditor::DuplicateEffect(const CSpell& source, HLibraryItem hItem)
+HLibraryItem CLibraryEditor::DuplicateEffect(const CSpell& source, HLibraryItem hItem, CUniqueNames& names)
 {
     CSpellMgr& spellMgr = m_Context.m_SpellMgr;
     CEditScope scope(m_Context.m_Edits, "Duplicate");
-    // The new effect is in the list, under its default name, while a free name is looked for.
+    const std::string sName = UniqueEffectName(names, source.m_szName);
     CSpell* pSpell = spellMgr.AddSpell();
     if (!pSpell)
         return {};
     scope.Touch(pSpell);
-    pSpell->SetName(UniqueEffectName(source.m_szName));
+    pSpell->SetName(sName);
     if (!pSpell->CopyFrom(source))
     {
         spellMgr.DeleteSpell(pSpell);
         return {};
     }
+    names.Add(BoundedText(pSpell->m_szName));
     scope.TouchEffectTree();
     return m_Context.m_EffectTree.InsertLeaf(pSpell->m_szName, m_Context.m_EffectTree.GetParentItem(hItem),
                                              pSpell);
 }
 
-HLibraryItem CLibraryEditor::DuplicatePrefab(const CEffectPropertySet& source, HLibraryItem hItem)
+HLibraryItem CLibraryEditor::DuplicatePrefab(const CEffectPropertySet& source, HLibraryItem hItem,
+                                             CUniqueNames& names)
 {
-    CSpellMgr& spellMgr = m_Context.m_SpellMgr;
     CEditScope scope(m_Context.m_Edits, "Duplicate");
-    std::string sName;
-    spellMgr.MakeUniquePrefabName(source.m_sName.c_str(), sName);
-    CEffectPropertySet* pPrefab = spellMgr.AddPrefab(source.m_pTypeDesc);
+    const std::string sName = names.Make(source.m_sName);
+    CEffectPropertySet* pPrefab = m_Context.m_SpellMgr.AddPrefab(source.m_pTypeDesc);
     if (!pPrefab)
         return {};
     scope.TouchPrefab(pPrefab);
     scope.TouchPrefabTree();
     *pPrefab = source;
     pPrefab->m_sName = sName;
+    names.Add(pPrefab->m_sName);
     return m_Context.m_PrefabTree.InsertLeaf(sName, m_Context.m_PrefabTree.GetParentItem(hItem), pPrefab);
 }
 
-HLibraryItem CLibraryEditor::Duplicate(ELibrarySide eSide, HLibraryItem hItem)
+HLibraryItem CLibraryEditor::DuplicateLeaf(ELibrarySide eSide, HLibraryItem hItem, CUniqueNames& names)
 {
     CLibraryTree& tree = Tree(eSide);
     const void* pData = tree.GetItemData(hItem);
@@ -156,8 +158,14 @@ HLibraryItem CLibraryEditor::Duplicate(ELibrarySide eSide, HLibraryItem hItem)
         hItem = tree.FindData(pData); // it may have been moved under the root
     }
     return eSide == ELibrarySide::eEffects
-               ? DuplicateEffect(*static_cast<const CSpell*>(pData), hItem)
-               : DuplicatePrefab(*static_cast<const CEffectPropertySet*>(pData), hItem);
+               ? DuplicateEffect(*static_cast<const CSpell*>(pData), hItem, names)
+               : DuplicatePrefab(*static_cast<const CEffectPropertySet*>(pData), hItem, names);
+}
+
+HLibraryItem CLibraryEditor::Duplicate(ELibrarySide eSide, HLibraryItem hItem)
+{
+    CUniqueNames names;
+    return IndexNames(eSide, 1, names) ? DuplicateLeaf(eSide, hItem, names) : HLibraryItem();
 }
 
 std::vector<HLibraryItem> CLibraryEditor::DuplicateItems(ELibrarySide eSide,
@@ -165,9 +173,12 @@ std::vector<HLibraryItem> CLibraryEditor::DuplicateItems(ELibrarySide eSide,
 {
     CEditScope scope(m_Context.m_Edits, "Duplicate");
     std::vector<HLibraryItem> copies;
+    CUniqueNames names;
+    if (!IndexNames(eSide, items.size(), names))
+        return copies;
     for (const HLibraryItem hItem : items)
     {
-        if (const HLibraryItem hCopy = Duplicate(eSide, hItem))
+        if (const HLibraryItem hCopy = DuplicateLeaf(eSide, hItem, names))
             copies.push_back(hCopy);
     }
     Sort(eSide);
@@ -220,29 +231,46 @@ ERename CLibraryEditor::Rename(ELibrarySide eSide, HLibraryItem hItem, const std
     return ERename::eDone;
 }
 
-unsigned CLibraryEditor::ImportEffects(CSpellMgr& source, const std::vector<CSpell*>& spells)
+// The prefabs of the temporary library go with it, so the keys take over what they have from them. False:
+// the user has stopped it.
+bool CLibraryEditor::FlattenAll(const std::vector<std::unique_ptr<CSpell>>& spells)
 {
-    CEditScope scope(m_Context.m_Edits, "Import Effects");
-    unsigned nCount = 0;
-    for (CSpell* pWanted : spells)
+    for (size_t i = 0; i < spells.size(); ++i)
     {
-        std::unique_ptr<CSpell> pTaken = source.TakeSpell(pWanted);
-        if (!pTaken)
-            continue;
-        // The prefabs of the temporary library go with it.
-        for (const auto& pTrack : pTaken->m_Tracks.Tracks())
+        const double fDone = static_cast<double>(i) / static_cast<double>(spells.size());
+        if (!m_Context.m_Prompts.Progress("Importing the effects", fDone))
+            return false;
+        for (const auto& pTrack : spells[i]->m_Tracks.Tracks())
         {
             for (const auto& pKey : pTrack->Keys())
                 pKey->Flatten();
         }
-        // Before it is in the list, or it would find itself.
-        pTaken->SetName(UniqueEffectName(pTaken->m_szName));
-        const HLibraryItem hRoot = EnsureRoot(ELibrarySide::eEffects);
+    }
+    return true;
+}
+
+unsigned CLibraryEditor::ImportEffects(CSpellMgr& source, const std::vector<CSpell*>& spells)
+{
+    const CWaitScope wait(&m_Context.m_Prompts);
+    std::vector<std::unique_ptr<CSpell>> taken;
+    if (!TryAllocating([&] { taken = source.TakeSpells(spells); }) || taken.empty() || !FlattenAll(taken))
+        return 0;
+
+    CUniqueNames names;
+    if (!IndexNames(ELibrarySide::eEffects, taken.size(), names))
+        return 0;
+    CEditScope scope(m_Context.m_Edits, "Import Effects");
+    scope.TouchEffectTree();
+    const HLibraryItem hRoot = EnsureRoot(ELibrarySide::eEffects);
+    unsigned nCount = 0;
+    for (std::unique_ptr<CSpell>& pTaken : taken)
+    {
+        pTaken->SetName(UniqueEffectName(names, pTaken->m_szName));
         scope.Touch(pTaken.get());
-        scope.TouchEffectTree();
         CSpell* pSpell = m_Context.m_SpellMgr.AdoptSpell(std::move(pTaken));
         if (!pSpell)
             break;
+        names.Add(BoundedText(pSpell->m_szName));
         m_Context.m_EffectTree.InsertLeaf(pSpell->m_szName, hRoot, pSpell);
         ++nCount;
     }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "app/EditContext.h"
+#include "model/UniqueNames.h"
 
 constexpr const char* c_szEffectRoot = "[Effects]";
 constexpr const char* c_szPrefabRoot = "[Prefabs]";
@@ -27,7 +28,7 @@ enum class ERename
 // Makes, copies, renames, moves and deletes effects and prefabs together with their items, so that model
 // and trees always agree. No other code does. Each operation is one edit scope. Dead handles, and items
 // of the wrong kind, change nothing and give null or false. It asks nothing: questions and the selection
-// are the callers'.
+// are the callers'. An operation that memory runs out for stops.
 class CLibraryEditor
 {
 public:
@@ -71,7 +72,9 @@ public:
     void Sort(ELibrarySide eSide);
 
     // Takes effects out of a temporary library: keys flattened, names made unique, items under the
-    // root, then sorted. Pointers that aren't in source are skipped. How many came.
+    // root, then sorted. Pointers that aren't in source are skipped. How many came. While the keys are
+    // flattened, which is the long part, the user may stop it: none has come then, though source has lost
+    // them.
     unsigned ImportEffects(CSpellMgr& source, const std::vector<CSpell*>& spells);
 
     CLibraryTree& Tree(ELibrarySide eSide) const
@@ -84,9 +87,13 @@ private:
     static HLibraryItem MoveBranch(CLibraryTree& tree, HLibraryItem hItem, HLibraryItem hTarget);
     bool FindGroup(ELibrarySide eSide, HLibraryItem& hGroup);
     std::string NameOf(ELibrarySide eSide, const void* pData) const;
-    std::string UniqueEffectName(const std::string& sName) const;
-    HLibraryItem DuplicateEffect(const CSpell& source, HLibraryItem hItem);
-    HLibraryItem DuplicatePrefab(const CEffectPropertySet& source, HLibraryItem hItem);
+    // The names of one side, with room for so many more. False: out of memory.
+    bool IndexNames(ELibrarySide eSide, size_t nMore, CUniqueNames& names) const;
+    static std::string UniqueEffectName(CUniqueNames& names, const std::string& sName);
+    HLibraryItem DuplicateLeaf(ELibrarySide eSide, HLibraryItem hItem, CUniqueNames& names);
+    HLibraryItem DuplicateEffect(const CSpell& source, HLibraryItem hItem, CUniqueNames& names);
+    HLibraryItem DuplicatePrefab(const CEffectPropertySet& source, HLibraryItem hItem, CUniqueNames& names);
+    bool FlattenAll(const std::vector<std::unique_ptr<CSpell>>& spells);
     // Effects or prefabs that are to be destroyed.
     using CDoomed = std::unordered_set<const void*>;
     void DeleteLeaves(CEditScope& scope, ELibrarySide eSide, const std::vector<HLibraryItem>& leaves);

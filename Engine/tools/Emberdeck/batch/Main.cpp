@@ -24,6 +24,21 @@ void RefuseEmptyNames(CLI::App& app)
                 pOption->check([](const std::string& s) { return std::string(s.empty() ? "the name is empty" : ""); }, "", "");
 }
 
+// What is wrong with the command line, in which command, and where to read on.
+std::string UsageProblem(const CLI::App* pApp, const CLI::Error& error)
+{
+    const std::vector<CLI::App*> commands = pApp->get_subcommands();
+    const std::vector<std::string> extras = pApp->remaining();
+    std::string sProgram = "emberdeck-batch", sProblem = error.what();
+    if (!commands.empty())
+        sProgram += " " + commands.front()->get_name();
+    else if (!extras.empty())
+        sProblem = (extras.front().starts_with('-') ? "There is no option " : "There is no command ") + extras.front();
+    else if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError))
+        sProblem = "A command is required";
+    return sProgram + ": " + sProblem + ". \"" + sProgram + " --help\" tells what there is.\n";
+}
+
 int Run(int argc, char** argv)
 {
     SetProgramVersion(MakeVersionBlock("Emberdeck", EMBERDECK_VERSION, "Copyright Harrowgate Works"));
@@ -34,6 +49,7 @@ int Run(int argc, char** argv)
     app.footer(c_pszFooter);
     app.require_subcommand(1);
     app.fallthrough();
+    app.failure_message(UsageProblem);
     app.set_version_flag("--version", std::string("emberdeck-batch ") + EMBERDECK_VERSION);
     app.add_flag("--json", options.m_bJson, "Print results as JSON");
     app.add_flag("-q,--quiet", options.m_bQuiet, "No progress and no remarks; failures are still told");

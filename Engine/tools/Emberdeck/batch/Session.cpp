@@ -1,4 +1,6 @@
 #include <cstdio>
+#include <functional>
+#include <utility>
 
 #include "app/CommandLineInfo.h"
 #include "batch/Batch.h"
@@ -43,7 +45,7 @@ void TellSourceControl(const std::string& sText)
 class CToldLocator : public ISourceControlLocator
 {
 public:
-    CSourceControlStatus SelectProvider(CClassId& id) override
+    CSourceControlStatus SelectProvider(CClassId& id, bool) override
     {
         TellSourceControl("there is no provider to connect to; nothing is checked out.");
         id = CClassId();
@@ -52,9 +54,10 @@ public:
 };
 
 // The same providers as in the window, but with nobody to answer their questions.
-std::unique_ptr<ISourceControl> MakeSourceControl(CProviderRegistry& registry, IPrompts& prompts)
+std::unique_ptr<ISourceControl> MakeSourceControl(CProviderRegistry& registry, IPrompts& prompts,
+                                                  std::function<std::string()> currentFile)
 {
-    RegisterBuiltInProviders(registry, {&prompts, nullptr});
+    RegisterBuiltInProviders(registry, {&prompts, nullptr, std::move(currentFile)});
     for (const std::string& sProblem : RegisterProviderLibraries(registry, GetProviderListFile()))
         TellSourceControl(sProblem);
     CSourceControlServices services;
@@ -70,7 +73,8 @@ CBatchSession::CBatchSession(const CBatchOptions& options)
     : m_Prompts(options.m_bCheckOut, options.m_bQuiet), m_pProfile(MakeMemoryProfile())
 {
     if (options.m_bCheckOut)
-        m_pSourceControl = MakeSourceControl(m_Providers, m_Prompts);
+        m_pSourceControl = MakeSourceControl(m_Providers, m_Prompts,
+                                             [this] { return m_pApp ? m_pApp->m_sFileName : std::string(); });
     else
         m_pSourceControl = std::make_unique<CNoSourceControl>();
     m_pApp = std::make_unique<CEmberdeckApp>(CAppServices{m_Prompts, *m_pProfile, *m_pSourceControl});

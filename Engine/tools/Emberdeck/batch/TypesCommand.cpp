@@ -3,6 +3,7 @@
 #include "batch/Batch.h"
 #include "batch/Output.h"
 #include "model/PropData.h"
+#include "platform/Paths.h"
 #include "qsnumber.h"
 
 namespace
@@ -81,7 +82,9 @@ CJson TypeTable(const CEffectModule& module)
 
 void PrintTable(const CEffectModule& module, const CProjectInfo& project)
 {
-    std::printf("Plug-in %s, version %u, %u effect types\n", project.m_sFireglass.c_str(), module.GetVersion(),
+    const std::string sLoaded = NativeLibraryPath(project.m_sFireglass); // a name in .dll may stand for one in .so
+    std::printf("Plug-in %s, version %u, %u effect types\n",
+                (sLoaded.empty() ? DisplayPath(project.m_sFireglass) : sLoaded).c_str(), module.GetVersion(),
                 module.GetNumTypes());
     const CJson table = TypeTable(module);
     for (const CJson& type : table["types"])

@@ -54,9 +54,8 @@ void CEffectTreePanel::OnImportEffects()
         return;
 
     CSelectFXToImportDlg dlg(m_Context, sPath);
-    dlg.OnInitDialog();
     std::vector<uint32_t> rows;
-    if (!m_ImportView.ChooseRows(dlg.GetRows(), rows))
+    if (!dlg.OnInitDialog() || !m_ImportView.ChooseRows(dlg.GetRows(), rows))
         return;
     dlg.OnOK(rows);
     m_Editor.ImportEffects(dlg.GetLibrary(), dlg.GetChosen());

@@ -29,10 +29,10 @@ void CLibraryPanel::OnMove(CPoint pt, bool bLeftDown)
 
 void CLibraryPanel::OnLeftRelease(CPoint pt)
 {
-    if (!m_bDragging)
-        m_Tree.OnLeftRelease(pt); // which begins a drag when no move has come on the way
     if (m_bDragging)
         Drop(pt);
+    else
+        m_Tree.OnLeftRelease();
 }
 
 void CLibraryPanel::OnDoubleClick(CPoint pt, CModifiers modifiers)
@@ -139,11 +139,13 @@ void CLibraryPanel::SetDropTarget(HLibraryItem hTarget)
     m_Tree.SetItemStateEx(m_hDropTarget, eState_DropHilited, eState_DropHilited);
 }
 
-// The whole row of an item counts. A selected item is no target: it is what moves.
+// The whole row of an item counts, as far as the tree goes: outside it a drop opens. A selected item is no
+// target: it is what moves.
 void CLibraryPanel::DragTo(CPoint pt)
 {
     const CLibraryTree& tree = m_Tree.Tree();
-    const HLibraryItem hItem = m_View.HitTest(pt).m_hItem;
+    const bool bInside = m_View.GetClientRect().Contains(pt);
+    const HLibraryItem hItem = bInside ? m_View.HitTest(pt).m_hItem : HLibraryItem();
     if (!tree.IsAlive(hItem))
         SetDropTarget({});
     else if (hItem != m_hDropTarget)
@@ -155,9 +157,9 @@ void CLibraryPanel::DragTo(CPoint pt)
     }
 }
 
+// What moves goes to the target that was highlighted last.
 void CLibraryPanel::Drop(CPoint pt)
 {
-    DragTo(pt);
     const HLibraryItem hTarget = m_hDropTarget;
     EndDrag();
     if (!m_View.GetClientRect().Contains(pt))

@@ -79,7 +79,7 @@ public:
     // The mouse. False from a press: it is the view's own.
     bool OnLeftPress(CPoint pt, CModifiers modifiers);
     void OnMove(CPoint pt, bool bLeftDown);
-    void OnLeftRelease(CPoint pt);
+    void OnLeftRelease();                                // where the last move was
     void OnDoubleClick(CPoint pt, CModifiers modifiers); // in place of the second press
     void OnRightPress(CPoint pt, CModifiers modifiers);
     void OnRightRelease();

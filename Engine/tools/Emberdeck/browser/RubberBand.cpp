@@ -40,8 +40,8 @@ void CRubberBand::Move(CPoint pt)
     const CRect rcBand = {std::min(m_ptStart.x, pt.x), std::min(m_ptStart.y, pt.y),
                           std::min(std::max(m_ptStart.x, pt.x), INT32_MAX - 1) + 1,
                           std::min(std::max(m_ptStart.y, pt.y), INT32_MAX - 1) + 1};
+    m_View.ShowBand(rcBand); // painted by the update, with the items
     Update(rcBand);
-    m_View.ShowBand(rcBand);
 }
 
 // The rows have one height, so only labels in the band's rows are asked for.

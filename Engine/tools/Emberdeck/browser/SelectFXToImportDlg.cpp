@@ -12,20 +12,23 @@ CSelectFXToImportDlg::CSelectFXToImportDlg(CEditContext& context, const std::str
 {
 }
 
-void CSelectFXToImportDlg::OnInitDialog()
+bool CSelectFXToImportDlg::OnInitDialog()
 {
+    IPrompts& prompts = m_Context.m_Prompts;
     std::string sError;
-    bool bLoaded = false;
+    bool bStopped = false;
+    const auto goOn = [&prompts, &bStopped]
     {
-        CWaitScope wait(&m_Context.m_Prompts);
-        bLoaded = LoadEffectLibrary(m_sPath.c_str(), m_SpellMgr, m_Context.m_EffectModule, nullptr, nullptr,
-                                    sError, &m_Context.m_Prompts);
-    }
-    if (!bLoaded)
+        bStopped = !prompts.Progress("Reading the effects", -1.0);
+        return !bStopped;
+    };
+    if (!LoadEffectLibrary(m_sPath.c_str(), m_SpellMgr, m_Context.m_EffectModule, nullptr, nullptr, sError,
+                           &prompts, nullptr, goOn))
     {
         m_SpellMgr.Clear();
-        ShowMessage(m_Context.m_Prompts, c_MsgImportFailed, {m_sPath, sError});
-        return;
+        if (!bStopped)
+            ShowMessage(prompts, c_MsgImportFailed, {m_sPath, sError});
+        return !bStopped;
     }
     for (const auto& pSpell : m_SpellMgr.Spells())
         m_Spells.push_back(pSpell.get());
@@ -34,6 +37,7 @@ void CSelectFXToImportDlg::OnInitDialog()
                      { return QSStrICmp(pLeft->m_szName, pRight->m_szName) < 0; });
     for (const CSpell* pSpell : m_Spells)
         m_Rows.emplace_back(pSpell->m_szName);
+    return true;
 }
 
 void CSelectFXToImportDlg::OnOK(const std::vector<uint32_t>& rows)

@@ -13,8 +13,9 @@ class CSelectFXToImportDlg
 public:
     CSelectFXToImportDlg(CEditContext& context, const std::string& sPath);
 
-    // Loads the file. A failure shows its message and leaves the list empty; the dialog stays.
-    void OnInitDialog();
+    // Loads the file. A failure shows its message and leaves the list empty; the dialog stays. False: the
+    // user has stopped the load, and there is nothing to show.
+    bool OnInitDialog();
     const std::vector<std::string>& GetRows() const { return m_Rows; } // names, sorted without regard to case
     // The rows that are selected, by number; others are ignored.
     void OnOK(const std::vector<uint32_t>& rows);

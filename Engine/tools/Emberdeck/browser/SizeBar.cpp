@@ -44,14 +44,19 @@ void CSizeBar::OnMove(CPoint ptScreen, bool bLeftDown)
         m_Dock.ResizeBy(static_cast<int32_t>(std::clamp<int64_t>(nDelta, INT32_MIN, INT32_MAX)));
 }
 
-void CSizeBar::OnLeftRelease(CPoint ptScreen)
+void CSizeBar::OnLeftRelease()
 {
     if (!m_bPressed)
         return;
-    OnMove(ptScreen, true);
     const bool bClick = !m_bMoved;
     EndPress();
-    if (!bClick)
+    if (bClick)
+        Toggle();
+}
+
+void CSizeBar::Toggle()
+{
+    if (m_bPressed)
         return;
     m_bCollapsed = !m_bCollapsed;
     if (m_bCollapsed)

@@ -34,8 +34,9 @@ public:
     // Points are in screen coordinates: the bar itself travels with the drag.
     void OnLeftPress(CPoint ptScreen);
     void OnMove(CPoint ptScreen, bool bLeftDown);
-    void OnLeftRelease(CPoint ptScreen);
+    void OnLeftRelease();
     void OnMouseLost(); // neither moves nor folds
+    void Toggle();      // folds or unfolds, as a click does; not while it is pressed
 
     bool IsCollapsed() const { return m_bCollapsed; }
     ESizeBarCursor GetCursor() const

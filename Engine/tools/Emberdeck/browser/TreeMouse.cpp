@@ -101,10 +101,8 @@ void CMultiSelectTreeCtrl::OnMove(CPoint pt, bool bLeftDown)
         BeginDrag();
 }
 
-void CMultiSelectTreeCtrl::OnLeftRelease(CPoint pt)
+void CMultiSelectTreeCtrl::OnLeftRelease()
 {
-    if (IsBusy())
-        OnMove(pt, true);
     if (m_eMouse == EMouse::eBand)
         OnMouseLost();
     else if (IsBusy())

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -30,12 +31,16 @@ public:
 bool SaveEffectLibrary(const char* pszFilename, const CLibraryTree& effectTree,
                        const CLibraryTree& prefabTree, IPrompts* pPrompts = nullptr);
 
+// Asked again and again while a file is loaded. False: the load stops, as a failed one.
+using CLoadGoOn = std::function<bool()>;
+
 // Adds what the file holds to the model and, where given, to the trees (both may be null). False:
 // sError has grown by the reasons, innermost first, one a line; the model holds what was read so far,
 // and the caller clears it. pObserver, when given, hears of each silent repair; it changes no result.
 bool LoadEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffectModule& module,
                        CLibraryTree* pEffectTree, CLibraryTree* pPrefabTree, std::string& sError,
-                       IPrompts* pPrompts = nullptr, ILoadObserver* pObserver = nullptr);
+                       IPrompts* pPrompts = nullptr, ILoadObserver* pObserver = nullptr,
+                       const CLoadGoOn& goOn = {});
 
 // The same for the text of such a file, as it is behind the compression.
 bool LoadEffectText(std::string_view sText, CSpellMgr& spellMgr, const CEffectModule& module,

@@ -79,14 +79,14 @@ bool NoteOutOfMemory(std::string& sError)
 
 bool LoadEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffectModule& module,
                        CLibraryTree* pEffectTree, CLibraryTree* pPrefabTree, std::string& sError,
-                       IPrompts* pPrompts, ILoadObserver* pObserver)
+                       IPrompts* pPrompts, ILoadObserver* pObserver, const CLoadGoOn& goOn)
 {
     const CWaitScope wait(pPrompts);
     bool bLoaded = false;
     const bool bWhole = AllocateAll(
         [&]
         {
-            CLibraryLoader loader(spellMgr, module, pEffectTree, pPrefabTree, sError, pObserver);
+            CLibraryLoader loader(spellMgr, module, pEffectTree, pPrefabTree, sError, pObserver, goOn);
             bLoaded = LoadNodes(loader, module,
                                 [&](CLoadedNodes& nodes)
                                 {
@@ -117,13 +117,15 @@ bool LoadEffectText(std::string_view sText, CSpellMgr& spellMgr, const CEffectMo
 }
 
 CLibraryLoader::CLibraryLoader(CSpellMgr& spellMgr, const CEffectModule& module, CLibraryTree* pEffectTree,
-                               CLibraryTree* pPrefabTree, std::string& sError, ILoadObserver* pObserver)
+                               CLibraryTree* pPrefabTree, std::string& sError, ILoadObserver* pObserver,
+                               const CLoadGoOn& goOn)
     : m_SpellMgr(spellMgr),
       m_Module(module),
       m_pEffectTree(pEffectTree),
       m_pPrefabTree(pPrefabTree),
       m_sError(sError),
-      m_Findings(pObserver)
+      m_Findings(pObserver),
+      m_GoOn(goOn)
 {
     for (const auto& pPrefab : spellMgr.Prefabs())
         NotePrefabName(pPrefab.get());
@@ -199,6 +201,11 @@ bool CLibraryLoader::LoadTree(const CQSANode& list, ESide eSide)
 // Recurses as deep as groups nest, which the node reader has limited to some five hundred.
 bool CLibraryLoader::LoadTreeNode(const CQSANode& node, HLibraryItem hParent, ESide eSide)
 {
+    if (m_GoOn && !m_GoOn())
+    {
+        AppendError("Stopped by the user");
+        return false;
+    }
     if (IsListNamed(node, c_ContainerName))
         return LoadContainer(node, hParent, eSide);
     if (eSide == eSide_Prefabs && IsListNamed(node, c_PrefabName))
@@ -223,12 +230,7 @@ bool CLibraryLoader::LoadTreeNode(const CQSANode& node, HLibraryItem hParent, ES
 bool CLibraryLoader::LoadContainer(const CQSANode& node, HLibraryItem hParent, ESide eSide)
 {
     static constexpr std::array<CFieldName, 2> c_aNames = {"name", "children"};
-    const CNodeFields<2> fields(node, c_aNames,
-                                [&](const CQSANode& skipped)
-                                {
-                                    if (m_Findings)
-                                        m_Findings.TellSkipped(skipped);
-                                });
+    const CNodeFields<2> fields(node, c_aNames, TellingSkipped());
     const char* pszName = fields.FindValue(0);
     if (!pszName)
     {

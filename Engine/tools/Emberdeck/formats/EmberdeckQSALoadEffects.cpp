@@ -16,12 +16,7 @@ constexpr CFieldName c_KeyName = "key";
 bool CLibraryLoader::LoadPrefab(const CQSANode& node, HLibraryItem hParent)
 {
     static constexpr std::array<CFieldName, 3> c_aNames = {"name", "type", "properties"};
-    const CNodeFields<3> fields(node, c_aNames,
-                                [&](const CQSANode& skipped)
-                                {
-                                    if (m_Findings)
-                                        m_Findings.TellSkipped(skipped);
-                                });
+    const CNodeFields<3> fields(node, c_aNames, TellingSkipped());
     const char* pszName = fields.FindValue(0);
     const char* pszType = fields.FindValue(1);
     if (!pszName || !pszType)
@@ -93,12 +88,7 @@ CEffectPropertySet* CLibraryLoader::FindPrefab(std::string_view sName) const
 bool CLibraryLoader::LoadEffect(const CQSANode& node, HLibraryItem hParent)
 {
     static constexpr std::array<CFieldName, 3> c_aNames = {"name", "length", "key-list"};
-    const CNodeFields<3> fields(node, c_aNames,
-                                [&](const CQSANode& skipped)
-                                {
-                                    if (m_Findings)
-                                        m_Findings.TellSkipped(skipped);
-                                });
+    const CNodeFields<3> fields(node, c_aNames, TellingSkipped());
     const char* pszName = fields.FindValue(0);
     const char* pszLength = fields.FindValue(1);
     if (!pszName || !pszLength)
@@ -244,12 +234,7 @@ std::unique_ptr<CKey> CLibraryLoader::LoadKey(const CQSANode& node)
 {
     static constexpr std::array<CFieldName, 9> c_aNames = {
         "name", "type", "id", "start-time", "end-time", "track", "parent", "motion-link", "properties"};
-    const CNodeFields<9> found(node, c_aNames,
-                               [&](const CQSANode& skipped)
-                               {
-                                   if (m_Findings)
-                                       m_Findings.TellSkipped(skipped);
-                               });
+    const CNodeFields<9> found(node, c_aNames, TellingSkipped());
     const CKeyFields fields = {found.FindValue(0), found.FindValue(1), found.FindValue(2),
                                found.FindValue(3), found.FindValue(4), found.FindValue(5),
                                found.FindValue(6), found.FindList(7),  found.FindList(8)};
@@ -289,12 +274,7 @@ std::unique_ptr<CKey> CLibraryLoader::FillKey(const CKeyFields& fields)
     if (fields.m_pMotionLink)
     {
         static constexpr std::array<CFieldName, 1> c_aNames = {"id"};
-        const CNodeFields<1> link(*fields.m_pMotionLink, c_aNames,
-                                  [&](const CQSANode& skipped)
-                                  {
-                                      if (m_Findings)
-                                          m_Findings.TellSkipped(skipped);
-                                  });
+        const CNodeFields<1> link(*fields.m_pMotionLink, c_aNames, TellingSkipped());
         if (const char* pszID = link.FindValue(0))
             pKey->Link(ReadUnsigned(pszID, "motion-link"));
         else if (m_Findings)

@@ -150,12 +150,7 @@ bool CLibraryLoader::LoadProperty(const CQSANode& node, CTypeInfo& type,
                                   std::unique_ptr<CEffectProperty>& pProp)
 {
     static constexpr std::array<CFieldName, 3> c_aNames = {"name", "type", "value-list"};
-    const CNodeFields<3> fields(node, c_aNames,
-                                [&](const CQSANode& skipped)
-                                {
-                                    if (m_Findings)
-                                        m_Findings.TellSkipped(skipped);
-                                });
+    const CNodeFields<3> fields(node, c_aNames, TellingSkipped());
     const char* pszName = fields.FindValue(0);
     const char* pszType = fields.FindValue(1);
     if (!pszName || !pszType)
@@ -223,12 +218,7 @@ bool CLibraryLoader::LoadValue(const CQSANode& node, EEffectPropertyType eType, 
                                CPropKey& key)
 {
     static constexpr std::array<CFieldName, 2> c_aNames = {"time", "data"};
-    const CNodeFields<2> fields(node, c_aNames,
-                                [&](const CQSANode& skipped)
-                                {
-                                    if (m_Findings)
-                                        m_Findings.TellSkipped(skipped);
-                                });
+    const CNodeFields<2> fields(node, c_aNames, TellingSkipped());
     const char* pszTime = fields.FindValue(0);
     const CQSANode* pData = fields.FindList(1);
     if (!pszTime || !pData)

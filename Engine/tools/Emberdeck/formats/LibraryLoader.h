@@ -21,9 +21,10 @@
 class CLibraryLoader
 {
 public:
-    // The trees may be null. Messages are added to sError, innermost first, one a line.
+    // The trees may be null. Messages are added to sError, innermost first, one a line. goOn may be empty.
     CLibraryLoader(CSpellMgr& spellMgr, const CEffectModule& module, CLibraryTree* pEffectTree,
-                   CLibraryTree* pPrefabTree, std::string& sError, ILoadObserver* pObserver);
+                   CLibraryTree* pPrefabTree, std::string& sError, ILoadObserver* pObserver,
+                   const CLoadGoOn& goOn = {});
 
     bool LoadRoot(const CQSANode& root);
 
@@ -78,6 +79,15 @@ private:
     };
 
     void AddMessage(const std::string& sMessage);
+    // What to do with a list of a node that isn't among its fields.
+    auto TellingSkipped()
+    {
+        return [this](const CQSANode& skipped)
+        {
+            if (m_Findings)
+                m_Findings.TellSkipped(skipped);
+        };
+    }
     void TellRoot(const CQSANode& root);
     bool LoadTree(const CQSANode& list, ESide eSide);
     bool LoadTreeNode(const CQSANode& node, HLibraryItem hParent, ESide eSide);
@@ -124,6 +134,7 @@ private:
     CLibraryTree* m_pPrefabTree;
     std::string& m_sError;
     CLoadFindings m_Findings;
+    const CLoadGoOn m_GoOn;
 
     // Prefabs by their name without regard to case; the first of a name in the library's order.
     std::unordered_map<std::string, CEffectPropertySet*, CNameHash, CNameEqual> m_PrefabsByName;

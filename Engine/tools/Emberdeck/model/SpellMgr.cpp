@@ -1,11 +1,11 @@
 #include "model/SpellMgr.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cstdint>
+#include <unordered_map>
 
 #include "model/MakeOrNull.h"
 #include "model/NameIndex.h"
+#include "model/UniqueNames.h"
 #include "qsassert.h"
 
 namespace
@@ -35,37 +35,15 @@ auto FindByName(const TList& list, const char* pszName) -> decltype(list.front()
     return nullptr;
 }
 
-// The number behind "BASE_" in a name, without leading zeros; 0 when the name has another form, or the
-// number is beyond nMax.
-size_t NumberOf(std::string_view sName, std::string_view sBase, size_t nMax)
-{
-    if (sName.size() < sBase.size() + 2 || !IsSameName(sName.substr(0, sBase.size()), sBase) ||
-        sName[sBase.size()] != '_')
-    {
-        return 0;
-    }
-    const std::string_view sDigits = sName.substr(sBase.size() + 1);
-    size_t nNumber = 0;
-    const auto result = std::from_chars(sDigits.data(), sDigits.data() + sDigits.size(), nNumber);
-    const bool bWhole = result.ec == std::errc() && result.ptr == sDigits.data() + sDigits.size();
-    return bWhole && sDigits[0] != '0' && nNumber <= nMax ? nNumber : 0;
-}
-
-// Marks the numbers in use in one walk, so that the hundreds of equal names of an import don't search
-// the list for each number that they try.
 template <class TList>
 void MakeUniqueName(const TList& list, const char* pszName, std::string& sOut)
 {
     const std::string sWanted = pszName ? pszName : "";
-    sOut = sWanted;
-    if (!FindByName(list, sWanted.c_str()))
-        return;
-    const std::string sBase = sWanted.substr(0, sWanted.find_last_not_of("1234567890_") + 1);
-    std::vector<bool> taken(list.size() + 2); // one number more than there are objects, from 1 on
+    CUniqueNames names;
+    names.Reserve(list.size());
     for (const auto& pObject : list)
-        taken[NumberOf(NameOf(pObject), sBase, list.size())] = true;
-    const auto nFree = std::find(taken.begin() + 1, taken.end(), false) - taken.begin();
-    sOut = sBase + '_' + std::to_string(nFree);
+        names.Add(NameOf(pObject));
+    sOut = names.Make(sWanted);
 }
 
 } // namespace
@@ -101,15 +79,22 @@ void CSpellMgr::DeleteSpell(CSpell* pSpell)
     m_Spells.erase(std::next(found).base());
 }
 
-std::unique_ptr<CSpell> CSpellMgr::TakeSpell(const CSpell* pSpell)
+std::vector<std::unique_ptr<CSpell>> CSpellMgr::TakeSpells(const std::vector<CSpell*>& spells)
 {
-    const auto found = std::find_if(m_Spells.begin(), m_Spells.end(),
-                                    [pSpell](const std::unique_ptr<CSpell>& p) { return p.get() == pSpell; });
-    if (found == m_Spells.end())
-        return nullptr;
-    std::unique_ptr<CSpell> pTaken = std::move(*found);
-    m_Spells.erase(found);
-    return pTaken;
+    std::unordered_map<const CSpell*, std::unique_ptr<CSpell>*> places;
+    places.reserve(m_Spells.size());
+    for (std::unique_ptr<CSpell>& pSpell : m_Spells)
+        places.emplace(pSpell.get(), &pSpell);
+    std::vector<std::unique_ptr<CSpell>> taken;
+    taken.reserve(std::min(spells.size(), m_Spells.size()));
+    for (const CSpell* pWanted : spells)
+    {
+        const auto found = places.find(pWanted);
+        if (found != places.end() && *found->second)
+            taken.push_back(std::move(*found->second));
+    }
+    std::erase(m_Spells, nullptr);
+    return taken;
 }
 
 CSpell* CSpellMgr::AdoptSpell(std::unique_ptr<CSpell> pSpell)

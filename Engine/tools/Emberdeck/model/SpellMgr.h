@@ -21,10 +21,12 @@ public:
     CSpell* FindSpell(const char* pszName) const; // without regard to case, first wins; null
     // The name itself when FindSpell doesn't find it; else the name without the digits and underscores at its
     // end, an underscore, and the lowest number from 1 on that is free. One walk over the effects, however
-    // many numbers are taken.
+    // many numbers are taken; who makes many names uses CUniqueNames.
     void MakeUniqueSpellName(const char* pszName, std::string& sOut) const;
     void DeleteSpell(CSpell* pSpell); // reported, nothing destroyed, when it isn't here
-    std::unique_ptr<CSpell> TakeSpell(const CSpell* pSpell); // out of the list; null when it isn't here
+    // Out of the list, in the order asked for; those that aren't here are passed over. Throws std::bad_alloc
+    // before anything is taken.
+    std::vector<std::unique_ptr<CSpell>> TakeSpells(const std::vector<CSpell*>& spells);
     CSpell*
     AdoptSpell(std::unique_ptr<CSpell> pSpell); // at the end; null when out of memory, it is gone then
 

@@ -74,6 +74,10 @@ public:
     void OnLeftUp();
     void OnRightUp(CPoint pt);
     bool IsDragging() const { return m_bDragging; } // the pointer is captured
+    // The keyboard's ways. Selects the key behind or before the selected ones, bAdd: beside them; the first one when
+    // none is. Adds a key halfway to the one behind the selected.
+    void OnStepKey(bool bNext, bool bAdd);
+    void OnInsertKey();
     bool IsReadOnly() const { return m_bReadOnly; }
 
     // A button or an accelerator; false: none of this dialog's.

@@ -113,6 +113,42 @@ void CFunctionCurveDlg::OnAddKey(CPoint pt)
     OnSelectionChanged();
 }
 
+void CFunctionCurveDlg::OnStepKey(bool bNext, bool bAdd)
+{
+    const int nKeys = static_cast<int>(m_Prop.GetNumKeys());
+    int nFrom = -1;
+    for (int i = 0; i < nKeys; ++i)
+    {
+        if (m_Prop.GetKey(static_cast<uint32_t>(i))->m_bSelected && (nFrom < 0 || bNext))
+            nFrom = i;
+    }
+    if (nKeys == 0 || m_bDragging)
+        return;
+    const int nTo = nFrom < 0 ? 0 : std::clamp(nFrom + (bNext ? 1 : -1), 0, nKeys - 1);
+    if (!bAdd)
+        SetSelected(false);
+    m_Prop.GetKey(static_cast<uint32_t>(nTo))->m_bSelected = true;
+    OnSelectionChanged();
+}
+
+void CFunctionCurveDlg::OnInsertKey()
+{
+    const CRect& rc = m_View.m_rc;
+    if (m_bDragging || rc.Width() <= 0 || rc.Height() <= 0)
+        return;
+    CPoint pt{(rc.left + rc.right) / 2, (rc.top + rc.bottom) / 2};
+    const CSelection selection = GetSelection();
+    if (selection.m_nCount > 0)
+    {
+        const auto nKey = static_cast<uint32_t>(selection.m_nFirst);
+        const CPoint from = m_View.KeyToPoint(m_Prop, *m_Prop.GetKey(nKey));
+        const bool bLast = nKey + 1 == m_Prop.GetNumKeys();
+        const CPoint to = bLast ? CPoint{rc.right - 1, from.y} : m_View.KeyToPoint(m_Prop, *m_Prop.GetKey(nKey + 1));
+        pt = CPoint{(from.x + to.x) / 2, (from.y + to.y) / 2};
+    }
+    OnAddKey(CPoint{std::clamp(pt.x, rc.left, rc.right - 1), std::clamp(pt.y, rc.top, rc.bottom - 1)});
+}
+
 // From the back, where removing one moves only keys that stay. The pinned ones are the same either way.
 void CFunctionCurveDlg::OnDeleteKeys()
 {

@@ -103,7 +103,7 @@ bool CResourceFileButton::OnClick(CEditContext& context)
     std::string sRelative;
     if (!MakeResourcePath(sRoot, sPath, sRelative))
     {
-        ShowMessage(context.m_Prompts, c_MsgNotBelowRoot, {DisplayPath(sRoot)});
+        ShowMessage(context.m_Prompts, c_MsgNotBelowRoot, {sRoot});
         return false;
     }
     if (!IsStorable(sPath, sRelative))

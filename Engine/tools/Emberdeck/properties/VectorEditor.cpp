@@ -22,15 +22,6 @@ constexpr CVector3 c_vUp = {0.0f, 1.0f, 0.0f};
 constexpr int32_t c_nHalfBase = 10;
 constexpr int32_t c_nCrossArm = 2;
 
-CVector3 Unit(const CVector3& v)
-{
-    const double fLength = QSLength(v);
-    if (!(fLength > 0.0) || !std::isfinite(fLength))
-        return c_vUp;
-    return CVector3{static_cast<float>(v.x / fLength), static_cast<float>(v.y / fLength),
-                    static_cast<float>(v.z / fLength)};
-}
-
 CPoint CentreOf(const CRect& rc)
 {
     return CPoint{rc.left + rc.Width() / 2, rc.top + rc.Height() / 2};
@@ -44,11 +35,19 @@ int32_t Trunc(double fValue)
 } // namespace
 
 CEditVectorDlg::CEditVectorDlg(IPrompts& prompts, const CVector3& vValue)
-    : m_vDirection(Unit(vValue)),
+    : m_vDirection(vValue),
       m_Prompts(prompts)
 {
     const double fLength = QSLength(vValue);
-    m_fMagnitude = std::isfinite(fLength) ? static_cast<float>(std::min(fLength, double(FLT_MAX))) : 0.0f;
+    if (fLength > 0.0 && std::isfinite(fLength))
+    {
+        m_fMagnitude = static_cast<float>(std::min(fLength, double(FLT_MAX)));
+        m_vDirection.Normalize();
+    }
+    else
+    {
+        m_vDirection = c_vUp;
+    }
     m_sMagnitude = NumberEntryText(m_fMagnitude);
 }
 
@@ -92,8 +91,8 @@ void CEditVectorDlg::OnLeftDown(CPoint pt)
     m_ptLast = FromCentre(pt);
 }
 
-// The direction swings at half the speed of the pointer, clockwise on the screen as the pointer does. On the
-// centre a pointer has no angle.
+// The direction swings at half the speed of the pointer, clockwise on the screen as the pointer does, about +X
+// in the side view and +Y in the top view. On the centre a pointer has no angle.
 void CEditVectorDlg::OnMouseMove(CPoint pt)
 {
     if (!m_bDragging)
@@ -108,32 +107,10 @@ void CEditVectorDlg::OnMouseMove(CPoint pt)
     // Crossing straight down the angle jumps by a whole turn, half of which would flip the direction.
     const double fTurn =
         std::remainder(std::atan2(ptNow.x, ptNow.y) - std::atan2(ptLast.x, ptLast.y), 2.0 * c_fPi);
-    Rotate(fTurn * 0.5);
-    Normalize();
+    const CVector3 vAxis = m_eDragged == EVectorView::eSide ? CVector3{1, 0, 0} : CVector3{0, 1, 0};
+    m_vDirection = MakeRotationMatrix(vAxis, fTurn * 0.5) * m_vDirection;
+    m_vDirection.Normalize();
     Repaint();
-}
-
-// About +X in the side view, about +Y in the top view.
-void CEditVectorDlg::Rotate(double fAngle)
-{
-    const double fSin = std::sin(fAngle);
-    const double fCos = std::cos(fAngle);
-    const CVector3 v = m_vDirection;
-    if (m_eDragged == EVectorView::eSide)
-    {
-        m_vDirection.y = static_cast<float>(v.y * fCos - v.z * fSin);
-        m_vDirection.z = static_cast<float>(v.y * fSin + v.z * fCos);
-    }
-    else
-    {
-        m_vDirection.x = static_cast<float>(v.x * fCos + v.z * fSin);
-        m_vDirection.z = static_cast<float>(v.z * fCos - v.x * fSin);
-    }
-}
-
-void CEditVectorDlg::Normalize()
-{
-    m_vDirection = Unit(m_vDirection);
 }
 
 CPoint CEditVectorDlg::FromCentre(CPoint pt) const

@@ -4,7 +4,7 @@
 
 #include "platform/IDrawSurface.h"
 #include "platform/IPrompts.h"
-#include "qsvector.h"
+#include "qsmath.h"
 
 // The two views of a direction.
 enum class EVectorView
@@ -64,13 +64,11 @@ public:
     // Paints one view on a surface on which it has the rectangle rc.
     void PaintView(IDrawSurface& surface, EVectorView eView, const CRect& rc) const;
 
-    CVector3 m_vDirection; // of length 1
+    TVector3 m_vDirection; // of length 1
     CVector3 m_vResult;    // after OK
     float m_fMagnitude = 0.0f;
 
 private:
-    void Normalize();
-    void Rotate(double fAngle);
     CPoint FromCentre(CPoint pt) const;
     void Repaint();
 

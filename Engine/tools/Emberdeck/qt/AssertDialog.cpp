@@ -1,6 +1,7 @@
 #include "qt/AssertDialog.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QThread>
@@ -22,6 +23,9 @@ int32_t AskAboutAssert(const CAssertReport& report)
                            QObject::tr("%1\n%2, line %3")
                                .arg(QtText::ToQt(report.m_pszFunction), QtText::ToQt(report.m_pszFile))
                                .arg(report.m_nLine));
+    // The format above is that of the first text alone, and a function may look like mark-up.
+    if (auto* pDetails = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel")))
+        pDetails->setTextFormat(Qt::PlainText);
     const struct
     {
         const char* m_pszLabel;

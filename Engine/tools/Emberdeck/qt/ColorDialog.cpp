@@ -1,7 +1,5 @@
 #include "qt/ColorDialog.h"
 
-#include <algorithm>
-
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -11,6 +9,7 @@
 #include <QSignalBlocker>
 
 #include "app/resources/ToolbarIcons.h"
+#include "qt/AccessibleViews.h"
 #include "qt/ColorViews.h"
 #include "qt/PropertyControls.h"
 #include "qt/QtSurface.h"
@@ -66,13 +65,11 @@ void ColorDialog::PlaceViews()
     rcPalette.setSize(rcPalette.size().expandedTo(QSize(rcLast.right + 4, rcLast.bottom + 4)));
     m_pPalette->setGeometry(rcPalette);
 
-    const CRect rcFirst = CCustomColorPalette::GetCellRect(0);
+    // It stands below the cells, as wide as they are.
+    constexpr int c_nDescriptionLeft = 9;
     constexpr int c_nDescriptionWidth = 195;
-    QRect rcDescription = m_pDescription->geometry();
-    rcDescription.setLeft(rcPalette.left() + rcFirst.left);
-    rcDescription.setWidth(c_nDescriptionWidth);
-    rcDescription.setTop(std::max(rcDescription.top(), rcPalette.bottom() + 1));
-    m_pDescription->setGeometry(rcDescription);
+    m_pDescription->setGeometry(c_nDescriptionLeft, m_pDescription->y(), c_nDescriptionWidth,
+                                m_pDescription->height());
 
     for (QWidget* pView : {static_cast<QWidget*>(m_pBasic), static_cast<QWidget*>(m_pPalette)})
         if (QLabel* pHeading = m_Controls.HeadingOf(pView == m_pBasic ? eColor_Basic : eColor_Palette))
@@ -192,12 +189,16 @@ void ColorDialog::OnTextChanged(uint32_t nID)
 void ColorDialog::RepaintPalette()
 {
     m_pPalette->update();
+    AccessibleViewChanged(m_pPalette);
 }
 
 void ColorDialog::RepaintChooser()
 {
     for (QWidget* pView : {m_pBasic, m_pSquare, m_pBar, m_pCurrent})
+    {
         pView->update();
+        AccessibleViewChanged(pView);
+    }
 }
 
 void ColorDialog::FocusOnPalette()

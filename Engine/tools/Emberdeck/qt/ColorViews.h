@@ -12,6 +12,7 @@ class ColorView : public QWidget
 
 public:
     ColorView(CKRColorDialog& dialog, const QString& sName, QWidget* pParent);
+    CKRColorDialog& Dialog() const { return m_Dialog; }
 
 protected:
     CKRColorDialog& m_Dialog;

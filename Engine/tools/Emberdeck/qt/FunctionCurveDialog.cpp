@@ -11,6 +11,7 @@
 
 #include "app/resources/Accelerators.h"
 #include "app/resources/DialogIcons.h"
+#include "qt/AccessibleViews.h"
 #include "qt/KeyCodes.h"
 #include "qt/PropertyControls.h"
 #include "qt/QtSurface.h"
@@ -48,6 +49,7 @@ CurveArea::CurveArea(CFunctionCurveDlg& dialog, QWidget* pParent) : QWidget(pPar
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAccessibleName(QStringLiteral("Curve"));
+    setFocusPolicy(Qt::TabFocus); // a press leaves the focus where it is
 }
 
 CPoint CurveArea::InDialog(const QMouseEvent& event) const
@@ -60,6 +62,18 @@ void CurveArea::paintEvent(QPaintEvent* pEvent)
     QPainter painter(this);
     QtSurface surface(painter, pEvent->rect(), palette());
     m_Dialog.Paint(&surface);
+    if (hasFocus())
+        DrawFrame(painter, rect(), palette().color(QPalette::Highlight));
+}
+
+void CurveArea::keyPressEvent(QKeyEvent* pEvent)
+{
+    if (pEvent->key() == Qt::Key_Left || pEvent->key() == Qt::Key_Right)
+        m_Dialog.OnStepKey(pEvent->key() == Qt::Key_Right, pEvent->modifiers() & Qt::ShiftModifier);
+    else if (pEvent->key() == Qt::Key_Insert)
+        m_Dialog.OnInsertKey();
+    else
+        QWidget::keyPressEvent(pEvent);
 }
 
 void CurveArea::mousePressEvent(QMouseEvent* pEvent)
@@ -109,6 +123,7 @@ FunctionCurveDialog::FunctionCurveDialog(CFunctionCurveDlg& dialog, QWidget* pPa
     WireButtons();
     m_Dialog.SetView(this);
     OnButtonsChanged();
+    SetTabOrder();
     m_Controls.Find(c_nControlOk)->setFocus();
     // Before the box that has the focus, which has a use of its own for some of the keys.
     qApp->installEventFilter(this);
@@ -129,6 +144,22 @@ void FunctionCurveDialog::WireButtons()
     m_Controls.Get<QPushButton>(eCurve_Paste)->setIcon(ArtIcon(c_PasteIcon));
     for (QPushButton* pButton : findChildren<QPushButton*>())
         pButton->setAutoDefault(true); // Enter presses the one that has the focus
+}
+
+// The curve and the row where they stand, among the template's own controls.
+void FunctionCurveDialog::SetTabOrder()
+{
+    std::vector<QWidget*> order = {m_pArea};
+    const auto add = [&](std::initializer_list<int32_t> ids)
+    {
+        for (int32_t nID : ids)
+            order.push_back(m_Controls.Find(nID));
+    };
+    add({eCurve_Time, eCurve_Axis, eCurve_YMin, eCurve_YMax, eCurve_Start, eCurve_End});
+    order.insert(order.end(), m_pRow->Focusable().begin(), m_pRow->Focusable().end());
+    add({eCurve_Copy, eCurve_Paste, eCurve_BestFit, c_nControlOk, c_nControlCancel});
+    for (size_t i = 1; i < order.size(); ++i)
+        QWidget::setTabOrder(order[i - 1], order[i]);
 }
 
 void FunctionCurveDialog::MakeHint()
@@ -168,6 +199,7 @@ void FunctionCurveDialog::OnButtonsChanged()
     m_pAxes->setCurrentIndex(m_pAxes->count() > 0 ? m_Dialog.GetView().m_nAxis : -1);
     const CControlDesc* pLabel = m_Dialog.GetRow().GetControl(0);
     m_pHint->setVisible(!pLabel || !pLabel->m_bVisible);
+    AccessibleViewChanged(m_pArea);
 }
 
 void FunctionCurveDialog::OnRowHidden()

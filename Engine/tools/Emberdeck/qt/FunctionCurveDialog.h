@@ -22,6 +22,7 @@ protected:
     void mousePressEvent(QMouseEvent* pEvent) override;
     void mouseMoveEvent(QMouseEvent* pEvent) override;
     void mouseReleaseEvent(QMouseEvent* pEvent) override;
+    void keyPressEvent(QKeyEvent* pEvent) override;
     void hideEvent(QHideEvent* pEvent) override;
 
 private:
@@ -51,6 +52,7 @@ private:
     void OnRowHidden() override;
     void MakeHint();
     void WireButtons();
+    void SetTabOrder();
 
     CFunctionCurveDlg& m_Dialog;
     CurveArea* m_pArea;

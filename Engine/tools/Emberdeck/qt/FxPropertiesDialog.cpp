@@ -7,7 +7,6 @@
 #include <QGroupBox>
 #include <QPushButton>
 #include <QScreen>
-#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QWheelEvent>
 
@@ -23,7 +22,6 @@ constexpr int32_t c_nRowsPlace = 1053;
 constexpr int32_t c_nScrollBar = 1097;
 constexpr int32_t c_nOpenParent = 1000;
 constexpr int32_t c_nDisconnect = 1001;
-constexpr int c_nGroupInset = 3;   // so that the first row keeps clear of the group's frame
 constexpr int c_nFrameHeight = 40; // a title bar, which no one knows before the window is there
 
 bool IsFine(const QWheelEvent& event)
@@ -36,14 +34,16 @@ bool IsFine(const QWheelEvent& event)
 FxPropertiesDialog::FxPropertiesDialog(CFXPropertiesDlg& dialog, QWidget* pParent)
     : TemplateDialog(c_nTemplate, pParent),
       m_Dialog(dialog),
-      m_rcRows(m_Controls.PlaceOf(c_nRowsPlace).translated(0, c_nGroupInset)),
-      m_pScrollBar(m_Controls.Get<QScrollBar>(c_nScrollBar))
+      m_rcRows(m_Controls.PlaceOf(c_nRowsPlace)),
+      m_pScrollBar(m_Controls.Get<ListScrollBar>(c_nScrollBar))
 {
     KeepDisabledReadable(*this);
     FitScreen();
     const FontMeasure font(*this);
     m_Dialog.OnInitDialog(FromQt(m_rcRows), &font);
-    setWindowTitle(QtText::ToQt(m_Dialog.GetCaption()));
+    // A name may hold what the toolkit takes for the mark of a changed document.
+    setWindowTitle(
+        QtText::ToQt(m_Dialog.GetCaption()).replace(QLatin1String("[*]"), QLatin1String("[*][*]")));
     MakeRows();
     m_Dialog.SetView(this);
 
@@ -102,7 +102,10 @@ void FxPropertiesDialog::MakeRows()
         {
             auto* pCheck = new QCheckBox(this);
             pCheck->setToolTip(PlainToolTip(QtText::ToQt(pDesc->m_sToolTip)));
-            pCheck->setAccessibleName(QStringLiteral("From the parent prefab"));
+            const CControlDesc* pLabel = rows[i].m_pCtrls ? rows[i].m_pCtrls->GetControl(0) : nullptr;
+            const QString sRow =
+                pLabel ? QtText::ToQt(pLabel->m_sText).remove(QLatin1String(" :")) : QString();
+            pCheck->setAccessibleName(QStringLiteral("%1 from the parent prefab").arg(sRow));
             connect(pCheck, &QCheckBox::clicked, this,
                     [this, nID = pDesc->m_nID](bool bChecked) { m_Dialog.OnCheck(nID, bChecked); });
             m_Checks[i] = pCheck;
@@ -179,6 +182,7 @@ void FxPropertiesDialog::OnScrollBarChanged()
     m_pScrollBar->setPageStep(std::max(state.m_nPage, 1));
     m_pScrollBar->setValue(state.m_nPos);
     m_pScrollBar->setEnabled(state.m_bEnabled);
+    m_pScrollBar->EnableArrows(state.m_bUp, state.m_bDown);
 }
 
 void FxPropertiesDialog::OnParentButtonsChanged()

@@ -11,7 +11,7 @@
 #include "qt/TemplateDialog.h"
 
 class QCheckBox;
-class QScrollBar;
+class ListScrollBar;
 
 // The list of all properties of a key or prefab.
 class FxPropertiesDialog : public TemplateDialog, private IPropertiesView
@@ -47,5 +47,5 @@ private:
     QRect m_rcRows;
     std::vector<std::unique_ptr<PropertyRow>> m_Rows;
     std::vector<QPointer<QCheckBox>> m_Checks;
-    QScrollBar* m_pScrollBar;
+    ListScrollBar* m_pScrollBar;
 };

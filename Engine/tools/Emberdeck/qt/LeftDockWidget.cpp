@@ -18,6 +18,9 @@
 namespace
 {
 CPoint ScreenPoint(const QMouseEvent* pEvent) { return FromQt(pEvent->globalPosition().toPoint()); }
+
+// In a folded dock the pages' rectangles are turned inside out, and a widget would still be pressed there.
+QRect Solid(const CRect& rc) { return QRect(rc.left, rc.top, std::max(rc.Width(), 0), std::max(rc.Height(), 0)); }
 } // namespace
 
 SizeBarWidget::SizeBarWidget(QWidget* pParent) : QWidget(pParent)
@@ -42,7 +45,7 @@ void SizeBarWidget::mouseMoveEvent(QMouseEvent* pEvent)
 void SizeBarWidget::mouseReleaseEvent(QMouseEvent* pEvent)
 {
     if (m_pBar && pEvent->button() == Qt::LeftButton)
-        m_pBar->OnLeftRelease(ScreenPoint(pEvent));
+        m_pBar->OnLeftRelease();
     ShowCursor();
 }
 
@@ -53,15 +56,23 @@ void SizeBarWidget::ShowCursor()
 
 void SizeBarWidget::keyPressEvent(QKeyEvent* pEvent)
 {
-    if (!m_pBar || (pEvent->key() != Qt::Key_Space && pEvent->key() != Qt::Key_Return))
+    const int nKey = pEvent->key();
+    if (!m_pBar || (nKey != Qt::Key_Space && nKey != Qt::Key_Return && nKey != Qt::Key_Enter))
     {
         QWidget::keyPressEvent(pEvent);
         return;
     }
-    // The keyboard's click.
-    m_pBar->OnLeftPress(CPoint{});
-    m_pBar->OnLeftRelease(CPoint{});
+    m_pBar->Toggle();
     ShowCursor();
+}
+
+bool SizeBarWidget::event(QEvent* pEvent)
+{
+    // The mouse is another's now, and the release with it.
+    const QEvent::Type eType = pEvent->type();
+    if (m_pBar && (eType == QEvent::UngrabMouse || eType == QEvent::WindowDeactivate || eType == QEvent::Hide))
+        m_pBar->OnMouseLost();
+    return QWidget::event(pEvent);
 }
 
 void SizeBarWidget::paintEvent(QPaintEvent*)
@@ -82,10 +93,50 @@ void SizeBarWidget::paintEvent(QPaintEvent*)
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
+LibraryPage::LibraryPage(CLibraryTree& tree, const QIcon& leaf, uint32_t nTreeID, QWidget* pParent)
+    : QWidget(pParent), m_nTreeID(nTreeID), m_pTree(new LibraryTreeView(tree, leaf, this))
+{
+    const QRect rc = CTemplateControls::ToPixels(*this, 0, 0, 169, 247);
+    resize(rc.size());
+    m_pTree->setGeometry(rc);
+}
+
+void LibraryPage::SetPanel(CLibraryPanel* pPanel)
+{
+    m_pPanel = pPanel;
+    m_pTree->SetPanel(pPanel);
+    if (pPanel)
+        pPanel->OnCreate(this);
+}
+
+void LibraryPage::resizeEvent(QResizeEvent*)
+{
+    if (m_pPanel)
+        m_pPanel->OnSize();
+}
+
+CRect LibraryPage::GetClientRect() const { return FromQt(rect()); }
+
+bool LibraryPage::GetControlRect(uint32_t nID, CRect& rc) const
+{
+    rc = FromQt(m_pTree->geometry());
+    return nID == m_nTreeID;
+}
+
+// In a folded dock there is no room for it, nor for the focus.
+void LibraryPage::MoveControl(uint32_t nID, const CRect& rc)
+{
+    if (nID != m_nTreeID)
+        return;
+    m_pTree->setGeometry(Solid(rc));
+    m_pTree->setVisible(!rc.IsEmpty());
+}
+
 LeftDockWidget::LeftDockWidget(CEditContext& context, QWidget* pParent)
     : QWidget(pParent), m_pTabs(new QTabBar(this)), m_pSizeBar(new SizeBarWidget(this)),
-      m_pEffects(new LibraryTreeView(context.m_EffectTree, ArtIcon(c_EffectIcon), this)),
-      m_pPrefabs(new LibraryTreeView(context.m_PrefabTree, ArtIcon(c_PrefabIcon), this))
+      m_pEffectPage(new LibraryPage(context.m_EffectTree, ArtIcon(c_EffectIcon), c_nEffectTreeID, this)),
+      m_pPrefabPage(new LibraryPage(context.m_PrefabTree, ArtIcon(c_PrefabIcon), c_nPrefabTreeID, this)),
+      m_pEffects(m_pEffectPage->Tree()), m_pPrefabs(m_pPrefabPage->Tree())
 {
     m_pEffects->setAccessibleName(tr("Effects"));
     m_pPrefabs->setAccessibleName(tr("Prefabs"));
@@ -111,8 +162,8 @@ LeftDockWidget::LeftDockWidget(CEditContext& context, QWidget* pParent)
 LeftDockWidget::~LeftDockWidget()
 {
     m_bReady = false;
-    m_pEffects->SetPanel(nullptr);
-    m_pPrefabs->SetPanel(nullptr);
+    m_pEffectPage->SetPanel(nullptr);
+    m_pPrefabPage->SetPanel(nullptr);
     m_pSizeBar->SetBar(nullptr);
 }
 
@@ -145,7 +196,9 @@ void LeftDockWidget::MoveControl(uint32_t nID, const CRect& rc)
     if (nID == c_nDockTabID)
     {
         m_rcTabs = ToQt(rc);
-        m_pTabs->setGeometry(m_rcTabs.left(), m_rcTabs.top(), std::max(m_rcTabs.width(), 0), m_pTabs->sizeHint().height());
+        QRect rcBar = Solid(rc);
+        rcBar.setHeight(m_pTabs->sizeHint().height());
+        m_pTabs->setGeometry(rcBar);
         m_pTabs->setVisible(!rc.IsEmpty());
     }
     else if (nID == c_nDockSizeBarID)
@@ -167,6 +220,10 @@ void LeftDockWidget::RecalcLayout()
     if (!m_pDock)
         return;
     const CDockSize size = m_pDock->CalcSize(CDockSize{width(), height()}, CDockSize{width(), height()});
+    // What goes out of sight must not hand the keyboard to some other button.
+    const QWidget* pFocus = QApplication::focusWidget();
+    if (m_pDock->SizeBar().IsCollapsed() && pFocus && isAncestorOf(pFocus))
+        m_pSizeBar->setFocus();
     if (size.m_nWidth > 0 && size.m_nWidth != width())
         setFixedWidth(size.m_nWidth);
 }
@@ -188,7 +245,7 @@ void LeftDockWidget::CreatePage(int32_t nTab)
     Page(nTab)->hide();
 }
 
-void LeftDockWidget::MovePage(int32_t nTab, const CRect& rc) { Page(nTab)->setGeometry(ToQt(rc)); }
+void LeftDockWidget::MovePage(int32_t nTab, const CRect& rc) { Page(nTab)->setGeometry(Solid(rc)); }
 void LeftDockWidget::ShowPage(int32_t nTab, bool bShow) { Page(nTab)->setVisible(bShow); }
 
 bool LeftDockWidget::ChooseRows(const std::vector<std::string>& rows, std::vector<uint32_t>& selected)
@@ -200,8 +257,7 @@ bool LeftDockWidget::ChooseRows(const std::vector<std::string>& rows, std::vecto
         pList->addItem(QtText::ToQt(sRow));
     if (dialog.exec() != QDialog::Accepted)
         return false;
-    for (int i = 0; i < pList->count(); ++i)
-        if (pList->item(i)->isSelected())
-            selected.push_back(uint32_t(i));
+    for (const QModelIndex& index : pList->selectionModel()->selectedRows())
+        selected.push_back(uint32_t(index.row()));
     return true;
 }

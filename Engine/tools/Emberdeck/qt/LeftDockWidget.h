@@ -28,11 +28,36 @@ protected:
     void mouseReleaseEvent(QMouseEvent* pEvent) override;
     void paintEvent(QPaintEvent* pEvent) override;
     void keyPressEvent(QKeyEvent* pEvent) override;
+    bool event(QEvent* pEvent) override;
 
 private:
     void ShowCursor();
 
     CSizeBar* m_pBar = nullptr;
+};
+
+// A page: the dialog that its panel lays out, with the tree as its one control.
+class LibraryPage : public QWidget, public IDialogControls
+{
+    Q_OBJECT
+
+public:
+    LibraryPage(CLibraryTree& tree, const QIcon& leaf, uint32_t nTreeID, QWidget* pParent);
+
+    void SetPanel(CLibraryPanel* pPanel); // borrowed; null before the panel goes
+    LibraryTreeView* Tree() const { return m_pTree; }
+
+protected:
+    void resizeEvent(QResizeEvent* pEvent) override;
+
+private:
+    CRect GetClientRect() const override;
+    bool GetControlRect(uint32_t nID, CRect& rc) const override;
+    void MoveControl(uint32_t nID, const CRect& rc) override;
+
+    const uint32_t m_nTreeID;
+    LibraryTreeView* m_pTree;
+    CLibraryPanel* m_pPanel = nullptr;
 };
 
 // The bar at the left with the two pages of the library.
@@ -72,10 +97,12 @@ private:
     void ReleaseCapture() override {}
     bool ChooseRows(const std::vector<std::string>& rows, std::vector<uint32_t>& selected) override;
 
-    LibraryTreeView* Page(int32_t nTab) const { return nTab == 0 ? m_pEffects : m_pPrefabs; }
+    LibraryPage* Page(int32_t nTab) const { return nTab == 0 ? m_pEffectPage : m_pPrefabPage; }
 
     QTabBar* m_pTabs;
     SizeBarWidget* m_pSizeBar;
+    LibraryPage* m_pEffectPage;
+    LibraryPage* m_pPrefabPage;
     LibraryTreeView* m_pEffects;
     LibraryTreeView* m_pPrefabs;
     QRect m_rcTabs;    // of the control with the tabs and the page below them

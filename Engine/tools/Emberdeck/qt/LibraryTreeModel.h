@@ -8,7 +8,7 @@
 #include "browser/MultiSelectTreeCtrl.h"
 
 // Shows a library tree to Qt's views. An index holds the number of its item. Rows are counted once for each
-// group and kept until the tree changes; Invalidate then makes Qt ask for everything anew.
+// group and kept until the tree changes; Rebuild then makes Qt ask for everything anew.
 class LibraryTreeModel : public QAbstractItemModel
 {
     Q_OBJECT

@@ -1,16 +1,12 @@
 #include "qt/LibraryTreeView.h"
 
 #include <QApplication>
-#include <QContextMenuEvent>
 #include <QHeaderView>
-#include <QMenu>
-#include <QMouseEvent>
+#include <QKeyEvent>
 #include <QPainter>
-#include <QPointer>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QTimer>
-#include <cmath>
 
 #include "qt/QtSurface.h"
 #include "qt/QtText.h"
@@ -50,62 +46,6 @@ private:
 
 namespace
 {
-CPoint PointOf(const QPointF& pt) { return CPoint{int32_t(std::floor(pt.x())), int32_t(std::floor(pt.y()))}; }
-
-CModifiers ModifiersOf(const QInputEvent* pEvent)
-{
-    return CModifiers{bool(pEvent->modifiers() & Qt::ControlModifier), bool(pEvent->modifiers() & Qt::ShiftModifier)};
-}
-
-ETreeKey TreeKey(const QKeyEvent* pEvent)
-{
-    const bool bKeypad = pEvent->modifiers() & Qt::KeypadModifier;
-    switch (pEvent->key())
-    {
-    case Qt::Key_Up:
-        return ETreeKey::eUp;
-    case Qt::Key_Down:
-        return ETreeKey::eDown;
-    case Qt::Key_Left:
-        return ETreeKey::eLeft;
-    case Qt::Key_Right:
-        return ETreeKey::eRight;
-    case Qt::Key_Home:
-        return ETreeKey::eHome;
-    case Qt::Key_End:
-        return ETreeKey::eEnd;
-    case Qt::Key_PageUp:
-        return ETreeKey::ePageUp;
-    case Qt::Key_PageDown:
-        return ETreeKey::ePageDown;
-    case Qt::Key_Plus:
-        return bKeypad ? ETreeKey::ePlus : ETreeKey::eOther;
-    case Qt::Key_Minus:
-        return bKeypad ? ETreeKey::eMinus : ETreeKey::eOther;
-    case Qt::Key_Asterisk:
-        return bKeypad ? ETreeKey::eMultiply : ETreeKey::eOther;
-    case Qt::Key_Backspace:
-        return ETreeKey::eBackspace;
-    case Qt::Key_Insert:
-        return ETreeKey::eInsert;
-    case Qt::Key_Delete:
-        return ETreeKey::eDelete;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        return ETreeKey::eEnter;
-    case Qt::Key_Escape:
-        return ETreeKey::eEscape;
-    case Qt::Key_F:
-        return ETreeKey::eF;
-    case Qt::Key_F2:
-        return ETreeKey::eF2;
-    case Qt::Key_F3:
-        return ETreeKey::eF3;
-    default:
-        return ETreeKey::eOther;
-    }
-}
-
 // An arrow with what is dragged: one leaf, or several.
 QCursor DragCursor(const QIcon& leaf, bool bSeveral, double fScale)
 {
@@ -142,6 +82,7 @@ LibraryTreeView::LibraryTreeView(CLibraryTree& tree, QIcon leaf, QWidget* pParen
     setItemsExpandable(false); // the control does it
     setIconSize(QSize(16, 16));
     setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus); // the wheel scrolls, and leaves the keyboard where it is
     header()->setStretchLastSection(false);
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     m_DragScroll.setInterval(c_nScrollMs);
@@ -414,153 +355,18 @@ bool LibraryTreeView::eventFilter(QObject* pObject, QEvent* pEvent)
     return QTreeView::eventFilter(pObject, pEvent);
 }
 
-void LibraryTreeView::mousePressEvent(QMouseEvent* pEvent)
-{
-    const CPoint pt = PointOf(pEvent->position());
-    if (!m_pPanel)
-        return;
-    if (pEvent->button() == Qt::RightButton)
-    {
-        m_pPanel->OnRightPress(pt, ModifiersOf(pEvent));
-        return;
-    }
-    if (pEvent->button() != Qt::LeftButton)
-        return;
-    m_pPanel->FinishEdit();
-    const CTreeHit hit = HitTest(pt);
-    if (!m_pPanel->OnLeftPress(pt, ModifiersOf(pEvent)) && hit.m_nFlags == eHit_Button)
-        m_pPanel->m_Tree.OnUserExpand(hit.m_hItem, !m_pPanel->m_Tree.IsExpanded(hit.m_hItem), ModifiersOf(pEvent).m_bCtrl);
-}
-
-void LibraryTreeView::mouseDoubleClickEvent(QMouseEvent* pEvent)
-{
-    if (m_pPanel && pEvent->button() == Qt::LeftButton)
-    {
-        const CTreeHit hit = HitTest(PointOf(pEvent->position()));
-        if (hit.m_nFlags == eHit_Button)
-            mousePressEvent(pEvent);
-        else
-            m_pPanel->OnDoubleClick(PointOf(pEvent->position()), ModifiersOf(pEvent));
-    }
-}
-
-void LibraryTreeView::mouseMoveEvent(QMouseEvent* pEvent)
-{
-    if (m_pPanel)
-        m_pPanel->OnMove(PointOf(pEvent->position()), pEvent->buttons() & Qt::LeftButton);
-}
-
-void LibraryTreeView::mouseReleaseEvent(QMouseEvent* pEvent)
-{
-    if (!m_pPanel)
-        return;
-    const CPoint pt = PointOf(pEvent->position());
-    if (pEvent->button() == Qt::LeftButton)
-        m_pPanel->OnLeftRelease(pt);
-    else if (pEvent->button() == Qt::RightButton && viewport()->rect().contains(pEvent->position().toPoint()))
-        ShowMenu(m_pPanel->OnRightRelease(pt), pEvent->globalPosition().toPoint());
-}
-
-void LibraryTreeView::contextMenuEvent(QContextMenuEvent* pEvent)
-{
-    // That of the mouse comes at the press; the menu belongs to the release. The keyboard's is taken here.
-    pEvent->accept();
-    if (!m_pPanel || pEvent->reason() != QContextMenuEvent::Keyboard)
-        return;
-    CPoint pt;
-    const CPanelMenu menu = m_pPanel->OnMenuKey(pt);
-    ShowMenu(menu, viewport()->mapToGlobal(ToQt(pt)));
-}
-
-void LibraryTreeView::ShowMenu(const CPanelMenu& entries, const QPoint& at)
-{
-    if (entries.empty())
-        return;
-    QMenu menu(this);
-    for (const CPanelMenuEntry& entry : entries)
-    {
-        if (entry.IsSeparator())
-        {
-            menu.addSeparator();
-            continue;
-        }
-        QString sLabel = QString::fromStdString(entry.m_sLabel);
-        if (!entry.m_sKey.empty())
-            sLabel += QLatin1Char('\t') + QString::fromStdString(entry.m_sKey);
-        QAction* pAction = menu.addAction(sLabel);
-        pAction->setData(entry.m_nID);
-        pAction->setEnabled(entry.m_bEnabled);
-        if (entry.m_bDefault)
-            menu.setDefaultAction(pAction);
-    }
-    const QPointer<LibraryTreeView> pThis(this);
-    const QAction* pChosen = menu.exec(at);
-    if (pThis && m_pPanel && pChosen)
-        m_pPanel->Command(pChosen->data().toInt());
-}
-
-void LibraryTreeView::keyPressEvent(QKeyEvent* pEvent)
-{
-    if (!m_pPanel)
-        return;
-    const CTreeKey key{TreeKey(pEvent), ModifiersOf(pEvent), bool(pEvent->modifiers() & Qt::AltModifier)};
-    if (m_pPanel->OnKey(key))
-        return;
-    const QString sText = pEvent->text();
-    if (!sText.isEmpty() && sText.at(0).isPrint() && !(pEvent->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) &&
-        m_pPanel->OnCharacter(QtText::FromQt(sText), uint64_t(m_Clock.elapsed())))
-        return;
-    pEvent->ignore();
-}
-
-// The panel can't follow a hand any more.
-void LibraryTreeView::hideEvent(QHideEvent* pEvent)
-{
-    if (m_pPanel)
-        m_pPanel->OnMouseLost();
-    QTreeView::hideEvent(pEvent);
-}
-
-void LibraryTreeView::resizeEvent(QResizeEvent* pEvent)
-{
-    QTreeView::resizeEvent(pEvent);
-    FitColumn();
-}
-
-void LibraryTreeView::wheelEvent(QWheelEvent* pEvent)
-{
-    if (m_pPanel && m_pPanel->m_Tree.OnWheel())
-        pEvent->accept();
-    else
-        QTreeView::wheelEvent(pEvent);
-}
-
-void LibraryTreeView::focusInEvent(QFocusEvent* pEvent)
-{
-    QTreeView::focusInEvent(pEvent);
-    if (m_pPanel)
-        m_pPanel->OnFocusChange(true);
-    viewport()->update();
-}
-
-void LibraryTreeView::focusOutEvent(QFocusEvent* pEvent)
-{
-    QTreeView::focusOutEvent(pEvent);
-    if (m_pPanel)
-        m_pPanel->OnFocusChange(false);
-    viewport()->update();
-}
-
 void LibraryTreeView::paintEvent(QPaintEvent* pEvent)
 {
     Sync();
     QTreeView::paintEvent(pEvent);
     if (!m_bBand)
         return;
+    // An outline that inverts what is below it, so that it is seen on rows of either colour.
+    constexpr int c_nBandWidth = 2;
+    const QRect rcBand = ToQt(m_rcBand);
+    const QRegion inner(rcBand.adjusted(c_nBandWidth, c_nBandWidth, -c_nBandWidth, -c_nBandWidth));
     QPainter painter(viewport());
-    QColor fill = palette().color(QPalette::Highlight);
-    painter.setPen(QPen(fill, 2));
-    fill.setAlpha(40);
-    painter.setBrush(fill);
-    painter.drawRect(ToQt(m_rcBand));
+    painter.setCompositionMode(QPainter::CompositionMode_Difference);
+    for (const QRect& rc : QRegion(rcBand) - inner)
+        painter.fillRect(rc, Qt::white);
 }

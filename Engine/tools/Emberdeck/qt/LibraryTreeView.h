@@ -31,6 +31,7 @@ protected:
     void focusInEvent(QFocusEvent* pEvent) override;
     void focusOutEvent(QFocusEvent* pEvent) override;
     void paintEvent(QPaintEvent* pEvent) override;
+    bool viewportEvent(QEvent* pEvent) override;
     void hideEvent(QHideEvent* pEvent) override;
     void resizeEvent(QResizeEvent* pEvent) override;
     bool eventFilter(QObject* pObject, QEvent* pEvent) override;
@@ -67,6 +68,7 @@ private:
     void FitColumn();
     void QueueFit();
     void FitEditBox();
+    bool ScrollBy(ETreeKey eKey);
     void ScrollWhileDragging();
 
     CLibraryTree& m_Tree;

@@ -11,6 +11,7 @@
 #include "qsversion.h"
 #include "qt/Appearance.h"
 #include "qt/AssertDialog.h"
+#include "qt/DialogPlaces.h"
 #include "qt/MainWindow.h"
 #include "qt/ProgramIcon.h"
 #include "qt/QtPropertyDialogs.h"
@@ -47,13 +48,13 @@ struct CSourceControlSetUp
 {
     explicit CSourceControlSetUp(QtPrompts& prompts)
     {
-        RegisterBuiltInProviders(m_Registry, {&prompts, &m_Front});
+        RegisterBuiltInProviders(m_Registry, {&prompts, &m_Front, [this] { return m_Front.CurrentFile(); }});
         for (const std::string& sProblem : RegisterProviderLibraries(m_Registry, GetProviderListFile()))
             Complain(sProblem);
         CSourceControlServices services;
         services.m_pRegistry = &m_Registry;
         services.m_pPrompts = &prompts;
-        services.m_MakeLocator = [this] { return m_Front.MakeLocator(m_Registry); };
+        services.m_MakeLocator = [this, &prompts] { return m_Front.MakeLocator(m_Registry, &prompts); };
         services.m_TellFailure = Complain;
         CSharedSourceControlMgr::Instance(services);
     }
@@ -61,9 +62,9 @@ struct CSourceControlSetUp
     CSourceControlSetUp(const CSourceControlSetUp&) = delete;
     CSourceControlSetUp& operator=(const CSourceControlSetUp&) = delete;
 
-    void SetWindow(QWidget* pWindow)
+    void SetWindow(MainWindow* pWindow)
     {
-        m_Front.SetOwner(pWindow);
+        m_Front.SetOwner(pWindow, [pWindow] { return pWindow->App().m_sFileName; });
         CSharedSourceControlMgr::Instance().SetWindow(pWindow);
     }
 
@@ -76,6 +77,7 @@ int Start(const CEmberdeckCommandLineInfo& line, MenuStyle* pStyle)
     QtPrompts prompts;
     const std::unique_ptr<IProfile> pProfile = OpenFileProfile("emberdeck/settings.ini");
     ApplyAppearance(LoadAppearance(*pProfile));
+    DialogPlaces places(*pProfile);
     CSourceControlSetUp sourceControl(prompts);
     MainWindow window(*pProfile, CSharedSourceControlMgr::Instance(), prompts);
     sourceControl.SetWindow(&window);
@@ -92,8 +94,7 @@ int Start(const CEmberdeckCommandLineInfo& line, MenuStyle* pStyle)
     window.SetPropertyEditor([&dialogs](CEffectPropertySet& set) { return dialogs.EditProperties(set); });
     window.showMaximized();
     WaitForWindow(window);
-    window.App().OpenFirstFile(line.m_sOpenFile);
-    window.Frame().RefreshSourceControl();
+    window.Frame().OpenFirstFile(line.m_sOpenFile);
     window.RetitleAll();
     return QApplication::exec();
 }

@@ -15,10 +15,17 @@
 #include "shell/Splash.h"
 
 class LeftDockWidget;
+class QSessionManager;
+class ToolBarWidget;
 class TrackWidget;
 
 // The program's window: menus, bars, the library at the left, one child window for each open effect.
-class MainWindow : public QMainWindow, public IFrameWindow, public IDocuments, public IEditorHost, private IEditListener, private ISplashView
+class MainWindow : public QMainWindow,
+                   public IFrameWindow,
+                   public IDocuments,
+                   public IEditorHost,
+                   private IEditListener,
+                   private ISplashView
 {
     Q_OBJECT
 
@@ -29,7 +36,10 @@ public:
     // False: the program can't start.
     bool Create(bool bSplash, MenuStyle* pStyle);
     // Opens the property dialogs on a key or prefab; true: accepted.
-    void SetPropertyEditor(std::function<bool(CEffectPropertySet&)> edit) { m_EditProperties = std::move(edit); }
+    void SetPropertyEditor(std::function<bool(CEffectPropertySet&)> edit)
+    {
+        m_EditProperties = std::move(edit);
+    }
     CEmberdeckApp& App() { return *m_pApp; }
     CMainFrame& Frame() { return *m_pFrame; }
     LeftDockWidget* Dock() const { return m_pDock; }
@@ -61,7 +71,7 @@ private:
     // IFrameWindow
     bool CreateToolBar(const CKRToolbar& toolbar) override;
     bool CreateStatusBar() override;
-    void EnableDocking() override {}
+    void EnableDocking() override {} // bars dock on all sides from the start
     void SetToolBarImages(const CKRToolbar& toolbar) override;
     void DockToolBar(int32_t nBar, int32_t nBesideBar) override;
     void CreateLeftDock() override;
@@ -84,10 +94,14 @@ private:
     void AddItems(QMenu& menu, const CMenuTable& table);
     void AddAppearanceItems(QMenu& viewMenu);
     void AddShortcuts();
+    void ShowCommandStates();
     void RunCommand(int32_t nID);
     void ShowHint(int32_t nID);
     void UpdateTitle();
     void UpdateLocks();
+    void FocusLibrary();
+    void CancelGestures();
+    void OnSessionEnd(QSessionManager& session);
     QMdiSubWindow* FindChild(const CSpell* pSpell) const;
     void PlaceChild(QMdiSubWindow& child);
     void UpdateTextForm();
@@ -103,10 +117,11 @@ private:
     QLabel* m_pEmpty;
     LeftDockWidget* m_pDock = nullptr;
     QWidget* m_pCentre;
-    std::map<int32_t, QToolBar*> m_Bars;
+    std::map<int32_t, ToolBarWidget*> m_Bars;
     std::vector<QAction*> m_Actions;
     std::vector<QLabel*> m_Locks;
     QPointer<QLabel> m_pSplash;
+    bool m_bSplashOver = false; // this window
     bool m_bUpdateQueued = false;
     int m_nNextPlace = 0; // of the next child window
 };

@@ -9,6 +9,7 @@
 #include "qt/KeyCodes.h"
 #include "qt/MainWindow.h"
 #include "qt/ManualWindow.h"
+#include "qt/PaneKeys.h"
 
 void MainWindow::AddItems(QMenu& menu, const CMenuTable& table)
 {
@@ -23,25 +24,23 @@ void MainWindow::AddItems(QMenu& menu, const CMenuTable& table)
         }
         else
         {
-            QAction* pAction = menu.addAction(QString::fromUtf8(item.GetLabel()));
+            // The key behind the label's tab is the accelerator's, which the menu shows by itself.
+            QAction* pAction =
+                menu.addAction(QString::fromUtf8(item.GetLabel()).section(QLatin1Char('\t'), 0, 0));
             pAction->setData(item.m_nID);
             pAction->setMenuRole(QAction::NoRole);
             pAction->setCheckable(item.m_nID == c_nCmdStandardBar || item.m_nID == c_nCmdSourceControlBar ||
                                   item.m_nID == c_nCmdStatusBar);
             connect(pAction, &QAction::triggered, this, [this, nID = item.m_nID] { RunCommand(nID); });
-            connect(pAction, &QAction::hovered, this, [this, nID = item.m_nID] { ShowHint(nID); });
             m_Actions.push_back(pAction);
         }
     }
     connect(&menu, &QMenu::aboutToShow, this,
-            [this]
+            [this, &table]
             {
-                m_pFrame->RefreshSourceControl();
-                CommandsChanged();
-                for (QAction* pAction : m_Actions)
-                    pAction->setEnabled(m_pFrame->IsEnabled(pAction->data().toInt()));
+                m_pFrame->OnMenuOpening(table);
+                ShowCommandStates();
             });
-    connect(&menu, &QMenu::aboutToHide, this, [this] { ShowHint(0); });
 }
 
 void MainWindow::BuildMenus()
@@ -50,7 +49,7 @@ void MainWindow::BuildMenus()
         if (item.m_pSubmenu)
             AddItems(*menuBar()->addMenu(QString::fromUtf8(item.GetLabel())), *item.m_pSubmenu);
     AddAppearanceItems(*menuBar()->actions().at(1)->menu());
-    AddManualItem(*menuBar()->actions().constLast()->menu(), this, m_Prompts);
+    AddManualItems(*menuBar()->actions().constLast()->menu(), this, m_Prompts);
 }
 
 // Below the items of the tables, since they are the toolkit's own matter.
@@ -79,6 +78,7 @@ void MainWindow::AddAppearanceItems(QMenu& viewMenu)
 
 void MainWindow::AddShortcuts()
 {
+    AddPaneKeys(*this);
     for (const CAccelerator& accelerator : c_FrameAccelerators)
     {
         if (!CMainFrame::IsShortcut(accelerator))

@@ -1,18 +1,14 @@
 #include "qt/ManualWindow.h"
 
-#include <algorithm>
-
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHash>
 #include <QImage>
 #include <QMenu>
-#include <QPointer>
 #include <QPushButton>
 #include <QRegularExpression>
-#include <QScreen>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QVBoxLayout>
@@ -23,6 +19,7 @@ namespace
 {
 
 constexpr const char* c_szFirstPage = "README.md";
+constexpr const char* c_szKeysPage = "shortcuts.md";
 
 // Shows pictures no wider than a page, or than their column in a table, and keeps to files: a page can't fetch
 // anything.
@@ -89,6 +86,7 @@ QString HeadingName(const QString& sText)
 
 ManualWindow::ManualWindow(const QString& sFolder, QWidget* pParent)
     : QDialog(pParent),
+      m_sFolder(sFolder),
       m_pBrowser(new ManualBrowser(this))
 {
     setWindowTitle(tr("Emberdeck Manual"));
@@ -118,12 +116,14 @@ ManualWindow::ManualWindow(const QString& sFolder, QWidget* pParent)
     auto* pLayout = new QVBoxLayout(this);
     pLayout->addLayout(pBar);
     pLayout->addWidget(m_pBrowser);
-    m_pBrowser->setSource(QUrl::fromLocalFile(sFolder + QLatin1Char('/') + QLatin1String(c_szFirstPage)),
-                          QTextDocument::MarkdownResource);
+    ShowPage(QLatin1String(c_szFirstPage));
     m_pBrowser->setFocus();
+    resize(900, 760);
+}
 
-    const QSize room = screen()->availableGeometry().size();
-    resize(std::min(900, room.width() - 60), std::min(760, room.height() - 80));
+void ManualWindow::ShowPage(const QString& sPage)
+{
+    m_pBrowser->setSource(QUrl::fromLocalFile(m_sFolder + QLatin1Char('/') + sPage), QTextDocument::MarkdownResource);
 }
 
 // Headings have no anchors of their own in a page that was read from Markdown.
@@ -164,33 +164,50 @@ QString ManualWindow::FindFolder(const QStringList& folders)
     return QString();
 }
 
-void AddManualItem(QMenu& helpMenu, QWidget* pOwner, IPrompts& prompts, const QStringList& folders)
+namespace
 {
-    auto* pAction = new QAction(QObject::tr("&Manual"), &helpMenu);
-    pAction->setShortcut(QKeySequence(Qt::Key_F1));
+
+// Null, behind a message: there is no manual.
+ManualWindow* OpenManual(QWidget* pOwner, IPrompts& prompts, const QStringList& folders)
+{
+    for (QWidget* pWidget : QApplication::topLevelWidgets())
+        if (auto* pOpen = qobject_cast<ManualWindow*>(pWidget); pOpen && pOpen->isVisible())
+            return pOpen;
+    const QString sFolder = ManualWindow::FindFolder(folders);
+    if (sFolder.isEmpty())
+    {
+        const QString sText = QObject::tr("The manual isn't there. It was looked for in\n\n%1\n\n"
+                                          "Please install it, or read it where the program's source is.");
+        prompts.Ask(sText.arg(folders.join(QLatin1Char('\n'))).toStdString(), "Emberdeck", EButtons::eOk,
+                    EIcon::eExclamation);
+        return nullptr;
+    }
+    auto* pWindow = new ManualWindow(sFolder, pOwner);
+    pWindow->setAttribute(Qt::WA_DeleteOnClose);
+    return pWindow;
+}
+
+} // namespace
+
+void AddManualItems(QMenu& helpMenu, QWidget* pOwner, IPrompts& prompts, const QStringList& folders)
+{
+    auto* pManual = new QAction(QObject::tr("&Manual"), &helpMenu);
+    pManual->setShortcut(QKeySequence(Qt::Key_F1));
+    auto* pKeys = new QAction(QObject::tr("&Keyboard and Mouse"), &helpMenu);
     QAction* pFirst = helpMenu.actions().value(0);
-    helpMenu.insertAction(pFirst, pAction);
+    helpMenu.insertActions(pFirst, {pManual, pKeys});
     helpMenu.insertSeparator(pFirst);
-    QObject::connect(pAction, &QAction::triggered, pOwner,
-                     [pOwner, &prompts, folders, pWindow = QPointer<ManualWindow>()]() mutable
-                     {
-                         const QString sFolder = ManualWindow::FindFolder(folders);
-                         if (!pWindow && sFolder.isEmpty())
+    for (QAction* pAction : {pManual, pKeys})
+        QObject::connect(pAction, &QAction::triggered, pOwner,
+                         [pOwner, &prompts, folders, bKeys = pAction == pKeys]
                          {
-                             const QString sText =
-                                 QObject::tr("The manual isn't there. It was looked for in\n\n%1\n\n"
-                                             "Please install it, or read it where the program's source is.");
-                             prompts.Ask(sText.arg(folders.join(QLatin1Char('\n'))).toStdString(),
-                                         "Emberdeck", EButtons::eOk, EIcon::eExclamation);
-                             return;
-                         }
-                         if (!pWindow)
-                         {
-                             pWindow = new ManualWindow(sFolder, pOwner);
-                             pWindow->setAttribute(Qt::WA_DeleteOnClose);
-                         }
-                         pWindow->show();
-                         pWindow->raise();
-                         pWindow->activateWindow();
-                     });
+                             ManualWindow* pWindow = OpenManual(pOwner, prompts, folders);
+                             if (!pWindow)
+                                 return;
+                             if (bKeys)
+                                 pWindow->ShowPage(QLatin1String(c_szKeysPage));
+                             pWindow->show();
+                             pWindow->raise();
+                             pWindow->activateWindow();
+                         });
 }

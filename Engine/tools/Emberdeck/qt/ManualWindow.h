@@ -22,14 +22,16 @@ public:
     static QString FindFolder(const QStringList& folders);
 
     QTextBrowser* Browser() const { return m_pBrowser; }
+    void ShowPage(const QString& sPage); // by its file's name
 
 private:
     void OnSourceChanged(const QUrl& source);
 
+    QString m_sFolder;
     QTextBrowser* m_pBrowser;
 };
 
-// Puts the item Manual (F1) before the others of the Help menu. Shows a message with the folders that were
-// looked at when the manual is in none of them.
-void AddManualItem(QMenu& helpMenu, QWidget* pOwner, IPrompts& prompts,
+// Puts the items Manual (F1) and Keyboard and Mouse, one of its pages, before the others of the Help menu. Shows a
+// message with the folders that were looked at when the manual is in none of them.
+void AddManualItems(QMenu& helpMenu, QWidget* pOwner, IPrompts& prompts,
                    const QStringList& folders = ManualWindow::GetFolders());

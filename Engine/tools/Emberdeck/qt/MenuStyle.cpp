@@ -1,108 +1,206 @@
 #include "qt/MenuStyle.h"
 
+#include <QMdiSubWindow>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOptionMenuItem>
 
 #include "qt/Appearance.h"
-#include "qt/ProgramIcon.h"
 #include "qt/QtSurface.h"
-#include "qt/QtText.h"
+#include "qt/ShellPainter.h"
+#include "qt/ToolBarWidget.h"
 
 namespace
 {
-class ShellSurface : public IShellSurface
-{
-public:
-    explicit ShellSurface(QPainter& painter) : m_Painter(painter) {}
-    void FillRect(const CRect& rc, CColorRef nColor) override { m_Painter.fillRect(ToQt(rc), ToQt(nColor)); }
-    void DrawImage(CPoint pt, const CPixelImage& image) override { m_Painter.drawImage(ToQt(pt), ToQImage(image)); }
-    void DrawMenuText(const CRect& rc, std::string_view sText, CColorRef nColor, bool bBold, bool bRight) override
-    {
-        m_Painter.save();
-        QFont font = m_Painter.font();
-        font.setBold(bBold);
-        m_Painter.setFont(font);
-        m_Painter.setPen(ToQt(nColor));
-        m_Painter.drawText(ToQt(rc), Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextShowMnemonic | (bRight ? Qt::AlignRight : Qt::AlignLeft),
-                           QtText::ToQt(sText));
-        m_Painter.restore();
-    }
-
-private:
-    QPainter& m_Painter;
-};
-
-class MenuFont : public IMenuFont
-{
-public:
-    explicit MenuFont(const QFont& font) : m_Font(font) {}
-    CMenuTextSize Measure(std::string_view sText, bool bBold) const override
-    {
-        QFont font = m_Font;
-        font.setBold(bBold);
-        const QFontMetrics metrics(font);
-        return CMenuTextSize{metrics.size(Qt::TextShowMnemonic, QtText::ToQt(sText)).width(), metrics.height()};
-    }
-
-private:
-    QFont m_Font;
-};
-
 // Lines about menus and boxes: half way between the window and its text would be loud, a third is seen.
 QColor FrameColor(const QPalette& palette)
 {
-    const QColor ground = palette.color(QPalette::Active, QPalette::Window), text = palette.color(QPalette::Active, QPalette::WindowText);
+    const QColor ground = palette.color(QPalette::Active, QPalette::Window),
+                 text = palette.color(QPalette::Active, QPalette::WindowText);
     const auto mix = [](int nGround, int nText) { return nGround + (nText - nGround) * 3 / 10; };
-    return QColor(mix(ground.red(), text.red()), mix(ground.green(), text.green()), mix(ground.blue(), text.blue()));
+    return QColor(mix(ground.red(), text.red()), mix(ground.green(), text.green()),
+                  mix(ground.blue(), text.blue()));
+}
+
+// What stands behind a tab is a key that the item brings along, as the toolkit's own menus do.
+QString KeyOf(const QAction& action)
+{
+    const qsizetype nTab = action.text().indexOf(QLatin1Char('\t'));
+    return nTab >= 0 ? action.text().mid(nTab + 1) : action.shortcut().toString(QKeySequence::NativeText);
+}
+
+// The style darkens the ground for the edge of a box, which on a dark one can't be told from it.
+void DrawEdgeOnDark(const QStyleOption& option, QPainter& painter)
+{
+    if (option.palette.color(QPalette::Window).lightness() >= 128 || (option.state & QStyle::State_HasFocus))
+        return;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(FrameColor(option.palette));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), 2, 2);
+    painter.restore();
 }
 
 CPopupItem ItemOf(const QAction& action, bool bDefault)
 {
     CPopupItem item;
     item.m_nID = action.data().toInt();
-    item.m_sText = action.text().section(QLatin1Char('\t'), 0, 0).toStdString();
+    item.m_sText = action.text().toStdString();
     item.m_bSeparator = action.isSeparator();
     item.m_bSubmenu = action.menu() != nullptr;
     item.m_bDefault = bDefault;
+    item.m_sKey = KeyOf(action).toStdString();
     return item;
+}
+
+const ToolBarWidget* ToolBarOf(const QWidget* pWidget)
+{
+    return qobject_cast<const ToolBarWidget*>(pWidget);
 }
 } // namespace
 
-CShellColors ShellColors(const QPalette& palette)
+void MenuStyle::polish(QWidget* pWidget)
 {
-    CShellColors colors;
-    colors.m_nFace = FromQt(palette.color(QPalette::Button));
-    colors.m_nShadow = FromQt(palette.color(QPalette::Dark));
-    colors.m_nHighlight = FromQt(palette.color(QPalette::Highlight));
-    colors.m_nMenu = FromQt(palette.color(QPalette::Base));
-    colors.m_nMenuText = FromQt(palette.color(QPalette::Text));
-    colors.m_nGrayText = FromQt(palette.color(QPalette::Disabled, QPalette::Text));
-    return colors;
+    QProxyStyle::polish(pWidget);
+    auto* pMenu = qobject_cast<QMenu*>(pWidget);
+    if (!pMenu)
+        return;
+    connect(pMenu, &QMenu::aboutToShow, this, &MenuStyle::OnMenuOpening, Qt::UniqueConnection);
+    connect(pMenu, &QMenu::aboutToHide, this, &MenuStyle::OnMenuClosing, Qt::UniqueConnection);
+    connect(pMenu, &QMenu::hovered, this, &MenuStyle::OnMenuHovered, Qt::UniqueConnection);
+    pMenu->installEventFilter(this);
 }
 
-void MenuStyle::drawControl(ControlElement eElement, const QStyleOption* pOption, QPainter* pPainter, const QWidget* pWidget) const
+// A menu says nothing when the pointer goes to a separator, or away.
+bool MenuStyle::eventFilter(QObject* pObject, QEvent* pEvent)
+{
+    if (m_pHinting == pObject && (pEvent->type() == QEvent::MouseMove || pEvent->type() == QEvent::Leave))
+    {
+        const QAction* pAction = nullptr;
+        if (pEvent->type() == QEvent::MouseMove)
+            pAction = static_cast<QMenu*>(pObject)->actionAt(
+                static_cast<QMouseEvent*>(pEvent)->position().toPoint());
+        if (!pAction || pAction->isSeparator())
+            emit ItemHovered(0);
+    }
+    return QProxyStyle::eventFilter(pObject, pEvent);
+}
+
+void MenuStyle::OnMenuOpening()
+{
+    const auto* pMenu = qobject_cast<const QMenu*>(sender());
+    if (Decorates(pMenu))
+        Decorate(*pMenu);
+}
+
+void MenuStyle::OnMenuClosing()
+{
+    // A submenu that closes behind the pointer, when that is on the next item already, has nothing to say.
+    if (m_pHinting == sender())
+        emit ItemHovered(0);
+}
+
+void MenuStyle::OnMenuHovered(QAction* pAction)
+{
+    // A menu also speaks for its submenus.
+    const auto* pMenu = qobject_cast<const QMenu*>(sender());
+    if (!pMenu || !pMenu->actions().contains(pAction))
+        return;
+    m_pHinting = pMenu;
+    emit ItemHovered(pAction->data().toInt());
+}
+
+bool MenuStyle::Decorates(const QMenu* pMenu) const
+{
+    return m_pDecorator && pMenu && !qobject_cast<const QMdiSubWindow*>(pMenu->parentWidget());
+}
+
+const CDecoratedPopup* MenuStyle::Decorate(const QMenu& menu) const
+{
+    connect(&menu, &QObject::destroyed, this, &MenuStyle::OnMenuDestroyed, Qt::UniqueConnection);
+    std::vector<CPopupItem> items;
+    m_nKeyColumn = 0;
+    for (const QAction* pAction : menu.actions())
+    {
+        items.push_back(ItemOf(*pAction, pAction == menu.defaultAction()));
+        m_nKeyColumn = std::max(m_nKeyColumn, menu.fontMetrics().horizontalAdvance(KeyOf(*pAction)));
+    }
+    m_pMeasured = &menu;
+    m_pDecorator->DecoratePopup(&menu, items, MenuFont(menu.font()));
+    return m_pDecorator->FindPopup(&menu);
+}
+
+void MenuStyle::OnMenuDestroyed(QObject* pMenu)
+{
+    if (m_pDecorator)
+        m_pDecorator->ForgetPopup(pMenu);
+    if (m_pHinting == pMenu)
+        m_pHinting = nullptr;
+}
+
+void MenuStyle::drawControl(ControlElement eElement, const QStyleOption* pOption, QPainter* pPainter,
+                            const QWidget* pWidget) const
 {
     const auto* pMenu = qobject_cast<const QMenu*>(pWidget);
     const auto* pItem = qstyleoption_cast<const QStyleOptionMenuItem*>(pOption);
-    if (eElement == CE_MenuItem && pMenu && pItem && m_pDecorator)
+    if (eElement == CE_MenuItem && pItem && Decorates(pMenu))
         DrawMenuItem(*pItem, *pPainter, *pMenu);
+    else if (const ToolBarWidget* pBar = ToolBarOf(pWidget); pBar && eElement == CE_ToolBar)
+    {
+        ShellPainter surface(*pPainter);
+        pBar->Logic().DrawGround(surface, FromQt(pBar->rect()));
+    }
     else
         QProxyStyle::drawControl(eElement, pOption, pPainter, pWidget);
 }
 
-QPalette MenuStyle::standardPalette() const { return AppearancePalette(EAppearance::eLight); }
+QPalette MenuStyle::standardPalette() const
+{
+    return AppearancePalette(EAppearance::eLight);
+}
 
 int MenuStyle::pixelMetric(PixelMetric eMetric, const QStyleOption* pOption, const QWidget* pWidget) const
 {
+    if (eMetric == PM_ToolBarHandleExtent && ToolBarOf(pWidget))
+        return CKRToolbar::c_nGripperRoom;
     return eMetric == PM_MenuPanelWidth ? 1 : QProxyStyle::pixelMetric(eMetric, pOption, pWidget);
 }
 
-void MenuStyle::drawPrimitive(PrimitiveElement eElement, const QStyleOption* pOption, QPainter* pPainter, const QWidget* pWidget) const
+// The toolkit shows the four-way arrow where the handle of a bar is said to be.
+QRect MenuStyle::subElementRect(SubElement eElement, const QStyleOption* pOption,
+                                const QWidget* pWidget) const
 {
+    const ToolBarWidget* pBar = ToolBarOf(pWidget);
+    if (eElement == SE_ToolBarHandle && pBar && !pBar->isFloating())
+        return ToQt(CKRToolbar::GetGripperZone(FromQt(pBar->rect()), pBar->GetSide()));
+    return QProxyStyle::subElementRect(eElement, pOption, pWidget);
+}
+
+int MenuStyle::styleHint(StyleHint eHint, const QStyleOption* pOption, const QWidget* pWidget,
+                         QStyleHintReturn* pReturn) const
+{
+    const bool bNo = eHint == SH_ComboBox_Popup || eHint == SH_DialogButtonBox_ButtonsHaveIcons;
+    return bNo ? 0 : QProxyStyle::styleHint(eHint, pOption, pWidget, pReturn);
+}
+
+void MenuStyle::drawPrimitive(PrimitiveElement eElement, const QStyleOption* pOption, QPainter* pPainter,
+                              const QWidget* pWidget) const
+{
+    // A floating bar has no gripper, but neither has it a title bar here: it keeps the toolkit's handle to be
+    // held by.
+    if (const ToolBarWidget* pBar = ToolBarOf(pWidget);
+        pBar && eElement == PE_IndicatorToolBarHandle && !pBar->isFloating())
+    {
+        ShellPainter surface(*pPainter);
+        pBar->Logic().DrawGripper(surface, FromQt(pBar->rect()), pBar->GetSide());
+        return;
+    }
     if (eElement != PE_FrameMenu && eElement != PE_PanelMenu)
     {
         QProxyStyle::drawPrimitive(eElement, pOption, pPainter, pWidget);
+        if (eElement == PE_FrameLineEdit || eElement == PE_IndicatorCheckBox)
+            DrawEdgeOnDark(*pOption, *pPainter);
         return;
     }
     if (eElement == PE_PanelMenu)
@@ -115,7 +213,8 @@ void MenuStyle::drawPrimitive(PrimitiveElement eElement, const QStyleOption* pOp
     pPainter->fillRect(QRect(rc.right(), rc.top(), 1, rc.height()), edge);
 }
 
-QRect MenuStyle::subControlRect(ComplexControl eControl, const QStyleOptionComplex* pOption, SubControl eSub, const QWidget* pWidget) const
+QRect MenuStyle::subControlRect(ComplexControl eControl, const QStyleOptionComplex* pOption, SubControl eSub,
+                                const QWidget* pWidget) const
 {
     const auto* pBox = qstyleoption_cast<const QStyleOptionGroupBox*>(pOption);
     if (eControl != CC_GroupBox || !pBox || (pBox->subControls & SC_GroupBoxCheckBox))
@@ -124,11 +223,13 @@ QRect MenuStyle::subControlRect(ComplexControl eControl, const QStyleOptionCompl
     if (eSub == SC_GroupBoxFrame)
         return pBox->rect.adjusted(0, nText / 2, 0, 0);
     if (eSub == SC_GroupBoxLabel)
-        return QRect(pBox->rect.left() + 9, pBox->rect.top(), pBox->fontMetrics.size(Qt::TextShowMnemonic, pBox->text).width() + 6, nText);
+        return QRect(pBox->rect.left() + 9, pBox->rect.top(),
+                     pBox->fontMetrics.size(Qt::TextShowMnemonic, pBox->text).width() + 6, nText);
     return pBox->rect.adjusted(4, nText + 2, -4, -4);
 }
 
-void MenuStyle::drawComplexControl(ComplexControl eControl, const QStyleOptionComplex* pOption, QPainter* pPainter, const QWidget* pWidget) const
+void MenuStyle::drawComplexControl(ComplexControl eControl, const QStyleOptionComplex* pOption,
+                                   QPainter* pPainter, const QWidget* pWidget) const
 {
     const auto* pBox = qstyleoption_cast<const QStyleOptionGroupBox*>(pOption);
     if (eControl != CC_GroupBox || !pBox || (pBox->subControls & SC_GroupBoxCheckBox))
@@ -146,124 +247,49 @@ void MenuStyle::drawComplexControl(ComplexControl eControl, const QStyleOptionCo
     pPainter->setBrush(Qt::NoBrush);
     pPainter->drawRoundedRect(QRectF(rcFrame).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
     pPainter->restore();
-    drawItemText(pPainter, rcLabel, Qt::AlignCenter | Qt::TextShowMnemonic, pBox->palette, pBox->state & State_Enabled, pBox->text,
-                 QPalette::WindowText);
+    drawItemText(pPainter, rcLabel, Qt::AlignCenter | Qt::TextShowMnemonic, pBox->palette,
+                 pBox->state & State_Enabled, pBox->text, QPalette::WindowText);
 }
 
 void MenuStyle::DrawMenuItem(const QStyleOptionMenuItem& option, QPainter& painter, const QMenu& menu) const
 {
-    const QAction* pAction = menu.actionAt(option.rect.center());
-    QPalette palette = option.palette;
-    palette.setCurrentColorGroup(QPalette::Active); // the ground of a disabled item is that of the others
-    CShellColors colors = ShellColors(palette);
-    // What is selected stands on a light ground in every palette.
-    if ((option.state & State_Selected) && palette.color(QPalette::Text).lightness() > 128)
-    {
-        colors.m_nMenuText = FromQt(palette.color(QPalette::Dark));
-        colors.m_nGrayText = FromQt(palette.color(QPalette::Light));
-    }
-    ShellSurface surface(painter);
-    // A light gutter and a light selection need dark text, a dark palette keeps its own ground.
-    CPopupItem item = pAction ? ItemOf(*pAction, pAction == menu.defaultAction()) : CPopupItem{};
-    if (option.menuItemType == QStyleOptionMenuItem::Separator)
-        item.m_bSeparator = true;
-    std::string sKey = option.text.section(QLatin1Char('\t'), 1).toStdString();
-    if (sKey.empty() && item.m_nID)
-        sKey = m_pDecorator->GetCommandKey(item.m_nID);
-    const uint32_t nBits = (item.m_bSeparator ? eMenuSeparator : 0u) | (item.m_bSubmenu ? eMenuSubmenu : 0u) | (item.m_bDefault ? eMenuDefault : 0u);
-    const CKRMenuItem drawn(item.m_nID, nBits, item.m_sText, sKey);
+    const qsizetype nItem = menu.actions().indexOf(menu.actionAt(option.rect.center()));
+    if (nItem < 0)
+        return;
     CMenuItemState state;
     state.m_bSelected = option.state & State_Selected;
     state.m_bChecked = option.checked;
     state.m_bDisabled = !(option.state & State_Enabled);
-    CMenuItemIcons icons;
-    if (item.m_nID)
-        icons = {m_pDecorator->FindIcon(item.m_nID, EImageKind::eNormal), m_pDecorator->FindIcon(item.m_nID, EImageKind::eHot),
-                 m_pDecorator->FindIcon(item.m_nID, EImageKind::eDisabled)};
     painter.save();
     painter.setFont(option.font);
-    drawn.DrawItem(surface, FromQt(option.rect), state, icons, colors);
-    if (item.m_bSubmenu)
+    ShellPainter surface(painter);
+    m_pDecorator->DrawItem(&menu, size_t(nItem), surface, FromQt(option.rect), state,
+                           ShellColors(option.palette));
+    if (option.menuItemType == QStyleOptionMenuItem::SubMenu)
     {
         QStyleOption arrow;
         arrow.palette = option.palette;
-        arrow.state = option.state;
-        arrow.rect = QRect(option.rect.right() - 14, option.rect.top() + (option.rect.height() - 10) / 2, 10, 10);
+        arrow.state = option.state & ~State_Selected; // it stands on no other ground than the text does
+        arrow.rect =
+            QRect(option.rect.right() - 14, option.rect.top() + (option.rect.height() - 10) / 2, 10, 10);
         QProxyStyle::drawPrimitive(PE_IndicatorArrowRight, &arrow, &painter, nullptr);
     }
     painter.restore();
 }
 
-QSize MenuStyle::sizeFromContents(ContentsType eType, const QStyleOption* pOption, const QSize& size, const QWidget* pWidget) const
+QSize MenuStyle::sizeFromContents(ContentsType eType, const QStyleOption* pOption, const QSize& size,
+                                  const QWidget* pWidget) const
 {
     const auto* pItem = qstyleoption_cast<const QStyleOptionMenuItem*>(pOption);
-    if (eType != CT_MenuItem || !pItem || !m_pDecorator)
+    const auto* pMenu = qobject_cast<const QMenu*>(pWidget);
+    if (eType != CT_MenuItem || !pItem || !Decorates(pMenu))
         return QProxyStyle::sizeFromContents(eType, pOption, size, pWidget);
+    const CDecoratedPopup* pPopup = m_pDecorator->FindPopup(pMenu);
+    // A menu may be asked for its size before it opens, and may have got items since.
+    if (!pPopup || m_pMeasured != pMenu || pPopup->m_Items.size() != size_t(pMenu->actions().size()))
+        pPopup = Decorate(*pMenu);
     if (pItem->menuItemType == QStyleOptionMenuItem::Separator)
-        return QSize(1, 5); // the menu leaves out what has no width at all
-    const MenuFont font(pItem->font);
-    const bool bSubmenu = pItem->menuItemType == QStyleOptionMenuItem::SubMenu;
-    // The key's text takes its own column, which the menu adds by itself where the item has one.
-    CKRMenuItem item(0, bSubmenu ? eMenuSubmenu : 0u, pItem->text.section(QLatin1Char('\t'), 0, 0).toStdString(), std::string());
-    item.MeasureItem(font, 0);
-    const int nKey = 20 + font.Measure("Ctrl+Shift+F5", false).m_nWidth / 2;
-    return QSize(item.GetWidth() + CKRMenuItem::c_nRightRoom + (bSubmenu ? 0 : nKey), item.GetHeight());
-}
-
-ToolButton::ToolButton(const CKRToolbar& toolbar, int32_t nCommand, QWidget* pParent)
-    : QWidget(pParent), m_Toolbar(toolbar), m_nCommand(nCommand)
-{
-    setFixedSize(26, 26);
-    setFocusPolicy(Qt::NoFocus);
-}
-
-void ToolButton::paintEvent(QPaintEvent*)
-{
-    QPainter painter(this);
-    ShellSurface surface(painter);
-    CToolItemState state;
-    state.m_bDisabled = !isEnabled();
-    // The images of disabled buttons are made for a light bar: on a dark one they would outshine the others.
-    if (state.m_bDisabled && palette().color(QPalette::WindowText).lightness() > 128)
-        painter.setOpacity(0.4);
-    state.m_bPressed = m_bPressed;
-    state.m_bHot = m_bHot;
-    m_Toolbar.DrawItem(surface, FromQt(rect()), m_nCommand, state);
-}
-
-void ToolButton::mousePressEvent(QMouseEvent* pEvent)
-{
-    m_bPressed = pEvent->button() == Qt::LeftButton;
-    update();
-}
-
-void ToolButton::mouseReleaseEvent(QMouseEvent* pEvent)
-{
-    const bool bClick = m_bPressed && rect().contains(pEvent->position().toPoint());
-    m_bPressed = false;
-    update();
-    if (bClick)
-        emit Clicked(m_nCommand);
-}
-
-void ToolButton::enterEvent(QEnterEvent*)
-{
-    m_bHot = true;
-    update();
-    emit Hovered(m_nCommand);
-}
-
-void ToolButton::leaveEvent(QEvent*)
-{
-    m_bHot = false;
-    update();
-    emit Hovered(0);
-}
-
-void ToolButton::keyPressEvent(QKeyEvent* pEvent)
-{
-    if (pEvent->key() == Qt::Key_Space)
-        emit Clicked(m_nCommand);
-    else
-        QWidget::keyPressEvent(pEvent);
+        return QSize(1, CKRMenuItem::c_nSeparatorHeight); // the menu leaves out what has no width at all
+    // All items of a menu are as wide as the widest. The menu adds the keys that items bring along by itself.
+    return QSize(std::max(pPopup->m_nWidth + CKRMenuItem::c_nRightRoom - m_nKeyColumn, 1), pPopup->m_nHeight);
 }

@@ -7,6 +7,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOptionButton>
+#include <QStyleOptionSlider>
 #include <QStylePainter>
 #include <QToolTip>
 
@@ -74,10 +75,13 @@ void KeepDisabledReadable(QWidget& window)
 {
     QPalette palette = window.palette();
     const std::pair<QPalette::ColorRole, QPalette::ColorRole> roles[] = {
-        {QPalette::Text, QPalette::Base}, {QPalette::ButtonText, QPalette::Button}, {QPalette::WindowText, QPalette::Window}};
+        {QPalette::Text, QPalette::Base},
+        {QPalette::ButtonText, QPalette::Button},
+        {QPalette::WindowText, QPalette::Window}};
     for (const auto& [eText, eGround] : roles)
     {
-        const QColor text = palette.color(QPalette::Active, eText), ground = palette.color(QPalette::Active, eGround);
+        const QColor text = palette.color(QPalette::Active, eText),
+                     ground = palette.color(QPalette::Active, eGround);
         const auto between = [](int a, int b) { return (3 * a + 2 * b) / 5; };
         palette.setColor(QPalette::Disabled, eText,
                          QColor(between(text.red(), ground.red()), between(text.green(), ground.green()),
@@ -202,6 +206,31 @@ void SpinArrows::paintEvent(QPaintEvent*)
         painter.setBrush(palette().color(QPalette::ButtonText));
         painter.drawPolygon(points, 3);
     }
+}
+
+void ListScrollBar::EnableArrows(bool bUp, bool bDown)
+{
+    if (m_bUp == bUp && m_bDown == bDown)
+        return;
+    m_bUp = bUp;
+    m_bDown = bDown;
+    update();
+}
+
+// The style knows only a bar that is enabled as a whole: the grey arrows are drawn over it.
+void ListScrollBar::paintEvent(QPaintEvent* pEvent)
+{
+    QScrollBar::paintEvent(pEvent);
+    QStyleOptionSlider option;
+    initStyleOption(&option);
+    option.subControls.setFlag(QStyle::SC_ScrollBarSubLine, !m_bUp);
+    option.subControls.setFlag(QStyle::SC_ScrollBarAddLine, !m_bDown);
+    option.subControls &= QStyle::SC_ScrollBarSubLine | QStyle::SC_ScrollBarAddLine;
+    if (!option.subControls)
+        return;
+    option.state &= ~QStyle::State_Enabled;
+    option.palette.setCurrentColorGroup(QPalette::Disabled);
+    QStylePainter(this).drawComplexControl(QStyle::CC_ScrollBar, option);
 }
 
 SwatchButton::SwatchButton(QWidget* pParent) : QAbstractButton(pParent)

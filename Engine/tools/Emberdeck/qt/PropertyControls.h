@@ -4,6 +4,7 @@
 #include <QFontMetricsF>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTimer>
 
 #include "platform/IDrawSurface.h"
@@ -77,6 +78,23 @@ private:
 
     QTimer m_Repeat;
     int m_nPressed = 0; // the delta of the arrow that is held; 0: none
+};
+
+// The vertical bar of a list. An arrow that leads nowhere is grey.
+class ListScrollBar : public QScrollBar
+{
+    Q_OBJECT
+
+public:
+    explicit ListScrollBar(QWidget* pParent) : QScrollBar(Qt::Vertical, pParent) {}
+    void EnableArrows(bool bUp, bool bDown);
+
+protected:
+    void paintEvent(QPaintEvent* pEvent) override;
+
+private:
+    bool m_bUp = true;
+    bool m_bDown = true;
 };
 
 // Shows a colour, with a raised edge.

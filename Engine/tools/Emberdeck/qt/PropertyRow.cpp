@@ -1,5 +1,8 @@
 #include "qt/PropertyRow.h"
 
+#include <algorithm>
+
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -98,6 +101,8 @@ QWidget* PropertyRow::MakeCombo(int nSlot, const CControlDesc& desc, QWidget* pP
     for (const std::string& sItem : desc.m_Items)
         pCombo->addItem(QtText::ToQt(sItem));
     pCombo->setCurrentIndex(-1);
+    pCombo->setMaxVisibleItems(
+        std::max(desc.m_nDropHeight / std::max(pCombo->view()->sizeHintForRow(0), 1), 1));
     connect(pCombo, &QComboBox::activated, this, [this, nSlot](int nItem) { m_Row.Select(nSlot, nItem); });
     return pCombo;
 }

@@ -4,11 +4,14 @@
 #include <utility>
 
 #include <QApplication>
+#include <QDateTime>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTreeView>
 
 #include "app/Messages.h"
 #include "properties/ValueText.h"
@@ -19,6 +22,7 @@
 namespace
 {
 constexpr qint64 c_nProgressAfterMs = 500;
+constexpr qint64 c_nProgressEachMs = 40; // work that tells more often isn't slowed down by it
 
 QMessageBox::StandardButtons Buttons(EButtons eButtons)
 {
@@ -65,7 +69,9 @@ QStringList Filters(const std::string& sFilter)
         {
             QString sAnyCase;
             for (QChar c : sPattern == QLatin1String("*.*") ? QStringLiteral("*") : sPattern)
-                sAnyCase += c.isLetter() ? QLatin1Char('[') + QString(c.toLower()) + c.toUpper() + QLatin1Char(']') : QString(c);
+                sAnyCase += c.isLetter()
+                                ? QLatin1Char('[') + QString(c.toLower()) + c.toUpper() + QLatin1Char(']')
+                                : QString(c);
             patterns << sAnyCase;
         }
         const QString& sName = parts[i];
@@ -78,7 +84,8 @@ QStringList Filters(const std::string& sFilter)
 class EntryDialog : public TemplateDialog
 {
 public:
-    EntryDialog(int nTemplate, QWidget* pOwner, QLineEdit*& pEdit, int nEdit) : TemplateDialog(nTemplate, pOwner)
+    EntryDialog(int nTemplate, QWidget* pOwner, QLineEdit*& pEdit, int nEdit)
+        : TemplateDialog(nTemplate, pOwner)
     {
         m_pEdit = pEdit = m_Controls.Get<QLineEdit>(nEdit);
     }
@@ -145,6 +152,14 @@ bool QtPrompts::ChooseFile(const CFileDialogRequest& request, std::string& sPath
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.resize(dialog.sizeHint().expandedTo(QSize(760, 480)));
+    if (auto* pFiles = dialog.findChild<QTreeView*>(QStringLiteral("treeView")))
+    {
+        // The columns as they come cut dates in the middle.
+        const QString sDate =
+            QLocale().toString(QDateTime(QDate(2000, 12, 28), QTime(22, 58, 58)), QLocale::ShortFormat);
+        pFiles->header()->resizeSection(0, 300);
+        pFiles->header()->resizeSection(3, dialog.fontMetrics().horizontalAdvance(sDate) + 60);
+    }
     dialog.setAcceptMode(request.m_bOpen ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
     dialog.setFileMode(request.m_bOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.m_bOverwritePrompt);
@@ -157,14 +172,16 @@ bool QtPrompts::ChooseFile(const CFileDialogRequest& request, std::string& sPath
     // A pattern is a legal file name here: the field stays empty, and the filter shows what there is.
     const bool bPattern = request.m_sInitialName.find_first_of("*?") != std::string::npos;
     if (!request.m_sInitialName.empty() && !bPattern)
-        dialog.selectFile(QtText::PathToQt(request.m_sInitialName).replace(QLatin1Char('\\'), QLatin1Char('/')));
+        dialog.selectFile(
+            QtText::PathToQt(request.m_sInitialName).replace(QLatin1Char('\\'), QLatin1Char('/')));
 
     for (;;)
     {
         if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
             return false;
         const QString sFile = dialog.selectedFiles().constFirst();
-        if (!QFileInfo(sFile).fileName().contains(QLatin1Char('*')) && !QFileInfo(sFile).fileName().contains(QLatin1Char('?')))
+        if (!QFileInfo(sFile).fileName().contains(QLatin1Char('*')) &&
+            !QFileInfo(sFile).fileName().contains(QLatin1Char('?')))
         {
             QDir::setCurrent(QFileInfo(sFile).absolutePath());
             sPath = QtText::PathFromQt(sFile);
@@ -188,7 +205,8 @@ bool QtPrompts::EnterText(const std::string& sCaption, const std::string& sLabel
     {
         // The user has to change the text before OK works, also with a name already in the box.
         pOk->setEnabled(false);
-        QObject::connect(pEdit, &QLineEdit::textChanged, pOk, [pOk](const QString& s) { pOk->setEnabled(!s.isEmpty()); });
+        QObject::connect(pEdit, &QLineEdit::textChanged, pOk,
+                         [pOk](const QString& s) { pOk->setEnabled(!s.isEmpty()); });
     }
     pEdit->setFocus();
     if (dialog.exec() != QDialog::Accepted)
@@ -206,7 +224,8 @@ bool QtPrompts::EnterNumber(const CNumberEntry& request, int32_t& nValue)
     pEdit->setText(QString::number(nValue));
     pEdit->selectAll();
     pEdit->setFocus();
-    dialog.m_Take = [&] {
+    dialog.m_Take = [&]
+    {
         bool bNumber = false;
         const qlonglong nEntered = pEdit->text().trimmed().toLongLong(&bNumber, 10);
         if (bNumber && nEntered >= request.m_nMin && nEntered <= request.m_nMax)
@@ -214,8 +233,8 @@ bool QtPrompts::EnterNumber(const CNumberEntry& request, int32_t& nValue)
             nValue = static_cast<int32_t>(nEntered);
             return true;
         }
-        Ask(QSFormat("Please enter a whole number between %d and %d.", request.m_nMin, request.m_nMax), "Emberdeck",
-            EButtons::eOk, EIcon::eExclamation);
+        Ask(QSFormat("Please enter a whole number between %d and %d.", request.m_nMin, request.m_nMax),
+            "Emberdeck", EButtons::eOk, EIcon::eExclamation);
         return false;
     };
     return dialog.exec() == QDialog::Accepted;
@@ -230,7 +249,8 @@ bool QtPrompts::EnterFloat(const std::string& sCaption, const std::string& sLabe
     pEdit->setText(QtText::ToQt(NumberEntryText(fValue)));
     pEdit->selectAll();
     pEdit->setFocus();
-    dialog.m_Take = [&] {
+    dialog.m_Take = [&]
+    {
         float fEntered = 0.0f;
         if (ParseNumberEntry(QtText::FromQt(pEdit->text()), fEntered))
         {
@@ -246,7 +266,10 @@ bool QtPrompts::EnterFloat(const std::string& sCaption, const std::string& sLabe
 void QtPrompts::BeginWait()
 {
     if (m_nWaits++ == 0)
+    {
         m_Clock.start();
+        m_nShownAt = 0;
+    }
     QApplication::setOverrideCursor(Qt::WaitCursor);
 }
 
@@ -271,6 +294,9 @@ bool QtPrompts::Progress(const std::string& sWhat, double fFraction)
         m_pProgress->setMinimumDuration(0);
         m_pProgress->setAutoReset(false);
     }
+    else if (fFraction < 1.0 && m_Clock.elapsed() < m_nShownAt + c_nProgressEachMs)
+        return true;
+    m_nShownAt = m_Clock.elapsed();
     m_pProgress->setLabelText(QtText::ToQt(sWhat));
     m_pProgress->setRange(0, fFraction < 0.0 ? 0 : 100);
     m_pProgress->setValue(fFraction < 0.0 ? 0 : int(std::min(fFraction, 1.0) * 100.0));

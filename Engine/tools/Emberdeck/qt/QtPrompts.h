@@ -16,7 +16,8 @@ class QtPrompts : public IPrompts
 public:
     void SetOwner(QWidget* pOwner) { m_pOwner = pOwner; }
 
-    EAnswer Ask(const std::string& sText, const std::string& sCaption, EButtons eButtons, EIcon eIcon) override;
+    EAnswer Ask(const std::string& sText, const std::string& sCaption, EButtons eButtons,
+                EIcon eIcon) override;
     void Advise(const std::string& sText) override { m_sAdvice = sText; }
     bool ChooseFile(const CFileDialogRequest& request, std::string& sPath) override;
     bool EnterText(const std::string& sCaption, const std::string& sLabel, std::string& sText) override;
@@ -33,5 +34,6 @@ private:
     std::string m_sAdvice; // for the next message
     int m_nWaits = 0;
     QElapsedTimer m_Clock;
+    qint64 m_nShownAt = 0; // on that clock, when the progress was brought up to date
     std::unique_ptr<QProgressDialog> m_pProgress;
 };

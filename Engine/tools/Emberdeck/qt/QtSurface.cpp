@@ -3,17 +3,27 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QVarLengthArray>
+
 #include "qt/QtText.h"
 
 QtSurface::QtSurface(QPainter& painter, const QRect& bounds, const QPalette& palette)
-    : m_Painter(painter), m_Bounds(bounds), m_Palette(palette)
+    : m_Painter(painter), m_Bounds(bounds), m_Palette(palette),
+      m_bPlainScale(painter.deviceTransform().type() <= QTransform::TxTranslate)
 {
-    const QColor face = m_Palette.color(QPalette::Button);
+    QColor face = m_Palette.color(QPalette::Button);
+    // What is drawn on the faces is black in every palette: a dark one is lightened until that shows.
     const bool bDark = face.lightness() < 128;
-    m_FaceTop = face.lighter(bDark ? 125 : 106);
-    m_FaceBottom = face.darker(bDark ? 105 : 108);
-    m_nFaceEdge = FromQt(face.darker(bDark ? 220 : 170));
-    m_nFaceLight = FromQt(face.lighter(bDark ? 150 : 115));
+    if (bDark)
+    {
+        const auto lift = [](int n) { return n + (255 - n) * 11 / 20; };
+        face = QColor(lift(face.red()), lift(face.green()), lift(face.blue()));
+    }
+    m_FaceTop = face.lighter(106);
+    m_FaceBottom = face.darker(108);
+    m_nFaceEdge = FromQt(face.darker(170));
+    m_nFaceLight = FromQt(face.lighter(115));
+    m_SunkenFace = face.darker(bDark ? 130 : 112);
 }
 
 // Coordinates may lie a billion pixels outside, where the painter's own arithmetic ends.
@@ -60,6 +70,37 @@ bool QtSurface::Clip(QPointF& from, QPointF& to) const
     return true;
 }
 
+// Every second pixel.
+void QtSurface::FillDotted(const CRect& rc, CColorRef nColor)
+{
+    const CRect rcVisible = Visible(rc);
+    if (rcVisible.IsEmpty())
+        return;
+    constexpr int c_nDots = 512;
+    if (!m_bPlainScale || rcVisible.Width() > c_nDots || rcVisible.Height() > c_nDots ||
+        std::min(rcVisible.Width(), rcVisible.Height()) > 1)
+    {
+        m_Painter.fillRect(ToQt(rcVisible), QBrush(ToQt(nColor), Qt::Dense4Pattern));
+        return;
+    }
+    // A pattern is set up anew for each fill; a picture of a line is there.
+    if (m_DottedRow.isNull() || nColor != m_nDotted)
+    {
+        m_nDotted = nColor;
+        m_DottedRow = QImage(c_nDots, 1, QImage::Format_ARGB32_Premultiplied);
+        m_DottedColumn = QImage(1, c_nDots, QImage::Format_ARGB32_Premultiplied);
+        for (int i = 0; i < c_nDots; ++i)
+        {
+            const QColor color = i % 2 ? QColor(Qt::transparent) : ToQt(nColor);
+            m_DottedRow.setPixelColor(i, 0, color);
+            m_DottedColumn.setPixelColor(0, i, color);
+        }
+    }
+    const bool bRow = rcVisible.Width() > 1;
+    m_Painter.drawImage(QPoint(rcVisible.left, rcVisible.top), bRow ? m_DottedRow : m_DottedColumn,
+                        QRect(0, 0, rcVisible.Width(), rcVisible.Height()));
+}
+
 void QtSurface::DrawLine(CPoint from, CPoint to, const CPenSpec& pen)
 {
     if (pen.m_eStyle == EPenStyle::eNone || from == to)
@@ -81,10 +122,10 @@ void QtSurface::DrawLine(CPoint from, CPoint to, const CPenSpec& pen)
         const int32_t nMore = std::max(pen.m_nWidth, 1) - 1;
         (from.x == to.x ? rc.left : rc.top) -= (nMore + 1) / 2;
         (from.x == to.x ? rc.right : rc.bottom) += nMore / 2;
-        if (!bDotted)
+        if (bDotted)
+            FillDotted(rc, pen.m_nColor);
+        else
             FillRect(rc, pen.m_nColor);
-        else if (const CRect rcVisible = Visible(rc); !rcVisible.IsEmpty()) // every second pixel, as a fill is fast
-            m_Painter.fillRect(ToQt(rcVisible), QBrush(ToQt(pen.m_nColor), Qt::Dense4Pattern));
         return;
     }
     // One step short of the last point, along the longer side.
@@ -114,6 +155,11 @@ void QtSurface::DrawLine(CPoint from, CPoint to, const CPenSpec& pen)
 
 void QtSurface::SetTools(const CPenSpec& pen, const CBrushSpec& brush)
 {
+    if (m_bTools && pen == m_ToolPen && brush == m_ToolBrush)
+        return; // one mark after the other: new tools would cost as much as the mark
+    m_bTools = true;
+    m_ToolPen = pen;
+    m_ToolBrush = brush;
     if (pen.m_eStyle == EPenStyle::eNone)
         m_Painter.setPen(Qt::NoPen);
     else
@@ -138,11 +184,11 @@ void QtSurface::SetTools(const CPenSpec& pen, const CBrushSpec& brush)
 
 void QtSurface::DrawPolygon(const CPoint* pPoints, int nCount, const CPenSpec& pen, const CBrushSpec& brush)
 {
-    QPolygon polygon;
+    QVarLengthArray<QPoint, 8> points;
     for (int i = 0; i < nCount; ++i)
-        polygon << QPoint(std::clamp(pPoints[i].x, -32000, 32000), std::clamp(pPoints[i].y, -32000, 32000));
+        points.append(QPoint(std::clamp(pPoints[i].x, -32000, 32000), std::clamp(pPoints[i].y, -32000, 32000)));
     SetTools(pen, brush);
-    m_Painter.drawPolygon(polygon);
+    m_Painter.drawPolygon(points.constData(), nCount);
 }
 
 void QtSurface::DrawEllipse(const CRect& rc, const CPenSpec& pen, const CBrushSpec& brush)
@@ -163,8 +209,11 @@ void QtSurface::DrawRectangle(const CRect& rc, const CPenSpec& pen, const CBrush
     const CRect rcVisible = Visible(rc);
     if (rcVisible.IsEmpty())
         return;
-    SetTools(CPenSpec{EPenStyle::eNone, 0}, brush);
-    m_Painter.drawRect(ToQt(rcVisible));
+    if (brush.m_eStyle != EBrushStyle::eNone)
+    {
+        SetTools(CPenSpec{EPenStyle::eNone, 0}, brush);
+        m_Painter.drawRect(ToQt(rcVisible));
+    }
     if (pen.m_eStyle == EPenStyle::eNone)
         return;
     // Sides as lines: they are whole pixels at every scale.
@@ -174,39 +223,72 @@ void QtSurface::DrawRectangle(const CRect& rc, const CPenSpec& pen, const CBrush
     DrawLine(CPoint{rc.right - 1, rc.top}, CPoint{rc.right - 1, rc.bottom}, pen);
 }
 
+// A raised face but for its sides, as a picture: to copy it costs a fraction of what a gradient does, and the
+// keys of a timeline are all of one height.
+const QImage& QtSurface::FaceImage(int nHeight)
+{
+    if (m_FaceImage.height() != nHeight)
+    {
+        constexpr int c_nWidth = 256;
+        m_FaceImage = QImage(c_nWidth, nHeight, QImage::Format_ARGB32_Premultiplied);
+        QPainter painter(&m_FaceImage);
+        painter.fillRect(m_FaceImage.rect(), FaceGradient(0, nHeight));
+        painter.fillRect(0, 0, c_nWidth, 1, ToQt(m_nFaceEdge));
+        painter.fillRect(0, 1, c_nWidth, 1, ToQt(m_nFaceLight));
+        painter.fillRect(0, nHeight - 1, c_nWidth, 1, ToQt(m_nFaceEdge));
+    }
+    return m_FaceImage;
+}
+
+QLinearGradient QtSurface::FaceGradient(int nTop, int nBottom) const
+{
+    QLinearGradient gradient(0, nTop, 0, nBottom);
+    gradient.setColorAt(0, m_FaceTop);
+    gradient.setColorAt(1, m_FaceBottom);
+    return gradient;
+}
+
 void QtSurface::DrawRaisedFace(const CRect& rc)
 {
     const CRect rcFace = Visible(rc);
     if (rcFace.IsEmpty())
         return;
-    QLinearGradient gradient(0, rcFace.top, 0, rcFace.bottom);
-    gradient.setColorAt(0, m_FaceTop);
-    gradient.setColorAt(1, m_FaceBottom);
-    m_Painter.fillRect(ToQt(rcFace), gradient);
-    FillRect(CRect{rc.left, rc.top, rc.right, rc.top + 1}, m_nFaceEdge);
-    FillRect(CRect{rc.left, rc.bottom - 1, rc.right, rc.bottom}, m_nFaceEdge);
+    if (m_bPlainScale && rc.Width() > 3 && rc.Height() > 2 && rcFace.Height() == rc.Height())
+    {
+        const QImage& image = FaceImage(rc.Height());
+        for (int32_t x = rcFace.left; x < rcFace.right; x += image.width())
+            m_Painter.drawImage(QPoint(x, rc.top), image,
+                                QRect(0, 0, std::min(rcFace.right - x, image.width()), rc.Height()));
+    }
+    else
+    {
+        m_Painter.fillRect(ToQt(rcFace), FaceGradient(rcFace.top, rcFace.bottom));
+        FillRect(CRect{rc.left, rc.top, rc.right, rc.top + 1}, m_nFaceEdge);
+        FillRect(CRect{rc.left, rc.bottom - 1, rc.right, rc.bottom}, m_nFaceEdge);
+        if (rc.Width() > 3)
+            FillRect(CRect{rc.left + 1, rc.top + 1, rc.right - 1, rc.top + 2}, m_nFaceLight);
+    }
     FillRect(CRect{rc.left, rc.top, rc.left + 1, rc.bottom}, m_nFaceEdge);
     FillRect(CRect{rc.right - 1, rc.top, rc.right, rc.bottom}, m_nFaceEdge);
-    if (rc.Width() > 3)
-        FillRect(CRect{rc.left + 1, rc.top + 1, rc.right - 1, rc.top + 2}, m_nFaceLight);
 }
 
 void QtSurface::DrawSunkenFace(const CRect& rc)
 {
-    const QColor face = m_Palette.color(QPalette::Button).darker(112);
-    FillRect(rc, FromQt(face));
-    FillRect(CRect{rc.left, rc.top, rc.right, rc.top + 1}, FromQt(face.darker(125)));
-    FillRect(CRect{rc.left, rc.bottom - 1, rc.right, rc.bottom}, FromQt(face.lighter(108)));
+    FillRect(rc, FromQt(m_SunkenFace));
+    FillRect(CRect{rc.left, rc.top, rc.right, rc.top + 1}, FromQt(m_SunkenFace.darker(125)));
+    FillRect(CRect{rc.left, rc.bottom - 1, rc.right, rc.bottom}, FromQt(m_SunkenFace.lighter(108)));
 }
 
 void QtSurface::DrawTextCentered(const CRect& rc, std::string_view sText, CColorRef nColor)
 {
+    m_bTools = false;
     m_Painter.setPen(ToQt(nColor));
     m_Painter.drawText(ToQt(rc), Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip, QtText::ToQt(sText));
 }
 
 void QtSurface::DrawTextAt(CPoint pt, std::string_view sText, CColorRef nColor)
 {
+    m_bTools = false;
     m_Painter.setPen(ToQt(nColor));
     m_Painter.drawText(QPointF(pt.x, pt.y + m_Painter.fontMetrics().ascent()), QtText::ToQt(sText));
 }

@@ -3,6 +3,7 @@
 #include <string>
 #include <unordered_map>
 
+#include <QImage>
 #include <QPainter>
 #include <QPalette>
 
@@ -43,11 +44,22 @@ private:
     void SetTools(const CPenSpec& pen, const CBrushSpec& brush);
     bool Clip(QPointF& from, QPointF& to) const;
     CRect Visible(const CRect& rc) const;
+    void FillDotted(const CRect& rc, CColorRef nColor);
+    const QImage& FaceImage(int nHeight);
+    QLinearGradient FaceGradient(int nTop, int nBottom) const;
 
     QPainter& m_Painter;
     QRect m_Bounds;
     const QPalette& m_Palette;
+    const bool m_bPlainScale; // a logical pixel is a pixel
     QColor m_FaceTop, m_FaceBottom; // of a raised face, from top to bottom
+    QColor m_SunkenFace;
     CColorRef m_nFaceEdge, m_nFaceLight;
+    bool m_bTools = false; // the painter's pen and brush are these
+    CPenSpec m_ToolPen;
+    CBrushSpec m_ToolBrush;
+    QImage m_FaceImage; // of the last height
+    QImage m_DottedRow, m_DottedColumn;
+    CColorRef m_nDotted = 0; // what they are made with
     mutable std::unordered_map<std::string, int32_t> m_Widths;
 };

@@ -1,9 +1,13 @@
 #include "qt/SourceControlFront.h"
 
+#include <algorithm>
+#include <utility>
+
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QLabel>
 #include <QListWidget>
 #include <QPlainTextEdit>
@@ -12,6 +16,7 @@
 
 #include "qt/QtText.h"
 #include "qt/SourceControlHistory.h"
+#include "shared/engine/BuiltInProviders.h"
 
 namespace
 {
@@ -53,11 +58,19 @@ QDialogButtonBox* MakeButtons(QDialog* pDialog)
 class CLocator final : public ISourceControlLocator
 {
 public:
-    CLocator(const CProviderRegistry& registry, const QtSourceControl& front) : m_Registry(registry), m_Front(front) {}
-
-    CSourceControlStatus SelectProvider(CClassId& id) override
+    CLocator(const CProviderRegistry& registry, const QtSourceControl& front, IPrompts* pPrompts)
+        : m_Registry(registry), m_Front(front), m_pPrompts(pPrompts)
     {
-        ProviderChooser chooser(m_Registry, m_Front.Owner());
+    }
+
+    // Who saves a library that lies in no work copy isn't asked which system keeps it: only one answer would do.
+    CSourceControlStatus SelectProvider(CClassId& id, bool bCalledFor) override
+    {
+        id = CClassId();
+        const CClassId found = Found();
+        if (!bCalledFor && found.IsZero() && !KnowsOthers())
+            return {c_nSourceControlUnasked, std::string()};
+        ProviderChooser chooser(m_Registry, found, m_Front.Owner());
         if (Execute(chooser) != QDialog::Accepted)
             return {c_nSourceControlCancelled, "No source control provider was chosen."};
         id = chooser.Choice();
@@ -65,26 +78,53 @@ public:
     }
 
 private:
+    // Whose work copy the library lies in. Looked up once for each library: it is asked at each save.
+    CClassId Found()
+    {
+        const std::string sFile = m_Front.CurrentFile();
+        if (sFile != m_sFile)
+        {
+            m_sFile = sFile;
+            m_Found = sFile.empty() ? CClassId() : FindBuiltInProvider(sFile, m_pPrompts);
+        }
+        return m_Found;
+    }
+    bool KnowsOthers() const
+    {
+        return !std::all_of(m_Registry.Entries().begin(), m_Registry.Entries().end(),
+                            [](const CProviderRegistry::CEntry& entry) { return IsBuiltInProvider(entry.m_Id); });
+    }
+
     const CProviderRegistry& m_Registry;
     const QtSourceControl& m_Front;
+    IPrompts* m_pPrompts;
+    std::string m_sFile;
+    CClassId m_Found;
 };
 } // namespace
 
-ProviderChooser::ProviderChooser(const CProviderRegistry& registry, QWidget* pParent)
+ProviderChooser::ProviderChooser(const CProviderRegistry& registry, const CClassId& first, QWidget* pParent)
     : QDialog(pParent), m_Registry(registry), m_pList(new QListWidget)
 {
     setWindowTitle(tr("Source Control Provider"));
     QVBoxLayout* pLayout = MakeLayout(this);
     pLayout->addWidget(MakeLabel(tr("Which version control system keeps the project's files?")));
     for (const CProviderRegistry::CEntry& entry : registry.Entries())
+    {
         m_pList->addItem(QtText::ToQt(entry.m_sName));
+        if (entry.m_Id == first)
+            m_pList->setCurrentRow(m_pList->count() - 1);
+    }
     m_pList->addItem(tr("No source control"));
     m_pList->setAccessibleName(windowTitle());
-    m_pList->setCurrentRow(0);
+    if (m_pList->currentRow() < 0)
+        m_pList->setCurrentRow(m_pList->count() - 1);
     connect(m_pList, &QListWidget::itemDoubleClicked, this, &QDialog::accept);
-    pLayout->addWidget(m_pList);
+    pLayout->addWidget(m_pList, 1);
+    pLayout->addWidget(MakeLabel(tr("To answer for good, name a Provider under [Source Control] in the project locator file. "
+                                    "\"No source control\" holds until Connect is used or the program ends.")));
     pLayout->addWidget(MakeButtons(this));
-    resize(fontMetrics().averageCharWidth() * 50, fontMetrics().height() * 14);
+    resize(fontMetrics().averageCharWidth() * 60, fontMetrics().height() * 15);
     m_pList->setFocus();
 }
 
@@ -125,9 +165,15 @@ QWidget* QtSourceControl::Owner() const
     return pModal ? pModal : m_pOwner.data();
 }
 
-std::unique_ptr<ISourceControlLocator> QtSourceControl::MakeLocator(const CProviderRegistry& registry) const
+void QtSourceControl::SetOwner(QWidget* pOwner, std::function<std::string()> currentFile)
 {
-    return std::make_unique<CLocator>(registry, *this);
+    m_pOwner = pOwner;
+    m_CurrentFile = std::move(currentFile);
+}
+
+std::unique_ptr<ISourceControlLocator> QtSourceControl::MakeLocator(const CProviderRegistry& registry, IPrompts* pPrompts) const
+{
+    return std::make_unique<CLocator>(registry, *this, pPrompts);
 }
 
 bool QtSourceControl::DescribeChange(const std::string& sPath, std::string& sText)
@@ -139,13 +185,15 @@ bool QtSourceControl::DescribeChange(const std::string& sPath, std::string& sTex
     return !sText.empty();
 }
 
-bool QtSourceControl::ChooseWorkCopy(const std::string& sSystem, std::string& sFolder)
+bool QtSourceControl::ChooseWorkCopy(const std::string& sSystem, const std::string& sWhy, std::string& sFolder)
 {
-    QFileDialog dialog(Owner());
+    QFileDialog dialog(Owner(), QString(), QFileInfo(QtText::PathToQt(CurrentFile())).path());
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     dialog.setWindowTitle(QApplication::translate("QtSourceControl", "Folder of the %1 Work Copy").arg(QtText::ToQt(sSystem)));
+    if (auto* pGrid = qobject_cast<QGridLayout*>(dialog.layout()))
+        pGrid->addWidget(MakeLabel(QtText::ToQt(sWhy)), pGrid->rowCount(), 0, 1, pGrid->columnCount());
     if (Execute(dialog) != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return false;
     sFolder = QtText::PathFromQt(dialog.selectedFiles().constFirst());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include <QDialog>
@@ -8,6 +9,7 @@
 #include "shared/engine/ProviderRegistry.h"
 #include "shared/engine/SourceControlFront.h"
 
+class IPrompts;
 class QListWidget;
 class QPlainTextEdit;
 
@@ -17,7 +19,8 @@ class ProviderChooser : public QDialog
     Q_OBJECT
 
 public:
-    ProviderChooser(const CProviderRegistry& registry, QWidget* pParent);
+    // Begins on first; on the choice to work without when that isn't registered.
+    ProviderChooser(const CProviderRegistry& registry, const CClassId& first, QWidget* pParent);
 
     CClassId Choice() const; // all zero: without
 
@@ -44,17 +47,20 @@ private:
 class QtSourceControl : public ISourceControlFront
 {
 public:
-    void SetOwner(QWidget* pOwner) { m_pOwner = pOwner; }
+    // currentFile tells the library that is worked on, as long as the owner is there.
+    void SetOwner(QWidget* pOwner, std::function<std::string()> currentFile);
+    std::string CurrentFile() const { return m_pOwner && m_CurrentFile ? m_CurrentFile() : std::string(); }
 
-    // The registry outlives it, and so does this object.
-    std::unique_ptr<ISourceControlLocator> MakeLocator(const CProviderRegistry& registry) const;
+    // All of it outlives the locator, and so does this object. Without prompts nobody sees what it waits for.
+    std::unique_ptr<ISourceControlLocator> MakeLocator(const CProviderRegistry& registry, IPrompts* pPrompts) const;
 
     bool DescribeChange(const std::string& sPath, std::string& sText) override;
-    bool ChooseWorkCopy(const std::string& sSystem, std::string& sFolder) override;
+    bool ChooseWorkCopy(const std::string& sSystem, const std::string& sWhy, std::string& sFolder) override;
     void ShowHistory(const std::string& sPath, const std::vector<CHistoryEntry>& entries) override;
 
     QWidget* Owner() const;
 
 private:
     QPointer<QWidget> m_pOwner;
+    std::function<std::string()> m_CurrentFile;
 };

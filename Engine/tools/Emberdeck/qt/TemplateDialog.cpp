@@ -5,6 +5,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -12,16 +13,20 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QRegularExpressionValidator>
-#include <QScrollBar>
 #include <QSlider>
 #include <QTabBar>
 
+#include "qt/DialogSizing.h"
 #include "qt/ProgramIcon.h"
+#include "qt/PropertyControls.h"
 
 namespace
 {
 // Template texts mark the shortcut letter as the toolkit does.
-QString Label(const CTemplateControl& control) { return QString::fromUtf8(control.m_pszText); }
+QString Label(const CTemplateControl& control)
+{
+    return QString::fromUtf8(control.m_pszText);
+}
 
 QWidget* MakeEdit(QWidget* pParent, const CTemplateControl& control)
 {
@@ -33,7 +38,8 @@ QWidget* MakeEdit(QWidget* pParent, const CTemplateControl& control)
     }
     auto* pEdit = new QLineEdit(pParent);
     if (control.m_nStyle & eTplNumbersOnly)
-        pEdit->setValidator(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]*")), pEdit));
+        pEdit->setValidator(
+            new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]*")), pEdit));
     return pEdit;
 }
 
@@ -45,9 +51,26 @@ QWidget* MakeSlider(QWidget* pParent, const CTemplateControl& control)
     return pSlider;
 }
 
+// Where nothing is selected yet the first key selects where the cursor is, instead of going on from there.
+class ListBox : public QListWidget
+{
+public:
+    using QListWidget::QListWidget;
+
+protected:
+    void keyPressEvent(QKeyEvent* pEvent) override
+    {
+        const bool bFirst = pEvent->key() == Qt::Key_Down || pEvent->key() == Qt::Key_Up || pEvent->key() == Qt::Key_Home;
+        if (bFirst && currentItem() && selectedItems().isEmpty())
+            currentItem()->setSelected(true);
+        else
+            QListWidget::keyPressEvent(pEvent);
+    }
+};
+
 QWidget* MakeList(QWidget* pParent, const CTemplateControl& control)
 {
-    auto* pList = new QListWidget(pParent);
+    auto* pList = new ListBox(pParent);
     if (control.m_nStyle & eTplMultiSelect)
         pList->setSelectionMode(QAbstractItemView::ExtendedSelection);
     return pList;
@@ -58,13 +81,15 @@ QRect CTemplateControls::ToPixels(const QWidget& widget, int nX, int nY, int nWi
 {
     const QFontMetricsF metrics(widget.font());
     const QString sAlphabet = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
-    // The wider of a letter's mean width and a third of the height: fonts that run narrow still leave room.
+    // A font that runs low still leaves a line its room.
     const double fX = metrics.horizontalAdvance(sAlphabet) / sAlphabet.size() / 4.0;
     const double fY = std::max(metrics.height() / 8.0, 1.75);
     return QRect(QPoint(qRound(nX * fX), qRound(nY * fY)), QSize(qRound(nWidth * fX), qRound(nHeight * fY)));
 }
 
-CTemplateControls::CTemplateControls(QWidget* pParent, const CDialogTemplate& dialog) : m_Template(dialog), m_pParent(pParent)
+CTemplateControls::CTemplateControls(QWidget* pParent, const CDialogTemplate& dialog)
+    : m_Template(dialog),
+      m_pParent(pParent)
 {
     QWidget* pPrevious = nullptr;
     QLabel* pLastLabel = nullptr;
@@ -83,18 +108,20 @@ CTemplateControls::CTemplateControls(QWidget* pParent, const CDialogTemplate& di
         if (control.m_eKind == ETemplateControl::eLabel)
         {
             // A label is never cut: its place in the template is the least that it gets.
-            rc.setSize(rc.size().expandedTo(control.m_nStyle & eTplMultiLine ? rc.size() : pWidget->sizeHint()));
+            rc.setSize(
+                rc.size().expandedTo(control.m_nStyle & eTplMultiLine ? rc.size() : pWidget->sizeHint()));
             pLastLabel = static_cast<QLabel*>(pWidget);
         }
         else if (pLastLabel && control.m_eKind != ETemplateControl::eGroupBox)
         {
             pLastLabel->setBuddy(pWidget);
-            pWidget->setAccessibleName(QString(pLastLabel->text()).remove(QLatin1Char('&')).remove(QLatin1Char(':')).trimmed());
+            pWidget->setAccessibleName(
+                QString(pLastLabel->text()).remove(QLatin1Char('&')).remove(QLatin1Char(':')).trimmed());
             pLastLabel = nullptr;
         }
         pWidget->setGeometry(rc);
         if (*control.m_pszToolTip)
-            pWidget->setToolTip(QString::fromUtf8(control.m_pszToolTip).toHtmlEscaped());
+            pWidget->setToolTip(PlainToolTip(QString::fromUtf8(control.m_pszToolTip)));
         if (pWidget->focusPolicy() != Qt::NoFocus)
         {
             if (pPrevious)
@@ -125,7 +152,8 @@ QWidget* CTemplateControls::Make(QWidget* pParent, const CTemplateControl& contr
         return MakeEdit(pParent, control);
     case ETemplateControl::eButton:
     {
-        auto* pButton = new QPushButton(control.m_nStyle & eTplIconOnly ? QString() : Label(control), pParent);
+        auto* pButton =
+            new QPushButton(control.m_nStyle & eTplIconOnly ? QString() : Label(control), pParent);
         pButton->setAutoDefault(false);
         if (control.m_nStyle & eTplIconOnly)
             pButton->setAccessibleName(Label(control));
@@ -142,7 +170,7 @@ QWidget* CTemplateControls::Make(QWidget* pParent, const CTemplateControl& contr
     case ETemplateControl::eSlider:
         return MakeSlider(pParent, control);
     case ETemplateControl::eScrollBar:
-        return new QScrollBar(Qt::Vertical, pParent);
+        return new ListScrollBar(pParent);
     case ETemplateControl::eIcon:
     {
         auto* pIcon = new QLabel(pParent);
@@ -169,7 +197,9 @@ QLabel* CTemplateControls::HeadingOf(int32_t nID) const
 QRect CTemplateControls::PlaceOf(int32_t nID) const
 {
     const CTemplateControl* pControl = m_Template.Find(nID);
-    return pControl ? ToPixels(*m_pParent, pControl->m_nX, pControl->m_nY, pControl->m_nWidth, pControl->m_nHeight) : QRect();
+    return pControl
+               ? ToPixels(*m_pParent, pControl->m_nX, pControl->m_nY, pControl->m_nWidth, pControl->m_nHeight)
+               : QRect();
 }
 
 QSize CTemplateControls::GetSize() const
@@ -178,10 +208,13 @@ QSize CTemplateControls::GetSize() const
 }
 
 TemplateDialog::TemplateDialog(int32_t nTemplate, QWidget* pParent)
-    : QDialog(pParent), m_Controls(this, *FindDialogTemplate(nTemplate))
+    : QDialog(pParent),
+      m_Controls(this, *FindDialogTemplate(nTemplate))
 {
     setWindowTitle(QString::fromUtf8(FindDialogTemplate(nTemplate)->m_pszCaption));
+    setObjectName(QStringLiteral("template%1").arg(nTemplate)); // its place is kept by this name
     setFixedSize(m_Controls.GetSize());
+    MakeSizable(*this, nTemplate);
     if (auto* pOk = m_Controls.Get<QPushButton>(c_nControlOk))
     {
         pOk->setDefault(true);

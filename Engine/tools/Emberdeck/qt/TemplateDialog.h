@@ -23,8 +23,8 @@ public:
         return qobject_cast<TWidget*>(Find(nID));
     }
     QLabel* HeadingOf(int32_t nID) const; // the label before a control that its dialog makes itself; null
-    QRect PlaceOf(int32_t nID) const; // in pixels, also of a control that is never seen
-    QSize GetSize() const;            // of the whole dialog, in pixels
+    QRect PlaceOf(int32_t nID) const;     // in pixels, also of a control that is never seen
+    QSize GetSize() const;                // of the whole dialog, in pixels
 
     // A rectangle of dialog units in pixels of the widget's font.
     static QRect ToPixels(const QWidget& widget, int nX, int nY, int nWidth, int nHeight);

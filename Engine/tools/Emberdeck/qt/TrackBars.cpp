@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QSlider>
+#include <QStyle>
 
 #include "qt/QtSurface.h"
 #include "qt/QtText.h"
@@ -46,13 +47,19 @@ TimeBarWidget::TimeBarWidget(CTimeBar& bar, QWidget* pParent)
 {
     m_pRuler->setGeometry(m_Controls.PlaceOf(1046));
     m_pRuler->installEventFilter(this);
+    m_pRuler->setObjectName(QStringLiteral("ruler"));
+    m_pRuler->setAccessibleName(tr("Time ruler"));
     auto* pScale = m_Controls.Get<QSlider>(1047);
     pScale->setRange(0, CTimeBar::c_nMaxScalePos);
     pScale->setAccessibleName(tr("Scale"));
     pScale->setToolTip(tr("Zooms the time axis"));
     auto* pPhase = m_Controls.Get<QSlider>(1048);
     pPhase->setRange(0, CTimeBar::c_nMaxPhasePos);
-    pPhase->setTickInterval(5);
+    for (QSlider* pSlider : {pScale, pPhase})
+    {
+        pSlider->setTickPosition(QSlider::NoTicks); // drawn here
+        pSlider->setTickInterval(pSlider->maximum() / 50);
+    }
     pPhase->setAccessibleName(tr("View start"));
     pPhase->setToolTip(tr("Moves the view through the phase when it is zoomed"));
     // A release without a change of value is a notification, too.
@@ -60,7 +67,52 @@ TimeBarWidget::TimeBarWidget(CTimeBar& bar, QWidget* pParent)
     connect(pScale, &QSlider::sliderReleased, this, [this, pScale] { m_Bar.OnScaleSlider(pScale->value()); });
     connect(pPhase, &QSlider::valueChanged, this, [this](int n) { m_Bar.OnPhaseSlider(n); });
     connect(pPhase, &QSlider::sliderReleased, this, [this, pPhase] { m_Bar.OnPhaseSlider(pPhase->value()); });
+    ShadeSliders();
 }
+
+// The colour half way between the window and its text.
+QColor TimeBarWidget::Shade() const
+{
+    const QColor ground = palette().color(QPalette::Window), text = palette().color(QPalette::WindowText);
+    return QColor((ground.red() + text.red()) / 2, (ground.green() + text.green()) / 2, (ground.blue() + text.blue()) / 2);
+}
+
+// The style draws grooves and handles with the window's colour, darkened, which on a dark window nobody sees.
+void TimeBarWidget::ShadeSliders()
+{
+    QPalette shades; // the other roles stay those of the window
+    shades.setColor(QPalette::Window, Shade().lighter(140));
+    for (int32_t nID : {1047, 1048})
+        m_Controls.Find(nID)->setPalette(shades);
+}
+
+// The sliders' ticks. The style's own are a few dark pixels, far from the handle.
+void TimeBarWidget::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    const QColor color = Shade();
+    for (int32_t nID : {1047, 1048})
+    {
+        const auto* pSlider = m_Controls.Get<QSlider>(nID);
+        const int nHandle = style()->pixelMetric(QStyle::PM_SliderLength, nullptr, pSlider);
+        const int nTop = pSlider->y() + (pSlider->height() + style()->pixelMetric(QStyle::PM_SliderThickness, nullptr, pSlider)) / 2 + 2;
+        const int nInterval = pSlider->tickInterval();
+        for (int n = 0; n <= pSlider->maximum(); n += nInterval)
+        {
+            const int x = QStyle::sliderPositionFromValue(0, pSlider->maximum(), n, pSlider->width() - nHandle);
+            painter.fillRect(pSlider->x() + nHandle / 2 + x, nTop, 1, n % (5 * nInterval) ? 3 : 6, color);
+        }
+    }
+}
+
+void TimeBarWidget::changeEvent(QEvent* pEvent)
+{
+    if (pEvent->type() == QEvent::PaletteChange)
+        ShadeSliders();
+    QWidget::changeEvent(pEvent);
+}
+
+void TimeBarWidget::ShowViewStart() { m_Controls.Get<QSlider>(1048)->setValue(m_Bar.GetPhasePos()); }
 
 void TimeBarWidget::resizeEvent(QResizeEvent*)
 {
@@ -78,6 +130,8 @@ bool TimeBarWidget::eventFilter(QObject* pObject, QEvent* pEvent)
         QPainter painter(m_pRuler);
         QtSurface surface(painter, m_pRuler->rect(), palette());
         m_Bar.DrawRuler(surface, m_pRuler->width(), m_pRuler->height());
+        if (palette().color(QPalette::Window).lightness() < 128) // in a dark window so light a strip would glare
+            painter.fillRect(m_pRuler->rect(), QColor(0, 0, 0, 64));
         return true;
     }
     return QWidget::eventFilter(pObject, pEvent);

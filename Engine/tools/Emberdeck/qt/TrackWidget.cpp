@@ -11,6 +11,7 @@
 #include <QToolTip>
 #include <cmath>
 
+#include "qt/AccessibleViews.h"
 #include "qt/KeyCodes.h"
 #include "qt/QtSurface.h"
 #include "qt/QtText.h"
@@ -92,7 +93,8 @@ void TrackWidget::paintEvent(QPaintEvent* pEvent)
 {
     const QRect area = ToQt(m_Track.Layout().m_rcTrack);
     QPainter painter(this);
-    painter.fillRect(pEvent->rect(), palette().color(QPalette::Window));
+    if (!area.contains(pEvent->rect()))
+        painter.fillRect(pEvent->rect(), palette().color(QPalette::Window));
     painter.setClipRect(area);
     painter.translate(area.topLeft());
     QtSurface surface(painter, QRect(QPoint(0, 0), area.size()), palette());
@@ -128,6 +130,41 @@ void TrackWidget::mouseReleaseEvent(QMouseEvent* pEvent)
         m_Track.OnLeftRelease(PointOf(pEvent->position()));
     else if (pEvent->button() == Qt::RightButton && rect().contains(pEvent->position().toPoint()))
         ShowMenu(PointOf(pEvent->position()), HasCtrl(pEvent));
+}
+
+// The mouse's own come as releases.
+void TrackWidget::contextMenuEvent(QContextMenuEvent* pEvent)
+{
+    pEvent->accept();
+    if (pEvent->reason() == QContextMenuEvent::Keyboard)
+        ShowMenu(m_Track.GetMenuPoint(), m_Track.GetCurKey() != nullptr); // what is selected with it stays so
+}
+
+void TrackWidget::keyPressEvent(QKeyEvent* pEvent)
+{
+    constexpr int32_t nEditKey = 32791;
+    const auto step = [&](EKeyStep eStep)
+    {
+        m_Track.OnStep(eStep, HasShift(pEvent));
+        m_pScrollBar->setSliderPosition(m_Track.GetScrollPos());
+        m_pTimeBar->ShowViewStart();
+    };
+    switch (pEvent->key())
+    {
+    case Qt::Key_Left:
+        return step(EKeyStep::ePrevious);
+    case Qt::Key_Right:
+        return step(EKeyStep::eNext);
+    case Qt::Key_Up:
+        return step(EKeyStep::eUp);
+    case Qt::Key_Down:
+        return step(EKeyStep::eDown);
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        return m_Track.Command(nEditKey);
+    default:
+        QWidget::keyPressEvent(pEvent);
+    }
 }
 
 void TrackWidget::AddEntries(QMenu& menu, const std::vector<CMenuEntry>& entries)
@@ -217,7 +254,7 @@ bool TrackWidget::eventFilter(QObject* pObject, QEvent* pEvent)
 
 QString TrackWidget::TipFor(CPoint pt) const
 {
-    const CKey* pKey = m_Track.IsBusy() ? nullptr : m_Track.KeyFromRect(pt);
+    const CKey* pKey = m_Track.IsBusy() || !m_Track.Layout().VisibleTrackArea().Contains(pt) ? nullptr : m_Track.KeyFromRect(pt);
     if (!pKey)
         return QString();
     return QtText::ToQt(pKey->GetDisplayName()) +
@@ -231,7 +268,8 @@ bool TrackWidget::event(QEvent* pEvent)
         const QPoint pt = static_cast<QHelpEvent*>(pEvent)->pos();
         const QString sTip = TipFor(FromQt(pt));
         // Names are plain text: what looks like mark-up is shown as it stands.
-        QToolTip::showText(static_cast<QHelpEvent*>(pEvent)->globalPos(), sTip.isEmpty() ? sTip : QLatin1String("<pre>") + sTip.toHtmlEscaped() + QLatin1String("</pre>"), this);
+        QToolTip::showText(static_cast<QHelpEvent*>(pEvent)->globalPos(),
+                           sTip.isEmpty() ? sTip : QLatin1String("<p style='white-space:pre'>") + sTip.toHtmlEscaped() + QLatin1String("</p>"), this);
         return true;
     }
     if (pEvent->type() == QEvent::UngrabMouse && m_Track.IsDragging())
@@ -246,7 +284,7 @@ void TrackWidget::Invalidate() { update(); }
 void TrackWidget::PaintNow()
 {
     if (isVisible())
-        repaint(ToQt(m_Track.Layout().m_rcTrack));
+        repaint(ToQt(m_Track.Layout().VisibleTrackArea())); // the scroll bar over the rest has nothing new
 }
 
 void TrackWidget::PaintRulerNow()
@@ -255,7 +293,11 @@ void TrackWidget::PaintRulerNow()
         m_pTimeBar->Ruler()->repaint();
 }
 
-void TrackWidget::KeyInfoChanged() { m_pKeyInfo->ShowInfo(); }
+void TrackWidget::KeyInfoChanged()
+{
+    m_pKeyInfo->ShowInfo();
+    AccessibleViewChanged(this);
+}
 
 void TrackWidget::SetCursorShape(ECursorShape eShape)
 {

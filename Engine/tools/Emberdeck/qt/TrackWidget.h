@@ -32,7 +32,8 @@ protected:
     void mouseMoveEvent(QMouseEvent* pEvent) override;
     void mouseReleaseEvent(QMouseEvent* pEvent) override;
     void wheelEvent(QWheelEvent* pEvent) override { pEvent->accept(); }
-    void contextMenuEvent(QContextMenuEvent* pEvent) override { pEvent->accept(); }
+    void contextMenuEvent(QContextMenuEvent* pEvent) override;
+    void keyPressEvent(QKeyEvent* pEvent) override;
     bool event(QEvent* pEvent) override;
     bool eventFilter(QObject* pObject, QEvent* pEvent) override;
 
@@ -85,13 +86,19 @@ class TimeBarWidget : public QWidget
 public:
     TimeBarWidget(CTimeBar& bar, QWidget* pParent);
     QWidget* Ruler() const { return m_pRuler; }
+    void ShowViewStart(); // the slider where the view is
     QSize sizeHint() const override { return m_Controls.GetSize(); }
 
 protected:
     void resizeEvent(QResizeEvent* pEvent) override;
     bool eventFilter(QObject* pObject, QEvent* pEvent) override;
+    void changeEvent(QEvent* pEvent) override;
+    void paintEvent(QPaintEvent* pEvent) override;
 
 private:
+    QColor Shade() const;
+    void ShadeSliders();
+
     CTimeBar& m_Bar;
     CTemplateControls m_Controls;
     QWidget* m_pRuler;

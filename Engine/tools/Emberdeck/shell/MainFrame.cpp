@@ -130,17 +130,45 @@ void CMainFrame::RefreshSourceControl()
         m_eFileState = m_App.SourceControl().SourceControlStateForFile(FileName().c_str());
 }
 
-bool CMainFrame::MayRunNow(const CCommand& command) const
+void CMainFrame::OnMenuOpening(const CMenuTable& menu)
 {
-    if (command.m_nID == c_nCmdExit || command.m_eOwner == ECommandOwner::eFrame)
-        return true;
-    return !m_bRunning && !m_bAsking && !m_Window.IsGestureRunning();
+    for (const CMenuItem& item : menu)
+    {
+        const CCommand* pCommand = FindCommand(item.m_nID);
+        if (pCommand && AsksProvider(pCommand->m_eRule))
+        {
+            RefreshSourceControl();
+            m_Window.CommandsChanged();
+            return;
+        }
+    }
+}
+
+bool CMainFrame::IsBusy() const
+{
+    return m_bRunning || m_bAsking || m_Window.IsGestureRunning();
+}
+
+bool CMainFrame::RunAlone(const std::function<bool()>& operation)
+{
+    if (IsBusy())
+        return false;
+    {
+        CFlagScope running(m_bRunning);
+        m_Window.EndEdit();
+        if (!operation())
+            return false;
+        m_bMayClose = false;
+        RefreshSourceControl();
+    }
+    m_Window.CommandsChanged();
+    return true;
 }
 
 bool CMainFrame::Run(int32_t nID)
 {
     const CCommand* pCommand = FindCommand(nID);
-    if (!pCommand || !HasHandler(nID) || !MayRunNow(*pCommand))
+    if (!pCommand || !HasHandler(nID))
         return false;
     if (pCommand->m_eOwner == ECommandOwner::eFrame)
     {
@@ -154,20 +182,36 @@ bool CMainFrame::Run(int32_t nID)
         m_Window.Close(); // which may be the end of everything here
         return true;
     }
+    return RunAlone(
+        [this, pCommand]
+        {
+            if (AsksProvider(pCommand->m_eRule))
+                RefreshSourceControl();
+            if (!IsEnabled(pCommand->m_nID))
+                return false;
+            (this->*FindRoute(pCommand->m_nID)->m_pfnRun)();
+            return true;
+        });
+}
 
-    {
-        CFlagScope running(m_bRunning);
-        m_Window.EndEdit();
-        if (AsksProvider(pCommand->m_eRule))
-            RefreshSourceControl();
-        if (!IsEnabled(nID))
-            return false;
-        m_bMayClose = false;
-        (this->*FindRoute(nID)->m_pfnRun)();
-        RefreshSourceControl();
-    }
-    m_Window.CommandsChanged();
-    return true;
+bool CMainFrame::OpenFile(const std::string& sPath)
+{
+    return RunAlone(
+        [this, &sPath]
+        {
+            m_App.OpenEffectFile(sPath.c_str());
+            return true;
+        });
+}
+
+bool CMainFrame::OpenFirstFile(const std::string& sAskedFor)
+{
+    return RunAlone(
+        [this, &sAskedFor]
+        {
+            m_App.OpenFirstFile(sAskedFor);
+            return true;
+        });
 }
 
 void CMainFrame::OnBarCheck(int32_t nBar)

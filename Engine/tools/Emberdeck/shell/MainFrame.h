@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
 #include "app/EmberdeckApp.h"
+#include "app/resources/Menus.h"
 #include "shell/FrameWindow.h"
 #include "shell/MenuDecorator.h"
 
@@ -15,7 +17,8 @@
 //     if (!frame.Create()) return false;
 //     for (const CMenuItem& item : c_MenuBar) ...         // build menus from the tables
 //     action.triggered: frame.Run(item.m_nID);
-//     menu.aboutToShow: frame.RefreshSourceControl(); then IsEnabled and IsChecked of each item
+//     menu.aboutToShow: frame.OnMenuOpening(table); then IsEnabled and IsChecked of each item
+//     window.dropEvent: frame.OpenFile(path)
 //     window.closeEvent: accept when frame.QueryClose()
 class CMainFrame
 {
@@ -29,10 +32,9 @@ public:
     bool Create();
     // The user's palette has changed: the toolbars' images are made anew.
     void SetColors(const CShellColors& colors);
-    const CShellColors& GetColors() const { return m_Colors; }
 
     // Whether a command may be given now. False for ids that aren't the frame's. Cheap, and never opens a
-    // dialog: what source control says of the file is what it said at the last RefreshSourceControl.
+    // dialog: what source control says of the file is what it said when it was last asked.
     bool IsEnabled(int32_t nID) const;
     // A bar's item has a check mark while the bar is visible.
     bool IsChecked(int32_t nID) const;
@@ -40,9 +42,15 @@ public:
     // that comes while another has a dialog up, or while a gesture runs, does nothing; but Exit is the
     // window's to judge. False: nothing was done.
     bool Run(int32_t nID);
-    // Asks the provider about the file, when connected. Before a menu opens, and after the first file of
-    // the session; Run does it after each command. Never when idle.
-    void RefreshSourceControl();
+    // A file that was dropped on the window, under the conditions of a command.
+    bool OpenFile(const std::string& sPath);
+    // The first file of the session (CEmberdeckApp::OpenFirstFile), likewise.
+    bool OpenFirstFile(const std::string& sAskedFor);
+    // A command has a dialog up, the exit question is asked, or a gesture runs: no command may be given.
+    bool IsBusy() const;
+    // Before a menu of the bar opens. Source control is asked about the file when the menu's own items
+    // depend on the answer, and otherwise only after commands; never when idle.
+    void OnMenuOpening(const CMenuTable& menu);
 
     // Whether a key of an accelerator table gets a shortcut of the frame. Those of standard commands that
     // nobody carries out get none: two shortcuts on one key silence both.
@@ -77,7 +85,9 @@ private:
 
     void DockWithImages(CKRToolbar& toolbar, int32_t nBesideBar);
     bool IsAllowed(EEnableRule eRule) const;
-    bool MayRunNow(const CCommand& command) const;
+    // Carries something out when nothing else is under way; false: it isn't, or has given false.
+    bool RunAlone(const std::function<bool()>& operation);
+    void RefreshSourceControl();
     void OnBarCheck(int32_t nBar);
 
     void OnNew();

@@ -3,15 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-std::vector<CPopupItem> MakePopupItems(const CMenuTable& menu)
-{
-    std::vector<CPopupItem> items;
-    for (const CMenuItem& item : menu)
-        items.push_back(CPopupItem{item.m_nID, item.GetLabel(), item.IsSeparator(),
-                                   item.m_pSubmenu != nullptr, item.m_bDefault});
-    return items;
-}
-
 bool CKRMenuDecorator::AddToolbar(const CKRToolbar* pToolbar)
 {
     if (pToolbar && std::find(m_Toolbars.begin(), m_Toolbars.end(), pToolbar) == m_Toolbars.end())
@@ -55,14 +46,20 @@ bool CKRMenuDecorator::DecoratePopup(HMenu hMenu, const std::vector<CPopupItem>&
         const uint32_t nState = (item.m_bSeparator ? eMenuSeparator : 0u) |
                                 (item.m_bSubmenu ? eMenuSubmenu : 0u) | (item.m_bDefault ? eMenuDefault : 0u);
         const std::string sText = item.m_sText.substr(0, item.m_sText.find_first_of("\t\n"));
-        popup.m_Items.push_back(
-            std::make_unique<CKRMenuItem>(item.m_nID, nState, sText, GetCommandKey(item.m_nID)));
+        std::string sKey = GetCommandKey(item.m_nID);
+        if (sKey.empty())
+            sKey = item.m_sKey;
+        popup.m_Items.push_back(std::make_unique<CKRMenuItem>(item.m_nID, nState, sText, std::move(sKey)));
         if (!item.m_bSeparator)
             nWidest = std::max(nWidest, font.Measure(sText, item.m_bDefault).m_nWidth);
     }
-    for (const std::unique_ptr<CKRMenuItem>& pItem : popup.m_Items)
-        pItem->MeasureItem(font, nWidest);
     popup.m_nTextColumn = nWidest + c_nMenuTextColumn;
+    for (const std::unique_ptr<CKRMenuItem>& pItem : popup.m_Items)
+    {
+        pItem->MeasureItem(font, popup.m_nTextColumn);
+        popup.m_nWidth = std::max(popup.m_nWidth, pItem->GetWidth());
+        popup.m_nHeight = std::max(popup.m_nHeight, pItem->GetHeight());
+    }
     m_Popups.insert_or_assign(hMenu, std::move(popup));
     return true;
 }

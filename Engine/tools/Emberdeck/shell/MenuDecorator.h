@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "app/resources/Accelerators.h"
-#include "app/resources/Menus.h"
 #include "shell/MenuItem.h"
 #include "shell/Toolbar.h"
 
@@ -23,14 +22,16 @@ struct CPopupItem
     bool m_bSeparator = false;
     bool m_bSubmenu = false;
     bool m_bDefault = false;
+    std::string m_sKey; // of an item whose command no accelerator table has
 };
-std::vector<CPopupItem> MakePopupItems(const CMenuTable& menu);
 
 // A decorated popup, ready to be shown.
 struct CDecoratedPopup
 {
     std::vector<std::unique_ptr<CKRMenuItem>> m_Items; // in the order of the menu
     int32_t m_nTextColumn = 0;                         // pixels: the widest text, and room behind it
+    int32_t m_nWidth = 0;                              // of the widest item
+    int32_t m_nHeight = 0;                             // of the highest
 };
 
 // Gives menus the look of the toolbars: icons from their images, and the accelerators' texts. One serves all

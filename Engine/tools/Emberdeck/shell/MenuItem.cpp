@@ -7,7 +7,6 @@ namespace
 {
 
 constexpr int32_t c_nSubmenuArrow = 15;
-constexpr int32_t c_nSeparatorHeight = 5;
 constexpr int32_t c_nHeightRoom = 9;
 constexpr int32_t c_nTextInset = 6; // of text and separators within the text area
 constexpr int32_t c_nAcceleratorInset = 12;
@@ -43,7 +42,7 @@ CKRMenuItem::CKRMenuItem(int32_t nID, uint32_t nState, std::string sText, std::s
 {
 }
 
-void CKRMenuItem::MeasureItem(const IMenuFont& font, int32_t nWidestText)
+void CKRMenuItem::MeasureItem(const IMenuFont& font, int32_t nTextColumn)
 {
     if (IsSeparator())
     {
@@ -57,7 +56,7 @@ void CKRMenuItem::MeasureItem(const IMenuFont& font, int32_t nWidestText)
     if (!m_sAccelerator.empty())
     {
         const CMenuTextSize accelerator = font.Measure(m_sAccelerator, IsBold());
-        m_nWidth = std::max(m_nWidth, accelerator.m_nWidth + nWidestText + c_nMenuTextColumn);
+        m_nWidth = std::max(m_nWidth, accelerator.m_nWidth + nTextColumn);
         m_nHeight = std::max(m_nHeight, accelerator.m_nHeight);
     }
     m_nWidth += c_nMenuGutter;
@@ -71,19 +70,18 @@ void CKRMenuItem::DrawItem(IShellSurface& surface, const CRect& rc, const CMenuI
 {
     const CRect rcGutter{rc.left, rc.top, rc.left + c_nMenuGutter, rc.bottom};
     const CRect rcText{rcGutter.right, rc.top, rc.right, rc.bottom};
-    surface.FillRect(rcGutter, Lighten(colors.m_nFace, 100));
+    surface.FillRect(rcGutter, colors.BarGround());
     surface.FillRect(rcText, colors.m_nMenu);
 
     if (IsSeparator())
     {
         const int32_t y = rc.top + rc.Height() / 2;
-        surface.FillRect(CRect{rcText.left + c_nTextInset, y, rcText.right, y + 1},
-                         Darken(colors.m_nFace, 50));
+        surface.FillRect(CRect{rcText.left + c_nTextInset, y, rcText.right, y + 1}, colors.Line());
         return;
     }
 
     if (state.m_bSelected)
-        DrawBox(surface, rc, Darken(colors.m_nHighlight, 40), Lighten(colors.m_nHighlight, 150));
+        DrawBox(surface, rc, colors.BoxEdge(), colors.SelectedFill());
     DrawSign(surface, rcGutter, state, icons, colors);
 
     const CColorRef nColor = state.m_bDisabled ? colors.m_nGrayText : colors.m_nMenuText;
@@ -98,11 +96,10 @@ void CKRMenuItem::DrawItem(IShellSurface& surface, const CRect& rc, const CMenuI
 void CKRMenuItem::DrawSign(IShellSurface& surface, const CRect& rcGutter, const CMenuItemState& state,
                            const CMenuItemIcons& icons, const CShellColors& colors) const
 {
-    if (state.m_bChecked)
-    {
-        const CColorRef nBase = state.m_bDisabled ? colors.m_nShadow : colors.m_nHighlight;
-        DrawBox(surface, CenterSquare(rcGutter, c_nCheckBox), Darken(nBase, 40), Lighten(nBase, 200));
-    }
+    if (state.m_bChecked && state.m_bDisabled)
+        DrawBox(surface, CenterSquare(rcGutter, c_nCheckBox), colors.DisabledEdge(), colors.DisabledFill());
+    else if (state.m_bChecked)
+        DrawBox(surface, CenterSquare(rcGutter, c_nCheckBox), colors.BoxEdge(), colors.CheckedFill());
 
     const auto at = [&](const CPixelImage& image)
     {
@@ -112,9 +109,9 @@ void CKRMenuItem::DrawSign(IShellSurface& surface, const CRect& rcGutter, const 
     if (state.m_bDisabled && icons.m_pDisabled)
         surface.DrawImage(at(*icons.m_pDisabled), *icons.m_pDisabled);
     else if (state.m_bDisabled && icons.m_pNormal)
-        surface.DrawImage(at(*icons.m_pNormal), MakeFlatImage(*icons.m_pNormal, Darken(colors.m_nFace, 50)));
+        surface.DrawImage(at(*icons.m_pNormal), MakeFlatImage(*icons.m_pNormal, colors.Line()));
     else if (!state.m_bDisabled && state.m_bSelected && icons.m_pHot)
-        DrawRaisedImage(surface, at(*icons.m_pHot), *icons.m_pHot, Darken(colors.m_nShadow, 30));
+        DrawRaisedImage(surface, at(*icons.m_pHot), *icons.m_pHot, colors.ImageShadow());
     else if (!state.m_bDisabled && icons.m_pNormal)
         surface.DrawImage(at(*icons.m_pNormal), *icons.m_pNormal);
     else if (state.m_bChecked)

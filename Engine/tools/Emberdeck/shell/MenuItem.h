@@ -54,13 +54,14 @@ public:
     CKRMenuItem(int32_t nID, uint32_t nState, std::string sText, std::string sAccelerator);
     virtual ~CKRMenuItem() = default;
 
-    // Sets width and height. nWidestText is the popup's, without the column's room. A toolkit that adds no
-    // room of its own at the right end, as some do, adds c_nRightRoom to each width.
-    virtual void MeasureItem(const IMenuFont& font, int32_t nWidestText);
+    // Sets width and height. nTextColumn is the popup's. A toolkit that has no room of its own at the right
+    // end adds c_nRightRoom to each width.
+    virtual void MeasureItem(const IMenuFont& font, int32_t nTextColumn);
     virtual void DrawItem(IShellSurface& surface, const CRect& rc, const CMenuItemState& state,
                           const CMenuItemIcons& icons, const CShellColors& colors) const;
 
     static constexpr int32_t c_nRightRoom = 18;
+    static constexpr int32_t c_nSeparatorHeight = 5;
 
     bool IsSeparator() const { return (m_nState & eMenuSeparator) != 0; }
     bool IsBold() const { return (m_nState & eMenuDefault) != 0; }

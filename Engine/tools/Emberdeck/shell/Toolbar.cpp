@@ -37,8 +37,7 @@ CKRToolbar::CKRToolbar(const CToolbarTable& table, const CShellColors& colors) :
 void CKRToolbar::SetColors(const CShellColors& colors)
 {
     m_Colors = colors;
-    m_Images.BuildImages(MakeImageList(m_pTable->m_pIcons, m_pTable->m_nIcons), EImageMode::eLight,
-                         colors.m_nShadow);
+    m_Images.BuildImages(MakeImageList(m_pTable->m_pIcons, m_pTable->m_nIcons), EImageMode::eLight, colors);
 }
 
 const CPixelImage* CKRToolbar::FindImage(int32_t nCommand, EImageKind eKind) const
@@ -55,9 +54,9 @@ const CPixelImage* CKRToolbar::FindImage(int32_t nCommand, EImageKind eKind) con
     return nullptr;
 }
 
-CColorRef CKRToolbar::GetBackColor() const
+void CKRToolbar::DrawGround(IShellSurface& surface, const CRect& rcBar) const
 {
-    return Lighten(m_Colors.m_nFace, 100);
+    surface.FillRect(rcBar, m_Colors.BarGround());
 }
 
 void CKRToolbar::DrawItem(IShellSurface& surface, const CRect& rc, int32_t nCommand,
@@ -69,8 +68,8 @@ void CKRToolbar::DrawItem(IShellSurface& surface, const CRect& rc, int32_t nComm
         rcImage.right -= bWhole ? c_nWholeArrowRoom : c_nArrowRoom;
 
     const CPixelImage* pNormal = FindImage(nCommand, EImageKind::eNormal);
-    const CColorRef nBorder = Darken(m_Colors.m_nHighlight, 40);
-    const CColorRef nHotFill = Lighten(m_Colors.m_nHighlight, 150);
+    const CColorRef nBorder = m_Colors.BoxEdge();
+    const CColorRef nHotFill = m_Colors.SelectedFill();
     CColorRef nArrow = m_Colors.m_nMenuText;
 
     if (state.m_bDisabled)
@@ -79,19 +78,18 @@ void CKRToolbar::DrawItem(IShellSurface& surface, const CRect& rc, int32_t nComm
         if (const CPixelImage* pImage = FindImage(nCommand, EImageKind::eDisabled))
             surface.DrawImage(CenterImage(rcImage, *pImage), *pImage);
         else if (pNormal)
-            surface.DrawImage(CenterImage(rcImage, *pNormal),
-                              MakeFlatImage(*pNormal, Darken(m_Colors.m_nFace, 50)));
+            surface.DrawImage(CenterImage(rcImage, *pNormal), MakeFlatImage(*pNormal, m_Colors.Line()));
     }
     else if (!state.m_bChecked && (state.m_bPressed ? bWhole : state.m_bHot))
     {
         DrawBox(surface, rc, nBorder, nHotFill);
         if (const CPixelImage* pHot = FindImage(nCommand, EImageKind::eHot))
-            DrawRaisedImage(surface, CenterImage(rcImage, *pHot), *pHot, Darken(m_Colors.m_nShadow, 30));
+            DrawRaisedImage(surface, CenterImage(rcImage, *pHot), *pHot, m_Colors.ImageShadow());
     }
     else
     {
         if (state.m_bChecked)
-            DrawBox(surface, rc, nBorder, state.m_bHot ? nHotFill : Lighten(m_Colors.m_nHighlight, 200));
+            DrawBox(surface, rc, nBorder, state.m_bHot ? nHotFill : m_Colors.CheckedFill());
         else if (state.m_bPressed)
             DrawBox(surface, rc, nBorder, nHotFill);
         if (pNormal)
@@ -112,12 +110,12 @@ CRect CKRToolbar::GetGripperRect(const CRect& rcBar, EBarSide eSide)
     return CRect{rcBar.left + n, rcBar.top + n, rcBar.right - n, rcBar.top + n + c_nGripperWidth};
 }
 
-bool CKRToolbar::IsOnGripper(const CRect& rcBar, EBarSide eSide, CPoint pt)
+CRect CKRToolbar::GetGripperZone(const CRect& rcBar, EBarSide eSide)
 {
     const CRect rc = GetGripperRect(rcBar, eSide);
     if (rc.IsEmpty())
-        return false;
-    return CRect{rc.left - 4 - 3, rc.top - 6, rc.right + 4 - 3, rc.bottom + 6}.Contains(pt);
+        return CRect{};
+    return CRect{rc.left - 4 - 3, rc.top - 6, rc.right + 4 - 3, rc.bottom + 6};
 }
 
 void CKRToolbar::DrawGripper(IShellSurface& surface, const CRect& rcBar, EBarSide eSide) const

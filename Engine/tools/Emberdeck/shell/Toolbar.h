@@ -44,19 +44,18 @@ public:
     // Of a button's command; null when this toolbar has no such button, or it has no image of the kind.
     const CPixelImage* FindImage(int32_t nCommand, EImageKind eKind) const;
 
-    CColorRef GetBackColor() const;
+    void DrawGround(IShellSurface& surface, const CRect& rcBar) const;
     // Paints one button over the bar's ground.
     void DrawItem(IShellSurface& surface, const CRect& rc, int32_t nCommand,
                   const CToolItemState& state) const;
     // Dotted lines across the bar's short side; none on a floating bar. rcBar is the whole bar.
     void DrawGripper(IShellSurface& surface, const CRect& rcBar, EBarSide eSide) const;
 
-    static constexpr int32_t c_nGripperRoom =
-        11; // pixels that a docked bar leaves for it in front of its buttons
-    // Empty for a floating bar.
+    // What a docked bar leaves for it in front of its buttons, in pixels.
+    static constexpr int32_t c_nGripperRoom = 11;
+    // Both empty for a floating bar.
     static CRect GetGripperRect(const CRect& rcBar, EBarSide eSide);
-    // Whether the pointer is near enough to show the four-way arrow.
-    static bool IsOnGripper(const CRect& rcBar, EBarSide eSide, CPoint pt);
+    static CRect GetGripperZone(const CRect& rcBar, EBarSide eSide); // where the pointer is a four-way arrow
 
 private:
     const CToolbarTable* m_pTable;

@@ -53,11 +53,14 @@ CPixelImage MakeFlatImage(const CPixelImage& image, CColorRef nColor)
     return ReplacePixels({image}, [nColor](uint32_t) { return nColor; }).front();
 }
 
-bool CKRToolbarImages::BuildImages(const CImageList& source, EImageMode eMode, CColorRef nShadow)
+bool CKRToolbarImages::BuildImages(const CImageList& source, EImageMode eMode, const CShellColors& colors)
 {
     m_Hot = source;
-    // The luminance as a fraction of 255, in whole numbers, so that the cut is exact.
-    m_Disabled = ReplacePixels(source, [nShadow](uint32_t n) { return Lighten(nShadow, Luminance(n)); });
+    // The luminance as a fraction of 255, in whole numbers, so that the cut is exact. On a dark bar a relief
+    // up to white would outshine the images of what is enabled.
+    const int nPart = colors.m_bDark ? 4 : 1;
+    m_Disabled = ReplacePixels(source, [&colors, nPart](uint32_t n)
+                               { return Lighten(colors.m_nShadow, Luminance(n) / nPart); });
     m_Normal = ReplacePixels(source,
                              [eMode](uint32_t n)
                              {

@@ -47,7 +47,7 @@ class CKRToolbarImages
 public:
     // From the true images: the normal ones are made lighter, or grey, and the disabled ones a pale relief
     // in the shadow colour. Transparent pixels stay so. False, with no images, for an empty list.
-    bool BuildImages(const CImageList& source, EImageMode eMode, CColorRef nShadow);
+    bool BuildImages(const CImageList& source, EImageMode eMode, const CShellColors& colors);
 
     // Null when there is no such image.
     const CPixelImage* GetImage(int32_t nIndex, EImageKind eKind) const;

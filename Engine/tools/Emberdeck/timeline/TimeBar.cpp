@@ -90,6 +90,15 @@ void CTimeBar::OnPhaseSlider(int32_t nPos)
     Redraw(before);
 }
 
+void CTimeBar::ScrollTo(int32_t nStart, int32_t nEnd)
+{
+    const double fVisible = VisibleTime();
+    const bool bInView = nEnd > m_nViewStart && nStart < m_nViewStart + fVisible;
+    const double fRoom = m_nPhaseLength - fVisible;
+    if (!bInView && fRoom > 0.0)
+        OnPhaseSlider(static_cast<int32_t>(std::clamp(nStart / fRoom, 0.0, 1.0) * c_nMaxPhasePos));
+}
+
 // The first tick right of pixel column x, nTick being one that lies in it. Where many ticks share a column,
 // those between needn't be looked at.
 int64_t CTimeBar::NextTick(int64_t nTick, int32_t x) const

@@ -27,6 +27,8 @@ public:
     // Every notification of a slider, with its position, whatever the kind. Neither slider moves the other.
     void OnScaleSlider(int32_t nPos);
     void OnPhaseSlider(int32_t nPos);
+    // Moves the view, and the phase slider with it, when nothing of that time can be seen.
+    void ScrollTo(int32_t nStart, int32_t nEnd);
 
     // Into the ruler's rectangle, whose origin is the surface's.
     void DrawRuler(IDrawSurface& surface, int32_t nWidth, int32_t nHeight) const;

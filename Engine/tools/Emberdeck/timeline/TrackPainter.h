@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "timeline/TrackLayout.h"
@@ -33,9 +35,18 @@ public:
     void DrawKey(const CKey& key, const CRect& rc);
 
 private:
+    // A pixel column with ends of selected keys; the numbers are those of the keys.
+    struct CColumn
+    {
+        int32_t m_nTop = INT32_MAX; // of its longest line
+        size_t m_nLastLine = SIZE_MAX;
+        size_t m_nLastMark = SIZE_MAX;
+    };
+
     void PaintRows();
     void PaintGuides();
     void PaintManyGuides(const std::vector<CRect>& selected);
+    void FillColumns(const std::vector<CColumn>& columns, int32_t nBottom);
     void PaintGuide(int32_t x, int32_t nTop);
     void PaintEndMark(int32_t x);
     void PaintLinks();
@@ -45,7 +56,6 @@ private:
     const CTrackList& m_Tracks;
     const CTrackLayout& m_Layout;
     IDrawSurface& m_Surface;
-    CPenSpec m_Pen; // of lines and texts
     int32_t m_nWidth;
     int32_t m_nHeight;
 };

@@ -25,6 +25,15 @@ enum class EScrollEvent
     eOther       // the end of a thumb's way included
 };
 
+// A way to another key by the keyboard.
+enum class EKeyStep
+{
+    ePrevious, // on the track; from the first to the free space behind the last
+    eNext,     // and back round
+    eUp,       // to the nearest on the track above
+    eDown
+};
+
 constexpr const char* c_szTrackWindowTitle = "Cast Track Window";
 
 // The timeline of one open effect, without its window: tracks as rows, keys as blocks on a time axis.
@@ -65,6 +74,10 @@ public:
         int32_t nID); // 0: nothing was chosen. Runs the command, so this object may be gone after it.
     // A key of the window or its children (a capital letter or a c_nKey number). True: it ends here.
     bool OnKeyPress(uint16_t nKey, bool bCtrl, bool bShift, bool bAlt);
+    // Makes another key the current one and brings it into view. bAdd: those selected before stay so.
+    void OnStep(EKeyStep eStep, bool bAdd);
+    // Where the popup menu opens that is called by a key: on the current key, or the free space of its track.
+    CPoint GetMenuPoint() const;
     void OnScroll(EScrollEvent eEvent, int32_t nThumbPos = 0);
 
     void Command(int32_t nID); // unknown numbers do nothing
@@ -126,6 +139,7 @@ public:
 private:
     void OnEdit(const CEdit& edit) override;
 
+    void ScrollToCurrent();
     void Refresh(); // repaint soon, and Key Info
     void UpdateKeyInfo() { m_KeyInfo.UpdateInfo(m_pCurKey); }
     void SetCursor(ECursorShape eShape);

@@ -9,3 +9,16 @@ void RegisterBuiltInProviders(CProviderRegistry& registry, const CProviderHost& 
     registry.Register(CSubversionProvider::c_Id, "Subversion",
                       [host] { return std::make_unique<CSubversionProvider>(host); });
 }
+
+bool IsBuiltInProvider(const CClassId& id)
+{
+    return id == CGitProvider::c_Id || id == CSubversionProvider::c_Id;
+}
+
+CClassId FindBuiltInProvider(const std::string& sFile, IPrompts* pPrompts)
+{
+    const CProviderHost host{pPrompts, nullptr, {}};
+    if (CGitProvider(host).Covers(sFile))
+        return CGitProvider::c_Id;
+    return CSubversionProvider(host).Covers(sFile) ? CSubversionProvider::c_Id : CClassId();
+}

@@ -93,6 +93,13 @@ CSourceControlStatus CGitProvider::FindTop(const std::string& sFolder, std::stri
     return own.m_Status;
 }
 
+bool CGitProvider::IsIgnored(const std::string& sDepotPath) const
+{
+    // This command takes no patterns, and refuses to be told so.
+    return !Git({"--no-literal-pathspecs", "check-ignore", "--quiet", "--", sDepotPath}, "Looking the file up")
+                .m_Status.Failed();
+}
+
 // ---- What is known of a file
 
 bool CGitProvider::CLetters::IsUnmerged() const

@@ -39,6 +39,7 @@ private:
     };
 
     CStatus FindTop(const std::string& sFolder, std::string& sTop) override;
+    bool IsIgnored(const std::string& sDepotPath) const override;
     CStatus BeforeSubmit(const std::string& sDepotPath, bool& bAsk) override;
     CStatus Commit(const std::string& sDepotPath, const std::string& sText) override;
     CStatus ReadHistory(const std::string& sDepotPath, std::vector<CHistoryEntry>& entries) override;

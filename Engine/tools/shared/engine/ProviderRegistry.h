@@ -43,7 +43,7 @@ private:
 class CSilentLocator final : public ISourceControlLocator
 {
 public:
-    CSourceControlStatus SelectProvider(CClassId& id) override
+    CSourceControlStatus SelectProvider(CClassId& id, bool) override
     {
         id = CClassId();
         return {};

@@ -37,7 +37,7 @@ bool CSharedSourceControlMgr::SetProject(const std::string& sProvider, const std
     return true;
 }
 
-CSourceControlClient* CSharedSourceControlMgr::GetClient()
+CSourceControlClient* CSharedSourceControlMgr::GetClient(bool bCalledFor)
 {
     if (!m_pClient)
     {
@@ -58,7 +58,7 @@ CSourceControlClient* CSharedSourceControlMgr::GetClient()
         const bool bSelectProvider = m_ProviderClsid.IsZero();
         if (!bSelectProvider)
             m_pClient->SetProvider(m_ProviderClsid, m_sDatabase);
-        m_pClient->Connect(m_sChangeSetName, m_sChangeSetDesc, bSelectProvider, 0);
+        m_pClient->Connect(m_sChangeSetName, m_sChangeSetDesc, bSelectProvider, 0, bCalledFor);
         DisconnectIfAsked();
     }
     return m_pClient.get();
@@ -98,7 +98,7 @@ bool CSharedSourceControlMgr::IsConnected() const
 ESourceControlState CSharedSourceControlMgr::SourceControlStateForFile(const char* szFile)
 {
     QS_ASSERT(szFile);
-    CSourceControlClient* pClient = szFile ? GetClient() : nullptr;
+    CSourceControlClient* pClient = szFile ? GetClient(false) : nullptr;
     const ESourceControlState eState =
         pClient ? pClient->SourceControlStateForFile(szFile) : eSCState_Unknown;
     DisconnectIfAsked();
@@ -106,9 +106,9 @@ ESourceControlState CSharedSourceControlMgr::SourceControlStateForFile(const cha
 }
 
 template <class TOperation>
-bool CSharedSourceControlMgr::OnFile(const char* szFile, TOperation operation)
+bool CSharedSourceControlMgr::OnFile(const char* szFile, TOperation operation, bool bCalledFor)
 {
-    CSourceControlClient* pClient = szFile ? GetClient() : nullptr;
+    CSourceControlClient* pClient = szFile ? GetClient(bCalledFor) : nullptr;
     const bool bResult = pClient && operation(*pClient, std::string(szFile));
     DisconnectIfAsked();
     return bResult;
@@ -122,8 +122,10 @@ bool CSharedSourceControlMgr::CheckOut(const char* szFile, int nFlag)
 
 bool CSharedSourceControlMgr::EnsureCheckedOut(const char* szFile, int nFlag)
 {
-    return OnFile(szFile, [=](auto& client, const std::string& sPath)
-                  { return client.EnsureCheckedOut(sPath, nFlag); });
+    return OnFile(
+        szFile,
+        [=](auto& client, const std::string& sPath) { return client.EnsureCheckedOut(sPath, nFlag); },
+        false);
 }
 
 bool CSharedSourceControlMgr::AddFile(const char* szFile)

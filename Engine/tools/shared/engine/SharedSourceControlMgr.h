@@ -28,8 +28,8 @@ public:
     bool SetProject(const std::string& sProvider, const std::string& sDatabase) override;
 
     // The client, connected if that can be; null when none could be made, and while an operation runs
-    // whose dialog has led back here.
-    CSourceControlClient* GetClient();
+    // whose dialog has led back here. bCalledFor as with the client's Connect.
+    CSourceControlClient* GetClient(bool bCalledFor = true);
 
     // The user's own wish to connect: asks again also when the choice was to work without. Whether the
     // connection stands.
@@ -50,7 +50,7 @@ public:
 
 private:
     template <class TOperation>
-    bool OnFile(const char* szFile, TOperation operation);
+    bool OnFile(const char* szFile, TOperation operation, bool bCalledFor = true);
     void DisconnectIfAsked();
 
     std::unique_ptr<CSourceControlClient> m_pClient; // null until first needed

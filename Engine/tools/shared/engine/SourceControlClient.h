@@ -52,9 +52,10 @@ public:
     void SetProvider(const CClassId& id, const std::string& sDatabase);
 
     // Drops an old connection first. bSelectProvider lets the user choose the provider. nInitFlag is for
-    // the provider. True with no connection when there is no provider to connect to: look at IsConnected.
+    // the provider. bCalledFor: somebody wants the connection; it isn't only tried because a file is written.
+    // True with no connection when there is no provider to connect to: look at IsConnected.
     bool Connect(const std::string& sChangeSetName, const std::string& sChangeSetDesc, bool bSelectProvider,
-                 int nInitFlag);
+                 int nInitFlag, bool bCalledFor = true);
     void Disconnect();
     bool IsConnected() const { return (m_nFlags & c_nConnected) != 0; }
     // A dialog of a connect or of the provider may be up, whose events can lead back here: no time for
@@ -85,9 +86,9 @@ private:
         eFailed
     };
 
-    bool RunConnect(bool bSelectProvider, int nInitFlag);
-    EStep ChooseProvider(bool bMayRemember, std::string* pError = nullptr);
-    EStep FindProvider(bool bSelectProvider);
+    bool RunConnect(bool bSelectProvider, int nInitFlag, bool bCalledFor);
+    EStep ChooseProvider(bool bMayRemember, bool bCalledFor, std::string* pError = nullptr);
+    EStep FindProvider(bool bSelectProvider, bool bCalledFor);
     EStep StartProvider(int nInitFlag);
     EStep AfterFailedStart(const CSourceControlError& error, bool& bRetried);
     bool OpenDatabase();

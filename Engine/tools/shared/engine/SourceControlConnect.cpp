@@ -11,7 +11,7 @@ constexpr const char* c_pszConnectMessage =
 } // namespace
 
 bool CSourceControlClient::Connect(const std::string& sChangeSetName, const std::string& sChangeSetDesc,
-                                   bool bSelectProvider, int nInitFlag)
+                                   bool bSelectProvider, int nInitFlag, bool bCalledFor)
 {
     if (m_bBusy)
         return false;
@@ -19,13 +19,13 @@ bool CSourceControlClient::Connect(const std::string& sChangeSetName, const std:
     Disconnect();
     m_sChangeSetName = sChangeSetName;
     m_sChangeSetDesc = sChangeSetDesc;
-    const bool bResult = RunConnect(bSelectProvider, nInitFlag);
+    const bool bResult = RunConnect(bSelectProvider, nInitFlag, bCalledFor);
     if (!IsConnected())
         m_pProvider.reset();
     return bResult;
 }
 
-bool CSourceControlClient::RunConnect(bool bSelectProvider, int nInitFlag)
+bool CSourceControlClient::RunConnect(bool bSelectProvider, int nInitFlag, bool bCalledFor)
 {
     if (!m_pLocator)
         m_pLocator =
@@ -35,7 +35,7 @@ bool CSourceControlClient::RunConnect(bool bSelectProvider, int nInitFlag)
         ShowError(std::string());
         return false;
     }
-    EStep eStep = FindProvider(bSelectProvider);
+    EStep eStep = FindProvider(bSelectProvider, bCalledFor);
     if (eStep == EStep::eGoOn)
         eStep = StartProvider(nInitFlag);
     if (eStep != EStep::eGoOn)
@@ -49,29 +49,30 @@ bool CSourceControlClient::RunConnect(bool bSelectProvider, int nInitFlag)
 
 // Lets the user choose. A choice to work without source control is remembered, and answers at once
 // where bMayRemember allows it.
-CSourceControlClient::EStep CSourceControlClient::ChooseProvider(bool bMayRemember, std::string* pError)
+CSourceControlClient::EStep CSourceControlClient::ChooseProvider(bool bMayRemember, bool bCalledFor,
+                                                                 std::string* pError)
 {
     CClassId id;
     if (!bMayRemember || !m_bWorkWithout)
     {
-        const CSourceControlStatus status = m_pLocator->SelectProvider(id);
+        const CSourceControlStatus status = m_pLocator->SelectProvider(id, bCalledFor);
         if (status.Failed())
         {
             if (pError)
                 *pError = status.m_sText;
             return EStep::eFailed;
         }
+        m_bWorkWithout = id.IsZero() && status.m_nCode != c_nSourceControlUnasked;
     }
     m_ProviderClsid = id;
-    m_bWorkWithout = id.IsZero();
     return id.IsZero() ? EStep::eWithout : EStep::eGoOn;
 }
 
-CSourceControlClient::EStep CSourceControlClient::FindProvider(bool bSelectProvider)
+CSourceControlClient::EStep CSourceControlClient::FindProvider(bool bSelectProvider, bool bCalledFor)
 {
     if (bSelectProvider)
     {
-        const EStep eStep = ChooseProvider(true);
+        const EStep eStep = ChooseProvider(true, bCalledFor);
         if (eStep != EStep::eGoOn)
             return eStep;
     }
@@ -81,7 +82,7 @@ CSourceControlClient::EStep CSourceControlClient::FindProvider(bool bSelectProvi
     { return m_Services.m_pRegistry && m_Services.m_pRegistry->IsRegistered(m_ProviderClsid); };
     if (isRegistered())
         return EStep::eGoOn;
-    const EStep eStep = ChooseProvider(true);
+    const EStep eStep = ChooseProvider(true, true);
     if (eStep != EStep::eGoOn || isRegistered())
         return eStep;
     ShowError(std::string());
@@ -120,7 +121,7 @@ CSourceControlClient::EStep CSourceControlClient::AfterFailedStart(const CSource
     if (error.Code() == c_nSourceControlChooseAgain)
     {
         std::string sText;
-        const EStep eStep = ChooseProvider(false, &sText);
+        const EStep eStep = ChooseProvider(false, true, &sText);
         if (eStep == EStep::eFailed)
             ShowError(sText);
         return eStep;
@@ -129,7 +130,7 @@ CSourceControlClient::EStep CSourceControlClient::AfterFailedStart(const CSource
     if (bRetried)
         return EStep::eFailed;
     bRetried = true;
-    return ChooseProvider(false);
+    return ChooseProvider(true, true);
 }
 
 bool CSourceControlClient::OpenDatabase()
@@ -139,10 +140,12 @@ bool CSourceControlClient::OpenDatabase()
         const CSourceControlStatus opened = m_pProvider->OpenDatabase(m_sDatabase, 0);
         if (!opened.Failed())
             return true;
-        TellFailure(opened.m_sText);
         std::string sDatabase;
         if (m_pProvider->ChooseDatabase(sDatabase).Failed())
+        {
+            TellFailure(opened.m_sText);
             return false;
+        }
         m_sDatabase = sDatabase;
     }
 }

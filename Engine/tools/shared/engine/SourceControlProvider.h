@@ -20,6 +20,7 @@ constexpr uint32_t c_nSourceControlFailed = 0x80004005; // no further meaning
 constexpr uint32_t c_nSourceControlNoPointer = 0x80004003;
 constexpr uint32_t c_nSourceControlNoClass = 0x80040154;   // no such provider is registered
 constexpr uint32_t c_nSourceControlCancelled = 0x800704C7; // by the user
+constexpr uint32_t c_nSourceControlUnasked = 1; // a success: from SelectProvider, that nobody was asked
 constexpr uint32_t c_nSourceControlChooseAgain =
     0x80040210; // from Initialize: choose another, without a message
 
@@ -62,8 +63,10 @@ public:
     virtual ~ISourceControlLocator() = default;
 
     // Success with all zero is the choice to work without source control. A failure means that nothing
-    // was chosen. Every call asks, or a provider that keeps asking for another would never end.
-    virtual CSourceControlStatus SelectProvider(CClassId& id) = 0;
+    // was chosen. Every call asks, or a provider that keeps asking for another would never end; except that
+    // without bCalledFor, where a file is only about to be written in a project that names no provider,
+    // c_nSourceControlUnasked with all zero may say that there is nothing to choose from.
+    virtual CSourceControlStatus SelectProvider(CClassId& id, bool bCalledFor) = 0;
 };
 
 // A connection to one version control system. Paths come with backslashes, those of folders with one

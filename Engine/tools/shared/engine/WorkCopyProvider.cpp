@@ -38,12 +38,37 @@ CSourceControlStatus CWorkCopyProvider::Initialize(SourceControlWindow, int)
 
 CSourceControlStatus CWorkCopyProvider::ChooseDatabase(std::string& sDatabase)
 {
-    if (!m_Host.m_pFront || !m_Host.m_pFront->ChooseWorkCopy(m_pszSystem, sDatabase))
+    // Only once: the folder has a name, so that it counts as named should it not open.
+    if (m_bUnnamed && m_Host.m_CurrentFile)
+    {
+        const std::string sFolder = FolderOf(DepotPath(m_Host.m_CurrentFile()));
+        std::string sTop;
+        if (!sFolder.empty() && !FindTop(sFolder, sTop).Failed())
+        {
+            sDatabase = sFolder;
+            return {};
+        }
+    }
+    if (!m_Host.m_pFront || !m_Host.m_pFront->ChooseWorkCopy(m_pszSystem, m_sWhyNot, sDatabase))
         return {c_nSourceControlCancelled, std::string("No work copy of ") + m_pszSystem + " was chosen."};
     return {};
 }
 
 CSourceControlStatus CWorkCopyProvider::OpenDatabase(const std::string& sDatabase, int)
+{
+    const CStatus status = FindWorkCopy(sDatabase);
+    m_bUnnamed = sDatabase.empty();
+    m_sWhyNot = status.m_sText;
+    return status;
+}
+
+bool CWorkCopyProvider::Covers(const std::string& sFile)
+{
+    const std::string sPath = DepotPath(sFile);
+    return !sPath.empty() && !OpenDatabase(FolderOf(sPath), 0).Failed() && !IsIgnored(sPath);
+}
+
+CSourceControlStatus CWorkCopyProvider::FindWorkCopy(const std::string& sDatabase)
 {
     if (sDatabase.empty())
         return Failure(std::string("No folder of a ") + m_pszSystem + " work copy is named.");
@@ -51,9 +76,12 @@ CSourceControlStatus CWorkCopyProvider::OpenDatabase(const std::string& sDatabas
     if (!DirectoryExists(sFolder))
         return Failure("There is no folder " + sDatabase + '.');
     std::string sTop;
-    const CStatus status = FindTop(sFolder, sTop);
+    CStatus status = FindTop(sFolder, sTop);
     if (status.Failed())
+    {
+        status.m_sText = sFolder + ": " + status.m_sText;
         return status;
+    }
     m_sTop = DepotPath(sTop + '/');
     return m_sTop.empty() ? Failure(sFolder + " is in no work copy.") : CStatus();
 }

@@ -15,6 +15,8 @@ class CWorkCopyProvider : public ISourceControlProvider
 public:
     // Fails, with a sentence that names it, when the client program isn't there.
     CSourceControlStatus Initialize(SourceControlWindow hWindow, int nFlag) override;
+    // Where the project has named no folder, the work copy that the library lies in is meant, if there is
+    // one; else the user is asked.
     CSourceControlStatus ChooseDatabase(std::string& sDatabase) override;
     CSourceControlStatus OpenDatabase(const std::string& sDatabase, int nFlag) override;
     // Of a file the description is asked for, unless sText has it already. What the user says of a folder
@@ -28,6 +30,9 @@ public:
     CSourceControlStatus CreateChangeSet(const std::string& sName, const std::string& sDescription,
                                          int nFlag) override;
 
+    // Whether a file, there already or not, lies in a work copy and isn't ignored there.
+    bool Covers(const std::string& sFile);
+
 protected:
     using CStatus = CSourceControlStatus;
     using CRun = CClientProgram::CRun;
@@ -38,6 +43,7 @@ protected:
 
     // The work copy's top folder, as the client program tells it.
     virtual CStatus FindTop(const std::string& sFolder, std::string& sTop) = 0;
+    virtual bool IsIgnored(const std::string&) const { return false; }
     // Whether there is something to send, with bAsk unset when the answer ends the submit as it is.
     virtual CStatus BeforeSubmit(const std::string& sDepotPath, bool& bAsk) = 0;
     virtual CStatus Commit(const std::string& sDepotPath, const std::string& sText) = 0;
@@ -55,14 +61,21 @@ protected:
     static bool IsFolder(const std::string& sDepotPath) { return sDepotPath.ends_with('/'); }
     // Empty for a path that has no place on this machine.
     static std::string DepotPath(const std::string& sLocalPath);
+    static std::string FolderOf(const std::string& sDepotPath)
+    {
+        return sDepotPath.substr(0, sDepotPath.rfind('/') + 1);
+    }
 
 private:
     CStatus AskForText(const std::string& sDepotPath, std::string& sText);
+    CStatus FindWorkCopy(const std::string& sDatabase);
 
     const char* m_pszSystem;
     CClientProgram m_Program;
     CProviderHost m_Host;
     std::string m_sTop;
+    bool m_bUnnamed = false; // the database that was opened last had no name
+    std::string m_sWhyNot;   // what was wrong with it
     std::string m_sSaidOfFolder; // a folder that was submitted last, and what was said of it
     std::string m_sFolderText;
 };

@@ -85,6 +85,8 @@ bool CCarryKey::Drop()
 
 bool CCarryKey::DropOn(CTrack& track)
 {
+    if (!track.ReserveKey()) // a key that is appended without room would be gone
+        return false;
     CRect rc;
     CarriedKey(rc);
     CKey* pKey = m_pKey.get();
@@ -94,8 +96,7 @@ bool CCarryKey::DropOn(CTrack& track)
     pKey->m_nStartTime = TimeFromPixel(m_Context.m_Scale, rc.left);
     pKey->m_nEndTime = TimeFromPixel(m_Context.m_Scale, rc.right);
     pKey->m_nTrack = Tracks().GetTrackNumber(&track);
-    if (!track.AppendKey(std::move(m_pKey)))
-        return false;
+    track.AppendKey(std::move(m_pKey));
     track.PlaceKey(pKey);
     if (pKey->m_nStartTime < pKey->m_nEndTime)
         return true;

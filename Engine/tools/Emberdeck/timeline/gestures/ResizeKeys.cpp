@@ -34,10 +34,10 @@ void CResizeKeysRight::Place(CStep& step) const
     }
 
     int64_t nResult = nEnd;
-    if (bAtPhaseEnd) // the later test of the two
-        nResult = m_nPhaseLength;
-    else if (bAtNext)
+    if (bAtNext)
         nResult = step.m_pNext->m_nStartTime;
+    if (bAtPhaseEnd) // beyond both, the nearer one holds: the key must not come to lie over its neighbours
+        nResult = bAtNext ? std::min<int64_t>(nResult, m_nPhaseLength) : m_nPhaseLength;
     if (step.m_pTarget && int64_t(step.m_pTarget->m_nEndTime) - c_nLinkMargin <= nEnd)
         nResult = int64_t(step.m_pTarget->m_nEndTime) - c_nLinkMargin;
     if (nResult > step.m_nStart)

@@ -1,0 +1,58 @@
+#include "qt/ShellPainter.h"
+
+#include "qt/ProgramIcon.h"
+#include "qt/QtSurface.h"
+#include "qt/QtText.h"
+
+namespace
+{
+QFont WithWeight(QFont font, bool bBold)
+{
+    font.setBold(bBold);
+    return font;
+}
+} // namespace
+
+CShellColors ShellColors(const QPalette& palette)
+{
+    const auto active = [&palette](QPalette::ColorRole eRole)
+    { return palette.color(QPalette::Active, eRole); };
+    CShellColors colors;
+    colors.m_bDark = active(QPalette::Text).lightness() > active(QPalette::Base).lightness();
+    colors.m_nFace = FromQt(active(QPalette::Button));
+    // What is darker than the face is all but black in a dark palette: there the edge is the lighter one.
+    colors.m_nShadow = FromQt(active(colors.m_bDark ? QPalette::Light : QPalette::Dark));
+    colors.m_nHighlight = FromQt(active(QPalette::Highlight));
+    colors.m_nMenu = FromQt(active(QPalette::Base));
+    colors.m_nMenuText = FromQt(active(QPalette::Text));
+    colors.m_nGrayText = FromQt(palette.color(QPalette::Disabled, QPalette::Text));
+    return colors;
+}
+
+void ShellPainter::FillRect(const CRect& rc, CColorRef nColor)
+{
+    m_Painter.fillRect(ToQt(rc), ToQt(nColor));
+}
+
+void ShellPainter::DrawImage(CPoint pt, const CPixelImage& image)
+{
+    m_Painter.drawImage(ToQt(pt), ToQImage(image));
+}
+
+void ShellPainter::DrawMenuText(const CRect& rc, std::string_view sText, CColorRef nColor, bool bBold,
+                                bool bRight)
+{
+    m_Painter.save();
+    m_Painter.setFont(WithWeight(m_Painter.font(), bBold));
+    m_Painter.setPen(ToQt(nColor));
+    const int nFlags = Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextShowMnemonic |
+                       (bRight ? Qt::AlignRight : Qt::AlignLeft);
+    m_Painter.drawText(ToQt(rc), nFlags, QtText::ToQt(sText));
+    m_Painter.restore();
+}
+
+CMenuTextSize MenuFont::Measure(std::string_view sText, bool bBold) const
+{
+    const QFontMetrics metrics(WithWeight(m_Font, bBold));
+    return CMenuTextSize{metrics.size(Qt::TextShowMnemonic, QtText::ToQt(sText)).width(), metrics.height()};
+}
