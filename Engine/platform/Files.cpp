@@ -81,6 +81,14 @@ bool FileExists(const std::string& sPath)
     return GetStatus(sPath, info) && !S_ISDIR(info.st_mode);
 }
 
+bool IsSameFile(const std::string& sLeft, const std::string& sRight)
+{
+    struct stat left;
+    struct stat right;
+    return GetStatus(sLeft, left) && GetStatus(sRight, right) && left.st_dev == right.st_dev &&
+           left.st_ino == right.st_ino;
+}
+
 bool PathExists(const std::string& sPath)
 {
     struct stat info;

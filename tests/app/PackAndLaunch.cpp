@@ -54,6 +54,19 @@ TEST(PackAndLaunch, PacksBesideTheFileAndRepairsValuesInTheOpen)
     EXPECT_TRUE(bench.sourceControl.m_Calls.empty());
     EXPECT_EQ(ReadBytes(bench.path("As.Fx00p")).size(), ReadBytes(bench.path("Smoke.Fx00p")).size());
 
+    // A library that has a packed file's name isn't packed over.
+    const std::string sOwn = bench.MakeFile("Own.Fx00p");
+    ASSERT_TRUE(bench.Open(sOwn));
+    const std::string sText = ReadBytes(sOwn);
+    bench.prompts.onAsk("An error occurred packing");
+    EXPECT_FALSE(bench.app->PackEffects());
+    std::filesystem::create_symlink(sOwn, bench.path("Link.Fx00p"));
+    EXPECT_FALSE(bench.app->PackTo(bench.path("Link.Fx00p")));
+    bench.prompts.onFile(sOwn).onAsk("An error occurred packing");
+    EXPECT_FALSE(bench.app->PackEffectsAs());
+    EXPECT_EQ(sText, ReadBytes(sOwn));
+    bench.app->m_sFileName.clear();
+
     bench.prompts.onFile(std::nullopt, "*.Fx00c"); // stops before packing
     EXPECT_FALSE(bench.app->SaveAndPack());
 }

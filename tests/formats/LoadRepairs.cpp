@@ -51,6 +51,27 @@ TEST(LoadRepairs, ListsOfTheFile)
     EXPECT_EQ(std::string::npos, SavedBytes(*two.m_pLibrary).find("\"B\""));
 }
 
+// What the tree of nodes doesn't show any more.
+TEST(LoadRepairs, CutTexts)
+{
+    const std::string sWhole = FileOf("", EffectOf(KeyText("Marker")));
+    const CTempDir dir;
+    const auto findingsIn = [&](const std::string& sText)
+    {
+        CLoaded loaded;
+        CTestLibrary library;
+        CFindingList observer(loaded.m_Findings);
+        EXPECT_TRUE(LoadEffectLibrary(dir.write("a.Fx00a", sText).c_str(), library.m_SpellMgr, library.Module(), nullptr,
+                                      nullptr, loaded.m_sError, nullptr, &observer));
+        return loaded;
+    };
+    const CLoaded whole = findingsIn(sWhole);
+    EXPECT_FALSE(whole.Found("list")) << whole.Findings();
+    EXPECT_TRUE(findingsIn(sWhole.substr(0, sWhole.size() - 3)).Found("ends within a list, 3 deep"));
+    const CLoaded odd = findingsIn(") " + sWhole + " ) \"" + std::string(1024, 't') + "\"");
+    EXPECT_TRUE(odd.Found("2 closing parentheses") && odd.Found("cut to 1023 bytes")) << odd.Findings();
+}
+
 TEST(LoadRepairs, WithoutTreesTheModelAloneIsFilled)
 {
     CTestLibrary library;

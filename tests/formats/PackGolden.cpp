@@ -247,6 +247,27 @@ TEST(PackGolden, ValuesAreValidatedAsTheyAreWritten)
     EXPECT_EQ(1000, IntOf(*pLibrary->m_SpellMgr.FindPrefab("P"), "Count"));
 }
 
+// Times before 0 move at each validation. A curve that no longer is as it was when it was collected has no
+// place in the file, and the pack says so.
+TEST(PackGolden, ACurveThatValidationMovesAwayFailsThePack)
+{
+    const auto curve = [](std::initializer_list<int> times)
+    {
+        std::string sValues;
+        for (const int nTime : times)
+            sValues += "(value (time " + std::to_string(nTime) + ") (data 1))";
+        return "(properties " + PropText("Size", "Float", sValues) + ")";
+    };
+    const CLoaded loaded = LoadText(FileOf(
+        "(prefab (name \"P\") (type \"Sprite\") " + curve({-5, -4, -3, -2, -1, 0}) + ")",
+        EffectOf(KeyText("Sprite", "(parent \"P\")", 1) + KeyText("Sprite", "(parent \"P\")", 2, 0, 1000, 1) +
+                 KeyText("Sprite", curve({-3, -2, -1, 0, 0, 0}), 3, 0, 1000, 2))));
+    ASSERT_TRUE(loaded.m_bLoaded) << loaded.m_sError;
+    const CTempDir dir;
+    EXPECT_FALSE(PackEffectLibrary(dir.path("a.Fx00p").c_str(), loaded.m_pLibrary->m_SpellMgr,
+                                   loaded.m_pLibrary->Module()));
+}
+
 TEST(PackGolden, FailuresTouchNoFile)
 {
     const auto pLibrary = aLibrary().effect("E").key().build();

@@ -98,6 +98,13 @@ std::string AdviseOnLoading(const std::string& sFile, const CProjectInfo& projec
     return sAdvice;
 }
 
+std::string AdviseOnPackingOver(const std::string& sLibrary)
+{
+    return QSFormat("The packed file would take the place of the library %s itself. Pack to another name, or save the "
+                    "library under one that doesn't end in .Fx00p.",
+                    sLibrary.c_str());
+}
+
 std::string AdviseOnPacking(const std::string& sPackName, const CEffectModule& module)
 {
     if (!module.IsLoaded())

@@ -12,4 +12,5 @@ std::string AdviseOnMissingProject(const std::string& sFile);
 std::string AdviseOnPlugin(const CProjectInfo& project);
 // bKept: copies of what the file held before earlier saves are there.
 std::string AdviseOnLoading(const std::string& sFile, const CProjectInfo& project, bool bKept);
+std::string AdviseOnPackingOver(const std::string& sLibrary); // onto the library's own file
 std::string AdviseOnPacking(const std::string& sPackName, const CEffectModule& module);

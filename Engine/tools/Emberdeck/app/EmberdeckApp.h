@@ -69,7 +69,9 @@ public:
     void TellPackFailed(const std::string& sPackName) noexcept;
 
     bool PackEffects();   // beside the effect file; without a name PackEffectsAs
-    bool PackEffectsAs(); // false without a message
+    bool PackEffectsAs(); // false without a message, but for the library's own name
+    // Packs to that file for that target, without a message. False for the library's own file, which stays.
+    bool PackTo(const std::string& sPackName, const char* pszTarget = "PC") noexcept;
     bool SaveAndPack();
     void SavePackLaunch();
     void LaunchGame();   // doesn't wait, and reports nothing
@@ -105,6 +107,7 @@ public:
     CEditHub m_Edits;
 
 private:
+    bool IsOwnFile(const std::string& sPackName) const;
     void EmptyLibrary();
     void InsertRoots();
     bool OpenNow(const std::string& sPath); // throws when memory is out

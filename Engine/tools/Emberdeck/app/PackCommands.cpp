@@ -7,6 +7,7 @@
 #include "app/Messages.h"
 #include "formats/EmberdeckPacker.h"
 #include "model/MakeOrNull.h"
+#include "platform/Files.h"
 #include "platform/Paths.h"
 
 namespace
@@ -42,8 +43,8 @@ bool IsSurelyValid(const CEffectProperty& prop)
                                             : pDesc->m_szData[0] == '\0' || IsTextKind(pDesc->m_eType);
 }
 
-// The packer validates what it writes. What that would change is changed here, in the open.
-bool NeedsRepair(const CEffectPropertySet& set)
+// Whether the packer, which validates what it writes, would change the set.
+bool WouldChange(const CEffectPropertySet& set)
 {
     for (uint32_t i = 0; i < set.GetNumProps(); ++i)
     {
@@ -58,23 +59,18 @@ bool NeedsRepair(const CEffectPropertySet& set)
     return false;
 }
 
-void RepairValues(CEditContext& context)
+void TouchWhatPackingChanges(CEditScope& scope, CSpellMgr& spellMgr)
 {
-    CEditScope scope(context.m_Edits, "Pack Effects");
-    for (const auto& pPrefab : context.m_SpellMgr.Prefabs())
+    for (const auto& pPrefab : spellMgr.Prefabs())
     {
-        if (!pPrefab->m_pTypeDesc || !NeedsRepair(*pPrefab))
-            continue;
-        scope.TouchPrefab(pPrefab.get());
-        ValidateSet(pPrefab.get());
+        if (pPrefab->m_pTypeDesc && WouldChange(*pPrefab))
+            scope.TouchPrefab(pPrefab.get());
     }
-    context.m_SpellMgr.ForEachKey(
+    spellMgr.ForEachKey(
         [&](CSpell& spell, CKey& key)
         {
-            if (!key.m_pTypeDesc || !NeedsRepair(key))
-                return;
-            scope.Touch(&spell);
-            ValidateSet(&key);
+            if (key.m_pTypeDesc && WouldChange(key))
+                scope.Touch(&spell);
         });
 }
 
@@ -91,31 +87,52 @@ std::string CEmberdeckApp::MakePackName(const std::string& sFileName)
     return sName + ".Fx00p";
 }
 
+bool CEmberdeckApp::PackTo(const std::string& sPackName, const char* pszTarget) noexcept
+{
+    bool bPacked = false;
+    const auto pack = [&]
+    {
+        CEditScope scope(m_Context.m_Edits, "Pack Effects");
+        TouchWhatPackingChanges(scope, m_SpellMgr);
+        bPacked = PackEffectLibrary(sPackName.c_str(), m_SpellMgr, m_EffectModule, &m_Services.m_Prompts, pszTarget);
+    };
+    return !IsOwnFile(sPackName) && TryAllocating(pack) && bPacked;
+}
+
+// A library may have a packed file's name; packing over it would leave nothing to edit.
+bool CEmberdeckApp::IsOwnFile(const std::string& sPackName) const
+{
+    return IsSameFile(m_sFileName, sPackName);
+}
+
 bool CEmberdeckApp::PackEffects()
 {
     if (m_sFileName.empty())
         return PackEffectsAs();
 
-    std::string sShown;
-    bool bPacked = false;
-    TryAllocating(
-        [&]
-        {
-            const std::string sPackName = MakePackName(m_sFileName);
-            sShown = DisplayPath(sPackName);
-            m_Services.m_SourceControl.EnsureCheckedOut(sPackName.c_str(), 0);
-            RepairValues(m_Context);
-            bPacked = PackEffectLibrary(sPackName.c_str(), m_SpellMgr, m_EffectModule, &m_Services.m_Prompts);
-        });
+    std::string sPackName;
+    const auto prepare = [&]
+    {
+        sPackName = MakePackName(m_sFileName);
+        m_Services.m_SourceControl.EnsureCheckedOut(sPackName.c_str(), 0);
+    };
+    const bool bPacked = TryAllocating(prepare) && PackTo(sPackName);
     if (!bPacked)
-        TellPackFailed(sShown);
+        TellPackFailed(sPackName);
     return bPacked;
 }
 
 void CEmberdeckApp::TellPackFailed(const std::string& sPackName) noexcept
 {
-    TryAllocating([&] { m_Services.m_Prompts.Advise(AdviseOnPacking(sPackName, m_EffectModule)); });
-    ShowFailure(m_Services.m_Prompts, c_MsgPackFailed, sPackName.c_str());
+    std::string sShown;
+    TryAllocating(
+        [&]
+        {
+            sShown = DisplayPath(sPackName);
+            m_Services.m_Prompts.Advise(IsOwnFile(sPackName) ? AdviseOnPackingOver(sShown)
+                                                             : AdviseOnPacking(sPackName, m_EffectModule));
+        });
+    ShowFailure(m_Services.m_Prompts, c_MsgPackFailed, sShown.c_str());
 }
 
 bool CEmberdeckApp::PackEffectsAs()
@@ -127,14 +144,9 @@ bool CEmberdeckApp::PackEffectsAs()
     std::string sPath;
     if (!m_Services.m_Prompts.ChooseFile(request, sPath))
         return false;
-    bool bPacked = false;
-    TryAllocating(
-        [&]
-        {
-            RepairValues(m_Context);
-            bPacked = PackEffectLibrary(sPath.c_str(), m_SpellMgr, m_EffectModule, &m_Services.m_Prompts);
-        });
-    return bPacked;
+    if (IsOwnFile(sPath)) // not a failure of packing: the name was taken back from the user
+        TellPackFailed(sPath);
+    return PackTo(sPath);
 }
 
 bool CEmberdeckApp::SaveAndPack()

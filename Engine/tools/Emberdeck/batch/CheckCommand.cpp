@@ -13,6 +13,14 @@ public:
     std::vector<CLoadFinding> m_List;
 };
 
+// A name may hold line ends; a finding stays on its line.
+std::string OnOneLine(std::string sText)
+{
+    for (char& c : sText)
+        c = static_cast<unsigned char>(c) < ' ' ? ' ' : c;
+    return sText;
+}
+
 std::string Where(const CLoadFinding& finding)
 {
     std::string sWhere;
@@ -46,8 +54,8 @@ CJson CheckOne(const std::string& sFile, const CBatchOptions& options, bool& bLo
                         {"key", ReadableText(finding.m_sKey)},
                         {"text", ReadableText(finding.m_sText)}});
         if (!options.m_bJson)
-            std::printf("%s: %s%s\n", sFile.c_str(), ReadableText(Where(finding)).c_str(),
-                        ReadableText(finding.m_sText).c_str());
+            std::printf("%s: %s%s\n", sFile.c_str(), OnOneLine(ReadableText(Where(finding))).c_str(),
+                        OnOneLine(ReadableText(finding.m_sText)).c_str());
     }
     if (!options.m_bJson && !options.m_bQuiet && bLoaded)
         std::printf("%s: %s\n", sFile.c_str(),

@@ -9,11 +9,15 @@
 
 namespace
 {
-CJson ValueJson(const CPackedValue& value)
+// How texts are given: ByteText for programs, which get every byte, ReadableText for people.
+using CTextForm = std::string (*)(std::string_view);
+
+CJson ValueJson(const CPackedValue& value, CTextForm asText)
 {
     struct CVisitor
     {
-        CJson operator()(const std::string& s) const { return ByteText(s); }
+        CTextForm m_AsText;
+        CJson operator()(const std::string& s) const { return m_AsText(s); }
         CJson operator()(int32_t n) const { return n; }
         CJson operator()(uint32_t n) const { return n; }
         CJson operator()(float f) const { return static_cast<double>(f); }
@@ -23,15 +27,15 @@ CJson ValueJson(const CPackedValue& value)
             return CJson::array({double(c.r), double(c.g), double(c.b), double(c.a)});
         }
     };
-    return std::visit(CVisitor{}, value.m_Value);
+    return std::visit(CVisitor{asText}, value.m_Value);
 }
 
-CJson PropertyJson(const CPackedProperty& prop)
+CJson PropertyJson(const CPackedProperty& prop, CTextForm asText)
 {
     CJson values = CJson::array();
     for (const CPackedCurveKey& key : prop.m_Keys)
-        values.push_back({{"time", double(key.m_fTime)}, {"value", ValueJson(key.m_Value)}});
-    CJson json = {{"name", ByteText(prop.m_sName)},
+        values.push_back({{"time", double(key.m_fTime)}, {"value", ValueJson(key.m_Value, asText)}});
+    CJson json = {{"name", asText(prop.m_sName)},
                   {"offset", prop.m_nOffset},
                   {"type", GetPropTypeName(prop.m_eType)},
                   {"curve", prop.m_bCurve}};
@@ -41,7 +45,7 @@ CJson PropertyJson(const CPackedProperty& prop)
     return json;
 }
 
-CJson KeyJson(const CPackedKey& key, const CEffectModule& module)
+CJson KeyJson(const CPackedKey& key, const CEffectModule& module, CTextForm asText)
 {
     std::string sType;
     for (uint32_t i = 0; i < module.GetNumTypes() && sType.empty(); ++i)
@@ -49,9 +53,9 @@ CJson KeyJson(const CPackedKey& key, const CEffectModule& module)
             sType = TypeName(*module.GetType(i));
     CJson properties = CJson::array();
     for (const CPackedProperty& prop : key.m_Properties)
-        properties.push_back(PropertyJson(prop));
+        properties.push_back(PropertyJson(prop, asText));
     return {{"offset", key.m_nOffset},
-            {"type", ByteText(sType)},
+            {"type", asText(sType)},
             {"typeId", key.m_nTypeID},
             {"start", double(key.m_fStart)},
             {"end", double(key.m_fEnd)},
@@ -110,7 +114,7 @@ void PutEffect(const CPackedEffect& effect, const CEffectModule& module)
     Put(",\n      \"offset\": " + std::to_string(effect.m_nOffset));
     Put(",\n      \"phaseLength\": " + std::to_string(effect.m_nPhaseLength));
     Put(",\n      \"keys\": ");
-    PutList(effect.m_Keys, 6, [&](const CPackedKey& key) { PutValue(KeyJson(key, module), 8); });
+    PutList(effect.m_Keys, 6, [&](const CPackedKey& key) { PutValue(KeyJson(key, module, ByteText), 8); });
     Put("\n    }");
 }
 
@@ -161,9 +165,9 @@ void PrintLibrary(const CPackedLibrary& library, const CEffectModule& module)
                 h.m_nCurveTableSize, h.m_nEffectNamesOffset);
     for (const CPackedEffect& effect : library.m_Effects)
     {
-        std::printf("\n[%u] %s, %u ms\n", effect.m_nOffset, ByteText(effect.m_sName).c_str(), effect.m_nPhaseLength);
+        std::printf("\n[%u] %s, %u ms\n", effect.m_nOffset, ReadableText(effect.m_sName).c_str(), effect.m_nPhaseLength);
         for (const CPackedKey& key : effect.m_Keys)
-            PrintKey(KeyJson(key, module));
+            PrintKey(KeyJson(key, module, ReadableText));
     }
 }
 } // namespace

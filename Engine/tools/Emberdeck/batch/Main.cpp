@@ -1,5 +1,6 @@
 // emberdeck-batch: everything that Emberdeck does to files, without a window.
 
+#include <csignal>
 #include <cstdio>
 
 #include <CLI/CLI.hpp>
@@ -87,6 +88,7 @@ int Run(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    std::signal(SIGXFSZ, SIG_IGN); // a limit on file sizes is a failed write, which is told
     try
     {
         return Run(argc, argv);

@@ -1,10 +1,10 @@
+#include <cstring>
 #include <set>
 
 #include <CLI/CLI.hpp>
 
 #include "batch/Batch.h"
 #include "batch/Output.h"
-#include "formats/EmberdeckPacker.h"
 #include "formats/ResourceCollector.h"
 #include "shared/engine/AssetLibrarySource.h"
 #include "platform/Files.h"
@@ -20,13 +20,19 @@ struct CPackRequest
     std::string m_sDepFile;
 };
 
-// A name as make reads it: blanks and "#" by a backslash, "$" doubled.
+// What make can't be told by any spelling.
+bool IsMakeName(const std::string& sPath)
+{
+    return !sPath.empty() && sPath.find_first_of(";=\r\n") == std::string::npos;
+}
+
+// A name as make reads it: blanks and special signs by a backslash, "$" doubled.
 std::string MakeName(const std::string& sPath)
 {
     std::string sOut;
     for (char c : sPath)
     {
-        if (c == ' ' || c == '#' || c == '\t')
+        if (c != '\0' && std::strchr(" \t#:%*?[", c))
             sOut += '\\';
         if (c == '$')
             sOut += '$';
@@ -36,14 +42,22 @@ std::string MakeName(const std::string& sPath)
 }
 
 // What the packed file is made from: the library, the plug-in, and the files that its effects refer to.
-bool WriteDepFile(const CPackRequest& request, const std::string& sOut, const CEmberdeckApp& app)
+bool WriteDepFile(const CPackRequest& request, const std::string& sOut, const CEmberdeckApp& app, bool bQuiet)
 {
     std::set<std::string> files;
     CAssetLibrarySource source;
     CollectResources(app.m_EffectTree, app.m_EffectTree.GetRootItem(), source);
     for (const auto& pDependency : source.Dependencies())
-        if (pDependency->m_sResourceType.empty())
-            files.insert(NativePath(app.m_sResourceRoot + pDependency->m_sResource));
+    {
+        if (!pDependency->m_sResourceType.empty())
+            continue;
+        const std::string sFile = NativePath(app.m_sResourceRoot + pDependency->m_sResource);
+        if (IsMakeName(sFile))
+            files.insert(sFile);
+        else if (!bQuiet)
+            std::fprintf(stderr, "emberdeck-batch pack: make can't read the name \"%s\"; %s leaves it out.\n",
+                         (app.m_sResourceRoot + pDependency->m_sResource).c_str(), request.m_sDepFile.c_str());
+    }
 
     std::string sText = MakeName(NativePath(sOut)) + ": " + MakeName(NativePath(request.m_sLibrary));
     const std::string sPlugin = NativeLibraryPath(app.m_Project.m_sFireglass);
@@ -60,6 +74,8 @@ bool WriteDepFile(const CPackRequest& request, const std::string& sOut, const CE
 
 int Pack(const CPackRequest& request, const CBatchOptions& options)
 {
+    if (!request.m_sDepFile.empty() && IsSameFile(request.m_sDepFile, request.m_sLibrary))
+        return Fail("--depfile " + request.m_sDepFile + " is the library itself. Give it another name.");
     CBatchSession session(options);
     CEmberdeckApp& app = *session.m_pApp;
     if (!session.Open(request.m_sLibrary))
@@ -77,14 +93,13 @@ int Pack(const CPackRequest& request, const CBatchOptions& options)
         if (sOut.empty())
             sOut = CEmberdeckApp::MakePackName(app.m_sFileName);
         app.SourceControl().EnsureCheckedOut(sOut.c_str(), 0);
-        if (!PackEffectLibrary(sOut.c_str(), app.m_SpellMgr, app.m_EffectModule, &session.m_Prompts,
-                               request.m_sTarget == "xenon" ? "Xenon" : "PC"))
+        if (!app.PackTo(sOut, request.m_sTarget == "xenon" ? "Xenon" : "PC"))
         {
             app.TellPackFailed(sOut);
             return eExit_Failed;
         }
     }
-    if (!request.m_sDepFile.empty() && !WriteDepFile(request, sOut, app))
+    if (!request.m_sDepFile.empty() && !WriteDepFile(request, sOut, app, options.m_bQuiet))
         return FailToWrite(request.m_sDepFile);
 
     const uint64_t nBytes = FileSize(sOut);

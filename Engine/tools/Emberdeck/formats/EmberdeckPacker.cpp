@@ -125,6 +125,7 @@ private:
     std::unordered_set<const CEffectProperty*> m_Collected;
     CSharedValidation m_Validation;
     std::unordered_map<const CEffectProperty*, uint32_t> m_CurveOffsets;
+    bool m_bCurveLost = false; // validation changed one after it had been collected
 };
 
 bool CPacker::Pack(const char* pszFilename, const char* pszTarget)
@@ -158,7 +159,7 @@ bool CPacker::Pack(const char* pszFilename, const char* pszTarget)
     WriteHeader();
     const bool bWritten = m_pOut->Close();
     // Positions have 32 bits in this format.
-    return bWritten && m_Strings.IsSound() && nEffectNames <= UINT32_MAX;
+    return bWritten && m_Strings.IsSound() && !m_bCurveLost && nEffectNames <= UINT32_MAX;
 }
 
 // A type's number indexes the table of counts here and in the game; a plug-in that numbers its types wildly
@@ -348,6 +349,7 @@ uint32_t CPacker::CurveOffset(const CEffectProperty* pProperty)
     const auto nCurveIndex = static_cast<uint32_t>(m_Curves.FindProperty(pProperty));
     QS_ASSERT_TEXT(nCurveIndex != UINT32_MAX, "nCurveIndex != (uint32)-1",
                    "Error: Unable to find property curve index when packing!");
+    m_bCurveLost = m_bCurveLost || nCurveIndex == UINT32_MAX;
     const uint32_t nOffset =
         nCurveIndex == UINT32_MAX ? c_nNoOffset : m_Curves.Entries()[nCurveIndex].m_nOffset;
     if (bStable)

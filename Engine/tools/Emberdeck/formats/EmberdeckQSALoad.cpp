@@ -87,6 +87,8 @@ bool LoadEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffe
         [&]
         {
             CLibraryLoader loader(spellMgr, module, pEffectTree, pPrefabTree, sError, pObserver, goOn);
+            if (pObserver && pszFilename)
+                CLoadFindings(pObserver).TellText(pszFilename);
             bLoaded = LoadNodes(loader, module,
                                 [&](CLoadedNodes& nodes)
                                 {

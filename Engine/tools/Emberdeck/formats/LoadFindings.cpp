@@ -6,6 +6,10 @@
 
 #include "formats/NodeFields.h"
 #include "formats/SharedValidation.h"
+#include "platform/Paths.h"
+#include "qsamgr/qsanodereader.h"
+#include "qsamgr/qsareader.h"
+#include "qsamgr/qsautil.h"
 #include "qsnumber.h"
 
 namespace
@@ -106,6 +110,31 @@ void CLoadFindings::TellSkipped(const CQSANode& node)
         Tell("A list without a name was skipped.");
 }
 
+void CLoadFindings::TellText(const char* pszFilename)
+{
+    CQSAReader reader;
+    if (!reader.Open(NativePath(pszFilename).c_str(), CQSAUtil::IsFileCompressed(pszFilename)))
+        return;
+    char aText[CQSANodeReader::c_nMaxAtomLen + 2]; // holds one byte too many
+    uint32_t nOpen = 0;
+    uint32_t nStray = 0;
+    for (EQSAToken eToken; (eToken = reader.NextToken(aText, sizeof(aText))) != TOKEN_END;)
+    {
+        if (eToken == TOKEN_OPEN)
+            ++nOpen;
+        else if (eToken == TOKEN_CLOSE && nOpen == 0)
+            ++nStray;
+        else if (eToken == TOKEN_CLOSE)
+            --nOpen;
+        else if (std::strlen(aText) > CQSANodeReader::c_nMaxAtomLen)
+            Tell(QSFormat("A text that begins with \"%.40s\" was cut to %u bytes.", aText, CQSANodeReader::c_nMaxAtomLen));
+    }
+    if (nOpen > 0)
+        Tell(QSFormat("The file ends within a list, %u deep. What stood behind is missing.", nOpen));
+    if (nStray > 0)
+        Tell(QSFormat("The file has %u closing parentheses that close no list.", nStray));
+}
+
 void CLoadFindings::TellWholeNumber(const char* pszText, const char* pszField)
 {
     if (!IsWholeNumber(pszText))
@@ -115,11 +144,14 @@ void CLoadFindings::TellWholeNumber(const char* pszText, const char* pszField)
 
 void CLoadFindings::TellDecimalNumber(const char* pszText, const char* pszField)
 {
-    if (!IsDecimalNumber(pszText))
-    {
+    if (IsDecimalNumber(pszText))
+        return;
+    const float fTaken = QSTextToFloat(pszText);
+    if (std::isinf(fTaken))
+        Tell(QSFormat("\"%s\" in %s is too large; once saved it will be read as 0.", pszText, pszField));
+    else
         Tell(QSFormat("\"%s\" in %s is no number; %s was taken.", pszText, pszField,
-                      QSFixedText(QSTextToFloat(pszText), 6).c_str()));
-    }
+                      QSFixedText(fTaken, 6).c_str()));
 }
 
 void CLoadFindings::TellValue(const CQSANode& data, uint32_t eType, const std::string& sProp)

@@ -21,6 +21,8 @@ public:
 
     void Tell(const std::string& sText);
 
+    // What reading the text passes over: lists without an end or a beginning, and cut texts.
+    void TellText(const char* pszFilename);
     void TellSkipped(const CQSANode& node); // something that stands where nothing reads it
     void TellWholeNumber(const char* pszText, const char* pszField);   // when it isn't read as it stands
     void TellDecimalNumber(const char* pszText, const char* pszField); // likewise

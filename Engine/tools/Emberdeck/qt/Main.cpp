@@ -1,5 +1,6 @@
 // Emberdeck: the editor in its window.
 
+#include <csignal>
 #include <cstdio>
 
 #include <QApplication>
@@ -102,6 +103,7 @@ int Start(const CEmberdeckCommandLineInfo& line, MenuStyle* pStyle)
 
 int main(int argc, char** argv)
 {
+    std::signal(SIGXFSZ, SIG_IGN); // a limit on file sizes is a failed write, which is told
     SetProgramVersion(MakeVersionBlock("Emberdeck", EMBERDECK_VERSION, "Copyright Harrowgate Works"));
     // The scale of the screen as it is, without rounding: text stays sharp at 150 per cent.
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
