@@ -342,6 +342,16 @@ TEST(Frame, ADroppedFileWaitsForNoDialog)
                        });
     QTest::qWait(500);
     EXPECT_TRUE(bTold);
+
+    // Nor under a dialog that no command of the frame has opened, as a key's properties.
+    QDialog dialog(&frame.window);
+    dialog.open();
+    EXPECT_FALSE(enters(file));
+    QApplication::sendEvent(&frame.window, &drop);
+    QTest::qWait(50);
+    EXPECT_EQ(&dialog, QApplication::activeModalWidget());
+    dialog.close();
+    EXPECT_TRUE(enters(file));
 }
 
 TEST(Frame, TheSplashGoesAtAPressOfOneOfThreeButtons)

@@ -125,27 +125,31 @@ void LibraryTreeView::ShowMenu(const CPanelMenu& entries, const QPoint& at)
 {
     if (entries.empty())
         return;
-    QMenu menu(this);
+    // The view may go while the menu is up, and takes it along.
+    const QPointer<QMenu> pMenu(new QMenu(this));
     for (const CPanelMenuEntry& entry : entries)
     {
         if (entry.IsSeparator())
         {
-            menu.addSeparator();
+            pMenu->addSeparator();
             continue;
         }
         QString sLabel = QString::fromStdString(entry.m_sLabel);
         if (!entry.m_sKey.empty())
             sLabel += QLatin1Char('\t') + QString::fromStdString(entry.m_sKey);
-        QAction* pAction = menu.addAction(sLabel);
+        QAction* pAction = pMenu->addAction(sLabel);
         pAction->setData(entry.m_nID);
         pAction->setEnabled(entry.m_bEnabled);
         if (entry.m_bDefault)
-            menu.setDefaultAction(pAction);
+            pMenu->setDefaultAction(pAction);
     }
-    const QPointer<LibraryTreeView> pThis(this);
-    const QAction* pChosen = menu.exec(at);
-    if (pThis && m_pPanel && pChosen)
-        m_pPanel->Command(pChosen->data().toInt());
+    const QAction* pChosen = pMenu->exec(at);
+    if (!pMenu)
+        return;
+    const int nChosen = pChosen ? pChosen->data().toInt() : 0;
+    delete pMenu; // before the command: that may be the end of this view
+    if (m_pPanel && nChosen)
+        m_pPanel->Command(nChosen);
 }
 
 void LibraryTreeView::keyPressEvent(QKeyEvent* pEvent)

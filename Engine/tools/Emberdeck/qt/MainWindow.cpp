@@ -49,6 +49,8 @@ MainWindow::MainWindow(IProfile& profile, ISourceControl& sourceControl, QtPromp
 MainWindow::~MainWindow()
 {
     qApp->removeEventFilter(this);
+    for (const auto& [nBar, pBar] : m_Bars)
+        pBar->disconnect(this); // they hide after the frame is gone
     m_Splash.HideSplashScreen();
     if (m_pStyle)
         m_pStyle->SetDecorator(nullptr);

@@ -72,11 +72,18 @@ QString DraggedFile(const QDropEvent& event)
     const QList<QUrl> urls = event.mimeData()->urls();
     return urls.isEmpty() ? QString() : urls.constFirst().toLocalFile();
 }
+
+// A dialog or menu works on what another library would take away. It keeps the mouse out, but no drag from
+// another program.
+bool IsDialogOrMenuUp()
+{
+    return QApplication::activeModalWidget() || QApplication::activePopupWidget();
+}
 } // namespace
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* pEvent)
 {
-    if (!DraggedFile(*pEvent).isEmpty() && !m_pFrame->IsBusy())
+    if (!DraggedFile(*pEvent).isEmpty() && !m_pFrame->IsBusy() && !IsDialogOrMenuUp())
         pEvent->acceptProposedAction();
 }
 
@@ -84,8 +91,12 @@ void MainWindow::dropEvent(QDropEvent* pEvent)
 {
     pEvent->acceptProposedAction();
     // Behind the drop itself: opening may ask, and the other program waits for the drop to end.
-    QTimer::singleShot(
-        0, this, [this, sFile = DraggedFile(*pEvent)] { m_pFrame->OpenFile(QtText::PathFromQt(sFile)); });
+    QTimer::singleShot(0, this,
+                       [this, sFile = DraggedFile(*pEvent)]
+                       {
+                           if (!IsDialogOrMenuUp())
+                               m_pFrame->OpenFile(QtText::PathFromQt(sFile));
+                       });
 }
 
 // Where nothing has the focus, the toolkit would give it to the first button of the toolbars.

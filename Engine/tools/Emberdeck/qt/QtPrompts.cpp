@@ -119,7 +119,7 @@ QWidget* QtPrompts::Owner() const
 
 EAnswer QtPrompts::Ask(const std::string& sText, const std::string& sCaption, EButtons eButtons, EIcon eIcon)
 {
-    m_pProgress.reset();
+    EndProgress();
     QMessageBox box(Icon(eIcon), QtText::ToQt(sCaption), QString(), Buttons(eButtons), Owner());
     box.setTextFormat(Qt::PlainText);
     box.setText(QtText::ToQt(sText).remove(QLatin1Char('\r')));
@@ -277,7 +277,17 @@ void QtPrompts::EndWait()
 {
     QApplication::restoreOverrideCursor();
     if (--m_nWaits == 0)
-        m_pProgress.reset();
+        EndProgress();
+}
+
+// A question may come up while the dialog looks after events: it is destroyed once it has come back from there.
+void QtPrompts::EndProgress()
+{
+    if (!m_pProgress)
+        return;
+    m_pProgress->hide();
+    m_pProgress->deleteLater();
+    m_pProgress = nullptr;
 }
 
 bool QtPrompts::Progress(const std::string& sWhat, double fFraction)
@@ -288,7 +298,7 @@ bool QtPrompts::Progress(const std::string& sWhat, double fFraction)
         return true;
     if (!m_pProgress)
     {
-        m_pProgress = std::make_unique<QProgressDialog>(Owner());
+        m_pProgress = new QProgressDialog(Owner());
         m_pProgress->setWindowTitle(QStringLiteral("Emberdeck"));
         m_pProgress->setWindowModality(Qt::ApplicationModal);
         m_pProgress->setMinimumDuration(0);
@@ -301,8 +311,8 @@ bool QtPrompts::Progress(const std::string& sWhat, double fFraction)
     m_pProgress->setRange(0, fFraction < 0.0 ? 0 : 100);
     m_pProgress->setValue(fFraction < 0.0 ? 0 : int(std::min(fFraction, 1.0) * 100.0));
     QApplication::processEvents();
-    const bool bGoOn = !m_pProgress->wasCanceled();
+    const bool bGoOn = !m_pProgress || !m_pProgress->wasCanceled();
     if (!bGoOn || fFraction >= 1.0)
-        m_pProgress.reset();
+        EndProgress();
     return bGoOn;
 }

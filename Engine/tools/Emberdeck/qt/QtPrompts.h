@@ -1,7 +1,5 @@
 #pragma once
 
-#include <memory>
-
 #include <QElapsedTimer>
 #include <QPointer>
 #include <QProgressDialog>
@@ -29,11 +27,12 @@ public:
 
 private:
     QWidget* Owner() const;
+    void EndProgress();
 
     QPointer<QWidget> m_pOwner;
     std::string m_sAdvice; // for the next message
     int m_nWaits = 0;
     QElapsedTimer m_Clock;
     qint64 m_nShownAt = 0; // on that clock, when the progress was brought up to date
-    std::unique_ptr<QProgressDialog> m_pProgress;
+    QPointer<QProgressDialog> m_pProgress; // its owner may take it along
 };

@@ -185,14 +185,16 @@ void TrackWidget::ShowMenu(CPoint pt, bool bCtrl)
     const std::vector<CMenuEntry> entries = m_Track.OnRightRelease(pt, bCtrl);
     if (entries.empty())
         return;
-    QMenu menu(this);
-    AddEntries(menu, entries);
-    const QPoint at = mapToGlobal(QPoint(pt.x - menu.sizeHint().width() / 2, pt.y));
-    // The window may go while the menu is up, or by the command itself.
-    const QPointer<TrackWidget> pThis(this);
-    const QAction* pChosen = menu.exec(at);
-    if (pThis)
-        m_Track.OnMenuClosed(pChosen ? pChosen->data().toInt() : 0);
+    // The window may go while the menu is up, and takes it along.
+    const QPointer<QMenu> pMenu(new QMenu(this));
+    AddEntries(*pMenu, entries);
+    const QPoint at = mapToGlobal(QPoint(pt.x - pMenu->sizeHint().width() / 2, pt.y));
+    const QAction* pChosen = pMenu->exec(at);
+    if (!pMenu)
+        return;
+    const int nChosen = pChosen ? pChosen->data().toInt() : 0;
+    delete pMenu; // before the command: that may be the end of this window
+    m_Track.OnMenuClosed(nChosen);
 }
 
 bool TrackWidget::IsLinkPress(QEvent* pEvent)
