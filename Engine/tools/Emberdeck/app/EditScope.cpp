@@ -87,8 +87,8 @@ void CEditHub::Close()
     if (edit.m_Touched.empty())
         return;
     ++m_nNumEdits;
-    // This runs in destructors. Who has no memory to hear of it shows the old state.
-    TryAllocating([&] { Tell([&](IEditListener& listener) { listener.OnEdit(edit); }); });
+    // This runs in destructors. Who has no memory to hear of it shows the old state; the others hear of it.
+    Tell([&](IEditListener& listener) { TryAllocating([&] { listener.OnEdit(edit); }); });
 }
 
 CEditScope::CEditScope(CEditHub& hub, const std::string& sLabel) : m_Hub(hub)

@@ -280,7 +280,13 @@ bool CEmberdeckApp::SaveTo(const std::string& sPath)
 {
     IPrompts* pPrompts = &m_Services.m_Prompts;
     if (m_Backups.GetLastProblem().empty())
-        return SaveEffectLibrary(sPath.c_str(), m_EffectTree, m_PrefabTree, pPrompts);
+    {
+        const bool bNew = !PathExists(sPath);
+        const bool bSaved = SaveEffectLibrary(sPath.c_str(), m_EffectTree, m_PrefabTree, pPrompts);
+        if (!bSaved && bNew)
+            RemoveFile(sPath); // cut short, it would pass for a library
+        return bSaved;
+    }
 
     const std::string sTemporary = MakeTemporaryFile("emberdeck-save-");
     if (sTemporary.empty())
