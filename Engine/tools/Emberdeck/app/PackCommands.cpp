@@ -92,11 +92,13 @@ bool CEmberdeckApp::PackTo(const std::string& sPackName, const char* pszTarget) 
     bool bPacked = false;
     const auto pack = [&]
     {
+        if (IsOwnFile(sPackName))
+            return;
         CEditScope scope(m_Context.m_Edits, "Pack Effects");
         TouchWhatPackingChanges(scope, m_SpellMgr);
         bPacked = PackEffectLibrary(sPackName.c_str(), m_SpellMgr, m_EffectModule, &m_Services.m_Prompts, pszTarget);
     };
-    return !IsOwnFile(sPackName) && TryAllocating(pack) && bPacked;
+    return TryAllocating(pack) && bPacked;
 }
 
 // A library may have a packed file's name; packing over it would leave nothing to edit.
