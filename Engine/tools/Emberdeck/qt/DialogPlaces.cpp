@@ -138,7 +138,7 @@ void DialogPlaces::Restore(QDialog& dialog)
         dialog.setGeometry(
             FitDialog(dialog, QRect(pOther->geometry().topLeft() + QPoint(nStep, nStep), dialog.size())));
     }
-    else if (std::sscanf(sPlace.c_str(), "%d %d %d %d", &x, &y, &nWidth, &nHeight) == 4 &&
+    else if (std::sscanf(sPlace.c_str(), "%6d %6d %6d %6d", &x, &y, &nWidth, &nHeight) == 4 &&
              std::min(nWidth, nHeight) > 0)
     {
         const QSize size = IsSizable(dialog) ? QSize(nWidth, nHeight) : dialog.size();
