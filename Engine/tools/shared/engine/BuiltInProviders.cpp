@@ -22,3 +22,17 @@ CClassId FindBuiltInProvider(const std::string& sFile, IPrompts* pPrompts)
         return CGitProvider::c_Id;
     return CSubversionProvider(host).Covers(sFile) ? CSubversionProvider::c_Id : CClassId();
 }
+
+std::string FindWorkCopyThatKeeps(const std::string& sFile, IPrompts* pPrompts)
+{
+    const CProviderHost host{pPrompts, nullptr, {}};
+    CGitProvider git(host);
+    CSubversionProvider subversion(host);
+    for (CWorkCopyProvider* pProvider :
+         {static_cast<CWorkCopyProvider*>(&git), static_cast<CWorkCopyProvider*>(&subversion)})
+    {
+        if (pProvider->Keeps(sFile))
+            return std::string("the ") + pProvider->SystemName() + " work copy " + pProvider->Top();
+    }
+    return std::string();
+}

@@ -81,22 +81,23 @@ CClientProgram::CRun CGitProvider::Git(const std::vector<std::string>& arguments
     return Run(std::move(all), pszWhat, ePatience);
 }
 
-CSourceControlStatus CGitProvider::FindTop(const std::string& sFolder, std::string& sTop)
+CSourceControlStatus CGitProvider::FindWorkCopyOf(const std::string& sFolder, CWorkCopy& workCopy)
 {
     constexpr const char* c_pszWhat = "Looking for the repository";
     const CRun top = Run({"-C", sFolder, "rev-parse", "--show-toplevel"}, c_pszWhat);
     if (top.m_Status.Failed())
         return top.m_Status;
     const CRun own = Run({"-C", sFolder, "rev-parse", "--absolute-git-dir"}, c_pszWhat);
-    sTop = PathOf(top.m_sOutput);
-    m_sGitFolder = DepotPath(PathOf(own.m_sOutput) + '/');
+    workCopy.m_sTop = PathOf(top.m_sOutput);
+    workCopy.m_sOwnFolder = PathOf(own.m_sOutput);
     return own.m_Status;
 }
 
 bool CGitProvider::IsIgnored(const std::string& sDepotPath) const
 {
     // This command takes no patterns, and refuses to be told so.
-    return !Git({"--no-literal-pathspecs", "check-ignore", "--quiet", "--", sDepotPath}, "Looking the file up")
+    return !Git({"--no-literal-pathspecs", "check-ignore", "--quiet", "--", sDepotPath},
+                "Looking the file up")
                 .m_Status.Failed();
 }
 
@@ -110,6 +111,7 @@ bool CGitProvider::CLetters::IsUnmerged() const
 CSourceControlStatus CGitProvider::IsKnown(const std::string& sLocalPath, bool& bKnown)
 {
     const std::string sPath = DepotPath(sLocalPath);
+    Follow(sPath);
     bKnown = IsInside(sPath) && !IsInRepositoryFolder(sPath);
     if (!bKnown || IsFolder(sPath))
         return {}; // Git doesn't keep folders: each one of the work copy is as good as known
@@ -220,6 +222,7 @@ CSourceControlStatus CGitProvider::CheckOutFile(const std::string& sDepotPath, c
 CSourceControlStatus CGitProvider::AddFile(const std::string& sLocalPath, const std::string&, int)
 {
     const std::string sPath = DepotPath(sLocalPath);
+    Follow(sPath);
     if (!IsInside(sPath))
         return Failure(sLocalPath + " isn't in the work copy " + Top());
     return Git({"add", "--", sPath}, "Adding the file").m_Status;

@@ -38,7 +38,7 @@ private:
         bool IsUnmerged() const;
     };
 
-    CStatus FindTop(const std::string& sFolder, std::string& sTop) override;
+    CStatus FindWorkCopyOf(const std::string& sFolder, CWorkCopy& workCopy) override;
     bool IsIgnored(const std::string& sDepotPath) const override;
     CStatus BeforeSubmit(const std::string& sDepotPath, bool& bAsk) override;
     CStatus Commit(const std::string& sDepotPath, const std::string& sText) override;
@@ -50,18 +50,16 @@ private:
     CStatus ReadLetters(const std::string& sDepotPath, CLetters& letters) const;
     bool IsInRepositoryFolder(const std::string& sDepotPath) const
     {
-        return sDepotPath.starts_with(m_sGitFolder);
+        return sDepotPath.starts_with(OwnFolder());
     }
     std::vector<std::string> Identity() const;
 
     bool IsLockable(const std::string& sDepotPath) const;
     bool IsLockedByAnother(const std::string& sDepotPath) const;
 
-    std::string MarkFile() const { return m_sGitFolder + "emberdeck-checkouts"; }
+    std::string MarkFile() const { return OwnFolder() + "emberdeck-checkouts"; }
     std::string BelowTop(const std::string& sDepotPath) const { return sDepotPath.substr(Top().size()); }
     std::set<std::string> ReadMarks() const;
     bool IsMarked(const std::string& sDepotPath) const { return ReadMarks().contains(BelowTop(sDepotPath)); }
     CStatus SetMark(const std::string& sDepotPath, bool bMark) const;
-
-    std::string m_sGitFolder; // the repository's own folder for this work copy, with a slash at its end
 };

@@ -13,7 +13,7 @@
 struct CSourceControlServices
 {
     const CProviderRegistry* m_pRegistry = nullptr; // null: no providers
-    IPrompts* m_pPrompts = nullptr;                 // null: errors while connecting are told to nobody
+    IPrompts* m_pPrompts = nullptr;                 // null: errors while connecting go to m_TellFailure
     // Makes the chooser of providers. Empty: CSilentLocator. A null result is an installation that is
     // broken, which the user is told.
     std::function<std::unique_ptr<ISourceControlLocator>()> m_MakeLocator;

@@ -163,10 +163,12 @@ void CSourceControlClient::UseChangeSets()
         m_nFlags |= c_nChangeSets;
 }
 
-// Shows what an error says of itself, or what is most likely wrong.
+// Shows what an error says of itself, or what is most likely wrong. Where nothing can be shown it is told.
 void CSourceControlClient::ShowError(const std::string& sText)
 {
+    const std::string sShown = sText.empty() ? c_pszConnectMessage : sText;
     if (m_Services.m_pPrompts)
-        m_Services.m_pPrompts->Ask(sText.empty() ? c_pszConnectMessage : sText, c_pszErrorTitle,
-                                   EButtons::eOk, EIcon::eStop);
+        m_Services.m_pPrompts->Ask(sShown, c_pszErrorTitle, EButtons::eOk, EIcon::eStop);
+    else
+        TellFailure(sShown);
 }

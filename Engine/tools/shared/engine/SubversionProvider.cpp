@@ -56,10 +56,10 @@ CClientProgram::CRun CSubversionProvider::Svn(std::vector<std::string> arguments
     return Run(std::move(arguments), pszWhat, ePatience);
 }
 
-CSourceControlStatus CSubversionProvider::FindTop(const std::string& sFolder, std::string& sTop)
+CSourceControlStatus CSubversionProvider::FindWorkCopyOf(const std::string& sFolder, CWorkCopy& workCopy)
 {
     CRun run = Svn({"info", "--show-item", "wc-root", "--no-newline"}, sFolder, "Looking for the work copy");
-    sTop = run.m_sOutput;
+    workCopy.m_sTop = run.m_sOutput;
     return run.m_Status;
 }
 
@@ -114,6 +114,7 @@ CSourceControlStatus CSubversionProvider::IsKnown(const std::string& sLocalPath,
     CColumns columns;
     if (sPath.empty())
         return {};
+    Follow(sPath);
     const CStatus status = ReadColumns(sPath, columns);
     bKnown = columns.m_bKnown;
     return status;
@@ -168,6 +169,7 @@ CSourceControlStatus CSubversionProvider::CheckOutFile(const std::string& sDepot
 CSourceControlStatus CSubversionProvider::AddFile(const std::string& sLocalPath, const std::string&, int)
 {
     const std::string sPath = DepotPath(sLocalPath);
+    Follow(sPath);
     if (!IsInside(sPath))
         return Failure(sLocalPath + " isn't in the work copy " + Top());
     return Svn({"add", "--quiet", "--parents"}, sPath, "Adding the file").m_Status;
@@ -177,6 +179,7 @@ CSourceControlStatus CSubversionProvider::AddFolder(const std::string&, const st
                                                     const std::string&, int)
 {
     const std::string sPath = DepotPath(sLocalPath);
+    Follow(sPath);
     if (!IsInside(sPath))
         return Failure(sLocalPath + " isn't in the work copy " + Top());
     return Svn({"add", "--quiet", "--depth", "empty"}, sPath, "Adding a folder").m_Status;

@@ -39,7 +39,7 @@ private:
         bool IsChanged() const { return m_cItem != ' ' || m_cProperties != ' '; }
     };
 
-    CStatus FindTop(const std::string& sFolder, std::string& sTop) override;
+    CStatus FindWorkCopyOf(const std::string& sFolder, CWorkCopy& workCopy) override;
     CStatus BeforeSubmit(const std::string& sDepotPath, bool& bAsk) override;
     CStatus Commit(const std::string& sDepotPath, const std::string& sText) override;
     CStatus ReadHistory(const std::string& sDepotPath, std::vector<CHistoryEntry>& entries) override;

@@ -42,10 +42,10 @@ CSourceControlStatus CWorkCopyProvider::ChooseDatabase(std::string& sDatabase)
     if (m_bUnnamed && m_Host.m_CurrentFile)
     {
         const std::string sFolder = FolderOf(DepotPath(m_Host.m_CurrentFile()));
-        std::string sTop;
-        if (!sFolder.empty() && !FindTop(sFolder, sTop).Failed())
+        CWorkCopy found;
+        if (!sFolder.empty() && !FindWorkCopyOf(sFolder, found).Failed())
         {
-            sDatabase = sFolder;
+            sDatabase = m_sOffered = sFolder;
             return {};
         }
     }
@@ -56,8 +56,13 @@ CSourceControlStatus CWorkCopyProvider::ChooseDatabase(std::string& sDatabase)
 
 CSourceControlStatus CWorkCopyProvider::OpenDatabase(const std::string& sDatabase, int)
 {
-    const CStatus status = FindWorkCopy(sDatabase);
+    CWorkCopy workCopy;
+    const CStatus status = FindWorkCopy(sDatabase, workCopy);
+    m_WorkCopy = workCopy;
     m_bUnnamed = sDatabase.empty();
+    m_bFollow = !m_bUnnamed && sDatabase == m_sOffered;
+    m_sOffered.clear();
+    m_ByFolder.clear();
     m_sWhyNot = status.m_sText;
     return status;
 }
@@ -68,22 +73,48 @@ bool CWorkCopyProvider::Covers(const std::string& sFile)
     return !sPath.empty() && !OpenDatabase(FolderOf(sPath), 0).Failed() && !IsIgnored(sPath);
 }
 
-CSourceControlStatus CWorkCopyProvider::FindWorkCopy(const std::string& sDatabase)
+bool CWorkCopyProvider::Keeps(const std::string& sFile)
+{
+    const std::string sPath = DepotPath(sFile);
+    bool bKnown = false;
+    return !sPath.empty() && !OpenDatabase(FolderOf(sPath), 0).Failed() && !IsKnown(sPath, bKnown).Failed() &&
+           bKnown;
+}
+
+void CWorkCopyProvider::Follow(const std::string& sDepotPath)
+{
+    if (!m_bFollow || sDepotPath.empty())
+        return;
+    // A folder that isn't there yet will lie in the work copy of the one that is.
+    std::string sFolder = FolderOf(sDepotPath);
+    while (sFolder.size() > 1 && !DirectoryExists(sFolder))
+        sFolder = FolderOf(sFolder.substr(0, sFolder.size() - 1));
+    const auto it = m_ByFolder.find(sFolder);
+    m_WorkCopy = it != m_ByFolder.end() ? it->second : CWorkCopy();
+    if (it == m_ByFolder.end() && !FindWorkCopy(sFolder, m_WorkCopy).Failed())
+        m_ByFolder[sFolder] = m_WorkCopy;
+}
+
+CSourceControlStatus CWorkCopyProvider::FindWorkCopy(const std::string& sDatabase, CWorkCopy& workCopy)
 {
     if (sDatabase.empty())
         return Failure(std::string("No folder of a ") + m_pszSystem + " work copy is named.");
     const std::string sFolder = DepotPath(sDatabase + '/');
     if (!DirectoryExists(sFolder))
-        return Failure("There is no folder " + sDatabase + '.');
-    std::string sTop;
-    CStatus status = FindTop(sFolder, sTop);
+        return Failure("There is no folder " + DisplayPath(sDatabase) + '.');
+    CWorkCopy found;
+    CStatus status = FindWorkCopyOf(sFolder, found);
     if (status.Failed())
     {
         status.m_sText = sFolder + ": " + status.m_sText;
         return status;
     }
-    m_sTop = DepotPath(sTop + '/');
-    return m_sTop.empty() ? Failure(sFolder + " is in no work copy.") : CStatus();
+    const std::string sTop = DepotPath(found.m_sTop + '/');
+    if (sTop.empty())
+        return Failure(sFolder + " is in no work copy.");
+    workCopy.m_sTop = sTop;
+    workCopy.m_sOwnFolder = DepotPath(found.m_sOwnFolder.empty() ? std::string() : found.m_sOwnFolder + '/');
+    return {};
 }
 
 // The folder part is resolved, and so is the file itself where it is a link: what is written goes to its
@@ -122,8 +153,10 @@ std::string CWorkCopyProvider::DepotPath(const std::string& sLocalPath)
 CSourceControlStatus CWorkCopyProvider::LocalToDepot(const std::string& sLocalPath, std::string& sDepotPath)
 {
     sDepotPath = DepotPath(sLocalPath);
-    return sDepotPath.empty() ? Failure("There is no place for " + sLocalPath + " on this machine.")
-                              : CStatus();
+    if (sDepotPath.empty())
+        return Failure("There is no place for " + sLocalPath + " on this machine.");
+    Follow(sDepotPath);
+    return Top().empty() ? Failure(sDepotPath + " is in no work copy.") : CStatus();
 }
 
 CSourceControlStatus CWorkCopyProvider::AskForText(const std::string& sDepotPath, std::string& sText)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,8 +9,9 @@
 #include "shared/engine/SourceControlFront.h"
 
 // What providers have in common that work on a work copy on this machine through a client program. The
-// database is a folder of the work copy. A depot path is the file's one name on this machine, absolute and
-// without links; that of a folder ends with a slash.
+// database is a folder of the work copy. Where the project has named none, each file is worked on in the work
+// copy that it lies in. A depot path is the file's one name on this machine, absolute and without links; that
+// of a folder ends with a slash.
 class CWorkCopyProvider : public ISourceControlProvider
 {
 public:
@@ -30,8 +32,14 @@ public:
     CSourceControlStatus CreateChangeSet(const std::string& sName, const std::string& sDescription,
                                          int nFlag) override;
 
-    // Whether a file, there already or not, lies in a work copy and isn't ignored there.
+    // These two leave this provider in the work copy that the file lies in, if there is one. Whether a file,
+    // there already or not, lies in a work copy and isn't ignored there.
     bool Covers(const std::string& sFile);
+    // Whether a file is under version control in that work copy.
+    bool Keeps(const std::string& sFile);
+
+    const std::string& Top() const { return m_WorkCopy.m_sTop; } // with a slash at its end; empty: none
+    const char* SystemName() const { return m_pszSystem; }
 
 protected:
     using CStatus = CSourceControlStatus;
@@ -41,8 +49,14 @@ protected:
 
     CWorkCopyProvider(const char* pszSystem, CClientProgram program, const CProviderHost& host);
 
-    // The work copy's top folder, as the client program tells it.
-    virtual CStatus FindTop(const std::string& sFolder, std::string& sTop) = 0;
+    // Folders of a work copy, with a slash at their ends.
+    struct CWorkCopy
+    {
+        std::string m_sTop;
+        std::string m_sOwnFolder; // where the system keeps its own files for it, if the provider needs that
+    };
+    // The work copy that a folder lies in, as the client program tells it; its folders in any form.
+    virtual CStatus FindWorkCopyOf(const std::string& sFolder, CWorkCopy& workCopy) = 0;
     virtual bool IsIgnored(const std::string&) const { return false; }
     // Whether there is something to send, with bAsk unset when the answer ends the submit as it is.
     virtual CStatus BeforeSubmit(const std::string& sDepotPath, bool& bAsk) = 0;
@@ -53,11 +67,14 @@ protected:
              EPatience ePatience = EPatience::eLocal) const;
     CStatus Failure(const std::string& sText) const { return {c_nSourceControlFailed, sText}; }
 
-    const std::string& Top() const { return m_sTop; } // with a slash at its end
+    const std::string& OwnFolder() const { return m_WorkCopy.m_sOwnFolder; }
     bool IsInside(const std::string& sDepotPath) const
     {
-        return !m_sTop.empty() && sDepotPath.starts_with(m_sTop);
+        return !Top().empty() && sDepotPath.starts_with(Top());
     }
+    // Where no folder was named: goes to the work copy of that file or folder, or to none. To be called first
+    // by whatever gets a local path.
+    void Follow(const std::string& sDepotPath);
     static bool IsFolder(const std::string& sDepotPath) { return sDepotPath.ends_with('/'); }
     // Empty for a path that has no place on this machine.
     static std::string DepotPath(const std::string& sLocalPath);
@@ -68,15 +85,18 @@ protected:
 
 private:
     CStatus AskForText(const std::string& sDepotPath, std::string& sText);
-    CStatus FindWorkCopy(const std::string& sDatabase);
+    CStatus FindWorkCopy(const std::string& sDatabase, CWorkCopy& workCopy);
 
     const char* m_pszSystem;
     CClientProgram m_Program;
     CProviderHost m_Host;
-    std::string m_sTop;
-    bool m_bUnnamed = false; // the database that was opened last had no name
-    std::string m_sWhyNot;   // what was wrong with it
-    std::string m_sSaidOfFolder; // a folder that was submitted last, and what was said of it
+    CWorkCopy m_WorkCopy;                        // the one that is worked in
+    bool m_bUnnamed = false;                     // the database that was opened last had no name
+    bool m_bFollow = false;                      // ... and the work copy of the file at hand is taken
+    std::string m_sOffered;                      // the folder that was given for the missing name
+    std::map<std::string, CWorkCopy> m_ByFolder; // those that were found while following
+    std::string m_sWhyNot;                       // what was wrong with it
+    std::string m_sSaidOfFolder;                 // a folder that was submitted last, and what was said of it
     std::string m_sFolderText;
 };
 
