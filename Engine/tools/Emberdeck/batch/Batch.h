@@ -9,6 +9,8 @@
 #include "batch/BatchPrompts.h"
 #include "shared/engine/ProviderRegistry.h"
 
+class CCheckOutWatch;
+
 namespace CLI
 {
 class App;
@@ -26,7 +28,7 @@ enum EExit : int
 struct CBatchOptions
 {
     bool m_bJson = false;
-    bool m_bQuiet = false;   // no progress, no remarks; messages of failures stay
+    bool m_bQuiet = false;    // no progress, no remarks; messages of failures stay
     bool m_bCheckOut = false; // the answer to the check-out question
 };
 
@@ -43,11 +45,18 @@ public:
     // Finds the project of a file and loads its plug-in, without a library.
     bool OpenProject(const std::string& sFile);
 
+    // Files that should have been checked out and aren't; each has been told. A job that is done over them has
+    // failed all the same.
+    int NumNotCheckedOut() const;
+
     CBatchPrompts m_Prompts;
     std::unique_ptr<IProfile> m_pProfile;
     CProviderRegistry m_Providers;
     std::unique_ptr<ISourceControl> m_pSourceControl;
     std::unique_ptr<CEmberdeckApp> m_pApp;
+
+private:
+    const CCheckOutWatch* m_pCheckOuts = nullptr; // null: nothing is to be checked out
 };
 
 using CJson = nlohmann::ordered_json;

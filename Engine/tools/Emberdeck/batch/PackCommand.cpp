@@ -112,7 +112,7 @@ int Pack(const CPackRequest& request, const CBatchOptions& options)
     else if (!options.m_bQuiet)
         std::printf("%s -> %s, %llu bytes\n", request.m_sLibrary.c_str(), NativePath(sOut).c_str(),
                     static_cast<unsigned long long>(nBytes));
-    return eExit_Done;
+    return session.NumNotCheckedOut() == 0 ? eExit_Done : eExit_Failed;
 }
 } // namespace
 

@@ -4,10 +4,10 @@
 
 #include "app/CommandLineInfo.h"
 #include "batch/Batch.h"
+#include "batch/CheckOutWatch.h"
 #include "platform/Profile.h"
 #include "shared/engine/BuiltInProviders.h"
 #include "shared/engine/ProviderLibraries.h"
-#include "shared/engine/SharedSourceControlMgr.h"
 
 namespace
 {
@@ -36,54 +36,48 @@ std::string LibraryPath(const std::string& sFile)
     return sFile.find(':') != std::string::npos ? MakeFullPath(sFile) : sFile;
 }
 
-void TellSourceControl(const std::string& sText)
-{
-    std::fprintf(stderr, "source control: %s\n", sText.c_str());
-}
-
-// Nobody is there to choose: the files are written without source control, and the run says why.
-class CToldLocator : public ISourceControlLocator
-{
-public:
-    CSourceControlStatus SelectProvider(CClassId& id, bool) override
-    {
-        TellSourceControl("there is no provider to connect to; nothing is checked out.");
-        id = CClassId();
-        return {};
-    }
-};
-
 // The same providers as in the window, but with nobody to answer their questions.
-std::unique_ptr<ISourceControl> MakeSourceControl(CProviderRegistry& registry, IPrompts& prompts,
-                                                  std::function<std::string()> currentFile)
+void RegisterProviders(CProviderRegistry& registry, IPrompts& prompts,
+                       std::function<std::string()> currentFile)
 {
     RegisterBuiltInProviders(registry, {&prompts, nullptr, std::move(currentFile)});
     for (const std::string& sProblem : RegisterProviderLibraries(registry, GetProviderListFile()))
-        TellSourceControl(sProblem);
-    CSourceControlServices services;
-    services.m_pRegistry = &registry;
-    services.m_pPrompts = &prompts;
-    services.m_MakeLocator = [] { return std::make_unique<CToldLocator>(); };
-    services.m_TellFailure = TellSourceControl;
-    return std::make_unique<CSharedSourceControlMgr>(services);
+        std::fprintf(stderr, "source control: %s\n", sProblem.c_str());
 }
 } // namespace
 
 CBatchSession::CBatchSession(const CBatchOptions& options)
-    : m_Prompts(options.m_bCheckOut, options.m_bQuiet), m_pProfile(MakeMemoryProfile())
+    : m_Prompts(options.m_bCheckOut, options.m_bQuiet),
+      m_pProfile(MakeMemoryProfile())
 {
     if (options.m_bCheckOut)
-        m_pSourceControl = MakeSourceControl(m_Providers, m_Prompts,
-                                             [this] { return m_pApp ? m_pApp->m_sFileName : std::string(); });
+    {
+        RegisterProviders(m_Providers, m_Prompts,
+                          [this] { return m_pApp ? m_pApp->m_sFileName : std::string(); });
+        auto pWatch = std::make_unique<CCheckOutWatch>(m_Providers, m_Prompts);
+        m_pCheckOuts = pWatch.get();
+        m_pSourceControl = std::move(pWatch);
+    }
     else
         m_pSourceControl = std::make_unique<CNoSourceControl>();
     m_pApp = std::make_unique<CEmberdeckApp>(CAppServices{m_Prompts, *m_pProfile, *m_pSourceControl});
     m_pApp->Start();
 }
 
-CBatchSession::~CBatchSession() { m_pApp.reset(); }
+CBatchSession::~CBatchSession()
+{
+    m_pApp.reset();
+}
 
-bool CBatchSession::Open(const std::string& sFile) { return m_pApp->OpenEffectFile(LibraryPath(sFile).c_str()); }
+int CBatchSession::NumNotCheckedOut() const
+{
+    return m_pCheckOuts ? m_pCheckOuts->GetNumFailures() : 0;
+}
+
+bool CBatchSession::Open(const std::string& sFile)
+{
+    return m_pApp->OpenEffectFile(LibraryPath(sFile).c_str());
+}
 
 bool CBatchSession::OpenProject(const std::string& sFile)
 {

@@ -11,26 +11,34 @@ void AddUpdateCommand(CLI::App& app, CBatchOptions& options, CCommandResult& nRe
     auto pDir = std::make_shared<std::string>();
     auto pAnswer = std::make_shared<std::string>("no");
     pCommand->add_option("DIR", *pDir, "The directory")->required();
-    pCommand->add_option("--checkout", *pAnswer, "yes: check each file out of the project's source control first; no: leave source control alone")
+    pCommand
+        ->add_option(
+            "--checkout", *pAnswer,
+            "yes: check each file out of the project's source control first; no: leave source control alone")
         ->check(CLI::IsMember({"yes", "no"}))
         ->capture_default_str();
-    pCommand->callback([&options, &nResult, pDir, pAnswer] {
-        options.m_bCheckOut = *pAnswer == "yes";
-        if (!DirectoryExists(*pDir))
+    pCommand->callback(
+        [&options, &nResult, pDir, pAnswer]
         {
-            nResult = Fail("there is no directory " + *pDir + ". Please check the name");
-            return;
-        }
-        CBatchSession session(options);
-        session.m_Prompts.TellCheckOut(!options.m_bQuiet);
-        const bool bWalked = session.m_pApp->UpdateEffectsInDirectory(pDir->c_str());
-        const std::vector<std::string>& unread = session.m_pApp->GetUnreadDirectories();
-        for (const std::string& sDirectory : unread)
-            Fail("the directory " + sDirectory + " can't be read, so nothing in it was updated");
-        // A file that could not be opened or saved has told so, and the walk went on.
-        const int nFailures = session.m_Prompts.GetNumFailures() + static_cast<int>(unread.size());
-        nResult = bWalked && nFailures == 0 ? eExit_Done : eExit_Failed;
-        if (options.m_bJson)
-            PrintJson({{"directory", ReadableText(*pDir)}, {"checkout", options.m_bCheckOut}, {"failures", nFailures}});
-    });
+            options.m_bCheckOut = *pAnswer == "yes";
+            if (!DirectoryExists(*pDir))
+            {
+                nResult = Fail("there is no directory " + *pDir + ". Please check the name");
+                return;
+            }
+            CBatchSession session(options);
+            session.m_Prompts.TellCheckOut(!options.m_bQuiet);
+            const bool bWalked = session.m_pApp->UpdateEffectsInDirectory(pDir->c_str());
+            const std::vector<std::string>& unread = session.m_pApp->GetUnreadDirectories();
+            for (const std::string& sDirectory : unread)
+                Fail("the directory " + sDirectory + " can't be read, so nothing in it was updated");
+            // A file that could not be opened or saved has told so, and the walk went on.
+            const int nFailures = session.m_Prompts.GetNumFailures() + session.NumNotCheckedOut() +
+                                  static_cast<int>(unread.size());
+            nResult = bWalked && nFailures == 0 ? eExit_Done : eExit_Failed;
+            if (options.m_bJson)
+                PrintJson({{"directory", ReadableText(*pDir)},
+                           {"checkout", options.m_bCheckOut},
+                           {"failures", nFailures}});
+        });
 }
