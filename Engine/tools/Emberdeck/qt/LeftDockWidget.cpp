@@ -17,10 +17,16 @@
 
 namespace
 {
-CPoint ScreenPoint(const QMouseEvent* pEvent) { return FromQt(pEvent->globalPosition().toPoint()); }
+CPoint ScreenPoint(const QMouseEvent* pEvent)
+{
+    return FromQt(pEvent->globalPosition().toPoint());
+}
 
 // In a folded dock the pages' rectangles are turned inside out, and a widget would still be pressed there.
-QRect Solid(const CRect& rc) { return QRect(rc.left, rc.top, std::max(rc.Width(), 0), std::max(rc.Height(), 0)); }
+QRect Solid(const CRect& rc)
+{
+    return QRect(rc.left, rc.top, std::max(rc.Width(), 0), std::max(rc.Height(), 0));
+}
 } // namespace
 
 SizeBarWidget::SizeBarWidget(QWidget* pParent) : QWidget(pParent)
@@ -70,7 +76,8 @@ bool SizeBarWidget::event(QEvent* pEvent)
 {
     // The mouse is another's now, and the release with it.
     const QEvent::Type eType = pEvent->type();
-    if (m_pBar && (eType == QEvent::UngrabMouse || eType == QEvent::WindowDeactivate || eType == QEvent::Hide))
+    if (m_pBar &&
+        (eType == QEvent::UngrabMouse || eType == QEvent::WindowDeactivate || eType == QEvent::Hide))
         m_pBar->OnMouseLost();
     return QWidget::event(pEvent);
 }
@@ -82,7 +89,9 @@ void SizeBarWidget::paintEvent(QPaintEvent*)
     painter.fillRect(rect(), face);
     for (const CSizeBarBand& band : CSizeBar::GetBands(FromQt(rect())))
     {
-        const uint8_t* pRows = band.m_nBitmap == 178 ? c_SizeBarGrip : band.m_nBitmap == 179 ? c_SizeBarDots : c_SizeBarPlain;
+        const uint8_t* pRows = band.m_nBitmap == 178   ? c_SizeBarGrip
+                               : band.m_nBitmap == 179 ? c_SizeBarDots
+                                                       : c_SizeBarPlain;
         QImage pattern(8, 8, QImage::Format_RGB32);
         for (int y = 0; y < 8; ++y)
             for (int x = 0; x < 8; ++x)
@@ -94,7 +103,9 @@ void SizeBarWidget::paintEvent(QPaintEvent*)
 }
 
 LibraryPage::LibraryPage(CLibraryTree& tree, const QIcon& leaf, uint32_t nTreeID, QWidget* pParent)
-    : QWidget(pParent), m_nTreeID(nTreeID), m_pTree(new LibraryTreeView(tree, leaf, this))
+    : QWidget(pParent),
+      m_nTreeID(nTreeID),
+      m_pTree(new LibraryTreeView(tree, leaf, this))
 {
     const QRect rc = CTemplateControls::ToPixels(*this, 0, 0, 169, 247);
     resize(rc.size());
@@ -115,7 +126,10 @@ void LibraryPage::resizeEvent(QResizeEvent*)
         m_pPanel->OnSize();
 }
 
-CRect LibraryPage::GetClientRect() const { return FromQt(rect()); }
+CRect LibraryPage::GetClientRect() const
+{
+    return FromQt(rect());
+}
 
 bool LibraryPage::GetControlRect(uint32_t nID, CRect& rc) const
 {
@@ -133,10 +147,13 @@ void LibraryPage::MoveControl(uint32_t nID, const CRect& rc)
 }
 
 LeftDockWidget::LeftDockWidget(CEditContext& context, QWidget* pParent)
-    : QWidget(pParent), m_pTabs(new QTabBar(this)), m_pSizeBar(new SizeBarWidget(this)),
+    : QWidget(pParent),
+      m_pTabs(new QTabBar(this)),
+      m_pSizeBar(new SizeBarWidget(this)),
       m_pEffectPage(new LibraryPage(context.m_EffectTree, ArtIcon(c_EffectIcon), c_nEffectTreeID, this)),
       m_pPrefabPage(new LibraryPage(context.m_PrefabTree, ArtIcon(c_PrefabIcon), c_nPrefabTreeID, this)),
-      m_pEffects(m_pEffectPage->Tree()), m_pPrefabs(m_pPrefabPage->Tree())
+      m_pEffects(m_pEffectPage->Tree()),
+      m_pPrefabs(m_pPrefabPage->Tree())
 {
     m_pEffects->setAccessibleName(tr("Effects"));
     m_pPrefabs->setAccessibleName(tr("Prefabs"));
@@ -156,7 +173,20 @@ LeftDockWidget::LeftDockWidget(CEditContext& context, QWidget* pParent)
     m_pSizeBar->SetBar(&m_pDock->SizeBar());
     m_bReady = true;
     m_pDock->Initialize();
-    connect(m_pTabs, &QTabBar::currentChanged, this, [this](int nTab) { m_pDock->OnSelChange(nTab); });
+    connect(m_pTabs, &QTabBar::currentChanged, this, &LeftDockWidget::SwitchPage);
+}
+
+// The focus goes along. A page that is hidden with it would hand it to the next widget of the window, which may
+// be another effect's timeline.
+void LeftDockWidget::SwitchPage(int nTab)
+{
+    const QWidget* pFocus = window()->focusWidget();
+    const bool bFocus = pFocus && Page(m_pDock->GetCurTab())->isAncestorOf(pFocus);
+    if (bFocus)
+        m_pTabs->setFocus();
+    m_pDock->OnSelChange(nTab);
+    if (bFocus)
+        Page(nTab)->Tree()->setFocus();
 }
 
 LeftDockWidget::~LeftDockWidget()
@@ -173,7 +203,15 @@ void LeftDockWidget::FinishEdits()
     m_pPrefabPanel->FinishEdit();
 }
 
-bool LeftDockWidget::IsBusy() const { return m_pEffectPanel->IsBusy() || m_pPrefabPanel->IsBusy(); }
+bool LeftDockWidget::IsEditing() const
+{
+    return m_pEffectPanel->m_Tree.IsEditing() || m_pPrefabPanel->m_Tree.IsEditing();
+}
+
+bool LeftDockWidget::IsBusy() const
+{
+    return m_pEffectPanel->IsBusy() || m_pPrefabPanel->IsBusy();
+}
 
 void LeftDockWidget::resizeEvent(QResizeEvent*)
 {
@@ -181,7 +219,10 @@ void LeftDockWidget::resizeEvent(QResizeEvent*)
         m_pDock->OnSize();
 }
 
-CRect LeftDockWidget::GetClientRect() const { return FromQt(rect()); }
+CRect LeftDockWidget::GetClientRect() const
+{
+    return FromQt(rect());
+}
 
 bool LeftDockWidget::GetControlRect(uint32_t nID, CRect& rc) const
 {
@@ -205,7 +246,10 @@ void LeftDockWidget::MoveControl(uint32_t nID, const CRect& rc)
         m_rcSizeBar = ToQt(rc);
 }
 
-CRect LeftDockWidget::GetBarRect() const { return FromQt(QRect(mapToGlobal(QPoint(0, 0)), size())); }
+CRect LeftDockWidget::GetBarRect() const
+{
+    return FromQt(QRect(mapToGlobal(QPoint(0, 0)), size()));
+}
 
 CRect LeftDockWidget::GetParentRect() const
 {
@@ -213,7 +257,10 @@ CRect LeftDockWidget::GetParentRect() const
     return FromQt(QRect(pParent->mapToGlobal(QPoint(0, 0)), pParent->size()));
 }
 
-void LeftDockWidget::MoveBar(const CRect&) { RecalcLayout(); }
+void LeftDockWidget::MoveBar(const CRect&)
+{
+    RecalcLayout();
+}
 
 void LeftDockWidget::RecalcLayout()
 {
@@ -221,16 +268,25 @@ void LeftDockWidget::RecalcLayout()
         return;
     const CDockSize size = m_pDock->CalcSize(CDockSize{width(), height()}, CDockSize{width(), height()});
     // What goes out of sight must not hand the keyboard to some other button.
-    const QWidget* pFocus = QApplication::focusWidget();
+    const QWidget* pFocus = window()->focusWidget();
     if (m_pDock->SizeBar().IsCollapsed() && pFocus && isAncestorOf(pFocus))
         m_pSizeBar->setFocus();
     if (size.m_nWidth > 0 && size.m_nWidth != width())
         setFixedWidth(size.m_nWidth);
 }
 
-void LeftDockWidget::CreateSizeBar(const CRect& rc) { m_pSizeBar->setGeometry(ToQt(rc)); }
-void LeftDockWidget::MoveSizeBar(const CRect& rc) { m_pSizeBar->setGeometry(ToQt(rc)); }
-void LeftDockWidget::AddTab(const char* pszText) { m_pTabs->addTab(QString::fromUtf8(pszText)); }
+void LeftDockWidget::CreateSizeBar(const CRect& rc)
+{
+    m_pSizeBar->setGeometry(ToQt(rc));
+}
+void LeftDockWidget::MoveSizeBar(const CRect& rc)
+{
+    m_pSizeBar->setGeometry(ToQt(rc));
+}
+void LeftDockWidget::AddTab(const char* pszText)
+{
+    m_pTabs->addTab(QString::fromUtf8(pszText));
+}
 
 CRect LeftDockWidget::GetTabArea(const CRect& rcTabs) const
 {
@@ -241,12 +297,19 @@ CRect LeftDockWidget::GetTabArea(const CRect& rcTabs) const
 
 void LeftDockWidget::CreatePage(int32_t nTab)
 {
-    Page(nTab)->SetPanel(nTab == 0 ? static_cast<CLibraryPanel*>(m_pEffectPanel.get()) : m_pPrefabPanel.get());
+    Page(nTab)->SetPanel(nTab == 0 ? static_cast<CLibraryPanel*>(m_pEffectPanel.get())
+                                   : m_pPrefabPanel.get());
     Page(nTab)->hide();
 }
 
-void LeftDockWidget::MovePage(int32_t nTab, const CRect& rc) { Page(nTab)->setGeometry(Solid(rc)); }
-void LeftDockWidget::ShowPage(int32_t nTab, bool bShow) { Page(nTab)->setVisible(bShow); }
+void LeftDockWidget::MovePage(int32_t nTab, const CRect& rc)
+{
+    Page(nTab)->setGeometry(Solid(rc));
+}
+void LeftDockWidget::ShowPage(int32_t nTab, bool bShow)
+{
+    Page(nTab)->setVisible(bShow);
+}
 
 bool LeftDockWidget::ChooseRows(const std::vector<std::string>& rows, std::vector<uint32_t>& selected)
 {

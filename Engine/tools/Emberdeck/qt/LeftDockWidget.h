@@ -72,6 +72,7 @@ public:
     CEffectTreePanel& EffectPanel() { return *m_pEffectPanel; }
     CPrefabTreePanel& PrefabPanel() { return *m_pPrefabPanel; }
     void FinishEdits();
+    bool IsEditing() const; // a name
     bool IsBusy() const;
 
 protected:
@@ -97,6 +98,7 @@ private:
     void ReleaseCapture() override {}
     bool ChooseRows(const std::vector<std::string>& rows, std::vector<uint32_t>& selected) override;
 
+    void SwitchPage(int nTab);
     LibraryPage* Page(int32_t nTab) const { return nTab == 0 ? m_pEffectPage : m_pPrefabPage; }
 
     QTabBar* m_pTabs;
@@ -105,7 +107,7 @@ private:
     LibraryPage* m_pPrefabPage;
     LibraryTreeView* m_pEffects;
     LibraryTreeView* m_pPrefabs;
-    QRect m_rcTabs;    // of the control with the tabs and the page below them
+    QRect m_rcTabs; // of the control with the tabs and the page below them
     QRect m_rcSizeBar;
     std::unique_ptr<CEffectTreePanel> m_pEffectPanel;
     std::unique_ptr<CPrefabTreePanel> m_pPrefabPanel;

@@ -67,6 +67,7 @@ protected:
     void dropEvent(QDropEvent* pEvent) override;
     QMenu* createPopupMenu() override { return nullptr; } // none that could hide the library
     bool eventFilter(QObject* pObject, QEvent* pEvent) override;
+    bool focusNextPrevChild(bool bNext) override;
 
 private:
     // IFrameWindow

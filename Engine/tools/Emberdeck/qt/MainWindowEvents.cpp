@@ -109,6 +109,33 @@ void MainWindow::FocusLibrary()
             pTree->setFocus();
 }
 
+// The chain of the toolkit leads through every open effect, and one that gets the focus becomes the active one.
+// Neither the Tab key nor a widget that is hidden or greyed with the focus in it may choose the effect that the
+// next key acts on: of the effects only the active one is in the chain.
+bool MainWindow::focusNextPrevChild(bool bNext)
+{
+    QWidget* const pFrom = focusWidget() ? focusWidget() : this;
+    const auto takes = [this](const QWidget* pWidget)
+    {
+        if ((pWidget->focusPolicy() & Qt::TabFocus) != Qt::TabFocus || pWidget->focusProxy() ||
+            !pWidget->isVisibleTo(this) || !pWidget->isEnabled() || pWidget->isWindow())
+            return false;
+        for (const QMdiSubWindow* pChild : m_pArea->subWindowList())
+            if (pChild != m_pArea->activeSubWindow() && pChild->isAncestorOf(pWidget))
+                return false;
+        return pWidget->window() == this;
+    };
+    const auto step = [bNext](const QWidget* pWidget)
+    { return bNext ? pWidget->nextInFocusChain() : pWidget->previousInFocusChain(); };
+    for (QWidget* pWidget = step(pFrom); pWidget && pWidget != pFrom; pWidget = step(pWidget))
+        if (takes(pWidget))
+        {
+            pWidget->setFocus(bNext ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+            return true;
+        }
+    return false;
+}
+
 void MainWindow::UpdateLocks()
 {
     const CKeyLocks locks = ReadKeyLocks();
@@ -189,6 +216,9 @@ bool MainWindow::eventFilter(QObject* pObject, QEvent* pEvent)
         pEvent->accept();
         return true;
     }
+    // Whatever a key of the window does, it does to the library with the name that is being typed.
+    if (pEvent->type() == QEvent::Shortcut && m_pDock && m_pDock->IsEditing() && !IsDialogOrMenuUp())
+        EndEdit();
     if (event.m_eKind == CSplashEvent::eKeyPress || event.m_eKind == CSplashEvent::eKeyRelease)
     {
         // What the key does to its lock it does after this event.

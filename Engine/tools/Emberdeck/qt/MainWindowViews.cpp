@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QListWidget>
+#include <QPointer>
 
 #include "qt/LeftDockWidget.h"
 #include "qt/MainWindow.h"
@@ -69,7 +70,14 @@ void MainWindow::Close(const CSpell* pSpell)
     QMdiSubWindow* pChild = FindChild(pSpell);
     if (!pChild)
         return;
+    // The one that is active next would take the keyboard, from the tree for instance: the next Delete would
+    // go to its keys.
+    QPointer<QWidget> pFocus = focusWidget();
+    if (pFocus && pChild->isAncestorOf(pFocus))
+        pFocus = nullptr;
     delete pChild;
+    if (pFocus)
+        pFocus->setFocus();
     UpdateTitle();
 }
 

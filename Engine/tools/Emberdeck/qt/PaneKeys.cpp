@@ -5,7 +5,6 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
-#include <QMdiArea>
 #include <QShortcut>
 #include <QToolBar>
 #include <QToolButton>
@@ -98,7 +97,7 @@ void AddPaneKeys(MainWindow& window)
     AddKey(window, int(Qt::CTRL) | int(Qt::Key_F4),
            [&window]
            {
-               if (auto* pArea = window.findChild<QMdiArea*>(); pArea && window.ActiveTimeline())
-                   pArea->closeActiveSubWindow();
+               if (const TrackWidget* pTimeline = window.ActiveTimeline())
+                   window.Close(&pTimeline->GetSpell());
            });
 }
