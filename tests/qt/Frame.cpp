@@ -68,6 +68,14 @@ TEST(Frame, BothPalettesAreLegible)
         }
         EXPECT_GE(Contrast(palette.color(QPalette::Highlight), palette.color(QPalette::HighlightedText)),
                   4.0);
+        QPalette muted = palette;
+        MuteSelection(muted);
+        const QColor quiet = muted.color(QPalette::Inactive, QPalette::Highlight);
+        EXPECT_EQ(palette.color(QPalette::Highlight), muted.color(QPalette::Active, QPalette::Highlight));
+        EXPECT_GE(Contrast(quiet, muted.color(QPalette::Inactive, QPalette::HighlightedText)), 7.0);
+        EXPECT_GE(Contrast(quiet, palette.color(QPalette::Highlight)), 1.8)
+            << "it is told from the active one";
+        EXPECT_GE(Contrast(quiet, palette.color(QPalette::Base)), 1.3) << "and from no selection";
     }
     const std::unique_ptr<IProfile> pProfile = MakeMemoryProfile();
     EXPECT_EQ(EAppearance::eDesktop, LoadAppearance(*pProfile));

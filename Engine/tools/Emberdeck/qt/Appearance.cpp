@@ -60,6 +60,22 @@ QPalette AppearancePalette(EAppearance eAppearance)
     return palette;
 }
 
+void MuteSelection(QPalette& palette)
+{
+    // A desktop that has a colour of its own for it knows best.
+    if (palette.color(QPalette::Inactive, QPalette::Highlight) !=
+        palette.color(QPalette::Active, QPalette::Highlight))
+        return;
+    const QColor ground = palette.color(QPalette::Active, QPalette::Base),
+                 text = palette.color(QPalette::Active, QPalette::Text);
+    // As much of the text's colour as is seen as a selection, and as little as leaves the text legible on it.
+    const auto mix = [](int nGround, int nText) { return nGround + (nText - nGround) * 2 / 10; };
+    palette.setColor(QPalette::Inactive, QPalette::Highlight,
+                     QColor(mix(ground.red(), text.red()), mix(ground.green(), text.green()),
+                            mix(ground.blue(), text.blue())));
+    palette.setColor(QPalette::Inactive, QPalette::HighlightedText, text);
+}
+
 namespace
 {
 // The toolkit stands in with colours of its own where the desktop gives none.

@@ -8,6 +8,7 @@
 #include <QStyledItemDelegate>
 #include <QTimer>
 
+#include "qt/Appearance.h"
 #include "qt/QtSurface.h"
 #include "qt/QtText.h"
 
@@ -25,15 +26,20 @@ public:
         const HLibraryItem hItem = LibraryTreeModel::ItemOf(index);
         const CMultiSelectTreeCtrl& control = m_pView->m_pPanel->m_Tree;
         pOption->state.setFlag(QStyle::State_Selected,
-                               control.IsSelected(hItem) || control.GetItemStateEx(hItem, eState_DropHilited) != 0);
+                               control.IsSelected(hItem) ||
+                                   control.GetItemStateEx(hItem, eState_DropHilited) != 0);
         pOption->state.setFlag(QStyle::State_HasFocus, control.GetCaret() == hItem && m_pView->hasFocus());
-        pOption->state.setFlag(QStyle::State_Active, m_pView->hasFocus());
+        // The selection says where the next key goes: to this tree while it or a name in it is worked on.
+        const bool bActive = m_pView->hasFocus() || (m_pView->m_pEdit && m_pView->m_pEdit->hasFocus());
+        pOption->state.setFlag(QStyle::State_Active, bActive);
+        MuteSelection(pOption->palette);
         if (pOption->state & QStyle::State_Open)
             pOption->icon = index.data(LibraryTreeModel::c_nOpenIconRole).value<QIcon>();
         pOption->font.setBold(control.GetItemStateEx(hItem, eState_Bold) != 0);
     }
     // The highlight ends with the label: what lies right of it is empty space, where a band begins.
-    void paint(QPainter* pPainter, const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    void paint(QPainter* pPainter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override
     {
         QStyleOptionViewItem narrow = option;
         narrow.rect.setRight(m_pView->ItemRect(index).right - 1);
@@ -60,16 +66,62 @@ QCursor DragCursor(const QIcon& leaf, bool bSeveral, double fScale)
     leaf.paint(&painter, QRect(9, 14, 16, 16));
     painter.setPen(Qt::white);
     painter.setBrush(Qt::black);
-    painter.drawPolygon(QPolygonF({{0.5, 0.5}, {0.5, 13.5}, {3.5, 10.5}, {5.5, 15.5}, {8, 14.5}, {6, 9.5}, {10.5, 9.5}}));
+    painter.drawPolygon(
+        QPolygonF({{0.5, 0.5}, {0.5, 13.5}, {3.5, 10.5}, {5.5, 15.5}, {8, 14.5}, {6, 9.5}, {10.5, 9.5}}));
     return QCursor(pixmap, 0, 0);
 }
+
+// The box over a label. Keys that mean nothing in it end there: below it lies the tree, where they are commands.
+class NameBox : public QLineEdit
+{
+public:
+    using QLineEdit::QLineEdit;
+
+protected:
+    bool event(QEvent* pEvent) override
+    {
+        // What the window has a command on as well is the box's own as long as it is open.
+        if (pEvent->type() == QEvent::ShortcutOverride &&
+            (IsUndo(*static_cast<QKeyEvent*>(pEvent)) || IsRedo(*static_cast<QKeyEvent*>(pEvent))))
+        {
+            pEvent->accept();
+            return true;
+        }
+        return QLineEdit::event(pEvent);
+    }
+    void keyPressEvent(QKeyEvent* pEvent) override
+    {
+        if (IsUndo(*pEvent))
+            undo();
+        else if (IsRedo(*pEvent))
+            redo();
+        else
+            QLineEdit::keyPressEvent(pEvent);
+        pEvent->accept();
+    }
+
+private:
+    static bool IsUndo(const QKeyEvent& key)
+    {
+        return key.matches(QKeySequence::Undo) ||
+               (key.key() == Qt::Key_Backspace && key.modifiers() == Qt::AltModifier);
+    }
+    static bool IsRedo(const QKeyEvent& key)
+    {
+        return key.matches(QKeySequence::Redo) ||
+               (key.key() == Qt::Key_Y && key.modifiers() == Qt::ControlModifier);
+    }
+};
 
 constexpr int c_nScrollEdge = 12; // pixels from the edge, where a drag scrolls
 constexpr int c_nScrollMs = 60;
 } // namespace
 
 LibraryTreeView::LibraryTreeView(CLibraryTree& tree, QIcon leaf, QWidget* pParent)
-    : QTreeView(pParent), m_Tree(tree), m_Leaf(leaf), m_pModel(new LibraryTreeModel(tree, std::move(leaf), this))
+    : QTreeView(pParent),
+      m_Tree(tree),
+      m_Leaf(leaf),
+      m_pModel(new LibraryTreeModel(tree, std::move(leaf), this))
 {
     setModel(m_pModel);
     setItemDelegate(new LibraryTreeDelegate(this));
@@ -203,7 +255,8 @@ CTreeHit LibraryTreeView::HitTest(CPoint pt) const
     Sync();
     // The whole row counts, also beside the view.
     const int nInside = std::clamp(pt.x, 0, std::max(viewport()->width() - 1, 0));
-    const QModelIndex index = viewport()->rect().contains(nInside, pt.y) ? indexAt(QPoint(nInside, pt.y)) : QModelIndex();
+    const QModelIndex index =
+        viewport()->rect().contains(nInside, pt.y) ? indexAt(QPoint(nInside, pt.y)) : QModelIndex();
     if (!index.isValid())
         return CTreeHit{};
     const CRect rcLabel = ItemRect(index);
@@ -247,7 +300,10 @@ void LibraryTreeView::HideBand()
     viewport()->update();
 }
 
-bool LibraryTreeView::IsLeftButtonDown() const { return QGuiApplication::mouseButtons() & Qt::LeftButton; }
+bool LibraryTreeView::IsLeftButtonDown() const
+{
+    return QGuiApplication::mouseButtons() & Qt::LeftButton;
+}
 
 void LibraryTreeView::SetDragCursor(EDragCursor eCursor)
 {
@@ -279,17 +335,19 @@ void LibraryTreeView::ScrollWhileDragging()
 
 void LibraryTreeView::StartEditTimer()
 {
-    QTimer::singleShot(QApplication::doubleClickInterval(), this, [this] {
-        if (m_pPanel)
-            m_pPanel->m_Tree.OnEditTimer();
-    });
+    QTimer::singleShot(QApplication::doubleClickInterval(), this,
+                       [this]
+                       {
+                           if (m_pPanel)
+                               m_pPanel->m_Tree.OnEditTimer();
+                       });
 }
 
 bool LibraryTreeView::OpenEditBox(HLibraryItem hItem, const std::string& sText)
 {
     Sync();
     scrollTo(m_pModel->IndexOf(hItem));
-    m_pEdit = new QLineEdit(QtText::ToQt(sText), viewport());
+    m_pEdit = new NameBox(QtText::ToQt(sText), viewport());
     m_pEdit->setAccessibleName(tr("Name"));
     FitEditBox();
     connect(m_pEdit, &QLineEdit::textChanged, this, [this] { FitEditBox(); });
@@ -321,6 +379,9 @@ std::string LibraryTreeView::CloseEditBox()
     QLineEdit* pEdit = m_pEdit;
     m_pEdit = nullptr;
     pEdit->removeEventFilter(this);
+    // Hidden with the focus in it, it would hand that along to whatever comes next in the window.
+    if (window()->focusWidget() == pEdit)
+        setFocus(Qt::OtherFocusReason);
     pEdit->hide();
     pEdit->deleteLater();
     return sText;
@@ -330,27 +391,26 @@ bool LibraryTreeView::eventFilter(QObject* pObject, QEvent* pEvent)
 {
     if (pObject == m_pEdit && m_pEdit && m_pPanel)
     {
-        if (pEvent->type() == QEvent::ShortcutOverride)
-        {
-            // The keys of the box are its own, whatever the frame has shortcuts for.
-            pEvent->accept();
-            return true;
-        }
         if (pEvent->type() == QEvent::KeyPress)
         {
             const int nKey = static_cast<QKeyEvent*>(pEvent)->key();
-            if (nKey == Qt::Key_Return || nKey == Qt::Key_Enter || nKey == Qt::Key_Escape)
+            const bool bTaken = nKey == Qt::Key_Return || nKey == Qt::Key_Enter || nKey == Qt::Key_Tab ||
+                                nKey == Qt::Key_Backtab;
+            if (bTaken || nKey == Qt::Key_Escape)
             {
-                m_pPanel->Command(nKey == Qt::Key_Escape ? c_nPanelCancel : c_nPanelOK);
+                m_pPanel->Command(bTaken ? c_nPanelOK : c_nPanelCancel);
                 return true;
             }
         }
-        if (pEvent->type() == QEvent::FocusOut && static_cast<QFocusEvent*>(pEvent)->reason() != Qt::PopupFocusReason &&
+        if (pEvent->type() == QEvent::FocusOut &&
+            static_cast<QFocusEvent*>(pEvent)->reason() != Qt::PopupFocusReason &&
             static_cast<QFocusEvent*>(pEvent)->reason() != Qt::ActiveWindowFocusReason)
-            QTimer::singleShot(0, this, [this] {
-                if (m_pPanel && m_pEdit && !m_pEdit->hasFocus())
-                    m_pPanel->FinishEdit();
-            });
+            QTimer::singleShot(0, this,
+                               [this]
+                               {
+                                   if (m_pPanel && m_pEdit && !m_pEdit->hasFocus())
+                                       m_pPanel->FinishEdit();
+                               });
     }
     return QTreeView::eventFilter(pObject, pEvent);
 }
