@@ -1,12 +1,8 @@
-#include <cstring>
-#include <set>
-
 #include <CLI/CLI.hpp>
 
 #include "batch/Batch.h"
+#include "batch/DepFile.h"
 #include "batch/Output.h"
-#include "formats/ResourceCollector.h"
-#include "shared/engine/AssetLibrarySource.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
 
@@ -20,62 +16,23 @@ struct CPackRequest
     std::string m_sDepFile;
 };
 
-// What make can't be told by any spelling.
-bool IsMakeName(const std::string& sPath)
+bool WriteDepFileOf(const CPackRequest& request, const std::string& sOut, const CEmberdeckApp& app)
 {
-    return !sPath.empty() && sPath.find_first_of(";=\r\n") == std::string::npos;
-}
-
-// A name as make reads it: blanks and special signs by a backslash, "$" doubled.
-std::string MakeName(const std::string& sPath)
-{
-    std::string sOut;
-    for (char c : sPath)
-    {
-        if (c != '\0' && std::strchr(" \t#:%*?[", c))
-            sOut += '\\';
-        if (c == '$')
-            sOut += '$';
-        sOut += c;
-    }
-    return sOut;
-}
-
-// What the packed file is made from: the library, the plug-in, and the files that its effects refer to.
-bool WriteDepFile(const CPackRequest& request, const std::string& sOut, const CEmberdeckApp& app, bool bQuiet)
-{
-    std::set<std::string> files;
-    CAssetLibrarySource source;
-    CollectResources(app.m_EffectTree, app.m_EffectTree.GetRootItem(), source);
-    for (const auto& pDependency : source.Dependencies())
-    {
-        if (!pDependency->m_sResourceType.empty())
-            continue;
-        const std::string sFile = NativePath(app.m_sResourceRoot + pDependency->m_sResource);
-        if (IsMakeName(sFile))
-            files.insert(sFile);
-        else if (!bQuiet)
-            std::fprintf(stderr, "emberdeck-batch pack: make can't read the name \"%s\"; %s leaves it out.\n",
-                         (app.m_sResourceRoot + pDependency->m_sResource).c_str(), request.m_sDepFile.c_str());
-    }
-
-    std::string sText = MakeName(NativePath(sOut)) + ": " + MakeName(NativePath(request.m_sLibrary));
-    const std::string sPlugin = NativeLibraryPath(app.m_Project.m_sFireglass);
-    if (!sPlugin.empty())
-        sText += " \\\n  " + MakeName(sPlugin);
-    for (const std::string& sFile : files)
-        sText += " \\\n  " + MakeName(sFile);
-    sText += "\n";
-    // A file that has gone since must not stop make: each dependency is a target of its own.
-    for (const std::string& sFile : files)
-        sText += "\n" + MakeName(sFile) + ":\n";
-    return WriteFileSafely(request.m_sDepFile, sText);
+    std::vector<std::string> leftOut;
+    const bool bWritten = WriteDepFile(request.m_sDepFile, sOut, app, leftOut);
+    for (const std::string& sFile : leftOut)
+        std::fprintf(stderr, "emberdeck-batch pack: make and ninja don't both read the name \"%s\"; %s leaves it out.\n",
+                     sFile.c_str(), request.m_sDepFile.c_str());
+    return bWritten;
 }
 
 int Pack(const CPackRequest& request, const CBatchOptions& options)
 {
-    if (!request.m_sDepFile.empty() && IsSameFile(request.m_sDepFile, request.m_sLibrary))
-        return Fail("--depfile " + request.m_sDepFile + " is the library itself. Give it another name.");
+    const std::string sPlace = request.m_sOut.empty() ? CEmberdeckApp::MakePackName(request.m_sLibrary) : request.m_sOut;
+    const std::string sProblem =
+        request.m_sDepFile.empty() ? "" : DepFileProblem(request.m_sDepFile, request.m_sLibrary, sPlace);
+    if (!sProblem.empty())
+        return Fail(sProblem);
     CBatchSession session(options);
     CEmberdeckApp& app = *session.m_pApp;
     if (!session.Open(request.m_sLibrary))
@@ -99,7 +56,7 @@ int Pack(const CPackRequest& request, const CBatchOptions& options)
             return eExit_Failed;
         }
     }
-    if (!request.m_sDepFile.empty() && !WriteDepFile(request, sOut, app, options.m_bQuiet))
+    if (!request.m_sDepFile.empty() && !WriteDepFileOf(request, sOut, app))
         return FailToWrite(request.m_sDepFile);
 
     const uint64_t nBytes = FileSize(sOut);
@@ -126,7 +83,7 @@ void AddPackCommand(CLI::App& app, CBatchOptions& options, CCommandResult& nResu
     pCommand->add_option("--target", pRequest->m_sTarget, "Byte order of the target machine")
         ->check(CLI::IsMember({"pc", "xenon"}))
         ->capture_default_str();
-    pCommand->add_option("--depfile", pRequest->m_sDepFile, "Write the files that the result depends on, for make");
+    pCommand->add_option("--depfile", pRequest->m_sDepFile, "Write the files that the result depends on, for make and ninja");
     pCommand->add_option("--checkout", *pAnswer, "yes: check the library and the packed file out of the project's source control first; "
                          "no: leave source control alone")
         ->check(CLI::IsMember({"yes", "no"}))

@@ -106,6 +106,7 @@ bool LoadProjectFile(CProjectInfo& info, const char* pszLocator)
     if (ReadWholeFile(sLocator, sText, c_nMaxLocatorSize))
         profile.Parse(sText);
 
+    info.m_sLocator = sLocator;
     info.m_sProjectDir = sLocator;
     RemoveLastComponent(info.m_sProjectDir);
     AddTrailingSeparator(info.m_sProjectDir);

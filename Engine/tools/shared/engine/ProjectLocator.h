@@ -23,6 +23,7 @@ public:
     std::string m_sPCWorking;
     std::string m_sXenonBinary;
     std::string m_sXenonWorking;
+    std::string m_sLocator; // the locator file itself; no key of it
 };
 
 // Climbs from the directory of pszFile until a *.proj00 file turns up, and reads it; of several in a
