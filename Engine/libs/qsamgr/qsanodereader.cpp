@@ -76,7 +76,8 @@ bool CQSANodeReader::LoadEntireFile(CQSAReader* pReader, CQSANode* pRoot, CQSAAl
     CQSANodeBuilder builder(pAllocator);
     if (!BuildFromTokens(*pReader, builder))
         return false; // the builder frees what it holds
-    pReader->Close();
+    if (!pReader->Close())
+        return false; // what can't be read looks like the end until the file is asked
     // Something waits, so something must arrive, or memory was out and the file would be lost in silence.
     const bool bAnyNode = builder.GetNumHeads() != 0;
     return builder.DetachHeadsToList(pRoot) != 0 || !bAnyNode || pRoot == nullptr;

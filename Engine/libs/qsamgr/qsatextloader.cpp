@@ -541,8 +541,6 @@ bool QSALoadFile(CQSAFile& file, size_t nExpectedLen, CQSANode* pRoot, CQSALoadO
         if (nLen != c_nWindow && !loader.End(szWindow + nWhole, nLen - nWhole, bMore))
             return false;
     }
-    if (!loader.Finish(pRoot))
-        return false;
-    file.Close();
-    return true;
+    // What could not be read looks like the end until the file is asked.
+    return file.Close() && loader.Finish(pRoot);
 }
