@@ -1,6 +1,8 @@
-# room(NAME FOLDER SEES...) makes the static library of one room out of every source in its folder.
-# A room whose folder holds only headers is an interface library.
-function(room name folder)
+# Makes the targets of the rooms in cmake/RoomList.cmake.
+
+# Makes the static library of a room out of every source below its folder. A room whose folder holds only headers
+# is an interface library.
+function(room_library name folder)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/${folder}/*.cpp")
   if(sources)
     add_library(${name} STATIC ${sources})
@@ -16,4 +18,17 @@ function(room name folder)
     "${CMAKE_SOURCE_DIR}/Engine/tools"          # "shared/engine/ProjectLocator.h"
     "${CMAKE_SOURCE_DIR}/Engine/tools/Emberdeck") # "model/Spell.h"
   target_link_libraries(${name} ${scope} emberdeck_options ${ARGN})
+endfunction()
+
+# A room with a build file of its own makes its targets there, and finds what it sees in ROOM_SEES.
+function(room name folder)
+  if(name STREQUAL "qt" AND NOT EMBERDECK_WINDOW)
+    return()
+  endif()
+  set(ROOM_SEES ${ARGN})
+  if(EXISTS "${CMAKE_SOURCE_DIR}/${folder}/CMakeLists.txt")
+    add_subdirectory("${CMAKE_SOURCE_DIR}/${folder}")
+  else()
+    room_library(${name} "${folder}" ${ROOM_SEES})
+  endif()
 endfunction()
