@@ -42,14 +42,24 @@ TEST(MoveKeys, TheLaterRuleWinsWhereTheRoomIsTooSmall)
     // Longer than the room between its neighbours: the next key's bound comes after the previous one's.
     CTimelineBench bench("S0-1000 S1000-3000 S2000-2500");
     EXPECT_EQ("0-1000 0-2000* 2000-2500", Dragged(bench, 1500, 0, -200));
+}
 
-    // A key beyond the phase is pulled back, and the move to the left of its neighbour undone by the sort.
-    CTimelineBench beyond(
-        aLibrary().effect("Smoke").length(5000).track().key("Sprite", 4000, 4900).key("Sprite", 4900, 6900));
-    beyond.Drag({985, 80}, {975, 80});                // 0.2 pixels a millisecond
-    EXPECT_EQ("4000-4900 4900-6900*", beyond.Dump()); // stays behind the key before, a step of 50 ms
-    beyond.Drag({990, 80}, {995, 80});
-    EXPECT_EQ("3000-5000* 4000-4900", beyond.Dump());
+TEST(MoveKeys, AKeyThatHangsOverThePhaseEndNeverLiesOverItsNeighbour)
+{
+    const auto Moved = [](const std::string& sTracks, int32_t nTime, int32_t dt, int32_t nLength = 10000)
+    {
+        CTimelineBench bench(sTracks);
+        bench.Arrange([&] { bench.Tracks().m_nPhaseLength = nLength; });
+        return Dragged(bench, nTime, 0, dt);
+    };
+    for (const int32_t dt : {10, -10})
+    {
+        EXPECT_EQ("0-9500 9500-11500*", Moved("S0-9500 S9500-11500", 9800, dt));
+        EXPECT_EQ("0-9000 9000-11000*", Moved("S0-9000 S9500-11500", 9800, dt));
+        EXPECT_EQ("8000-10000*", Moved("S9000-11000", 9800, dt));
+        EXPECT_EQ("0-12000*", Moved("S0-12000", 5000, dt));
+        EXPECT_EQ("0-10000*", Moved("S0-10000", 3000, dt, 5000)); // the phase was shortened
+    }
 }
 
 TEST(MoveKeys, LinkedKeysStayInsideTheirTarget)

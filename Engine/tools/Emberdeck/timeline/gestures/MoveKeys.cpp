@@ -1,5 +1,7 @@
 #include "timeline/gestures/MoveKeys.h"
 
+#include <algorithm>
+
 namespace
 {
 
@@ -24,8 +26,11 @@ void CMoveKeys::Place(CStep& step) const
     CSpan span = wanted;
     if (!step.m_pPrev && wanted.m_nStart < 0)
         span = CSpan::From(0, nLength);
+    // A key that is too long for the room before the end goes on hanging over it: no move makes an overlap or a
+    // start before the origin.
+    const int64_t nFirstStart = step.m_pPrev ? step.m_pPrev->m_nEndTime : 0;
     if (wanted.m_nEnd > nPhaseLength)
-        span = CSpan::UpTo(nPhaseLength, nLength);
+        span = CSpan::From(std::max(nPhaseLength - nLength, nFirstStart), nLength);
     if (step.m_pPrev && wanted.m_nStart < step.m_pPrev->m_nEndTime)
         span = CSpan::From(step.m_pPrev->m_nEndTime, nLength);
     if (step.m_pNext && wanted.m_nEnd >= step.m_pNext->m_nStartTime)
