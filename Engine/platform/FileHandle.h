@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cerrno>
+#include <string_view>
 #include <unistd.h>
 #include <utility>
 
@@ -24,3 +26,18 @@ public:
 private:
     int m_nFile;
 };
+
+// All of it, whatever interrupts. False: errno says why, and part of it may be written.
+inline bool WriteAll(int nFile, std::string_view sContent)
+{
+    while (!sContent.empty())
+    {
+        const ssize_t nWritten = write(nFile, sContent.data(), sContent.size());
+        if (nWritten < 0 && errno == EINTR)
+            continue;
+        if (nWritten <= 0)
+            return false;
+        sContent.remove_prefix(static_cast<size_t>(nWritten));
+    }
+    return true;
+}

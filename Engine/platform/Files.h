@@ -16,12 +16,8 @@ uint64_t FileSize(const std::string& sPath);   // 0 when there is none
 // At most nMaxSize bytes are taken; a larger file fails. What has no size of its own, such as a pipe,
 // is read to its end, at most 256 MB of it.
 bool ReadWholeFile(const std::string& sPath, std::string& sContent, uint64_t nMaxSize = UINT64_MAX);
-// Through a temporary file beside it that is synced and renamed; the old content stays on failure.
-// The mode of an existing file is kept, a link stays and its target is replaced, a device or pipe is
-// written to directly. A file that can't be written, or has no write bit, fails and stays.
+// Whole or not at all, through a CReplacingFile (see ReplacingFile.h, which also says where that can't be had).
 bool WriteFileSafely(const std::string& sPath, const std::string& sContent);
-// What the names of those temporary files begin with. One that a killed program has left serves nobody.
-constexpr const char* c_szSafeWritePrefix = ".ember-";
 bool RemoveFile(const std::string& sPath);      // no directories; a link itself, not its target
 bool MakeDirectories(const std::string& sPath); // with all above; true when it is there already
 

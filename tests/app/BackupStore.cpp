@@ -85,12 +85,4 @@ TEST(BackupStore, SharesItsFolderWithOtherPrograms)
     WriteBytes(sFile, "whole");
     editor.Keep(sFile);
     EXPECT_EQ("whole", ReadBytes(batch.List(sFile)[0].m_sBackup)) << "what a recovery takes first";
-
-    // What a killed program has left goes in time.
-    dir.write("store/.ember-1-1", "young");
-    std::filesystem::last_write_time(dir.write("store/.ember-1-0", "old"),
-                                     std::filesystem::file_time_type::clock::now() - std::chrono::hours(2));
-    CBackupStore(dir.path("store")).Keep(dir.write("other", "x"));
-    EXPECT_FALSE(dir.has("store/.ember-1-0"));
-    EXPECT_TRUE(dir.has("store/.ember-1-1"));
 }

@@ -8,8 +8,8 @@
 #include <sstream>
 
 #include "FaultBench.h"
-#include "platform/Files.h"
 #include "platform/Process.h"
+#include "platform/ReplacingFile.h"
 
 namespace
 {

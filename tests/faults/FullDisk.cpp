@@ -1,11 +1,12 @@
 // Writes that fail: at every size of the file, from the first byte on, and where nothing may be written. The
-// old content stays or can be had back, and what a failed pack leaves is never taken for a packed file.
+// old content stays or can be had back, and a packed file stays as it was.
 
 #include <csignal>
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include "FaultBench.h"
+#include "platform/ReplacingFile.h"
 
 namespace
 {
@@ -89,7 +90,7 @@ TEST(FullDisk, ASaveThatFailsInTheMiddleLosesNothing)
     }
 }
 
-TEST(FullDisk, APackThatFailsInTheMiddleIsToldAndLeavesNothingToPlay)
+TEST(FullDisk, APackThatFailsInTheMiddleIsToldAndTheOldFileStands)
 {
     CFaultBench bench;
     const auto pApp = bench.StartWith("file.Fx00a", 3, "New");
@@ -103,10 +104,9 @@ TEST(FullDisk, APackThatFailsInTheMiddleIsToldAndLeavesNothingToPlay)
             EXPECT_FALSE(pApp->PackEffects()) << nLimit;
         }
         EXPECT_EQ(1, bench.prompts.m_nFailures);
-        CPackedLibrary library;
-        std::string sError;
-        EXPECT_FALSE(
-            ReadPackedLibrary(ReadBytes(bench.path("file.Fx00p")), pApp->m_EffectModule, library, sError));
+        EXPECT_TRUE(sPacked == ReadBytes(bench.path("file.Fx00p"))) << nLimit;
+        for (const auto& entry : std::filesystem::directory_iterator(bench.dir.path("game")))
+            EXPECT_FALSE(entry.path().filename().string().starts_with(c_szSafeWritePrefix)) << entry.path();
     }
     EXPECT_TRUE(pApp->PackEffects());
     EXPECT_EQ(sPacked, ReadBytes(bench.path("file.Fx00p")));

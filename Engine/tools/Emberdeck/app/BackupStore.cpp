@@ -22,7 +22,6 @@ constexpr const char* c_szOwnerSuffix = ".path";
 constexpr uint64_t c_nMaxOwner = 64 << 10;
 constexpr uint64_t c_nSmallest = 4096; // what even a tiny copy takes of a disk
 constexpr std::chrono::seconds c_ScanLife(2);
-constexpr std::chrono::hours c_LeftoverAge(1);
 
 std::string Hex(uint64_t nValue, int nDigits)
 {
@@ -204,7 +203,6 @@ std::string CBackupStore::KeepNow(const std::string& sPath)
     const std::string sNewName = item.m_sName;
     m_Items[sHash].push_back(std::move(item));
     Prune(sHash, sNewName);
-    RemoveLeftovers();
     m_nFolderTime = FolderTime();
     return sDirectory + '/' + sNewName;
 }
@@ -285,25 +283,6 @@ void CBackupStore::Prune(const std::string& sHash, const std::string& sKeep)
 
 // What programs that were killed while they wrote have left here; once for each store. A young one may just
 // be written.
-void CBackupStore::RemoveLeftovers()
-{
-    if (std::exchange(m_bLeftoversRemoved, true))
-        return;
-    std::vector<CDirectoryEntry> entries;
-    const std::string sDirectory = GetDirectory();
-    ListDirectory(sDirectory, entries);
-    for (const CDirectoryEntry& entry : entries)
-    {
-        if (entry.m_bDirectory || !entry.m_sName.starts_with(c_szSafeWritePrefix))
-            continue;
-        const std::string sPath = NativePath(sDirectory + '/' + entry.m_sName);
-        std::error_code error;
-        const auto time = std::filesystem::last_write_time(sPath, error);
-        if (!error && std::filesystem::file_time_type::clock::now() - time > c_LeftoverAge)
-            RemoveFile(sPath);
-    }
-}
-
 std::vector<CBackupStore::CEntry> CBackupStore::List(const std::string& sPath) const
 {
     std::vector<CEntry> entries;

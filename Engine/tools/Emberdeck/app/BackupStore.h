@@ -69,7 +69,6 @@ private:
     bool Write(const std::string& sHash, const std::string& sOwner, const std::string& sContent, CItem& item);
     void Remove(const std::string& sHash, size_t nIndex);
     void Prune(const std::string& sHash, const std::string& sKeep);
-    void RemoveLeftovers();
 
     std::string m_sDirectory;
     uint64_t m_nMaxTotal = c_nMaxTotal;
@@ -77,7 +76,6 @@ private:
 
     // What the folder held when it was last read: a run over many files doesn't read it for each.
     CItems m_Items;
-    bool m_bLeftoversRemoved = false;
     bool m_bScanned = false;
     int64_t m_nFolderTime = 0; // of the folder at that time, own changes included
     std::chrono::steady_clock::time_point m_ScanTime;

@@ -13,7 +13,7 @@
 #include "model/MakeOrNull.h"
 #include "model/NameIndex.h"
 #include "platform/IPrompts.h"
-#include "platform/Paths.h"
+#include "platform/ReplacingFile.h"
 #include "qsassert.h"
 #include "shared/engine/ProjectLocator.h"
 
@@ -82,7 +82,7 @@ class CPacker
 public:
     CPacker(CSpellMgr& spellMgr, const CEffectModule& module) : m_SpellMgr(spellMgr), m_Module(module) {}
 
-    bool Pack(const char* pszFilename, const char* pszTarget);
+    bool Pack(const std::string& sPath, const char* pszTarget);
 
 private:
     template <class TVisit>
@@ -128,12 +128,12 @@ private:
     bool m_bCurveLost = false; // validation changed one after it had been collected
 };
 
-bool CPacker::Pack(const char* pszFilename, const char* pszTarget)
+bool CPacker::Pack(const std::string& sPath, const char* pszTarget)
 {
     m_KeyCounts.resize(m_Module.GetNumTypes());
     if (!HaveKeysTypes())
         return false;
-    COutStreamPtr pStream = OpenFileOutStream(NativePath(pszFilename).c_str());
+    COutStreamPtr pStream = OpenFileOutStream(sPath.c_str());
     if (!pStream)
         return false;
     m_pOut = CreateOutConverter(pszTarget, pStream);
@@ -416,6 +416,12 @@ bool PackEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffe
         return false;
     bool bPacked = false;
     const bool bWhole = AllocateAll(
-        [&] { bPacked = CPacker(spellMgr, module).Pack(pszFilename, pszTarget ? pszTarget : ""); });
+        [&]
+        {
+            CReplacingFile file(pszFilename);
+            bPacked = file.IsOpen() &&
+                      CPacker(spellMgr, module).Pack(file.GetPath(), pszTarget ? pszTarget : "") &&
+                      file.Commit();
+        });
     return bWhole && bPacked;
 }

@@ -5,8 +5,9 @@
 
 class IPrompts;
 
-// Writes the binary file that the game reads, in place, for the target "PC" or "Xenon" (byte order).
-// False: no name, no plug-in, a file that can't be made, or a write that failed on the way.
+// Writes the binary file that the game reads, for the target "PC" or "Xenon" (byte order). It takes the old one's
+// place when it is whole, and not before (see CReplacingFile).
+// False: no name, no plug-in, a file that can't be made, or a write that failed on the way; the old file stands.
 // Values are validated as they are written, so the model may change by that.
 bool PackEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffectModule& module,
                        IPrompts* pPrompts = nullptr, const char* pszTarget = "PC");
