@@ -1,9 +1,11 @@
 #include "platform/DynamicLibrary.h"
 
 #include <dlfcn.h>
+#include <link.h>
 #include <sys/stat.h>
 
 #include "platform/Paths.h"
+#include "platform/PluginCall.h"
 
 namespace
 {
@@ -19,6 +21,7 @@ void* LoadOne(const std::string& sPath, std::string& sError)
     }
     // A bare name would be looked for among the system's libraries.
     const std::string sName = sPath.find('/') == std::string::npos ? "./" + sPath : sPath;
+    const CPluginCall call(sName.c_str()); // its constructors run
     void* hModule = dlopen(sName.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!hModule)
     {
@@ -50,6 +53,10 @@ void* GetLibrarySymbol(void* hModule, const char* pszName)
 
 void FreeDynamicLibrary(void* hModule)
 {
-    if (hModule)
-        dlclose(hModule);
+    if (!hModule)
+        return;
+    struct link_map* pMap = nullptr;
+    const bool bNamed = dlinfo(hModule, RTLD_DI_LINKMAP, &pMap) == 0 && pMap;
+    const CPluginCall call(bNamed ? pMap->l_name : nullptr); // its destructors run
+    dlclose(hModule);
 }

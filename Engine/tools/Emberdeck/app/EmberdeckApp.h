@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -84,6 +85,8 @@ public:
     // walk goes on. False: only when the walk had to stop, on request of IPrompts::Progress.
     bool UpdateEffectsInDirectory(const char* pszDirectory);
     bool UpdateEffectFile(const char* pszPath); // always true
+    // Told of each file of an update when it is done: whether it has been saved.
+    std::function<void(const std::string& sFile, bool bSaved)> m_OnUpdated;
     // The directories below which the last update could not look.
     const std::vector<std::string>& GetUnreadDirectories() const { return m_UnreadDirectories; }
 

@@ -74,7 +74,9 @@ bool CEmberdeckApp::UpdateEffectsInDirectory(const char* pszDirectory)
 
 bool CEmberdeckApp::UpdateEffectFile(const char* pszPath)
 {
-    if (OpenEffectFile(pszPath))
-        SaveEffectFile();
+    const std::string sPath = pszPath ? pszPath : "";
+    const bool bSaved = OpenEffectFile(pszPath) && SaveEffectFile();
+    if (m_OnUpdated)
+        m_OnUpdated(sPath, bSaved);
     return true;
 }

@@ -32,7 +32,10 @@ EAnswer CBatchPrompts::Ask(const std::string& sText, const std::string& sCaption
     {
         std::fprintf(stderr, "%s: %s\n", sCaption.c_str(), Lines(sText).c_str());
         if (eButtons == EButtons::eOk)
+        {
             ++m_nFailures;
+            m_sLastFailure = Lines(sText) + (m_sAdvice.empty() ? "" : "\n") + m_sAdvice;
+        }
         if (!m_sAdvice.empty())
             std::fprintf(stderr, "%s\n", m_sAdvice.c_str());
     }

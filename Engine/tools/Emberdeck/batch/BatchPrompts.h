@@ -23,6 +23,8 @@ public:
 
     // Messages that told of a failure so far: a command that goes on after one still fails at its end.
     int GetNumFailures() const { return m_nFailures; }
+    // What the last of them said, with the advice below it; empty when there was none.
+    const std::string& GetLastFailure() const { return m_sLastFailure; }
     // Whether the answer given to the check-out question is told for each file.
     void TellCheckOut(bool bTell) { m_bTellCheckOut = bTell; }
 
@@ -34,5 +36,6 @@ private:
     bool m_bProgress;      // standard error is a terminal
     size_t m_nShown = 0;   // columns of the progress line on the screen
     int m_nFailures = 0;
+    std::string m_sLastFailure;
     std::string m_sAdvice;
 };

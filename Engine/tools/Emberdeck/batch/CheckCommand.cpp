@@ -60,7 +60,7 @@ CJson CheckOne(const std::string& sFile, const CBatchOptions& options, bool& bLo
     if (!options.m_bJson && !options.m_bQuiet && bLoaded)
         std::printf("%s: %s\n", sFile.c_str(),
                     nFindings == 0 ? "sound" : (std::to_string(nFindings) + " findings").c_str());
-    return {{"file", ReadableText(sFile)}, {"loaded", bLoaded}, {"error", ReadableText(sError)}, {"findings", std::move(list)}};
+    return {{"file", ReadableText(sFile)}, {"loaded", bLoaded}, {"error", ReadableText(bLoaded || !sError.empty() ? sError : session.m_Prompts.GetLastFailure())}, {"findings", std::move(list)}};
 }
 } // namespace
 

@@ -7,6 +7,7 @@
 
 #include "batch/Batch.h"
 #include "batch/Output.h"
+#include "platform/PluginCall.h"
 #include "qsversion.h"
 
 namespace
@@ -89,9 +90,12 @@ int Run(int argc, char** argv)
 int main(int argc, char** argv)
 {
     std::signal(SIGXFSZ, SIG_IGN); // a limit on file sizes is a failed write, which is told
+    TellOfPluginsThatEnd("emberdeck-batch");
     try
     {
-        return Run(argc, argv);
+        const int nResult = Run(argc, argv);
+        CloseOutputToPlugins();
+        return nResult;
     }
     catch (const std::bad_alloc&)
     {

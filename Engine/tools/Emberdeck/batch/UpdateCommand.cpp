@@ -28,6 +28,18 @@ void AddUpdateCommand(CLI::App& app, CBatchOptions& options, CCommandResult& nRe
             }
             CBatchSession session(options);
             session.m_Prompts.TellCheckOut(!options.m_bQuiet);
+            CJson files = CJson::array();
+            int nNotCheckedOut = 0;
+            session.m_pApp->m_OnUpdated = [&](const std::string& sFile, bool bSaved)
+            {
+                CJson file = {{"file", ReadableText(sFile)},
+                              {"result", bSaved ? "saved" : "failed"},
+                              {"error", bSaved ? "" : ReadableText(session.m_Prompts.GetLastFailure())}};
+                if (options.m_bCheckOut)
+                    file["checkedOut"] = session.NumNotCheckedOut() == nNotCheckedOut;
+                nNotCheckedOut = session.NumNotCheckedOut();
+                files.push_back(std::move(file));
+            };
             const bool bWalked = session.m_pApp->UpdateEffectsInDirectory(pDir->c_str());
             const std::vector<std::string>& unread = session.m_pApp->GetUnreadDirectories();
             for (const std::string& sDirectory : unread)
@@ -39,6 +51,7 @@ void AddUpdateCommand(CLI::App& app, CBatchOptions& options, CCommandResult& nRe
             if (options.m_bJson)
                 PrintJson({{"directory", ReadableText(*pDir)},
                            {"checkout", options.m_bCheckOut},
+                           {"files", std::move(files)},
                            {"failures", nFailures}});
         });
 }

@@ -2,6 +2,7 @@
 
 #include "model/MakeOrNull.h"
 #include "platform/DynamicLibrary.h"
+#include "platform/PluginCall.h"
 
 namespace
 {
@@ -26,6 +27,20 @@ int WalkProps(const CEffectTypeDesc& desc, std::string_view sName)
     return -1;
 }
 
+// An entry point of a plug-in. What it throws stays with it.
+template <class TFunction, class TArgument>
+void CallPlugin(const std::string& sPath, TFunction pfn, TArgument argument)
+{
+    const CPluginCall call(sPath.c_str());
+    try
+    {
+        pfn(argument);
+    }
+    catch (...)
+    {
+    }
+}
+
 } // namespace
 
 CEffectModule::~CEffectModule()
@@ -38,7 +53,8 @@ bool CEffectModule::Load(const char* pszPath)
     Unload();
     if (!pszPath)
         return false;
-    m_hModule = LoadDynamicLibrary(pszPath);
+    m_sPath = pszPath;
+    m_hModule = LoadDynamicLibrary(m_sPath);
     if (!m_hModule)
         return false;
 
@@ -47,7 +63,7 @@ bool CEffectModule::Load(const char* pszPath)
         reinterpret_cast<EmberdeckReleaseInfoFn>(GetLibrarySymbol(m_hModule, EMBERDECK_RELEASE_INFO_NAME));
     if (m_pfnGetInfo && m_pfnReleaseInfo)
     {
-        m_pfnGetInfo(&m_pTable);
+        CallPlugin(m_sPath, m_pfnGetInfo, &m_pTable);
         if (m_pTable && IsTableSound(*m_pTable))
         {
             BuildIndex();
@@ -61,7 +77,8 @@ bool CEffectModule::Load(const char* pszPath)
 void CEffectModule::Unload()
 {
     if (m_pfnReleaseInfo)
-        m_pfnReleaseInfo(m_pTable);
+        CallPlugin(m_sPath, m_pfnReleaseInfo, m_pTable);
+    const CPluginCall call(m_sPath.c_str());
     if (!m_bAdopted)
         FreeDynamicLibrary(m_hModule);
     m_pTable = nullptr;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -57,6 +58,7 @@ private:
     EmberdeckReleaseInfoFn m_pfnReleaseInfo = nullptr;
     void* m_hModule = nullptr;
 
+    std::string m_sPath;     // of the library, as it was given
     bool m_bAdopted = false; // m_hModule is the table itself, not a library
     CNameIndex m_TypeIndex;
     // By type: its properties, once somebody has searched for one. Empty when memory was short.
