@@ -1,3 +1,6 @@
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include "platform/Paths.h"
 #include "support/AppBench.h"
 #include "support/ScopeChecker.h"
@@ -109,6 +112,50 @@ TEST(OpenAndSave, BeginsWithTheLastFileAndKeepsItsNameWhenItIsGone)
     bench.prompts.onAsk("checkout");
     bench.app->OpenFirstFile("Other.Fx00a");
     EXPECT_EQ(std::filesystem::canonical(sOther), bench.lastFile());
+}
+
+TEST(OpenAndSave, APlugInThatEndsTheStartDoesSoOnlyOnce)
+{
+    CAppBench bench;
+    const std::string sFile = bench.MakeFile("Smoke.Fx00a");
+    // A start in a process of its own, which the plug-in ends.
+    const auto die = [&](const std::string& sAskedFor)
+    {
+        const pid_t nChild = fork();
+        if (nChild == 0)
+        {
+            setenv("EMBERDECK_TEST_PLUGIN_ENDS", "1", 1);
+            bench.prompts.onAsk("checkout");
+            bench.app->OpenFirstFile(sAskedFor);
+            _exit(1); // it never comes here
+        }
+        int nStatus = -1;
+        waitpid(nChild, &nStatus, 0);
+        EXPECT_EQ(0, nStatus);
+    };
+    const auto expectNothingOpened = [&]
+    {
+        bench.prompts.onAsk("TestFireglass.so for the file " + sFile + ", so nothing is opened");
+        bench.app->OpenFirstFile();
+        bench.ExpectNewState();
+    };
+    die("");
+    expectNothingOpened();
+    expectNothingOpened(); // not only once: nothing has shown yet that it works
+    die(sFile);            // asked for by name it is tried again
+    expectNothingOpened();
+
+    EXPECT_TRUE(bench.Open(sFile)); // by hand, and it works
+    bench.Start();
+    bench.prompts.onAsk("checkout");
+    bench.app->OpenFirstFile();
+    EXPECT_EQ(sFile, bench.app->m_sFileName);
+
+    // What isn't a mark of ours is none.
+    bench.dir.write("loading-plug-in", "");
+    bench.prompts.onAsk("checkout");
+    bench.app->OpenFirstFile();
+    EXPECT_EQ(sFile, bench.app->m_sFileName);
 }
 
 TEST(OpenAndSave, SaveAsNamesTheFileAndAFailureTellsWhereTheOldBytesAre)

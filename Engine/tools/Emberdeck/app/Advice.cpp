@@ -82,6 +82,12 @@ std::string AdviseOnPlugin(const CProjectInfo& project)
                     PluginProblem(sPlugin).c_str(), sPlace.c_str());
 }
 
+std::string AdviseOnPluginThatEnded()
+{
+    return "Correct the plug-in, then open the file with File > Open. When that works, the next start opens "
+           "it again.";
+}
+
 std::string AdviseOnLoading(const std::string& sFile, const CProjectInfo& project, bool bKept)
 {
     std::string sAdvice = ReadProblem(sFile);
@@ -100,9 +106,10 @@ std::string AdviseOnLoading(const std::string& sFile, const CProjectInfo& projec
 
 std::string AdviseOnPackingOver(const std::string& sLibrary)
 {
-    return QSFormat("The packed file would take the place of the library %s itself. Pack to another name, or save the "
-                    "library under one that doesn't end in .Fx00p.",
-                    sLibrary.c_str());
+    return QSFormat(
+        "The packed file would take the place of the library %s itself. Pack to another name, or save the "
+        "library under one that doesn't end in .Fx00p.",
+        sLibrary.c_str());
 }
 
 std::string AdviseOnPacking(const std::string& sPackName, const CEffectModule& module)

@@ -10,6 +10,8 @@
 
 std::string AdviseOnMissingProject(const std::string& sFile);
 std::string AdviseOnPlugin(const CProjectInfo& project);
+// After a start that the plug-in has ended.
+std::string AdviseOnPluginThatEnded();
 // bKept: copies of what the file held before earlier saves are there.
 std::string AdviseOnLoading(const std::string& sFile, const CProjectInfo& project, bool bKept);
 std::string AdviseOnPackingOver(const std::string& sLibrary); // onto the library's own file

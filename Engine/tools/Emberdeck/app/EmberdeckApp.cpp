@@ -1,5 +1,7 @@
 #include "app/EmberdeckApp.h"
 
+#include <algorithm>
+
 #include "app/Advice.h"
 #include "app/CommandLineInfo.h"
 #include "app/LibraryEditor.h"
@@ -86,10 +88,31 @@ void CEmberdeckApp::OpenFirstFile(const std::string& sAskedFor)
 {
     const std::string sFile =
         sAskedFor.empty() ? m_Services.m_Profile.GetString("", c_szSettingLastFile) : MakeFullPath(sAskedFor);
-    if (sFile.empty())
+    std::string sState = m_Backups.GetDirectory();
+    RemoveLastComponent(sState);
+    m_pPluginMark = std::make_unique<CCrashMark>(sState.empty() ? sState : sState + "/loading-plug-in");
+    if (sFile.empty() || (sAskedFor.empty() && WarnOfPluginThatEnded()))
+    {
         NewEffectFile();
-    else
-        OpenEffectFile(sFile.c_str());
+        return;
+    }
+    m_bStarting = true;
+    OpenEffectFile(sFile.c_str());
+    m_bStarting = false;
+}
+
+// A plug-in that has ended the last start would end this one, too, and every one after it.
+bool CEmberdeckApp::WarnOfPluginThatEnded()
+{
+    std::string sLeft;
+    if (!m_pPluginMark->WasLeft(sLeft))
+        return false;
+    const size_t nEnd = std::min(sLeft.find('\0'), sLeft.size());
+    const std::string sPlugin = sLeft.substr(0, nEnd);
+    const std::string sFile = sLeft.substr(std::min(nEnd + 1, sLeft.size()));
+    Advise(m_Services.m_Prompts, AdviseOnPluginThatEnded);
+    ShowMessage(m_Services.m_Prompts, c_MsgPluginEndedLast, {DisplayPath(sPlugin), DisplayPath(sFile)});
+    return true;
 }
 
 void CEmberdeckApp::InsertRoots()
@@ -142,7 +165,12 @@ bool CEmberdeckApp::LoadProjectPlugin()
         NewEffectFile();
 
     m_Clipboard.FreezeForUnload();
-    if (!m_EffectModule.Load(m_Project.m_sFireglass.c_str()))
+    if (m_bStarting)
+        m_pPluginMark->Set(m_Project.m_sFireglass + '\0' + m_sFileName);
+    const bool bLoaded = m_EffectModule.Load(m_Project.m_sFireglass.c_str());
+    if (m_bStarting)
+        m_pPluginMark->Clear();
+    if (!bLoaded)
     {
         // The clipboard stays frozen until a plug-in comes that may know its key.
         Advise(m_Services.m_Prompts, [this] { return AdviseOnPlugin(m_Project); });
@@ -205,6 +233,8 @@ bool CEmberdeckApp::OpenNow(const std::string& sPath)
         return false;
     }
     RememberFile(sPath);
+    if (m_pPluginMark)
+        m_pPluginMark->Clear();
     return true;
 }
 
@@ -267,8 +297,9 @@ bool CEmberdeckApp::SaveEffectFile()
 std::string CEmberdeckApp::WhereOldContentLies() const
 {
     if (!m_sLastBackup.empty())
-        return QSFormat("What the file held before lies in %s; \"emberdeck-batch recover FILE\" brings it back.",
-                        m_sLastBackup.c_str());
+        return QSFormat(
+            "What the file held before lies in %s; \"emberdeck-batch recover FILE\" brings it back.",
+            m_sLastBackup.c_str());
     if (!m_Backups.GetLastProblem().empty())
         return QSFormat("The file holds what it held before. No copy of that could be made: %s",
                         m_Backups.GetLastProblem().c_str());

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "app/BackupStore.h"
 #include "app/EditContext.h"
+#include "platform/CrashMark.h"
 #include "platform/IProfile.h"
 #include "shared/engine/ProjectLocator.h"
 #include "shared/engine/SourceControl.h"
@@ -34,7 +36,8 @@ public:
     // Before the first file: names the program to source control.
     void Start();
     // The first file of a session: the one that was asked for, else the last one, else a new library. The
-    // session goes on whatever came of it.
+    // session goes on whatever came of it. While the plug-in loads a mark stands in the state directory; when
+    // it is still there at the next start, that opens no last file, and says so, until one has been opened.
     void OpenFirstFile(const std::string& sAskedFor = std::string());
 
     // The library is replaced without a question. Each failure has shown its message and leaves the
@@ -114,6 +117,7 @@ private:
     void EmptyLibrary();
     void InsertRoots();
     bool OpenNow(const std::string& sPath); // throws when memory is out
+    bool WarnOfPluginThatEnded();
     bool LoadLibrary(const std::string& sPath, std::string& sError);
     bool SaveTo(const std::string& sPath);
     void RememberFile(const std::string& sPath);
@@ -123,5 +127,7 @@ private:
     CEditContext m_Context;
     CBackupStore m_Backups;
     std::string m_sLastBackup;
+    std::unique_ptr<CCrashMark> m_pPluginMark; // null: this session hasn't begun with a file
+    bool m_bStarting = false;                  // the first file is being opened
     std::vector<std::string> m_UnreadDirectories;
 };

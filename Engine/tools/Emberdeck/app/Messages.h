@@ -23,6 +23,11 @@ constexpr const char* c_szProjectExtension = "proj00"; // the second place of c_
 constexpr CMessage c_MsgNoPlugin = {"Unable to load the Fireglass library %s for handling this file",
                                     "Error Loading", EButtons::eOk, EIcon::eStop};
 
+// At start, instead of the last file.
+constexpr CMessage c_MsgPluginEndedLast = {"The last start ended while it loaded the Fireglass library %s "
+                                           "for the file %s, so nothing is opened this time.",
+                                           "Error Loading", EButtons::eOk, EIcon::eExclamation};
+
 constexpr CMessage c_MsgLoadFailed = {"Failed loading the file %s:\r\n%s", "Error Loading", EButtons::eOk,
                                       EIcon::eStop};
 // The same words of an import, which ends nothing.
@@ -58,9 +63,9 @@ constexpr CMessage c_MsgPrefabNameInUse = {"A prefab with the name '%s' already 
                                            "Error Renaming Prefab", EButtons::eOk, EIcon::eExclamation};
 
 constexpr const CMessage* c_WorkflowMessages[] = {
-    &c_MsgNoProject,         &c_MsgNoPlugin,        &c_MsgLoadFailed,      &c_MsgImportFailed,
-    &c_MsgSaveFailed,        &c_MsgPackFailed,      &c_MsgSaveBeforeExit,  &c_MsgCheckOut,
-    &c_MsgSaveBeforeConnect, &c_MsgEffectNameInUse, &c_MsgPrefabNameInUse,
+    &c_MsgNoProject,    &c_MsgNoPlugin,          &c_MsgPluginEndedLast, &c_MsgLoadFailed,
+    &c_MsgImportFailed, &c_MsgSaveFailed,        &c_MsgPackFailed,      &c_MsgSaveBeforeExit,
+    &c_MsgCheckOut,     &c_MsgSaveBeforeConnect, &c_MsgEffectNameInUse, &c_MsgPrefabNameInUse,
 };
 
 // File dialogs and the one entry dialog of the workflow.
