@@ -58,8 +58,10 @@ std::string PluginProblem(const std::string& sPlugin)
 
 } // namespace
 
-std::string AdviseOnMissingProject(const std::string& sFile)
+std::string AdviseOnMissingProject(const std::string& sFile, const std::string& sUnusable)
 {
+    if (!sUnusable.empty())
+        return LocatorProblem(sUnusable);
     if (IsForeignPath(sFile) || sFile.empty())
         return ReadProblem(sFile);
     return PathExists(sFile) ? std::string() : "There is no file " + DisplayPath(sFile) + " either.";
@@ -68,6 +70,9 @@ std::string AdviseOnMissingProject(const std::string& sFile)
 std::string AdviseOnPlugin(const CProjectInfo& project)
 {
     const std::string& sPlugin = project.m_sFireglass;
+    const std::string sProblem = LocatorProblem(project.m_sLocator);
+    if (!sProblem.empty())
+        return sProblem;
     const std::string sPlace = LocatorPlace(project);
     if (sPlugin.empty() || DirectoryExists(sPlugin))
         return QSFormat(

@@ -8,7 +8,8 @@
 // What stands below the workflow's messages, whose words are fixed: the cause, as far as it can be seen, and
 // what to do about it. Sentences for the user; empty when the message says it all.
 
-std::string AdviseOnMissingProject(const std::string& sFile);
+// sUnusable: the locator that was found but can't be used; empty: none was found.
+std::string AdviseOnMissingProject(const std::string& sFile, const std::string& sUnusable = std::string());
 std::string AdviseOnPlugin(const CProjectInfo& project);
 // After a start that the plug-in has ended.
 std::string AdviseOnPluginThatEnded();

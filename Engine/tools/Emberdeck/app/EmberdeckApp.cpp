@@ -150,10 +150,11 @@ void CEmberdeckApp::NewEffectFile()
 
 bool CEmberdeckApp::LocateProject(const char* pszPath)
 {
-    if (FindAndLoadProject(pszPath, m_Project))
+    std::string sUnusable;
+    if (FindAndLoadProject(pszPath, m_Project, &sUnusable))
         return true;
     const std::string sPath = pszPath ? pszPath : "";
-    Advise(m_Services.m_Prompts, [&] { return AdviseOnMissingProject(sPath); });
+    Advise(m_Services.m_Prompts, [&] { return AdviseOnMissingProject(sPath, sUnusable); });
     ShowMessage(m_Services.m_Prompts, c_MsgNoProject, {sPath, c_szProjectExtension});
     return false;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "platform/FileProblem.h"
 #include "platform/Files.h"
 #include "platform/NameFold.h"
 #include "platform/Paths.h"
@@ -54,31 +55,42 @@ void CutPath(std::string& sPath)
     sPath.resize(std::min(sPath.size(), c_nMaxPath));
 }
 
-// The name of the locator file in a directory; empty when there is none.
-std::string FindLocator(const std::string& sDirectory)
+// The name of the locator file in a directory; empty when there is none. A link that leads nowhere is taken
+// where nothing better is there, if the caller wants to know of it.
+std::string FindLocator(const std::string& sDirectory, bool bDeadLinks)
 {
+    std::string sDead;
     std::vector<CDirectoryEntry> entries;
     ListDirectory(sDirectory, entries);
     for (const CDirectoryEntry& entry : entries)
     {
         // A backslash in a name would count as a separator from here on.
-        if (!entry.m_bDirectory && EndsWithFolded(entry.m_sName, c_sLocatorEnd) &&
-            entry.m_sName.find('\\') == std::string::npos && FileExists(sDirectory + '\\' + entry.m_sName))
+        if (entry.m_bDirectory || !EndsWithFolded(entry.m_sName, c_sLocatorEnd) ||
+            entry.m_sName.find('\\') != std::string::npos)
+            continue;
+        if (FileExists(sDirectory + '\\' + entry.m_sName))
             return entry.m_sName;
+        if (bDeadLinks && entry.m_bLink)
+            sDead = entry.m_sName;
     }
-    return std::string();
+    return sDead;
 }
 
 } // namespace
 
-bool FindAndLoadProject(const char* pszFile, CProjectInfo& info)
+bool FindAndLoadProject(const char* pszFile, CProjectInfo& info, std::string* pUnusable)
 {
+    const auto cut = [pUnusable](std::string& sText)
+    {
+        if (!pUnusable)
+            CutPath(sText);
+    };
     std::string sPath = pszFile ? pszFile : "";
-    CutPath(sPath);
+    cut(sPath);
     if (!IsAbsolutePath(sPath))
     {
         sPath = GetCurrentDirectoryPath() + '\\' + sPath;
-        CutPath(sPath);
+        cut(sPath);
         sPath = CanonicalizePath(sPath);
     }
     // Drives are no part of this system: what follows would look below the working directory.
@@ -89,10 +101,15 @@ bool FindAndLoadProject(const char* pszFile, CProjectInfo& info)
         RemoveLastComponent(sPath);
         if (sPath.find_first_not_of("\\/") == std::string::npos)
             return false;
-        const std::string sName = FindLocator(sPath);
+        const std::string sName = FindLocator(sPath, pUnusable != nullptr);
         if (sName.empty())
             continue;
         std::string sLocator = sPath + '\\' + sName;
+        if (pUnusable && (sLocator.size() > c_nMaxPath || !FileExists(sLocator)))
+        {
+            *pUnusable = sLocator;
+            return false;
+        }
         CutPath(sLocator);
         return LoadProjectFile(info, sLocator.c_str());
     }
@@ -124,6 +141,28 @@ bool LoadProjectFile(CProjectInfo& info, const char* pszLocator)
     if (nMark != std::string::npos)
         info.m_sDatabase.replace(nMark, c_sProjectMark.size(), info.m_sProjectDir);
     return true;
+}
+
+std::string LocatorProblem(const std::string& sLocator)
+{
+    if (sLocator.empty())
+        return std::string();
+    const std::string sShown = DisplayPath(sLocator);
+    if (sLocator.size() > c_nMaxPath)
+        return "The path of the project locator file " + sShown +
+               " has more than 259 bytes. Move the project to a folder with a shorter one.";
+    const std::string sProblem = ReadProblem(sLocator);
+    if (!sProblem.empty())
+        return "The project locator file can't be read: " + sProblem;
+    if (FileSize(sLocator) > c_nMaxLocatorSize)
+        return "The project locator file " + sShown + " is larger than 1 MB.";
+    std::string sText;
+    if (!ReadWholeFile(sLocator, sText, c_nMaxLocatorSize))
+        return "The project locator file " + sShown + " can't be read.";
+    const bool bMarked = sText.starts_with("\xFF\xFE") || sText.starts_with("\xFE\xFF");
+    if (bMarked || sText.find('\0') != std::string::npos)
+        return "The project locator file " + sShown + " is UTF-16, or no text at all. Save it as UTF-8.";
+    return std::string();
 }
 
 void ResolvePath(const char* pszBase, const char* pszValue, bool bTrailingSeparator, std::string& sOut)

@@ -30,7 +30,11 @@ public:
 // directory the first by name without case. The file itself need not exist. Paths are cut to 259
 // characters. The root directory isn't looked at, and a path with a drive letter finds nothing. False,
 // info untouched, when there is none up to the top.
-bool FindAndLoadProject(const char* pszFile, CProjectInfo& info);
+// With pUnusable the whole path counts, and a locator that can't be used (one beyond those characters, or a link
+// that leads nowhere) isn't passed over for one above it: false, with its path there.
+bool FindAndLoadProject(const char* pszFile, CProjectInfo& info, std::string* pUnusable = nullptr);
+// Why nothing can be read from a locator file, in a sentence that names it. Empty: it can be read.
+std::string LocatorProblem(const std::string& sLocator);
 // Always true; a file that can't be read gives all defaults. The project directory is the text in front
 // of the last separator, as it stands.
 bool LoadProjectFile(CProjectInfo& info, const char* pszLocator);
