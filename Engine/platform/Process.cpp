@@ -298,6 +298,18 @@ private:
     TellAndExit(status.m_Write.Get(), plan.Execute());
 }
 
+// In a child that outlives us.
+void LetGoOfPipes(int nNull)
+{
+    dup2(nNull, STDIN_FILENO);
+    for (const int nOutput : {STDOUT_FILENO, STDERR_FILENO})
+    {
+        struct stat info;
+        if (fstat(nOutput, &info) != 0 || S_ISFIFO(info.st_mode) || S_ISSOCK(info.st_mode))
+            dup2(nNull, nOutput);
+    }
+}
+
 } // namespace
 
 bool StartProcess(const std::string& sProgram, const std::vector<std::string>& arguments,
@@ -310,7 +322,8 @@ bool StartProcess(const std::string& sProgram, const std::vector<std::string>& a
         programs.push_back(ProgramPath(sProgram.substr(0, sProgram.size() - c_sEnd.size())));
     std::erase(programs, std::string());
     CPipe status;
-    if (programs.empty() || !status.Open())
+    const CFileHandle null = AboveStandard(open("/dev/null", O_RDWR | O_CLOEXEC));
+    if (programs.empty() || !null.IsOpen() || !status.Open())
         return false;
     CChildPlan plan(std::move(programs), arguments, sDirectory);
     const pid_t nChild = fork();
@@ -323,6 +336,8 @@ bool StartProcess(const std::string& sProgram, const std::vector<std::string>& a
         const pid_t nGrandchild = fork();
         if (nGrandchild > 0)
             _exit(0);
+        if (nGrandchild == 0)
+            LetGoOfPipes(null.Get());
         TellAndExit(status.m_Write.Get(), nGrandchild == 0 ? plan.Execute() : errno);
     }
     status.m_Write.Close();

@@ -8,7 +8,8 @@
 // empty argument. Nothing else is special: no shell, no escapes.
 std::vector<std::string> SplitCommandLine(const std::string& sLine);
 
-// Starts a program that goes on by itself: not waited for, no zombie stays. Arguments do not hold the
+// Starts a program that goes on by itself: not waited for, no zombie stays. Its input is empty. It prints where we do,
+// but not into a pipe, at whose other end somebody would wait for as long as it runs. Arguments do not hold the
 // program's own name. The directory counts in the child only; empty: inherited. A program with a
 // separator in its name is a path as it is seen from here, else it is looked for in PATH; NAME.exe
 // that can't be run is tried as NAME. False when it couldn't be started.

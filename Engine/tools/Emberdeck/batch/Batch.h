@@ -42,7 +42,9 @@ public:
 
     // Opens a library as the window does. False: the message has been shown.
     bool Open(const std::string& sFile);
-    // Finds the project of a file and loads its plug-in, without a library.
+    // Finds the project of a file. False: the message has been shown.
+    bool LocateProject(const std::string& sFile);
+    // The same, and loads its plug-in, without a library.
     bool OpenProject(const std::string& sFile);
 
     // Files that should have been checked out and aren't; each has been told. A job that is done over them has

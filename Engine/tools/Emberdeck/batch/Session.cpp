@@ -79,7 +79,12 @@ bool CBatchSession::Open(const std::string& sFile)
     return m_pApp->OpenEffectFile(LibraryPath(sFile).c_str());
 }
 
+bool CBatchSession::LocateProject(const std::string& sFile)
+{
+    return m_pApp->LocateProject(LibraryPath(sFile).c_str());
+}
+
 bool CBatchSession::OpenProject(const std::string& sFile)
 {
-    return m_pApp->LocateProject(LibraryPath(sFile).c_str()) && m_pApp->LoadProjectPlugin();
+    return LocateProject(sFile) && m_pApp->LoadProjectPlugin();
 }
