@@ -9,9 +9,8 @@ trap 'rm -rf "$work"' EXIT
 
 step() { printf '\n== %s\n' "$1"; }
 
-# A copy, so that the libraries in the project stay as they are. Its locator leads to the programs.
+# A copy, so that the libraries in the project stay as they are. The plug-in and the game come with it.
 cp -R "$bin/bonfire-project/." "$work"
-sed -e "s|\.\.[\\\\/]|$bin/|g" -e "s|^PCBinary=.*|PCBinary=$bin/bonfire|" "$bin/bonfire-project/bonfire.proj00" > "$work/bonfire.proj00"
 cd "$work"
 
 step "The project's plug-in offers these effect types"

@@ -152,3 +152,22 @@ TEST(SampleRoad, SavedOverContentComesBack)
     EXPECT_EQ(0, Batch({"recover", sFile}).m_nExitCode);
     EXPECT_EQ(sFirst, ReadBytes(sFile));
 }
+
+TEST(SampleRoad, TheProjectOfTheBuildFolderCanBeCopiedWhole)
+{
+    const CTempDir home;
+    const std::string sCopy = home.path("my game");
+    std::filesystem::copy(std::string(EMBERDECK_BIN_DIR) + "/bonfire-project", sCopy,
+                          std::filesystem::copy_options::recursive);
+    const CProcessResult types = Batch({"types", sCopy + "/bonfire.Fx00a"});
+    EXPECT_EQ(0, types.m_nExitCode) << types.m_sErrors;
+    EXPECT_TRUE(Holds(types.m_sOutput, "Plug-in " + sCopy + "/")) << types.m_sOutput.substr(0, 200);
+    ASSERT_EQ(0, Batch({"pack", sCopy + "/bonfire.Fx00a"}).m_nExitCode);
+    const CProcessResult launch = RunProcess(
+        "sh", {"-c", std::string(EMBERDECK_BIN_DIR) + "/emberdeck-batch launch bonfire.Fx00a --command-line '--headless bonfire.Fx00p' > played"},
+        sCopy, 60000);
+    EXPECT_EQ(0, launch.m_nExitCode) << launch.m_sErrors;
+    for (int i = 0; i < 100 && ReadBytes(sCopy + "/played").empty(); ++i)
+        RunProcess("sleep", {"0.05"}, "", 1000);
+    EXPECT_TRUE(Holds(ReadBytes(sCopy + "/played"), "Campfire"));
+}
