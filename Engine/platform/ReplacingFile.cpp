@@ -93,9 +93,21 @@ bool IsReplaceable(const struct stat& info)
     return S_ISREG(info.st_mode) && info.st_nlink <= 1;
 }
 
+// Links of the system to what is open may lead to a file whose name is gone, or another's by now: such a link is
+// taken as the file itself.
+std::string TargetOf(const std::string& sPath)
+{
+    struct stat file, target;
+    const std::string sTarget = FollowLinks(sPath);
+    if (stat(sPath.c_str(), &file) == 0 &&
+        (stat(sTarget.c_str(), &target) != 0 || file.st_dev != target.st_dev || file.st_ino != target.st_ino))
+        return sPath;
+    return sTarget;
+}
+
 } // namespace
 
-CReplacingFile::CReplacingFile(const std::string& sPath) : m_sTarget(FollowLinks(NativePath(sPath)))
+CReplacingFile::CReplacingFile(const std::string& sPath) : m_sTarget(TargetOf(NativePath(sPath)))
 {
     if (m_sTarget.empty() || m_sTarget.back() == '/')
         return;
