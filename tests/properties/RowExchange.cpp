@@ -1,7 +1,9 @@
 #include <clocale>
+#include <limits>
 
 #include "properties/PropertyBench.h"
 #include "properties/ValueText.h"
+#include "qsnumber.h"
 
 namespace
 {
@@ -46,6 +48,19 @@ TEST(RowExchange, NumbersAreReadAsTheyAreTyped)
     count.row.SetText(1, "abc");
     count.Read();
     EXPECT_EQ(0, count.Data().GetInt());
+    for (const auto& [pszText, nTaken] :
+         {std::pair("2147483648", INT32_MAX), std::pair("-99999999999", INT32_MIN)})
+    {
+        count.row.SetText(1, pszText); // too much: the nearest end, not the other one
+        count.Read();
+        EXPECT_EQ(nTaken, count.Data().GetInt());
+    }
+    CRowBench size("Velocity");
+    size.row.SetText(2, "1e39");
+    size.row.SetText(4, "-1e400");
+    size.Read();
+    EXPECT_EQ(std::numeric_limits<float>::max(), size.Data().GetVector().x);
+    EXPECT_EQ(-std::numeric_limits<float>::max(), size.Data().GetVector().y);
 
     // A widget toolkit sets the locale.
     const std::string sOld = std::setlocale(LC_ALL, nullptr);
@@ -223,14 +238,14 @@ TEST(RowExchange, NumberEntryTakesWholeNumbersOnly)
     for (const char* pszText : {"1", " +2.5\t", "-.5", "3.", "1e-400", "4E2"})
     {
         float fValue = -99.0f;
-        EXPECT_TRUE(ParseNumberEntry(pszText, fValue)) << pszText;
+        EXPECT_TRUE(QSParseFloat(pszText, fValue)) << pszText;
         EXPECT_NE(-99.0f, fValue);
     }
     for (const char* pszText :
          {"", " ", "1x", "1 2", "1,5", "--1", "+-1", ".", "e5", "inf", "nan", "0x10", "1e39", "1e400", "1e"})
     {
         float fValue = -99.0f;
-        EXPECT_FALSE(ParseNumberEntry(pszText, fValue)) << pszText;
+        EXPECT_FALSE(QSParseFloat(pszText, fValue)) << pszText;
         EXPECT_EQ(-99.0f, fValue);
     }
 }

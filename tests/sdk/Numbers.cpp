@@ -88,7 +88,9 @@ TEST_F(Numbers, TextToDoubleIsCorrectlyRounded)
     EXPECT_EQ(HUGE_VAL, QSTextToDouble((std::string(400, '9') + ".5").c_str()));
     EXPECT_EQ(0.1, QSTextToDouble(("0.1" + std::string(5000, '0')).c_str()));
     EXPECT_EQ(0.0, QSTextToDouble(("0." + std::string(5000, '0') + "1").c_str()));
-    EXPECT_EQ(INFINITY, QSTextToFloat("1e39"));
+    EXPECT_EQ(std::numeric_limits<float>::max(), QSTextToFloat("1e39")); // the nearest that there is
+    EXPECT_EQ(-std::numeric_limits<float>::max(), QSTextToFloat("-1e400"));
+    EXPECT_EQ(0.0f, QSNearestFloat(NAN));
     EXPECT_EQ(16777216.0f, QSTextToFloat("16777217"));
 }
 
@@ -100,6 +102,32 @@ TEST_F(Numbers, TextToIntWrapsAt32Bits)
         EXPECT_EQ(INT32_MIN, QSTextToInt(psz)) << psz;
     EXPECT_EQ(0, QSTextToInt(nullptr));
     EXPECT_EQ(-12, QSTextToInt(" \v-12abc"));
+}
+
+TEST_F(Numbers, WhatIsTypedTakesTheNearestEnd)
+{
+    for (const char* psz : {"2147483647", "2147483648", "4294967296x", "99999999999999999999999999"})
+        EXPECT_EQ(INT32_MAX, QSTextToNearestInt(psz)) << psz;
+    for (const char* psz : {"-2147483648", " -2147483649", "-99999999999999999999999999"})
+        EXPECT_EQ(INT32_MIN, QSTextToNearestInt(psz)) << psz;
+    for (const char* psz : {"", "- 5", "x1"})
+        EXPECT_EQ(0, QSTextToNearestInt(psz)) << psz;
+    EXPECT_EQ(0, QSTextToNearestInt(nullptr));
+    EXPECT_EQ(-2147483647, QSTextToNearestInt("\t-2147483647.9"));
+
+    int64_t nWhole = 7;
+    for (const char* psz : {"", " ", "-", "1 2", "1.", "--1", "+-1", "0x1", "9223372036854775808"})
+        EXPECT_FALSE(QSParseInt(psz, nWhole)) << psz;
+    EXPECT_EQ(7, nWhole);
+    EXPECT_TRUE(QSParseInt(" +12\n", nWhole) && nWhole == 12);
+    EXPECT_TRUE(QSParseInt("-4294967296", nWhole) && nWhole == -4294967296);
+
+    float fValue = 7.0f;
+    for (const char* psz : {"", "1x", "1e", "1 2", "inf", "3.4028236e38", "1e400"})
+        EXPECT_FALSE(QSParseFloat(psz, fValue)) << psz;
+    EXPECT_EQ(7.0f, fValue);
+    EXPECT_TRUE(QSParseFloat("3.4028235e38", fValue) && fValue == std::numeric_limits<float>::max());
+    EXPECT_TRUE(QSParseFloat(" -.5e1 ", fValue) && fValue == -5.0f);
 }
 
 TEST_F(Numbers, FormatsKeepTheDecimalPoint)

@@ -2,6 +2,7 @@
 
 #include "classiclocale.h"
 
+#include <algorithm>
 #include <bit>
 #include <charconv>
 #include <cmath>
@@ -239,6 +240,23 @@ char* WriteFixed(char* p, double fValue, int nDecimals)
     return std::to_chars(p, pEnd, fValue, std::chars_format::fixed, nDecimals).ptr;
 }
 
+// The first number that rounds to no float: half a unit above the largest.
+constexpr double c_fBeyondFloat = 0x1.ffffffp127;
+
+bool HasSign(const std::string& sNumber)
+{
+    return !sNumber.empty() && (sNumber[0] == '+' || sNumber[0] == '-');
+}
+
+std::string Trimmed(std::string_view sText)
+{
+    constexpr std::string_view sBlanks = " \t\n\v\f\r";
+    const size_t nFirst = sText.find_first_not_of(sBlanks);
+    if (nFirst == std::string_view::npos)
+        return {};
+    return std::string(sText.substr(nFirst, sText.find_last_not_of(sBlanks) - nFirst + 1));
+}
+
 int LimitDecimals(int nDecimals)
 {
     return nDecimals < 0 ? 0 : nDecimals > c_nMaxDecimals ? c_nMaxDecimals : nDecimals;
@@ -255,6 +273,19 @@ int32_t QSTextToInt(const char* pszText)
     for (; IsDigit(*pszText); ++pszText)
         nValue = nValue * 10 + uint32_t(*pszText - '0');
     return int32_t(bMinus ? 0u - nValue : nValue);
+}
+
+int32_t QSTextToNearestInt(const char* pszText)
+{
+    if (!pszText)
+        return 0;
+    const bool bMinus = TakeSign(pszText);
+    const int64_t nLimit =
+        bMinus ? -int64_t(std::numeric_limits<int32_t>::min()) : int64_t(std::numeric_limits<int32_t>::max());
+    int64_t nValue = 0;
+    for (; IsDigit(*pszText) && nValue < nLimit; ++pszText)
+        nValue = std::min(nValue * 10 + (*pszText - '0'), nLimit);
+    return static_cast<int32_t>(bMinus ? -nValue : nValue);
 }
 
 double QSTextToDouble(const char* pszText)
@@ -275,7 +306,43 @@ double QSTextToDouble(const char* pszText)
 
 float QSTextToFloat(const char* pszText)
 {
-    return float(QSTextToDouble(pszText));
+    return QSNearestFloat(QSTextToDouble(pszText));
+}
+
+float QSNearestFloat(double fValue)
+{
+    constexpr double fLargest = std::numeric_limits<float>::max();
+    if (std::isnan(fValue))
+        return 0.0f;
+    return float(fValue > fLargest ? fLargest : fValue < -fLargest ? -fLargest : fValue);
+}
+
+bool QSParseInt(std::string_view sText, int64_t& nValue)
+{
+    const std::string sNumber = Trimmed(sText);
+    const size_t nSign = HasSign(sNumber) ? 1 : 0;
+    if (sNumber.size() == nSign || sNumber.find_first_not_of("0123456789", nSign) != std::string::npos)
+        return false;
+    int64_t nNumber = 0;
+    const char* const pStart = sNumber.data() + (sNumber[0] == '+' ? 1 : 0); // from_chars takes a minus alone
+    if (std::from_chars(pStart, sNumber.data() + sNumber.size(), nNumber).ec != std::errc())
+        return false;
+    nValue = nNumber;
+    return true;
+}
+
+bool QSParseFloat(std::string_view sText, float& fValue)
+{
+    const std::string sNumber = Trimmed(sText);
+    const char* const pStart = sNumber.data() + (HasSign(sNumber) ? 1 : 0);
+    const CDecimal decimal = ScanDecimal(pStart);
+    if (!decimal.m_bAny || decimal.m_pEnd != sNumber.data() + sNumber.size())
+        return false;
+    const double fNumber = QSTextToDouble(sNumber.c_str());
+    if (std::fabs(fNumber) >= c_fBeyondFloat)
+        return false;
+    fValue = QSNearestFloat(fNumber);
+    return true;
 }
 
 size_t QSFormatFixed(char* pszDst, size_t nSize, double fValue, int nDecimals)

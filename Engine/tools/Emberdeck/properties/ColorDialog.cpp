@@ -24,7 +24,7 @@ int BoxLimit(uint32_t nID)
 
 int NumberOf(const std::string& sText)
 {
-    return QSTextToInt(sText.c_str());
+    return QSTextToNearestInt(sText.c_str());
 }
 
 // What a box for numbers lets in.

@@ -25,7 +25,7 @@ float FloatFromText(const std::string& sText)
 // No step ends below 0, also one upward from far below.
 std::string SpinInt(const std::string& sText, int nDelta)
 {
-    const int64_t nValue = int64_t(QSTextToInt(sText.c_str())) - nDelta;
+    const int64_t nValue = int64_t(QSTextToNearestInt(sText.c_str())) - nDelta;
     return IntText(static_cast<int32_t>(std::clamp<int64_t>(nValue, 0, INT32_MAX)));
 }
 
@@ -135,7 +135,7 @@ bool CEffectPropertyCtrls::GetFromControls(CEffectProperty* pProp, int nKey) con
         break;
     }
     case ePropType_Int:
-        data.SetInt(QSTextToInt(BoxText(1).c_str()));
+        data.SetInt(QSTextToNearestInt(BoxText(1).c_str()));
         break;
     case ePropType_Float:
         data.SetFloat(FloatFromText(BoxText(1)));

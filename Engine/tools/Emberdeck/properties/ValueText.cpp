@@ -2,16 +2,12 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cmath>
-#include <string_view>
 
 #include "model/PropData.h"
 #include "qsnumber.h"
 
 namespace
 {
-
-constexpr std::string_view c_sBlanks = " \t\n\v\f\r";
 
 // "%W.Nf": only a number that isn't finite is ever shorter than the width.
 std::string FixedField(double fValue, size_t nWidth, int nDecimals)
@@ -55,27 +51,4 @@ std::string NumberEntryText(float fValue)
     const std::to_chars_result result = std::to_chars(
         aText, aText + sizeof(aText), static_cast<double>(fValue), std::chars_format::general, 6);
     return std::string(aText, result.ptr);
-}
-
-bool ParseNumberEntry(const std::string& sText, float& fValue)
-{
-    const size_t nFirst = sText.find_first_not_of(c_sBlanks);
-    if (nFirst == std::string::npos)
-        return false;
-    const std::string sNumber = sText.substr(nFirst, sText.find_last_not_of(c_sBlanks) - nFirst + 1);
-    // Only for where the number ends: one that is too small for a double is no failure.
-    const size_t nSign = sNumber[0] == '+' || sNumber[0] == '-' ? 1 : 0;
-    const char* pEnd = sNumber.data() + sNumber.size();
-    if (sNumber.find_first_not_of("0123456789.", nSign) == nSign)
-        return false;
-    double fIgnored = 0.0;
-    const std::from_chars_result result =
-        std::from_chars(sNumber.data() + nSign, pEnd, fIgnored, std::chars_format::general);
-    if (result.ec == std::errc::invalid_argument || result.ptr != pEnd)
-        return false;
-    const float fNumber = QSTextToFloat(sNumber.c_str());
-    if (!std::isfinite(fNumber))
-        return false;
-    fValue = fNumber;
-    return true;
 }

@@ -16,7 +16,5 @@ uint32_t AlphaFromText(const std::string& sText);
 
 // The box of a dialog that asks for one number: six significant digits ("%.6g").
 std::string NumberEntryText(float fValue);
-// The whole text, blanks around it aside, must be a decimal number within float; else false, and fValue
-// stays.
-bool ParseNumberEntry(const std::string& sText, float& fValue);
+// What such a dialog says to a text that QSParseFloat refuses.
 constexpr const char* c_szEnterNumber = "Enter a number.";

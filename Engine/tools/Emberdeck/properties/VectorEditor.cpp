@@ -8,6 +8,7 @@
 #include "app/Messages.h"
 #include "properties/ValueText.h"
 #include "qsmath.h"
+#include "qsnumber.h"
 
 namespace
 {
@@ -60,7 +61,7 @@ void CEditVectorDlg::OnInitDialog(const CRect& rcSide, const CRect& rcTop)
 bool CEditVectorDlg::OnOK()
 {
     float fMagnitude = 0.0f;
-    const bool bNumber = ParseNumberEntry(m_sMagnitude, fMagnitude);
+    const bool bNumber = QSParseFloat(m_sMagnitude, fMagnitude);
     if (!bNumber || fMagnitude < c_fMinMagnitude || fMagnitude > c_fMaxMagnitude)
     {
         ShowMessage(m_Prompts, bNumber ? c_MsgMagnitude : c_MsgNoNumber);

@@ -226,9 +226,9 @@ bool QtPrompts::EnterNumber(const CNumberEntry& request, int32_t& nValue)
     pEdit->setFocus();
     dialog.m_Take = [&]
     {
-        bool bNumber = false;
-        const qlonglong nEntered = pEdit->text().trimmed().toLongLong(&bNumber, 10);
-        if (bNumber && nEntered >= request.m_nMin && nEntered <= request.m_nMax)
+        int64_t nEntered = 0;
+        if (QSParseInt(QtText::FromQt(pEdit->text()), nEntered) && nEntered >= request.m_nMin &&
+            nEntered <= request.m_nMax)
         {
             nValue = static_cast<int32_t>(nEntered);
             return true;
@@ -252,7 +252,7 @@ bool QtPrompts::EnterFloat(const std::string& sCaption, const std::string& sLabe
     dialog.m_Take = [&]
     {
         float fEntered = 0.0f;
-        if (ParseNumberEntry(QtText::FromQt(pEdit->text()), fEntered))
+        if (QSParseFloat(QtText::FromQt(pEdit->text()), fEntered))
         {
             fValue = fEntered;
             return true;
