@@ -247,25 +247,35 @@ TEST(PackGolden, ValuesAreValidatedAsTheyAreWritten)
     EXPECT_EQ(1000, IntOf(*pLibrary->m_SpellMgr.FindPrefab("P"), "Count"));
 }
 
-// Times before 0 move at each validation. A curve that no longer is as it was when it was collected has no
-// place in the file, and the pack says so.
-TEST(PackGolden, ACurveThatValidationMovesAwayFailsThePack)
+// A curve with times beyond its ends settles when it is loaded, so that it is packed as it was loaded, whichever
+// keys share it.
+TEST(PackGolden, CurvesBeyondTheirEndsArePackedAsTheyWereLoaded)
 {
-    const auto curve = [](std::initializer_list<int> times)
+    const auto curve = [](std::initializer_list<const char*> times)
     {
         std::string sValues;
-        for (const int nTime : times)
-            sValues += "(value (time " + std::to_string(nTime) + ") (data 1))";
+        for (const char* pszTime : times)
+            sValues += "(value (time " + std::string(pszTime) + ") (data 1))";
         return "(properties " + PropText("Size", "Float", sValues) + ")";
     };
-    const CLoaded loaded = LoadText(FileOf(
-        "(prefab (name \"P\") (type \"Sprite\") " + curve({-5, -4, -3, -2, -1, 0}) + ")",
-        EffectOf(KeyText("Sprite", "(parent \"P\")", 1) + KeyText("Sprite", "(parent \"P\")", 2, 0, 1000, 1) +
-                 KeyText("Sprite", curve({-3, -2, -1, 0, 0, 0}), 3, 0, 1000, 2))));
-    ASSERT_TRUE(loaded.m_bLoaded) << loaded.m_sError;
-    const CTempDir dir;
-    EXPECT_FALSE(PackEffectLibrary(dir.path("a.Fx00p").c_str(), loaded.m_pLibrary->m_SpellMgr,
-                                   loaded.m_pLibrary->Module()));
+    for (const auto& times : {std::initializer_list<const char*>{"0.5", "1.5", "2"},
+                              {"-5", "-4", "-3", "-2", "-1", "0"},
+                              {"-2", "-1", "0.5", "1e39", "1e40"}})
+    {
+        const std::string sText = FileOf("(prefab (name \"P\") (type \"Sprite\") " + curve(times) + ")",
+                                         EffectOf(KeyText("Sprite", "(parent \"P\")", 1) +
+                                                  KeyText("Sprite", curve(times), 2, 0, 1000, 1) +
+                                                  KeyText("Sprite", "(parent \"P\")", 3, 0, 1000, 2)));
+        const CLoaded loaded = LoadText(sText);
+        ASSERT_TRUE(loaded.m_bLoaded) << loaded.m_sError;
+        const CPackedLibrary packed = Unpacked(Packed(*loaded.m_pLibrary), loaded.m_pLibrary->Module());
+        const auto& keys = packed.m_Effects[0].m_Keys;
+        EXPECT_EQ(keys[0].m_Properties[3].m_nCurveOffset, keys[1].m_Properties[3].m_nCurveOffset);
+        EXPECT_EQ(keys[0].m_Properties[3].m_nCurveOffset, keys[2].m_Properties[3].m_nCurveOffset);
+        const std::string sFirst = SavedBytes(*loaded.m_pLibrary);
+        EXPECT_EQ(sFirst, SavedBytes(*LoadText(sFirst).m_pLibrary));
+        EXPECT_EQ(loaded.Found("is too large"), sText.find("1e39") != std::string::npos);
+    }
 }
 
 TEST(PackGolden, FailuresTouchNoFile)
@@ -285,9 +295,9 @@ TEST(PackGolden, FailuresTouchNoFile)
             .build();
     EXPECT_FALSE(PackEffectLibrary(sFile.c_str(), pWild->m_SpellMgr, pWild->Module()));
     EXPECT_EQ("old", ReadBytes(sFile));
-    // A target that nobody knows leaves an empty file, a disk without room fails the pack.
+    // A target that nobody knows leaves the old file, too; a disk without room fails the pack.
     EXPECT_FALSE(PackEffectLibrary(sFile.c_str(), pLibrary->m_SpellMgr, pLibrary->Module(), nullptr, "Cube"));
-    EXPECT_EQ("", ReadBytes(sFile));
+    EXPECT_EQ("old", ReadBytes(sFile));
     if (std::filesystem::exists("/dev/full"))
     {
         EXPECT_FALSE(PackEffectLibrary("/dev/full", pLibrary->m_SpellMgr, pLibrary->Module()));

@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <limits>
+#include <random>
 
 #include "support/TestPlugin.h"
 
@@ -97,6 +98,61 @@ TEST(Validation, BringsTheKeyListInLine)
     CEffectProperty ui(&row);
     Validate(&ui);
     EXPECT_EQ(0u, ui.GetNumKeys());
+}
+
+// What the passes of ValidateStructure come to when they are run until nothing changes, for any times, and a second
+// run changes nothing.
+TEST(Validation, SettlesWhatThePassesSettle)
+{
+    std::mt19937 random(5);
+    for (int nRound = 0; nRound < 5000; ++nRound)
+    {
+        const CEffectPropertyDesc desc = Desc(ePropType_Float, "", EForm(random() % 3));
+        CEffectProperty prop(&desc);
+        for (uint32_t n = random() % 9; n > 0; --n)
+        {
+            CPropKey key;
+            key.m_fTime = float(int(random() % 13) - 4) / 4.0f;
+            key.m_Data.SetFloat(float(n));
+            prop.AddKey(key);
+        }
+        CEffectProperty passes(prop);
+        for (int i = 0; i < 12; ++i)
+            ValidateStructure(&passes);
+        for (int nRun = 0; nRun < 2; ++nRun)
+        {
+            SettleStructure(&prop);
+            ASSERT_EQ(passes.GetNumKeys(), prop.GetNumKeys());
+            for (uint32_t i = 0; i < prop.GetNumKeys(); ++i)
+            {
+                ASSERT_EQ(passes.GetKey(i)->m_fTime, prop.GetKey(i)->m_fTime) << nRound;
+                ASSERT_EQ(passes.GetKey(i)->m_Data.GetFloat(), prop.GetKey(i)->m_Data.GetFloat()) << nRound;
+            }
+        }
+    }
+}
+
+TEST(Validation, NothingStaysThatNoFileCouldHold)
+{
+    const float fMax = std::numeric_limits<float>::max(), fInf = std::numeric_limits<float>::infinity();
+    const CEffectPropertyDesc desc = Desc(ePropType_Float, "", eForm_Step);
+    CEffectProperty prop(&desc);
+    for (const float fValue : {-fInf, 0.5f, fInf, std::numeric_limits<float>::quiet_NaN()})
+    {
+        CPropKey key;
+        key.m_fTime = fValue;
+        key.m_Data.SetFloat(fValue);
+        prop.AddKey(key);
+    }
+    Validate(&prop);
+    const float aTimes[] = {0, 0.5f, fMax, fMax}, aValues[] = {-fMax, 0.5f, fMax, 0};
+    ASSERT_EQ(4u, prop.GetNumKeys());
+    for (uint32_t i = 0; i < 4; ++i)
+    {
+        EXPECT_EQ(aTimes[i], prop.GetKey(i)->m_fTime);
+        EXPECT_EQ(aValues[i], prop.GetKey(i)->m_Data.GetFloat());
+    }
+    EXPECT_EQ(fMax, ClampedVector("1e39;", {1, 2, 3}).x); // a range beyond the numbers, too
 }
 
 TEST(Validation, ReadsRanges)

@@ -127,6 +127,7 @@ private:
     CEditContext m_Context;
     CBackupStore m_Backups;
     std::string m_sLastBackup;
+    std::string m_sPackError; // of the last pack, when the library had no place in a packed file
     std::unique_ptr<CCrashMark> m_pPluginMark; // null: this session hasn't begun with a file
     bool m_bStarting = false;                  // the first file is being opened
     std::vector<std::string> m_UnreadDirectories;

@@ -90,13 +90,15 @@ std::string CEmberdeckApp::MakePackName(const std::string& sFileName)
 bool CEmberdeckApp::PackTo(const std::string& sPackName, const char* pszTarget) noexcept
 {
     bool bPacked = false;
+    m_sPackError.clear();
     const auto pack = [&]
     {
         if (IsOwnFile(sPackName))
             return;
         CEditScope scope(m_Context.m_Edits, "Pack Effects");
         TouchWhatPackingChanges(scope, m_SpellMgr);
-        bPacked = PackEffectLibrary(sPackName.c_str(), m_SpellMgr, m_EffectModule, &m_Services.m_Prompts, pszTarget);
+        bPacked = PackEffectLibrary(sPackName.c_str(), m_SpellMgr, m_EffectModule, &m_Services.m_Prompts,
+                                    pszTarget, &m_sPackError);
     };
     return TryAllocating(pack) && bPacked;
 }
@@ -131,8 +133,9 @@ void CEmberdeckApp::TellPackFailed(const std::string& sPackName) noexcept
         [&]
         {
             sShown = DisplayPath(sPackName);
-            m_Services.m_Prompts.Advise(IsOwnFile(sPackName) ? AdviseOnPackingOver(sShown)
-                                                             : AdviseOnPacking(sPackName, m_EffectModule));
+            m_Services.m_Prompts.Advise(IsOwnFile(sPackName)    ? AdviseOnPackingOver(sShown)
+                                        : !m_sPackError.empty() ? m_sPackError
+                                                                : AdviseOnPacking(sPackName, m_EffectModule));
         });
     ShowFailure(m_Services.m_Prompts, c_MsgPackFailed, sShown.c_str());
 }

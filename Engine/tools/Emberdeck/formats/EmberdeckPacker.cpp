@@ -3,10 +3,8 @@
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
-#include <utility>
 #include <vector>
 
-#include "formats/SharedValidation.h"
 #include "formats/StringTable.h"
 #include "iqsoutconverter.h"
 #include "model/FunctionCurve.h"
@@ -15,6 +13,7 @@
 #include "platform/IPrompts.h"
 #include "platform/ReplacingFile.h"
 #include "qsassert.h"
+#include "qsnumber.h"
 #include "shared/engine/ProjectLocator.h"
 
 namespace
@@ -25,7 +24,10 @@ constexpr uint32_t c_nFileVersion = 2;
 constexpr uint32_t c_nNoOffset = UINT32_MAX;
 constexpr uint32_t c_nMaxPath = 260;
 constexpr float c_fSecondsPerMillisecond = 0.001f; // 0x3A83126F
-constexpr uint32_t c_nRecordHeadSize = 8;          // name and end position
+constexpr uint32_t c_nHeaderSize = 40;
+constexpr uint32_t c_nEffectHeadSize = 12; // name, phase length, number of keys
+constexpr uint32_t c_nKeyHeadSize = 24;    // type, times, id, link, number of properties
+constexpr uint32_t c_nRecordHeadSize = 8;  // name and end position
 
 struct CHeader
 {
@@ -76,13 +78,26 @@ uint32_t ValueSize(uint32_t eType)
     return eType == ePropType_Vector ? 12 : eType == ePropType_Color ? 16 : 0;
 }
 
+// Bytes of a property's record.
+uint32_t RecordSize(const CEffectPropertyDesc& desc)
+{
+    return c_nRecordHeadSize + (desc.m_bFunctionCurve ? 4 : ValueSize(desc.m_eType));
+}
+
 // One pack. Memory that runs out throws.
 class CPacker
 {
 public:
-    CPacker(CSpellMgr& spellMgr, const CEffectModule& module) : m_SpellMgr(spellMgr), m_Module(module) {}
+    CPacker(CSpellMgr& spellMgr, const CEffectModule& module, std::string& sError)
+        : m_SpellMgr(spellMgr),
+          m_Module(module),
+          m_sError(sError)
+    {
+    }
 
-    bool Pack(const std::string& sPath, const char* pszTarget);
+    // All that the file is going to hold, and whether it fits; m_sError tells what doesn't. Touches no file.
+    bool Plan();
+    bool Write(const std::string& sPath, const char* pszTarget); // what was planned
 
 private:
     template <class TVisit>
@@ -96,18 +111,19 @@ private:
     }
 
     bool HaveKeysTypes();
+    bool HasRoom();
     void WriteHeader();
     void Collect();
     void CollectKey(const CKey& key);
     void CollectProperty(const CEffectProperty& prop);
+    void CollectCurve(const CEffectProperty& prop);
     void AddName(const CEffectPropertyDesc& desc);
     void WriteName(const CEffectPropertyDesc& desc);
     void WriteStringTable();
     void WriteCurveTable();
     void WriteEffect(const CSpell& spell);
     void WriteKey(const CKey& key);
-    void WriteProperty(CEffectProperty* pProperty, bool bInherited);
-    void ValidateForWriting(CEffectProperty* pProperty, bool bInherited);
+    void WriteProperty(const CEffectProperty* pProperty);
     uint32_t CurveOffset(const CEffectProperty* pProperty);
     void WriteValue(const CEffectPropertyDesc& desc, const CPropKey& key);
     void WriteString(std::string_view sText);
@@ -123,16 +139,13 @@ private:
 
     // A prefab's values are met once for each key that inherits them, and cost their whole length only once.
     std::unordered_set<const CEffectProperty*> m_Collected;
-    CSharedValidation m_Validation;
-    std::unordered_map<const CEffectProperty*, uint32_t> m_CurveOffsets;
-    bool m_bCurveLost = false; // validation changed one after it had been collected
+    std::unordered_map<const CEffectProperty*, uint32_t> m_CurveIndices; // into m_Curves
+    uint64_t m_nRecordBytes = 0;                                         // of effects and keys
+    std::string& m_sError;
 };
 
-bool CPacker::Pack(const std::string& sPath, const char* pszTarget)
+bool CPacker::Write(const std::string& sPath, const char* pszTarget)
 {
-    m_KeyCounts.resize(m_Module.GetNumTypes());
-    if (!HaveKeysTypes())
-        return false;
     COutStreamPtr pStream = OpenFileOutStream(sPath.c_str());
     if (!pStream)
         return false;
@@ -143,7 +156,6 @@ bool CPacker::Pack(const std::string& sPath, const char* pszTarget)
     m_Header.m_nTypeTableVersion = m_Module.GetVersion();
     m_Header.m_nNumTypes = m_Module.GetNumTypes();
     WriteHeader(); // reserves its room
-    Collect();
     for (const uint32_t nCount : m_KeyCounts)
         m_pOut->WriteUint32(nCount);
     WriteStringTable();
@@ -157,9 +169,31 @@ bool CPacker::Pack(const std::string& sPath, const char* pszTarget)
         WriteString(pSpell->m_szName);
     m_pOut->Seek(0, 0);
     WriteHeader();
-    const bool bWritten = m_pOut->Close();
-    // Positions have 32 bits in this format.
-    return bWritten && m_Strings.IsSound() && !m_bCurveLost && nEffectNames <= UINT32_MAX;
+    return m_pOut->Close();
+}
+
+bool CPacker::Plan()
+{
+    m_KeyCounts.resize(m_Module.GetNumTypes());
+    if (!HaveKeysTypes())
+        return false;
+    Collect();
+    if (m_sError.empty() && !HasRoom())
+        m_sError = "The packed file would be larger than its positions can tell, 4 GB.";
+    return m_sError.empty();
+}
+
+// Positions have 32 bits in this format.
+bool CPacker::HasRoom()
+{
+    uint64_t nBytes =
+        c_nHeaderSize + uint64_t(4) * m_KeyCounts.size() + m_Strings.Bytes().size() + m_nRecordBytes;
+    for (const CFunctionCurveData::CEntry& entry : m_Curves.Entries())
+    {
+        const CEffectProperty& prop = *entry.m_pProp;
+        nBytes += 4 + uint64_t(prop.GetNumKeys()) * (4 + ValueSize(prop.GetDesc()->m_eType));
+    }
+    return m_Strings.IsSound() && nBytes <= UINT32_MAX;
 }
 
 // A type's number indexes the table of counts here and in the game; a plug-in that numbers its types wildly
@@ -200,6 +234,7 @@ void CPacker::Collect()
     for (const auto& pSpell : m_SpellMgr.Spells())
     {
         m_Strings.Add(pSpell->m_szName);
+        m_nRecordBytes += c_nEffectHeadSize + 4; // and its name at the end
         ForEachKey(*pSpell, [&](const CKey& key) { CollectKey(key); });
         ++m_Header.m_nNumEffects;
     }
@@ -208,15 +243,23 @@ void CPacker::Collect()
 void CPacker::CollectKey(const CKey& key)
 {
     ++m_KeyCounts[key.m_pTypeDesc->m_nTypeID];
+    m_nRecordBytes += c_nKeyHeadSize;
     for (uint32_t i = 0; i < key.GetNumProps(); ++i)
     {
-        const CEffectProperty* pProp = key.GetProperty(i);
+        CEffectProperty* pProp = key.GetProperty(i);
+        if (HasValue(pProp))
+            m_nRecordBytes += RecordSize(*pProp->GetDesc());
         if (pProp && pProp != key.GetPropertyDirect(i) && !m_Collected.insert(pProp).second)
             continue; // all that it has is in the tables
         // The names of slots without a record are in the table, too.
         AddName(key.m_pTypeDesc->m_pProps[i]);
         if (pProp)
+        {
+            // Before its texts and its curve are noted: a value that validation changed later would have no
+            // place in the file.
+            Validate(pProp);
             CollectProperty(*pProp);
+        }
     }
     ++m_Header.m_nNumKeys;
 }
@@ -250,8 +293,21 @@ void CPacker::CollectProperty(const CEffectProperty& prop)
                 m_Strings.Add(PackedName(sText));
         }
     }
-    if (prop.GetDesc()->m_bFunctionCurve && m_Curves.FindProperty(&prop) < 0)
-        m_Curves.Add(&prop);
+    if (prop.GetDesc()->m_bFunctionCurve)
+        CollectCurve(prop);
+}
+
+void CPacker::CollectCurve(const CEffectProperty& prop)
+{
+    int nIndex = m_Curves.FindProperty(&prop);
+    if (nIndex < 0)
+        nIndex = m_Curves.Add(&prop);
+    QS_ASSERT_TEXT(nIndex >= 0, "nCurveIndex != (uint32)-1",
+                   "Error: Unable to find property curve index when packing!");
+    if (nIndex >= 0)
+        m_CurveIndices.emplace(&prop, static_cast<uint32_t>(nIndex));
+    else
+        m_sError = QSFormat("The curve of a property %s would be lost.", DescName(*prop.GetDesc()).c_str());
 }
 
 void CPacker::WriteStringTable()
@@ -302,13 +358,13 @@ void CPacker::WriteKey(const CKey& key)
     m_pOut->WriteUint32(nCount);
     for (uint32_t i = 0; i < key.GetNumProps(); ++i)
     {
-        CEffectProperty* pProp = key.GetProperty(i);
+        const CEffectProperty* pProp = key.GetProperty(i);
         if (HasValue(pProp))
-            WriteProperty(pProp, pProp != key.GetPropertyDirect(i));
+            WriteProperty(pProp);
     }
 }
 
-void CPacker::WriteProperty(CEffectProperty* pProperty, bool bInherited)
+void CPacker::WriteProperty(const CEffectProperty* pProperty)
 {
     QS_ASSERT_MSG(pProperty && pProperty->GetDesc(), "Error: Invalid property passed to WritePropertyData");
     if (!pProperty || !pProperty->GetDesc())
@@ -317,44 +373,20 @@ void CPacker::WriteProperty(CEffectProperty* pProperty, bool bInherited)
     // A record's size follows from its kind, so its end is known before it is written.
     const uint64_t nStart = m_pOut->Tell();
     WriteName(desc);
-    m_pOut->WriteUint32(static_cast<uint32_t>(nStart) + c_nRecordHeadSize +
-                        (desc.m_bFunctionCurve ? 4 : ValueSize(desc.m_eType)));
-    ValidateForWriting(pProperty, bInherited);
+    m_pOut->WriteUint32(static_cast<uint32_t>(nStart) + RecordSize(desc));
     if (desc.m_bFunctionCurve)
     {
         m_pOut->WriteUint32(CurveOffset(pProperty));
         return;
     }
-    const CPropKey* pFirst = std::as_const(*pProperty).GetKey(0);
+    const CPropKey* pFirst = pProperty->GetKey(0);
     WriteValue(desc, pFirst ? *pFirst : CPropKey());
-}
-
-void CPacker::ValidateForWriting(CEffectProperty* pProperty, bool bInherited)
-{
-    if (!bInherited)
-        Validate(pProperty);
-    else
-        m_Validation.Run(pProperty);
 }
 
 uint32_t CPacker::CurveOffset(const CEffectProperty* pProperty)
 {
-    const bool bStable = m_Validation.IsStable(pProperty);
-    if (bStable)
-    {
-        const auto found = m_CurveOffsets.find(pProperty);
-        if (found != m_CurveOffsets.end())
-            return found->second;
-    }
-    const auto nCurveIndex = static_cast<uint32_t>(m_Curves.FindProperty(pProperty));
-    QS_ASSERT_TEXT(nCurveIndex != UINT32_MAX, "nCurveIndex != (uint32)-1",
-                   "Error: Unable to find property curve index when packing!");
-    m_bCurveLost = m_bCurveLost || nCurveIndex == UINT32_MAX;
-    const uint32_t nOffset =
-        nCurveIndex == UINT32_MAX ? c_nNoOffset : m_Curves.Entries()[nCurveIndex].m_nOffset;
-    if (bStable)
-        m_CurveOffsets.emplace(pProperty, nOffset);
-    return nOffset;
+    const auto found = m_CurveIndices.find(pProperty);
+    return found == m_CurveIndices.end() ? c_nNoOffset : m_Curves.Entries()[found->second].m_nOffset;
 }
 
 void CPacker::WriteValue(const CEffectPropertyDesc& desc, const CPropKey& key)
@@ -401,7 +433,6 @@ void CPacker::WriteString(std::string_view sText)
 {
     uint32_t nOffset = c_nNoOffset;
     const bool bFound = m_Strings.LookUp(sText, nOffset);
-    // Only a value that the validation gave a default behind the first pass's back can be missing.
     QS_ASSERT_MSG(bFound, "Error: Unable to find a string when packing!");
     m_pOut->WriteUint32(nOffset);
 }
@@ -409,7 +440,7 @@ void CPacker::WriteString(std::string_view sText)
 } // namespace
 
 bool PackEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffectModule& module,
-                       IPrompts* pPrompts, const char* pszTarget)
+                       IPrompts* pPrompts, const char* pszTarget, std::string* pError)
 {
     const CWaitScope wait(pPrompts);
     if (!pszFilename || !module.IsLoaded())
@@ -418,10 +449,13 @@ bool PackEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffe
     const bool bWhole = AllocateAll(
         [&]
         {
+            std::string sError;
+            CPacker packer(spellMgr, module, pError ? *pError : sError);
+            if (!packer.Plan())
+                return;
             CReplacingFile file(pszFilename);
-            bPacked = file.IsOpen() &&
-                      CPacker(spellMgr, module).Pack(file.GetPath(), pszTarget ? pszTarget : "") &&
-                      file.Commit();
+            bPacked =
+                file.IsOpen() && packer.Write(file.GetPath(), pszTarget ? pszTarget : "") && file.Commit();
         });
     return bWhole && bPacked;
 }

@@ -13,6 +13,7 @@
 #include "qsamgr/qsanodebuilder.h"
 #include "qsamgr/qsautil.h"
 #include "qsassert.h"
+#include "qsnumber.h"
 
 namespace
 {
@@ -60,6 +61,7 @@ void WalkTree(const CLibraryTree& tree, uint32_t nDepth, TVisitor& visitor)
     }
 }
 
+// What isn't finite goes out as the nearest number: "inf" and "nan" would be read as none.
 void WritePropertyValue(CLineWriter& out, uint32_t nDepth, const CEffectProperty* pProp,
                         const CPropKey* pPropKey)
 {
@@ -79,12 +81,12 @@ void WritePropertyValue(CLineWriter& out, uint32_t nDepth, const CEffectProperty
     }
     else if (eType == ePropType_Float)
     {
-        out.ValueLine(nDepth, "data", data.GetFloat());
+        out.ValueLine(nDepth, "data", QSNearestFloat(data.GetFloat()));
     }
     else if (eType == ePropType_Vector)
     {
         const CVector3 v = data.GetVector();
-        out.ValueLine(nDepth, "data", v.x, v.y, v.z);
+        out.ValueLine(nDepth, "data", QSNearestFloat(v.x), QSNearestFloat(v.y), QSNearestFloat(v.z));
     }
     else if (eType == ePropType_Color)
     {
@@ -112,7 +114,7 @@ void WriteProperty(CLineWriter& out, uint32_t nDepth, const CEffectProperty* pPr
     {
         const CPropKey* pPropKey = pProp->GetKey(i);
         out.Line(nDepth + 2, "( value");
-        out.ValueLine(nDepth + 3, "time", pPropKey->m_fTime);
+        out.ValueLine(nDepth + 3, "time", QSNearestFloat(pPropKey->m_fTime));
         WritePropertyValue(out, nDepth + 3, pProp, pPropKey);
         out.Line(nDepth + 2, ")");
     }

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <unordered_set>
 
 #include "formats/NodeFields.h"
@@ -15,44 +16,17 @@
 namespace
 {
 
-const char* SkipBlanksAndSign(const char* pszText)
-{
-    pszText += std::strspn(pszText, " \t\n\v\f\r");
-    return *pszText == '+' || *pszText == '-' ? pszText + 1 : pszText;
-}
-
 // Only digits, and within what 32 bits tell, signed or not.
 bool IsWholeNumber(const char* pszText)
 {
-    const char* pszDigits = SkipBlanksAndSign(pszText);
-    const size_t nDigits = std::strspn(pszDigits, "0123456789");
-    if (nDigits == 0 || pszDigits[nDigits] != 0)
-        return false;
-    const double fValue = QSTextToDouble(pszText);
-    return fValue >= double(INT32_MIN) && fValue <= double(UINT32_MAX);
+    int64_t nValue = 0;
+    return QSParseInt(pszText, nValue) && nValue >= INT32_MIN && nValue <= int64_t(UINT32_MAX);
 }
 
 bool IsDecimalNumber(const char* pszText)
 {
-    const char* pszRest = SkipBlanksAndSign(pszText);
-    const size_t nWhole = std::strspn(pszRest, "0123456789");
-    pszRest += nWhole;
-    size_t nFraction = 0;
-    if (*pszRest == '.')
-    {
-        nFraction = std::strspn(++pszRest, "0123456789");
-        pszRest += nFraction;
-    }
-    if (nWhole + nFraction == 0)
-        return false;
-    if (*pszRest == 'e' || *pszRest == 'E')
-    {
-        const char* pszExponent = SkipBlanksAndSign(pszRest + 1);
-        const size_t nExponent = std::strspn(pszExponent, "0123456789");
-        if (nExponent > 0)
-            pszRest = pszExponent + nExponent;
-    }
-    return *pszRest == 0 && std::isfinite(QSTextToFloat(pszText));
+    float fValue = 0.0f;
+    return QSParseFloat(pszText, fValue);
 }
 
 std::string PropTitle(const CEffectProperty& prop)
@@ -65,7 +39,7 @@ std::string CountText(uint32_t nCount)
     return QSFormat(nCount == 1 ? "%u value" : "%u values", nCount);
 }
 
-// What ValidateStructure did, told by what is left.
+// What SettleStructure did, told by what is left.
 std::string StructureText(const CEffectProperty& before, const CEffectProperty& after)
 {
     const std::string sName = PropTitle(after);
@@ -127,7 +101,8 @@ void CLoadFindings::TellText(const char* pszFilename)
         else if (eToken == TOKEN_CLOSE)
             --nOpen;
         else if (std::strlen(aText) > CQSANodeReader::c_nMaxAtomLen)
-            Tell(QSFormat("A text that begins with \"%.40s\" was cut to %u bytes.", aText, CQSANodeReader::c_nMaxAtomLen));
+            Tell(QSFormat("A text that begins with \"%.40s\" was cut to %u bytes.", aText,
+                          CQSANodeReader::c_nMaxAtomLen));
     }
     if (nOpen > 0)
         Tell(QSFormat("The file ends within a list, %u deep. What stood behind is missing.", nOpen));
@@ -147,8 +122,9 @@ void CLoadFindings::TellDecimalNumber(const char* pszText, const char* pszField)
     if (IsDecimalNumber(pszText))
         return;
     const float fTaken = QSTextToFloat(pszText);
-    if (std::isinf(fTaken))
-        Tell(QSFormat("\"%s\" in %s is too large; once saved it will be read as 0.", pszText, pszField));
+    if (std::fabs(fTaken) == std::numeric_limits<float>::max())
+        Tell(QSFormat("\"%s\" in %s is too large; %g, the largest number, was taken.", pszText, pszField,
+                      double(fTaken)));
     else
         Tell(QSFormat("\"%s\" in %s is no number; %s was taken.", pszText, pszField,
                       QSFixedText(fTaken, 6).c_str()));
@@ -192,7 +168,7 @@ void CLoadFindings::ValidateAndTell(CEffectProperty* pProp)
     if (!pProp)
         return;
     CEffectProperty before(*pProp);
-    ValidateStructure(pProp);
+    SettleStructure(pProp);
     if (!IsSameContent(before, *pProp))
         Tell(StructureText(before, *pProp));
     before = *pProp;

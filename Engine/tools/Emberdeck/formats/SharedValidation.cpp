@@ -25,36 +25,18 @@ bool IsSameContent(const CEffectProperty& left, const CEffectProperty& right)
 
 void CSharedValidation::Run(CEffectProperty* pProp)
 {
-    if (!pProp || IsStable(pProp))
-        return;
-    const CEffectProperty before(*pProp);
-    Validate(pProp);
-    if (IsSameContent(before, *pProp))
-        m_Stable.insert(pProp);
+    if (pProp && m_Done.insert(pProp).second)
+        Validate(pProp);
 }
 
 void CSharedValidation::Note(const CEffectPropertySet& set)
 {
-    bool bAll = true;
-    for (uint32_t i = 0; i < set.GetNumProps(); ++i)
-    {
-        const CEffectProperty* pProp = set.GetProperty(i);
-        if (!pProp || IsStable(pProp))
-            continue;
-        CEffectProperty after(*pProp);
-        Validate(&after);
-        if (IsSameContent(*pProp, after))
-            m_Stable.insert(pProp);
-        else
-            bAll = false;
-    }
-    if (bAll)
-        m_StableSets.insert(&set);
+    m_DoneSets.insert(&set);
 }
 
 void CSharedValidation::RunInherited(const CEffectPropertySet& set)
 {
-    if (!set.GetParent() || m_StableSets.count(set.GetParent()) != 0)
+    if (!set.GetParent() || m_DoneSets.count(set.GetParent()) != 0)
         return;
     for (uint32_t i = 0; i < set.GetNumProps(); ++i)
     {

@@ -105,6 +105,7 @@ private:
     void NoteAdded();
 
     friend void ValidateStructure(CEffectProperty* pProp);
+    friend void SettleStructure(CEffectProperty* pProp);
     friend void ClampToRange(CEffectProperty* pProp, const CPropRange& range);
 
     const CEffectPropertyDesc* m_pDesc;
@@ -120,6 +121,9 @@ void ValidateStructure(CEffectProperty* pProp);
 void ClampToRange(CEffectProperty* pProp);
 void ValidateEnum(CEffectProperty* pProp);
 void Validate(CEffectProperty* pProp);
+// ValidateStructure as often as it changes something, which it does once for each key beyond the curve's ends:
+// the key that is pinned on an end lets the next one come outermost. Times are finite first, the nearest one.
+void SettleStructure(CEffectProperty* pProp);
 
 // The same for whoever goes through many properties, and has read the range of each descriptor once.
 CPropRange DescRange(const CEffectPropertyDesc& desc); // no range for kinds that have none

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -44,14 +45,15 @@ int FindItem(std::string_view sList, std::string_view sValue)
     return -1;
 }
 
-// The comparisons are written so that a value that is no number takes the minimum.
+// The comparisons are written so that a value that is no number takes the minimum. Without one the end of a
+// side is the largest float: a library holds no number that its file couldn't.
 float ClampFloat(const CPropRange& range, float fValue)
 {
     if (range.m_bHasMin && !(range.m_fMin < fValue))
         fValue = range.m_fMin;
     if (range.m_bHasMax && fValue > range.m_fMax)
         fValue = range.m_fMax;
-    return fValue;
+    return QSNearestFloat(fValue);
 }
 
 int32_t ClampInt(const CPropRange& range, int32_t nValue)
@@ -109,6 +111,35 @@ void ValidateStructure(CEffectProperty* pProp)
         pProp->SortNow();
 }
 
+// What is pinned on an end by one pass comes to lie inside of what is beyond that end, so that the passes
+// leave such keys on the end in the opposite order.
+void SettleStructure(CEffectProperty* pProp)
+{
+    const CEffectPropertyDesc* pDesc = pProp ? pProp->m_pDesc : nullptr;
+    if (!pDesc || pDesc->m_eType == ePropType_UI)
+        return;
+    CPropKeyList& keys = pProp->m_Keys;
+    pProp->SortKeys(); // a time that is no number is the last one, and stays there
+    for (CPropKey& key : keys)
+    {
+        if (!std::isfinite(key.m_fTime))
+            key.m_fTime =
+                std::isnan(key.m_fTime) ? std::numeric_limits<float>::max() : QSNearestFloat(key.m_fTime);
+    }
+    ValidateStructure(pProp);
+    CPropKey* const pBegin = keys.begin();
+    CPropKey* const pFirst =
+        std::find_if(pBegin, keys.end(), [](const CPropKey& key) { return key.m_fTime >= 0.0f; });
+    std::for_each(pBegin, pFirst, [](CPropKey& key) { key.m_fTime = 0.0f; });
+    std::reverse(pBegin, pFirst);
+    if (!pDesc->m_bFunctionCurve || !pDesc->m_bInterpolate)
+        return;
+    CPropKey* const pBeyond =
+        std::find_if(pFirst, keys.end(), [](const CPropKey& key) { return key.m_fTime > 1.0f; });
+    std::for_each(pBeyond, keys.end(), [](CPropKey& key) { key.m_fTime = 1.0f; });
+    std::reverse(pBeyond, keys.end());
+}
+
 CPropRange DescRange(const CEffectPropertyDesc& desc)
 {
     if (desc.m_eType != ePropType_Int && desc.m_eType != ePropType_Float && desc.m_eType != ePropType_Vector)
@@ -131,11 +162,13 @@ void ClampToRange(CEffectProperty* pProp)
 
 void ClampToRange(CEffectProperty* pProp, const CPropRange& range)
 {
-    if (!pProp || !pProp->GetDesc() || (!range.m_bHasMin && !range.m_bHasMax))
+    const uint32_t eType = pProp && pProp->GetDesc() ? pProp->GetDesc()->m_eType : uint32_t(ePropType_None);
+    const bool bFloats = eType == ePropType_Float || eType == ePropType_Vector;
+    if (!bFloats && (eType != ePropType_Int || (!range.m_bHasMin && !range.m_bHasMax)))
         return;
     pProp->SortPending();
     for (CPropKey& key : pProp->m_Keys)
-        ClampKey(pProp->GetDesc()->m_eType, range, key.m_Data);
+        ClampKey(eType, range, key.m_Data);
 }
 
 void ValidateEnum(CEffectProperty* pProp)
@@ -154,14 +187,14 @@ void ValidateEnum(CEffectProperty* pProp)
 
 void Validate(CEffectProperty* pProp)
 {
-    ValidateStructure(pProp);
+    SettleStructure(pProp);
     ClampToRange(pProp);
     ValidateEnum(pProp);
 }
 
 void Validate(CEffectProperty* pProp, const CPropRange& range)
 {
-    ValidateStructure(pProp);
+    SettleStructure(pProp);
     ClampToRange(pProp, range);
     ValidateEnum(pProp);
 }
