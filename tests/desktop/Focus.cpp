@@ -1,3 +1,4 @@
+#include <QListWidget>
 #include <QMdiSubWindow>
 #include <QToolButton>
 
@@ -208,6 +209,86 @@ TEST(DesktopFocus, NoKeyOfTheNameBoxReachesTheTree)
     EXPECT_TRUE(desk.IsEditing());
     Desktop::Key("Escape");
     EXPECT_TRUE(desk.App().m_SpellMgr.FindSpell("Smoke"));
+}
+
+TEST(DesktopFocus, TheStatusLineAndTheTitleTellWhatWasDone)
+{
+    CFocusDesk desk;
+    const auto status = [&]
+    {
+        Desktop::Settle();
+        return desk.window.findChild<QLabel*>(QStringLiteral("hint"))->text().toStdString();
+    };
+    const auto title = [&] { return desk.window.windowTitle().toStdString(); };
+    EXPECT_EQ("Emberdeck - Torch", title());
+    desk.ChooseFromBar("alt+f", {"Save As..."}, desk.File(desk.path("new.Fx00a")));
+    EXPECT_EQ(0u, status().find("Saved new.Fx00a: 3 effects, ")) << status();
+    EXPECT_EQ("Emberdeck - Torch - new.Fx00a", title());
+    desk.window.ActiveTimeline()->parentWidget()->showMaximized();
+    Desktop::Settle();
+    EXPECT_EQ("Emberdeck - [Torch] - new.Fx00a", title());
+    desk.window.Open(*desk.App().m_SpellMgr.FindSpell("Campfire"));
+    Desktop::Settle();
+    EXPECT_EQ("Emberdeck - [Campfire] - new.Fx00a", title());
+    desk.window.ActiveTimeline()->parentWidget()->showNormal();
+    Desktop::Settle();
+    EXPECT_EQ("Emberdeck - Campfire - new.Fx00a", title());
+
+    desk.ChooseFromBar("alt+f", {"Pack Effects"});
+    const std::string sPacked = status();
+    EXPECT_EQ(0u, sPacked.find("Packed new.Fx00p: 3 effects, ")) << sPacked;
+    // A command's help comes before it, and goes again.
+    for (ToolButton* pButton : desk.window.findChildren<ToolButton*>())
+        if (pButton->GetCommand() == c_nCmdSave)
+            Desktop::Move(Desktop::On(pButton));
+    EXPECT_EQ("Saves the currently open effect file to disk", status());
+    Desktop::Move(Desktop::On(desk.pEffects));
+    EXPECT_EQ(sPacked, status());
+    Desktop::Key("ctrl+F5");
+    EXPECT_EQ("No game to launch: the project names none", status());
+    desk.App().m_Project.m_sPCBinary = desk.path("none");
+    Desktop::Key("ctrl+F5");
+    EXPECT_EQ("Couldn't launch " + desk.path("none"), status());
+    desk.ChooseFromBar("alt+f", {"New"});
+    EXPECT_EQ("Ready", status());
+    EXPECT_EQ("Emberdeck", title());
+}
+
+// A new library in a fresh session: the project is chosen where its types are wanted.
+TEST(DesktopFocus, AnEmptyListOfTypesLeadsToTheProject)
+{
+    CLibraryDesktop desk;
+    CSpell* pSpell = desk.App().NewEffect();
+    ASSERT_TRUE(pSpell);
+    const CEffectTypeDesc* pChosen = nullptr;
+    Desktop::WhileOpen(
+        [&](QWidget* pTypes)
+        {
+            QPushButton* pChoose = nullptr;
+            for (QPushButton* pButton : pTypes->findChildren<QPushButton*>())
+                if (pButton->text().contains(QLatin1String("Project")))
+                    pChoose = pButton;
+            ASSERT_TRUE(pChoose);
+            auto* pList = pTypes->findChild<QListWidget*>();
+            EXPECT_EQ(0, pList->count());
+            Desktop::WhileOpen(desk.File(desk.path("game.proj00")));
+            Desktop::Click(Desktop::On(pChoose));
+            EXPECT_LT(0, pList->count());
+            EXPECT_FALSE(pChoose->isVisible());
+            Desktop::Key("Down");
+            Desktop::Key("Return");
+        });
+    pChosen = desk.window.ChooseEffectType();
+    ASSERT_TRUE(pChosen);
+    EXPECT_STREQ("Light", pChosen->m_szName);
+    EXPECT_EQ(pSpell, &desk.window.ActiveTimeline()->GetSpell()) << "the new effect is still there";
+    Desktop::WhileOpen(
+        [&](QWidget* pTypes)
+        {
+            EXPECT_EQ(2, pTypes->findChildren<QPushButton*>().size()) << "as it always was";
+            Desktop::Key("Escape");
+        });
+    desk.window.ChooseEffectType();
 }
 
 TEST(DesktopFocus, TheSelectionShowsWhereTheKeyboardIs)

@@ -58,6 +58,8 @@ TEST(FrameLife, TitleAndStatusLine)
     EXPECT_EQ("Emberdeck", CMainFrame::GetTitle("", false));
     EXPECT_EQ("Emberdeck - Smoke", CMainFrame::GetTitle("Smoke", false));
     EXPECT_EQ("Emberdeck", CMainFrame::GetTitle("Smoke", true));
+    EXPECT_EQ(" - fire.Fx00a", CMainFrame::GetTitleOfFile("C:\\game/fx\\fire.Fx00a"));
+    EXPECT_EQ("", CMainFrame::GetTitleOfFile(""));
     EXPECT_EQ("Creates a new effect", CMainFrame::GetStatusLine(c_nCmdNewEffect));
     EXPECT_EQ("Ready", CMainFrame::GetStatusLine(0));
     EXPECT_EQ("Ready", CMainFrame::GetStatusLine(c_nCmdSaveAs));

@@ -63,9 +63,11 @@ public:
         return m_bAccept;
     }
     const CEffectTypeDesc* ChooseEffectType() override { return m_pChosen; }
+    void ShowStatus(const std::string& sText) override { m_Status.push_back(sText); }
 
     CEffectPropertySet* m_pActive = nullptr;
     const CEffectTypeDesc* m_pChosen = nullptr; // null: cancelled
     bool m_bAccept = true;
     std::vector<CEffectPropertySet*> m_Edited;
+    std::vector<std::string> m_Status;
 };

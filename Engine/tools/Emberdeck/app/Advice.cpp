@@ -58,6 +58,15 @@ std::string PluginProblem(const std::string& sPlugin)
 
 } // namespace
 
+std::string AdviseOnNoTypes(const CProjectInfo& project, const CEffectModule& module)
+{
+    if (module.IsLoaded())
+        return QSFormat("The plug-in of this project, %s, offers no types of keys.",
+                        DisplayPath(project.m_sFireglass).c_str());
+    return "There are no types of keys yet. A game's plug-in brings them, and the game's project locator "
+           "file (*.proj00) names the plug-in. Choose that file, or open a library of the game.";
+}
+
 std::string AdviseOnMissingProject(const std::string& sFile, const std::string& sUnusable)
 {
     if (!sUnusable.empty())

@@ -14,6 +14,8 @@ std::string AdviseOnPlugin(const CProjectInfo& project);
 // After a start that the plug-in has ended.
 std::string AdviseOnPluginThatEnded();
 // bKept: copies of what the file held before earlier saves are there.
+// Where a list of effect types is empty.
+std::string AdviseOnNoTypes(const CProjectInfo& project, const CEffectModule& module);
 std::string AdviseOnLoading(const std::string& sFile, const CProjectInfo& project, bool bKept);
 std::string AdviseOnPackingOver(const std::string& sLibrary); // onto the library's own file
 std::string AdviseOnPacking(const std::string& sPackName, const CEffectModule& module);

@@ -21,6 +21,9 @@ public:
     // Opens the property editor on a key or prefab, which it changes on OK. True: accepted.
     virtual bool EditProperties(CEffectPropertySet& set) = 0;
     virtual const CEffectTypeDesc* ChooseEffectType() = 0; // null: cancelled, or nothing chosen
+    // What has come of a command, or why it did nothing, where no box tells it: one line in the library's own
+    // bytes. It stays until the next one, or for a while; "" takes it away.
+    virtual void ShowStatus(const std::string& sText) = 0;
 };
 
 // The open views of effects. An effect is open in at most one.

@@ -6,6 +6,7 @@
 #include "app/CommandLineInfo.h"
 #include "app/LibraryEditor.h"
 #include "app/Messages.h"
+#include "app/StatusText.h"
 #include "formats/EmberdeckQSA.h"
 #include "model/MakeOrNull.h"
 #include "platform/FileProblem.h"
@@ -35,6 +36,7 @@ public:
     void ClearActivePrefab() override {}
     bool EditProperties(CEffectPropertySet&) override { return false; }
     const CEffectTypeDesc* ChooseEffectType() override { return nullptr; }
+    void ShowStatus(const std::string&) override {}
 };
 
 IDocuments& DocumentsOf(const CAppServices& services)
@@ -162,7 +164,8 @@ bool CEmberdeckApp::LocateProject(const char* pszPath)
 bool CEmberdeckApp::LoadProjectPlugin()
 {
     // With the name gone too, a later save can't put an empty library over the file.
-    if (!m_SpellMgr.Spells().empty() || !m_SpellMgr.Prefabs().empty())
+    // Without a plug-in there has been none that it could stand on.
+    if (m_EffectModule.IsLoaded() && (!m_SpellMgr.Spells().empty() || !m_SpellMgr.Prefabs().empty()))
         NewEffectFile();
 
     m_Clipboard.FreezeForUnload();
@@ -180,6 +183,24 @@ bool CEmberdeckApp::LoadProjectPlugin()
     }
     m_Clipboard.Thaw(m_EffectModule);
     m_sResourceRoot = m_Project.m_sResourceRoot;
+    return true;
+}
+
+bool CEmberdeckApp::ChooseProject()
+{
+    CFileDialogRequest request;
+    request.m_bOpen = true;
+    request.m_bMustExist = true;
+    request.m_sInitialDirectory = GetCurrentDirectoryPath();
+    request.m_sFilter = c_szProjectFilter;
+    std::string sPath;
+    if (!m_Services.m_Prompts.ChooseFile(request, sPath) || !LocateProject(sPath.c_str()))
+        return false;
+    m_Services.m_SourceControl.SetProject(m_Project.m_sProvider, m_Project.m_sDatabase);
+    if (!LoadProjectPlugin())
+        return false;
+    m_Context.m_Host.ShowStatus("Project " + TellName(sPath) + ": " +
+                                TellCount(m_EffectModule.GetNumTypes(), "type") + " of keys");
     return true;
 }
 
@@ -236,7 +257,13 @@ bool CEmberdeckApp::OpenNow(const std::string& sPath)
     RememberFile(sPath);
     if (m_pPluginMark)
         m_pPluginMark->Clear();
+    TellDone("Opened", sPath);
     return true;
+}
+
+void CEmberdeckApp::TellDone(const char* pszDone, const std::string& sPath)
+{
+    TryAllocating([&] { m_Context.m_Host.ShowStatus(TellFile(pszDone, sPath, m_SpellMgr.Spells().size())); });
 }
 
 void CEmberdeckApp::TellLoadFailed(const std::string& sPath, const std::string& sError)
@@ -281,6 +308,8 @@ bool CEmberdeckApp::SaveEffectFile()
             if (bSaved)
                 RememberFile(sPath);
         });
+    if (bSaved)
+        TellDone("Saved", m_sFileName);
     if (!bSaved)
     {
         Advise(m_Services.m_Prompts,

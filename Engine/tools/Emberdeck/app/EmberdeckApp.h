@@ -63,9 +63,13 @@ public:
 
     // The project of a file, into m_Project. A failure has shown its message and changes nothing.
     bool LocateProject(const char* pszPath);
-    // The plug-in of m_Project in place of the present one. A library that still stands on that one is
+    // The plug-in of m_Project in place of the present one. A library that may stand on that one is
     // given up (NewEffectFile) first. A failure has shown its message, and no plug-in is loaded then.
     bool LoadProjectPlugin();
+
+    // Asks for a project's locator file and loads the plug-in that it names, so that a new library has types of
+    // keys before it has a file. False: cancelled, or the failure has shown its message.
+    bool ChooseProject();
 
     // The message of a file that can't be loaded, by whoever loads it.
     void TellLoadFailed(const std::string& sPath, const std::string& sError);
@@ -78,7 +82,7 @@ public:
     bool PackTo(const std::string& sPackName, const char* pszTarget = "PC") noexcept;
     bool SaveAndPack();
     void SavePackLaunch();
-    void LaunchGame();   // doesn't wait, and reports nothing
+    void LaunchGame();   // doesn't wait, and reports in the status line alone
     void EditGameInfo(); // the game's command line
     // The name that PackEffects packs a file to.
     static std::string MakePackName(const std::string& sFileName);
@@ -121,7 +125,8 @@ private:
     bool LoadLibrary(const std::string& sPath, std::string& sError);
     bool SaveTo(const std::string& sPath);
     void RememberFile(const std::string& sPath);
-    std::string WhereOldContentLies() const; // for the user, after a save that failed
+    void TellDone(const char* pszDone, const std::string& sPath); // in the status line
+    std::string WhereOldContentLies() const;                      // for the user, after a save that failed
 
     CAppServices m_Services;
     CEditContext m_Context;

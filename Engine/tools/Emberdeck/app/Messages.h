@@ -71,6 +71,7 @@ constexpr const CMessage* c_WorkflowMessages[] = {
 // File dialogs and the one entry dialog of the workflow.
 constexpr const char* c_szEffectFilter =
     "Effect Files (*.Fx00a,*.Fx00c)|*.Fx00a;*.Fx00c|All Files (*.*)|*.*||";
+constexpr const char* c_szProjectFilter = "Project Locator Files (*.proj00)|*.proj00|All Files (*.*)|*.*||";
 constexpr const char* c_szPackedFilter = "Packed Effect Files (*.Fx00p)|*.Fx00p|All Files (*.*)|*.*||";
 constexpr const char* c_szGameInfoCaption = "Game Information";
 constexpr const char* c_szGameInfoLabel = "Command Line";

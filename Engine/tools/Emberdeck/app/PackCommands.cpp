@@ -5,6 +5,7 @@
 #include "app/EmberdeckApp.h"
 #include "app/Launch.h"
 #include "app/Messages.h"
+#include "app/StatusText.h"
 #include "formats/EmberdeckPacker.h"
 #include "model/MakeOrNull.h"
 #include "platform/Files.h"
@@ -121,7 +122,9 @@ bool CEmberdeckApp::PackEffects()
         m_Services.m_SourceControl.EnsureCheckedOut(sPackName.c_str(), 0);
     };
     const bool bPacked = TryAllocating(prepare) && PackTo(sPackName);
-    if (!bPacked)
+    if (bPacked)
+        TellDone("Packed", sPackName);
+    else
         TellPackFailed(sPackName);
     return bPacked;
 }
@@ -151,7 +154,12 @@ bool CEmberdeckApp::PackEffectsAs()
         return false;
     if (IsOwnFile(sPath)) // not a failure of packing: the name was taken back from the user
         TellPackFailed(sPath);
-    return PackTo(sPath);
+    const bool bPacked = PackTo(sPath);
+    if (bPacked)
+        TellDone("Packed", sPath);
+    else // which has no box of its own
+        TryAllocating([&] { m_Context.m_Host.ShowStatus("Packing " + TellName(sPath) + " has failed"); });
+    return bPacked;
 }
 
 bool CEmberdeckApp::SaveAndPack()
@@ -167,7 +175,12 @@ void CEmberdeckApp::SavePackLaunch()
 
 void CEmberdeckApp::LaunchGame()
 {
-    LaunchProgram(m_Project.m_sPCBinary, m_Services.m_Profile.GetString("", c_szSettingCommandLine));
+    const std::string& sGame = m_Project.m_sPCBinary;
+    const bool bStarted = LaunchProgram(sGame, m_Services.m_Profile.GetString("", c_szSettingCommandLine));
+    if (sGame.empty() || sGame.back() == '\\' || sGame.back() == '/') // the project's folder alone
+        m_Context.m_Host.ShowStatus("No game to launch: the project names none");
+    else
+        m_Context.m_Host.ShowStatus((bStarted ? "Launched " : "Couldn't launch ") + DisplayPath(sGame));
 }
 
 void CEmberdeckApp::EditGameInfo()

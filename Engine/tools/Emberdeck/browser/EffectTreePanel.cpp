@@ -1,5 +1,6 @@
 #include "browser/EffectTreePanel.h"
 
+#include "app/StatusText.h"
 #include "platform/Paths.h"
 
 bool CEffectTreePanel::s_bCancelEdit = false;
@@ -58,5 +59,9 @@ void CEffectTreePanel::OnImportEffects()
     if (!dlg.OnInitDialog() || !m_ImportView.ChooseRows(dlg.GetRows(), rows))
         return;
     dlg.OnOK(rows);
+    const size_t nBefore = m_Context.m_SpellMgr.Spells().size();
     m_Editor.ImportEffects(dlg.GetLibrary(), dlg.GetChosen());
+    m_Context.m_Host.ShowStatus("Imported " +
+                                TellCount(m_Context.m_SpellMgr.Spells().size() - nBefore, "effect") +
+                                " from " + TellName(sPath));
 }

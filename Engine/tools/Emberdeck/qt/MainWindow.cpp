@@ -10,6 +10,7 @@
 #include "qt/AccessibleViews.h"
 #include "qt/LeftDockWidget.h"
 #include "qt/ProgramIcon.h"
+#include "qt/PropertyControls.h"
 #include "qt/QtText.h"
 #include "qt/ShellPainter.h"
 #include "qt/TemplateDialog.h"
@@ -101,7 +102,12 @@ bool MainWindow::CreateStatusBar()
 {
     auto* pHint = new QLabel(statusBar());
     pHint->setObjectName(QStringLiteral("hint"));
+    pHint->setTextFormat(Qt::PlainText);
+    pHint->setSizePolicy(QSizePolicy::Ignored,
+                         QSizePolicy::Preferred); // a long line doesn't widen the window
     statusBar()->addWidget(pHint, 1);
+    m_StatusEnd.setSingleShot(true);
+    connect(&m_StatusEnd, &QTimer::timeout, this, [this] { ShowStatus(std::string()); });
     for (const CStatusIndicator& indicator : c_StatusIndicators)
     {
         auto* pLock = new QLabel(statusBar());
@@ -146,6 +152,7 @@ void MainWindow::RunCommand(int32_t nID)
 {
     const std::string sFile = m_pApp->m_sFileName;
     const size_t nEffects = m_pApp->m_SpellMgr.Spells().size();
+    ShowStatus(std::string()); // of the command before
     m_pFrame->Run(nID);
     // A new effect comes last, where nobody may be looking.
     if (nID == c_nCmdNewEffect && m_pDock && m_pApp->m_SpellMgr.Spells().size() > nEffects)
@@ -156,12 +163,30 @@ void MainWindow::RunCommand(int32_t nID)
     CommandsChanged();
 }
 
+// What the pointer is over comes before what was done last, which is there again afterwards.
 void MainWindow::ShowHint(int32_t nID)
 {
-    if (auto* pHint = statusBar()->findChild<QLabel*>(QStringLiteral("hint")))
+    const std::string_view sLine = CMainFrame::GetStatusLine(nID);
+    const bool bIdle = sLine == CMainFrame::GetStatusLine(0);
+    ShowStatusLine(bIdle && !m_sStatus.isEmpty() ? m_sStatus
+                                                 : QString::fromUtf8(sLine.data(), qsizetype(sLine.size())));
+}
+
+void MainWindow::ShowStatus(const std::string& sText)
+{
+    constexpr int c_nStatusMs = 60000; // long enough to come back from another window
+    m_sStatus = QtText::ToQt(sText);
+    m_StatusEnd.start(c_nStatusMs);
+    ShowHint(0);
+}
+
+void MainWindow::ShowStatusLine(const QString& sText)
+{
+    if (auto* pHint = findChild<QLabel*>(QStringLiteral("hint")))
     {
-        const std::string_view sLine = CMainFrame::GetStatusLine(nID);
-        pHint->setText(QString::fromUtf8(sLine.data(), qsizetype(sLine.size())));
+        pHint->setText(sText);
+        pHint->setToolTip(pHint->fontMetrics().horizontalAdvance(sText) > pHint->width() ? PlainToolTip(sText)
+                                                                                         : QString());
     }
 }
 

@@ -8,6 +8,7 @@
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QTimer>
 
 #include "app/EmberdeckApp.h"
 #include "qt/MenuStyle.h"
@@ -16,6 +17,7 @@
 #include "shell/Splash.h"
 
 class LeftDockWidget;
+class QListWidget;
 class QSessionManager;
 class ToolBarWidget;
 class TrackWidget;
@@ -59,6 +61,7 @@ public:
     void ClearActivePrefab() override;
     bool EditProperties(CEffectPropertySet& set) override;
     const CEffectTypeDesc* ChooseEffectType() override;
+    void ShowStatus(const std::string& sText) override;
 
 protected:
     void closeEvent(QCloseEvent* pEvent) override;
@@ -99,11 +102,13 @@ private:
     void ShowCommandStates();
     void RunCommand(int32_t nID);
     void ShowHint(int32_t nID);
+    void ShowStatusLine(const QString& sText);
     void UpdateTitle();
     void UpdateLocks();
     void FocusLibrary();
     void CancelGestures();
     void OnSessionEnd(QSessionManager& session);
+    void ExplainNoTypes(QListWidget& list, const std::function<bool()>& fill);
     QMdiSubWindow* FindChild(const CSpell* pSpell) const;
     void PlaceChild(QMdiSubWindow& child);
     void UpdateTextForm();
@@ -125,5 +130,7 @@ private:
     QPointer<QLabel> m_pSplash;
     bool m_bSplashOver = false; // this window
     bool m_bUpdateQueued = false;
+    QString m_sStatus; // what the last command has come to; empty: nothing to tell
+    QTimer m_StatusEnd;
     int m_nNextPlace = 0; // of the next child window
 };

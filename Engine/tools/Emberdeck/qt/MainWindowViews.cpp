@@ -3,7 +3,10 @@
 #include <QFileInfo>
 #include <QListWidget>
 #include <QPointer>
+#include <QPushButton>
+#include <QVBoxLayout>
 
+#include "app/Advice.h"
 #include "qt/LeftDockWidget.h"
 #include "qt/MainWindow.h"
 #include "qt/ProgramIcon.h"
@@ -102,8 +105,14 @@ void MainWindow::UpdateTitle()
         return;
     const TrackWidget* pTrack = ActiveTimeline();
     const QMdiSubWindow* pChild = m_pArea->activeSubWindow();
-    setWindowTitle(QtText::ToQt(
-        CMainFrame::GetTitle(pTrack ? pTrack->GetSpell().m_szName : "", pChild && pChild->isMaximized())));
+    const QString sView = pTrack ? QtText::ToQt(pTrack->GetSpell().m_szName) : QString();
+    const bool bMaximised = pChild && pChild->isMaximized();
+    QString sTitle =
+        QtText::ToQt(CMainFrame::GetTitle(pTrack ? pTrack->GetSpell().m_szName : "", bMaximised));
+    // In the toolkit's own form, which it then leaves as it is; it would add it behind the file's name.
+    if (bMaximised && !sView.isEmpty())
+        sTitle += QStringLiteral(" - [%1]").arg(sView);
+    setWindowTitle(sTitle + QtText::PathToQt(CMainFrame::GetTitleOfFile(m_pApp->m_sFileName)));
     const bool bEmpty = m_pArea->subWindowList().isEmpty();
     if (bEmpty)
         m_nNextPlace = 0;
@@ -112,15 +121,19 @@ void MainWindow::UpdateTitle()
     if (!bEmpty)
         return;
     const bool bLibrary = !m_pApp->m_SpellMgr.Spells().empty();
-    m_pEmpty->setText(bLibrary
-                          ? tr("<h2>%1</h2><p>Double-click an effect at the left to see its timeline.</p>")
-                                .arg(QFileInfo(QString(QtText::PathToQt(m_pApp->m_sFileName))
-                                                   .replace(QLatin1Char('\\'), QLatin1Char('/')))
-                                         .fileName()
-                                         .toHtmlEscaped())
-                          : tr("<h2>No effect is open</h2><p>Open an effect library with <b>File &gt; "
-                               "Open</b> (Ctrl+O), drop one "
-                               "here, or start with <b>New Effect</b> in the toolbar.</p>"));
+    m_pEmpty->setText(
+        bLibrary ? tr("<h2>%1</h2><p>Double-click an effect at the left to see its timeline.</p>")
+                       .arg(QFileInfo(QString(QtText::PathToQt(m_pApp->m_sFileName))
+                                          .replace(QLatin1Char('\\'), QLatin1Char('/')))
+                                .fileName()
+                                .toHtmlEscaped())
+                 : tr("<h2>No effect is open</h2><p>Open an effect library with <b>File &gt; "
+                      "Open</b> (Ctrl+O), drop one "
+                      "here, or start with <b>New Effect</b> in the toolbar.</p>") +
+                       (m_pApp->m_EffectModule.IsLoaded()
+                            ? QString()
+                            : tr("<p>The types of keys come from a game's project. With the first key of a "
+                                 "new library you choose it.</p>")));
 }
 
 // ---- What one editing room needs of another
@@ -147,12 +160,10 @@ bool MainWindow::EditProperties(CEffectPropertySet& set)
     return m_EditProperties && m_EditProperties(set);
 }
 
-const CEffectTypeDesc* MainWindow::ChooseEffectType()
+namespace
 {
-    TemplateDialog dialog(150, this);
-    auto* pList = dialog.Controls().Get<QListWidget>(1002);
-    pList->setAccessibleName(tr("Effect types"));
-    const CEffectModule& module = m_pApp->m_EffectModule;
+std::vector<const CEffectTypeDesc*> SortedTypes(const CEffectModule& module)
+{
     std::vector<const CEffectTypeDesc*> types;
     for (uint32_t i = 0; i < module.GetNumTypes(); ++i)
         types.push_back(module.GetType(i));
@@ -162,14 +173,70 @@ const CEffectTypeDesc* MainWindow::ChooseEffectType()
                          return QString::compare(QtText::ToQt(TypeName(*pLeft)),
                                                  QtText::ToQt(TypeName(*pRight)), Qt::CaseInsensitive) < 0;
                      });
-    for (const CEffectTypeDesc* pType : types)
-        pList->addItem(QtText::ToQt(TypeName(*pType)));
-    pList->setCurrentRow(-1);
+    return types;
+}
+} // namespace
+
+const CEffectTypeDesc* MainWindow::ChooseEffectType()
+{
+    TemplateDialog dialog(150, this);
+    auto* pList = dialog.Controls().Get<QListWidget>(1002);
+    pList->setAccessibleName(tr("Effect types"));
+    std::vector<const CEffectTypeDesc*> types;
+    const auto fill = [&]
+    {
+        types = SortedTypes(m_pApp->m_EffectModule);
+        for (const CEffectTypeDesc* pType : types)
+            pList->addItem(QtText::ToQt(TypeName(*pType)));
+        pList->setCurrentRow(-1);
+        pList->setFocus();
+        return !types.empty();
+    };
+    if (!fill())
+        ExplainNoTypes(*pList, fill);
     connect(pList, &QListWidget::itemDoubleClicked, &dialog, &QDialog::accept);
-    pList->setFocus();
     if (dialog.exec() != QDialog::Accepted || pList->selectedItems().isEmpty())
         return nullptr;
     return types[size_t(pList->row(pList->selectedItems().constFirst()))];
+}
+
+// In the empty list itself: why it is empty, and the way out where there is one. Without a plug-in the library
+// stands on none, so that one can be loaded right here.
+void MainWindow::ExplainNoTypes(QListWidget& list, const std::function<bool()>& fill)
+{
+    auto* pWhy = new QLabel(QtText::ToQt(AdviseOnNoTypes(m_pApp->m_Project, m_pApp->m_EffectModule)), &list);
+    pWhy->setTextFormat(Qt::PlainText);
+    pWhy->setWordWrap(true);
+    pWhy->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    list.setAccessibleDescription(pWhy->text());
+    auto* pLayout = new QVBoxLayout(&list);
+    pLayout->setContentsMargins(12, 12, 12, 12);
+    pLayout->setSpacing(12);
+    pLayout->addWidget(pWhy);
+    if (m_pApp->m_EffectModule.IsLoaded())
+    {
+        pLayout->addStretch();
+        return;
+    }
+    auto* pChoose = new QPushButton(tr("Choose &Project..."), &list);
+    pChoose->setAutoDefault(false);
+    pLayout->addWidget(pChoose, 0, Qt::AlignLeft);
+    pLayout->addStretch();
+    connect(pChoose, &QPushButton::clicked, &list,
+            [this, &list, pWhy, pChoose, fill]
+            {
+                if (!m_pApp->ChooseProject() || !fill())
+                {
+                    pWhy->setText(QtText::ToQt(AdviseOnNoTypes(m_pApp->m_Project, m_pApp->m_EffectModule)));
+                    list.setAccessibleDescription(pWhy->text());
+                    pChoose->setVisible(!m_pApp->m_EffectModule.IsLoaded());
+                    return;
+                }
+                list.setAccessibleDescription(QString());
+                pWhy->hide();
+                pChoose->hide();
+            });
+    pChoose->setFocus();
 }
 
 // ---- What an edit changes on the screen

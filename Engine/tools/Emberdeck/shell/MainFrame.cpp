@@ -1,5 +1,6 @@
 #include "shell/MainFrame.h"
 
+#include "app/StatusText.h"
 #include "app/resources/Strings.h"
 
 namespace
@@ -240,6 +241,11 @@ std::string CMainFrame::GetTitle(std::string_view sActiveView, bool bMaximised)
     if (!sActiveView.empty() && !bMaximised)
         sTitle.append(" - ").append(sActiveView);
     return sTitle;
+}
+
+std::string CMainFrame::GetTitleOfFile(const std::string& sFileName)
+{
+    return sFileName.empty() ? std::string() : " - " + TellName(sFileName);
 }
 
 std::string_view CMainFrame::GetStatusLine(int32_t nID)

@@ -67,6 +67,8 @@ public:
     // "Emberdeck", and the title of the active view when there is one. That of a maximised view is left to
     // the toolkit, which adds it on its own.
     static std::string GetTitle(std::string_view sActiveView, bool bMaximised);
+    // Behind that, the name of the library's file: " - fire.Fx00a". Empty for a library that has none.
+    static std::string GetTitleOfFile(const std::string& sFileName);
     // The message pane while the pointer is over a command; "Ready" for one without a text, and for 0.
     static std::string_view GetStatusLine(int32_t nID);
 
