@@ -99,6 +99,17 @@ void CLeftDockBar::ResizeBy(int32_t nDelta)
     m_View.MoveBar({nLeft, nTop, nLeft + m_nWidth, nTop + m_nHeight});
 }
 
+void CLeftDockBar::Restore(int32_t nWidth, bool bFolded)
+{
+    if (m_SizeBar.IsCollapsed())
+        m_SizeBar.Toggle();
+    if (nWidth > 0)
+        m_nWidth = std::max(nWidth, m_nMinWidth);
+    m_View.RecalcLayout();
+    if (bFolded)
+        m_SizeBar.Toggle();
+}
+
 void CLeftDockBar::Collapse()
 {
     m_nSavedWidth = m_nWidth;

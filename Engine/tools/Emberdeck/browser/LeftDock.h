@@ -61,6 +61,11 @@ public:
     void Collapse(); // to the width of the size bar
     void Expand();   // to the size before
 
+    // As it was in another run. Once initialised; a width of 0 is the template's.
+    void Restore(int32_t nWidth, bool bFolded);
+    // What it is wide when it isn't folded.
+    int32_t GetUnfoldedWidth() const { return m_SizeBar.IsCollapsed() ? m_nSavedWidth : m_nWidth; }
+
     CSizeBar& SizeBar() { return m_SizeBar; }
     int32_t GetCurTab() const { return m_nCurTab; }
     int32_t GetWidth() const { return m_nWidth; }

@@ -59,7 +59,7 @@ bool IsSizable(const QDialog& dialog)
 }
 
 // What the window manager adds around a window; a guess before it has.
-QMargins FrameOf(const QDialog& dialog)
+QMargins FrameOf(const QWidget& dialog)
 {
     const QRect rcFrame = dialog.frameGeometry(), rc = dialog.geometry();
     const QMargins frame(rc.left() - rcFrame.left(), rc.top() - rcFrame.top(), rcFrame.right() - rc.right(),
@@ -72,7 +72,7 @@ QMargins FrameOf(const QDialog& dialog)
 }
 
 // The screen that has most to do with a place: where its middle is, else the owner's.
-QRect RoomFor(const QDialog& dialog, const QRect& rc)
+QRect RoomFor(const QWidget& dialog, const QRect& rc)
 {
     const QScreen* pScreen = QGuiApplication::screenAt(rc.center());
     if (!pScreen && dialog.parentWidget())
@@ -80,12 +80,6 @@ QRect RoomFor(const QDialog& dialog, const QRect& rc)
     if (!pScreen)
         pScreen = QGuiApplication::primaryScreen();
     return pScreen ? pScreen->availableGeometry() : rc;
-}
-
-QRect FitDialog(const QDialog& dialog, const QRect& rc)
-{
-    const QMargins frame = FrameOf(dialog);
-    return DialogPlaces::FitInto(rc.marginsAdded(frame), RoomFor(dialog, rc)).marginsRemoved(frame);
 }
 
 } // namespace
@@ -108,6 +102,27 @@ QRect DialogPlaces::FitInto(const QRect& rcFrame, const QRect& rcRoom)
                  size.width(), size.height());
 }
 
+QRect DialogPlaces::FitOnScreen(const QWidget& window, const QRect& rc)
+{
+    const QMargins frame = FrameOf(window);
+    return FitInto(rc.marginsAdded(frame), RoomFor(window, rc)).marginsRemoved(frame);
+}
+
+bool DialogPlaces::ReadPlace(const std::string& sPlace, QRect& rc)
+{
+    int x = 0, y = 0, nWidth = 0, nHeight = 0;
+    if (std::sscanf(sPlace.c_str(), "%6d %6d %6d %6d", &x, &y, &nWidth, &nHeight) != 4 ||
+        std::min(nWidth, nHeight) <= 0)
+        return false;
+    rc = QRect(x, y, nWidth, nHeight);
+    return true;
+}
+
+std::string DialogPlaces::WritePlace(const QRect& rc)
+{
+    return QSFormat("%d %d %d %d", rc.x(), rc.y(), rc.width(), rc.height());
+}
+
 bool DialogPlaces::eventFilter(QObject* pWatched, QEvent* pEvent)
 {
     if ((pEvent->type() != QEvent::Show && pEvent->type() != QEvent::Hide) || pEvent->spontaneous())
@@ -121,7 +136,7 @@ bool DialogPlaces::eventFilter(QObject* pWatched, QEvent* pEvent)
         return false;
     }
     Restore(*pDialog);
-    // Again once it has its frame, whose size nobody knows before.
+    // Again with its frame.
     QTimer::singleShot(0, pDialog, [p = QPointer<QDialog>(pDialog)] { KeepOnScreen(*p); });
     return false;
 }
@@ -130,19 +145,18 @@ void DialogPlaces::Restore(QDialog& dialog)
 {
     const std::string sName = NameOf(dialog);
     const std::string sPlace = sName.empty() ? std::string() : m_Profile.GetString(c_szSection, sName);
-    int x = 0, y = 0, nWidth = 0, nHeight = 0;
+    QRect rc;
     if (const QDialog* pOther = sName.empty() ? nullptr : OtherOf(dialog, sName))
     {
         // A step below and right of the one that it covers, whose title can be read then.
         const int nStep = FrameOf(*pOther).top();
         dialog.setGeometry(
-            FitDialog(dialog, QRect(pOther->geometry().topLeft() + QPoint(nStep, nStep), dialog.size())));
+            FitOnScreen(dialog, QRect(pOther->geometry().topLeft() + QPoint(nStep, nStep), dialog.size())));
     }
-    else if (std::sscanf(sPlace.c_str(), "%6d %6d %6d %6d", &x, &y, &nWidth, &nHeight) == 4 &&
-             std::min(nWidth, nHeight) > 0)
+    else if (ReadPlace(sPlace, rc))
     {
-        const QSize size = IsSizable(dialog) ? QSize(nWidth, nHeight) : dialog.size();
-        dialog.setGeometry(FitDialog(dialog, QRect(QPoint(x, y), size)));
+        const QSize size = IsSizable(dialog) ? rc.size() : dialog.size();
+        dialog.setGeometry(FitOnScreen(dialog, QRect(rc.topLeft(), size)));
     }
     else if (IsSizable(dialog))
     {
@@ -156,13 +170,13 @@ void DialogPlaces::Restore(QDialog& dialog)
     }
 }
 
-void DialogPlaces::KeepOnScreen(QDialog& dialog)
+void DialogPlaces::KeepOnScreen(QWidget& window)
 {
-    if (!dialog.isVisible() || dialog.isMaximized() || dialog.isFullScreen())
+    if (!window.isVisible() || window.isMaximized() || window.isFullScreen())
         return;
-    const QRect rc = FitDialog(dialog, dialog.geometry());
-    if (rc != dialog.geometry())
-        dialog.setGeometry(rc);
+    const QRect rc = FitOnScreen(window, window.geometry());
+    if (rc != window.geometry())
+        window.setGeometry(rc);
 }
 
 void DialogPlaces::Keep(const QDialog& dialog)
@@ -170,8 +184,7 @@ void DialogPlaces::Keep(const QDialog& dialog)
     const std::string sName = NameOf(dialog);
     if (sName.empty() || dialog.isMaximized() || dialog.isMinimized() || OtherOf(dialog, sName))
         return;
-    const QRect rc = dialog.geometry();
-    const std::string sPlace = QSFormat("%d %d %d %d", rc.x(), rc.y(), rc.width(), rc.height());
+    const std::string sPlace = WritePlace(dialog.geometry());
     if (m_Profile.GetString(c_szSection, sName) != sPlace)
         m_Profile.WriteString(c_szSection, sName, sPlace);
 }

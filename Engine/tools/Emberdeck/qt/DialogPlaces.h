@@ -23,6 +23,14 @@ public:
 
     // Of a frame, the nearest that lies in the room: moved, and made smaller where it has to be.
     static QRect FitInto(const QRect& rcFrame, const QRect& rcRoom);
+    // The same for a window's rectangle without its frame, in the screen that it has most to do with.
+    static QRect FitOnScreen(const QWidget& window, const QRect& rc);
+    // A window that is shown, once it has its frame, whose size nobody knows before.
+    static void KeepOnScreen(QWidget& window);
+
+    // A place as the settings have it. False, rc untouched, for a text that can't be one.
+    static bool ReadPlace(const std::string& sPlace, QRect& rc);
+    static std::string WritePlace(const QRect& rc);
 
 protected:
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
@@ -30,7 +38,6 @@ protected:
 private:
     void Restore(QDialog& dialog);
     void Keep(const QDialog& dialog);
-    static void KeepOnScreen(QDialog& dialog);
 
     IProfile& m_Profile;
 };

@@ -74,6 +74,7 @@ public:
     void FinishEdits();
     bool IsEditing() const; // a name
     bool IsBusy() const;
+    CLeftDockBar& Bar() { return *m_pDock; }
 
 protected:
     void resizeEvent(QResizeEvent* pEvent) override;

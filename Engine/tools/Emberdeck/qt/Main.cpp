@@ -38,11 +38,15 @@ void WaitForWindow(const QWidget& window)
 {
     constexpr int nMostMs = 300;
     QElapsedTimer clock;
-    for (clock.start(); clock.elapsed() < nMostMs && !(window.windowHandle()->isExposed() && window.isActiveWindow());)
+    for (clock.start();
+         clock.elapsed() < nMostMs && !(window.windowHandle()->isExposed() && window.isActiveWindow());)
         QApplication::processEvents(QEventLoop::ExcludeUserInputEvents, 10);
 }
 
-void Complain(const std::string& sText) { std::fprintf(stderr, "emberdeck: %s\n", sText.c_str()); }
+void Complain(const std::string& sText)
+{
+    std::fprintf(stderr, "emberdeck: %s\n", sText.c_str());
+}
 
 // The providers and their windows. The one manager of the process outlives it all, and lets go of it at the end.
 struct CSourceControlSetUp
@@ -88,12 +92,13 @@ int Start(const CEmberdeckCommandLineInfo& line, MenuStyle* pStyle)
     {
         window.App().UpdateEffectsInDirectory(line.m_sUpdateDir.c_str());
         for (const std::string& sDirectory : window.App().GetUnreadDirectories())
-            std::fprintf(stderr, "emberdeck: the folder %s can't be read, so nothing in it was updated\n", sDirectory.c_str());
+            std::fprintf(stderr, "emberdeck: the folder %s can't be read, so nothing in it was updated\n",
+                         sDirectory.c_str());
         return 0;
     }
     QtPropertyDialogs dialogs(window.App().Context(), *pProfile, &window);
     window.SetPropertyEditor([&dialogs](CEffectPropertySet& set) { return dialogs.EditProperties(set); });
-    window.showMaximized();
+    window.ShowAsLeft();
     WaitForWindow(window);
     window.Frame().OpenFirstFile(line.m_sOpenFile);
     window.RetitleAll();

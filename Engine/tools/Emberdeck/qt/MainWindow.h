@@ -38,6 +38,8 @@ public:
 
     // False: the program can't start.
     bool Create(bool bSplash, MenuStyle* pStyle);
+    // For the first time: where it was left, with its bars and the dock, or filling the screen.
+    void ShowAsLeft();
     // Opens the property dialogs on a key or prefab; true: accepted.
     void SetPropertyEditor(std::function<bool(CEffectPropertySet&)> edit)
     {
@@ -112,6 +114,8 @@ private:
     QMdiSubWindow* FindChild(const CSpell* pSpell) const;
     void PlaceChild(QMdiSubWindow& child);
     void UpdateTextForm();
+    void KeepPlaces();
+    std::vector<QToolBar*> ToolBars() const;
 
     IProfile& m_Profile;
     QtPrompts& m_Prompts;

@@ -7,9 +7,12 @@
 #include <QMimeData>
 #include <QScreen>
 #include <QSessionManager>
+#include <QStatusBar>
 #include <QTimer>
 
 #include "app/resources/Bars.h"
+#include "qt/DialogPlaces.h"
+#include "qt/FramePlaces.h"
 #include "qt/KeyLocks.h"
 #include "qt/LeftDockWidget.h"
 #include "qt/LibraryTreeView.h"
@@ -17,6 +20,7 @@
 #include "qt/ProgramIcon.h"
 #include "qt/QtText.h"
 #include "qt/ShellPainter.h"
+#include "qt/ToolBarWidget.h"
 #include "qt/TrackWidget.h"
 
 void MainWindow::CancelGestures()
@@ -36,8 +40,10 @@ void MainWindow::closeEvent(QCloseEvent* pEvent)
 {
     CancelGestures();
     pEvent->setAccepted(m_pFrame->QueryClose());
-    if (pEvent->isAccepted())
-        CloseAll();
+    if (!pEvent->isAccepted())
+        return;
+    KeepPlaces();
+    CloseAll();
 }
 
 void MainWindow::changeEvent(QEvent* pEvent)
@@ -60,6 +66,8 @@ void MainWindow::OnSessionEnd(QSessionManager& session)
     CancelGestures();
     if (!m_pFrame->QueryClose())
         session.cancel();
+    else
+        KeepPlaces();
     session.release();
 }
 #endif
@@ -97,6 +105,43 @@ void MainWindow::dropEvent(QDropEvent* pEvent)
                            if (!IsDialogOrMenuUp())
                                m_pFrame->OpenFile(QtText::PathFromQt(sFile));
                        });
+}
+
+// ---- What is kept between runs
+
+std::vector<QToolBar*> MainWindow::ToolBars() const
+{
+    return {m_Bars.at(c_nCmdStandardBar), m_Bars.at(c_nCmdSourceControlBar)}; // as they come
+}
+
+void MainWindow::ShowAsLeft()
+{
+    const CFramePlaces places = LoadFramePlaces(m_Profile);
+    PlaceBars(m_Profile, *this, ToolBars());
+    statusBar()->setVisible(places.m_bStatusBar);
+    if (!places.m_rc.isEmpty())
+        setGeometry(DialogPlaces::FitOnScreen(*this, places.m_rc));
+    // With room beside it: a dock as wide as the window would make that wider than the screen.
+    const int nRoom = places.m_bMaximised ? screen()->availableGeometry().width() : width();
+    const int nMost = std::max(nRoom - m_pArea->minimumSizeHint().width(), 1);
+    m_pDock->Bar().Restore(std::min(places.m_nDockWidth, nMost), places.m_bDockFolded);
+    if (places.m_bMaximised)
+        showMaximized();
+    else
+        show();
+    QTimer::singleShot(0, this, [this] { DialogPlaces::KeepOnScreen(*this); });
+    CommandsChanged();
+}
+
+void MainWindow::KeepPlaces()
+{
+    CFramePlaces places;
+    places.m_bMaximised = isMaximized() || isFullScreen();
+    places.m_rc = places.m_bMaximised || isMinimized() ? normalGeometry() : geometry();
+    places.m_nDockWidth = m_pDock->Bar().GetUnfoldedWidth();
+    places.m_bDockFolded = m_pDock->Bar().SizeBar().IsCollapsed();
+    places.m_bStatusBar = !statusBar()->isHidden();
+    SaveFramePlaces(m_Profile, places, *this, ToolBars());
 }
 
 // Where nothing has the focus, the toolkit would give it to the first button of the toolbars.
