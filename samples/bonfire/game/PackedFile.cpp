@@ -86,6 +86,7 @@ private:
     bool ReadCurveRecord(const CEffectPropertyDesc& desc, CCurve& curve);
     bool ReadNames();
     bool CheckCurves();
+    bool SkipCurvesWithoutValues(uint32_t nAt, uint32_t nEnd);
 
     CPackedFile& m_File;
     const CEffectTypeTable& m_Types;
@@ -408,7 +409,29 @@ bool CReader::ReadNames()
     return true;
 }
 
-// The table holds what is referred to and nothing else. Puts the curves in the table's order.
+// Properties of a kind without a value have no record, but their curves may stand in the table: times alone.
+bool CReader::SkipCurvesWithoutValues(uint32_t nAt, uint32_t nEnd)
+{
+    m_nPos = m_nCurves + nAt;
+    m_nLimit = m_nCurves + nEnd;
+    while (Left() > 0)
+    {
+        const uint64_t nStart = m_nPos;
+        uint32_t nKeys = Left() < 4 ? UINT32_MAX : TakeU32();
+        if (nKeys > Left() / 4)
+            return Damaged(nStart, "a part of the curve table that no property uses");
+        for (float fLast = -HUGE_VALF; nKeys > 0; --nKeys)
+        {
+            const float fTime = TakeF32();
+            if (!std::isfinite(fTime) || fTime < fLast)
+                return Damaged(m_nPos - 4, "times of a curve that don't go up");
+            fLast = fTime;
+        }
+    }
+    return true;
+}
+
+// The table holds what is referred to, and those without values. Puts the curves in the table's order.
 bool CReader::CheckCurves()
 {
     uint32_t nAt = 0;
@@ -417,14 +440,15 @@ bool CReader::CheckCurves()
     sorted.reserve(m_File.m_Curves.size());
     for (const auto& [nOffset, span] : m_CurveSpans)
     {
-        if (nOffset != nAt)
-            return Damaged(m_nCurves + nAt, "a part of the curve table that no property uses");
+        if (!SkipCurvesWithoutValues(nAt, nOffset))
+            return false;
+        nAt = nOffset;
         nAt += span.m_nSize;
         newIndex[span.m_nIndex] = uint32_t(sorted.size());
         sorted.push_back(std::move(m_File.m_Curves[span.m_nIndex]));
     }
-    if (nAt != m_File.m_Header.m_nCurveTableSize)
-        return Damaged(m_nCurves + nAt, "a part of the curve table that no property uses");
+    if (!SkipCurvesWithoutValues(nAt, m_File.m_Header.m_nCurveTableSize))
+        return false;
     m_File.m_Curves = std::move(sorted);
     for (CEffect& effect : m_File.m_Effects)
         for (CKey& key : effect.m_Keys)

@@ -13,6 +13,9 @@
 
 // The work of ReadPackedLibrary.
 
+// A file's name as the game finds it, as the packer writes it.
+std::string PackedFileName(const std::string& sText);
+
 // Reads numbers of either byte order from a place in the file on. Every read stays before an end; after the
 // first that would not, all give 0 and IsOk stays false.
 class CByteReader
@@ -70,7 +73,8 @@ public:
     bool Read()
     {
         return ReadHeader() && ReadKeyCounts() && ReadStringTable() && ReadEffects() && CheckCurveTable() &&
-               ReadEffectNames() && CheckKeyCounts();
+               ReadEffectNames() && CheckKeyCounts() && CheckCurveValues() && CheckCurvesDiffer() &&
+               CheckTexts();
     }
 
 private:
@@ -84,9 +88,21 @@ private:
     bool ReadProperties(const CEffectTypeDesc& type, uint32_t nCount, CPackedKey& key);
     bool ReadPropertyData(const CEffectPropertyDesc& desc, CPackedProperty& prop);
     bool ReadCurve(const CEffectPropertyDesc& desc, CPackedProperty& prop);
+    struct CCurve;
+    bool ReadCurveRecord(const CEffectPropertyDesc& desc, uint32_t nOffset, CCurve& curve);
     bool ReadValue(CByteReader& reader, const CEffectPropertyDesc& desc, CPackedValue& value);
-    bool ReadText(uint32_t nAt, uint32_t nOffset, std::string& sText);
+    // A text of the table, of so many bytes at most; bFile notes it as a Filename's value.
+    bool ReadText(uint32_t nAt, uint32_t nOffset, uint32_t nMaxLength, std::string& sText,
+                  bool bFile = false);
+    bool ReadColor(CByteReader& reader, CPackedValue& value);
+    bool CheckValues(uint32_t nAt, const CEffectPropertyDesc& desc, const CPackedValues& values);
     bool CheckCurveTable();
+    // What only the schema tells: see PackedReaderSchema.cpp.
+    bool CheckCurveValues();
+    bool CheckCurvesDiffer();
+    bool CheckTexts();
+    uint64_t CountSources(const CPackedValues& values);
+    bool HasCurvesWithoutValues() const;
     bool CheckCurvesWithoutValues(uint64_t nStart, uint64_t nEnd);
     bool ReadEffectNames();
     bool CheckKeyCounts();
@@ -118,10 +134,15 @@ private:
     std::unordered_map<uint32_t, size_t> m_StringByOffset;
     struct CCurve
     {
-        uint32_t m_nEnd;  // offset behind the record
-        uint32_t m_eType; // of those that refer to it
+        uint32_t m_nEnd = 0;  // offset behind the record; 0 before it is read
+        uint32_t m_eType = 0; // of those that refer to it
+        CPackedValues m_Values;
+        std::vector<const CEffectPropertyDesc*> m_Checks; // whose values these must be
     };
-    std::map<uint32_t, CCurve> m_Curves; // by offset
-    uint64_t m_nCurveKeys = 0;
+    std::map<uint32_t, CCurve> m_Curves;       // by offset
+    std::vector<bool> m_TextUsed;              // by m_Library.m_Strings, as the next
+    std::vector<bool> m_FileUsed;              // a Filename's value
+    std::vector<bool> m_TypesUsed;             // by number
+    std::map<std::string, uint64_t> m_Sources; // texts that packing turns into this one
     std::unordered_map<uint32_t, const CEffectTypeDesc*> m_TypesByID;
 };

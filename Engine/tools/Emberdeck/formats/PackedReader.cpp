@@ -1,9 +1,12 @@
 #include "formats/PackedReader.h"
 
+#include <cmath>
+#include <limits>
 #include <unordered_set>
 
 #include "formats/PackedParse.h"
 #include "model/MakeOrNull.h"
+#include "model/Spell.h"
 
 namespace
 {
@@ -86,15 +89,24 @@ bool CPackedReader::ReadStringTable()
         m_Library.m_Strings.emplace_back(static_cast<uint32_t>(nOffset), sText);
         nOffset = nNext;
     }
+    m_TextUsed.resize(m_Library.m_Strings.size());
+    m_FileUsed.resize(m_Library.m_Strings.size());
     return true;
 }
 
-bool CPackedReader::ReadText(uint32_t nAt, uint32_t nOffset, std::string& sText)
+bool CPackedReader::ReadText(uint32_t nAt, uint32_t nOffset, uint32_t nMaxLength, std::string& sText,
+                             bool bFile)
 {
     const auto found = m_StringByOffset.find(nOffset);
     if (found == m_StringByOffset.end())
         return Fail(nAt, QSFormat("no text begins at %u of the string table", nOffset));
-    sText = m_Library.m_Strings[found->second].second;
+    const std::string& sFound = m_Library.m_Strings[found->second].second;
+    if (sFound.size() > nMaxLength)
+        return Fail(nAt, QSFormat("a text of more than %u bytes", nMaxLength));
+    m_TextUsed[found->second] = true;
+    if (bFile)
+        m_FileUsed[found->second] = true;
+    sText = sFound;
     return true;
 }
 
@@ -117,12 +129,23 @@ bool CPackedReader::CheckCurveTable()
 bool CPackedReader::CheckCurvesWithoutValues(uint64_t nStart, uint64_t nEnd)
 {
     CByteReader reader(m_sBytes, m_Library.m_bBigEndian);
+    if (nStart < nEnd && !HasCurvesWithoutValues())
+        return Fail(CurveTableOffset() + nStart, "bytes that belong to no curve");
     while (nStart < nEnd)
     {
         reader.SetWindow(CurveTableOffset() + nStart, CurveTableOffset() + nEnd);
-        const uint64_t nSize = 4 + uint64_t(4) * reader.ReadU32();
+        const uint32_t nKeys = reader.ReadU32();
+        const uint64_t nSize = 4 + uint64_t(4) * nKeys;
         if (!reader.IsOk() || nSize > nEnd - nStart)
             return Fail(CurveTableOffset() + nStart, "bytes that belong to no curve");
+        float fLast = std::numeric_limits<float>::lowest();
+        for (uint32_t i = 0; i < nKeys; ++i)
+        {
+            const float fTime = reader.ReadFloat();
+            if (!std::isfinite(fTime) || fTime < fLast)
+                return Fail(reader.Tell() - 4, "times of a curve that don't go up");
+            fLast = fTime;
+        }
         nStart += nSize;
     }
     return true;
@@ -136,7 +159,7 @@ bool CPackedReader::ReadEffectNames()
     {
         const uint32_t nAt = m_Reader.Tell();
         std::string& sName = m_Library.m_EffectNames[i];
-        if (!ReadText(nAt, m_Reader.ReadU32(), sName))
+        if (!ReadText(nAt, m_Reader.ReadU32(), CSpell::c_nMaxName, sName))
             return false;
         if (sName != m_Library.m_Effects[i].m_sName)
             return Fail(nAt, QSFormat("name %s, but the effect is called %s", sName.c_str(),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <variant>
 #include <vector>
@@ -9,7 +10,8 @@
 #include "qsvector.h"
 
 // Strict reading of a packed file: everything that it holds, with every offset, count and end
-// position checked. For `dump` and the tests; the editor itself never reads one back.
+// position checked, and every value against what its descriptor allows: what the packer can't have written for
+// this plug-in is refused. For `dump` and the tests; the editor itself never reads one back.
 
 struct CPackedColor
 {
@@ -25,14 +27,32 @@ struct CPackedCurveKey
     float m_fTime;
     CPackedValue m_Value;
 };
+// The values of a property, at least one. Those that refer to one curve share one list.
+class CPackedValues
+{
+public:
+    CPackedValues() = default;
+    explicit CPackedValues(std::vector<CPackedCurveKey>&& keys)
+        : m_pKeys(std::make_shared<const std::vector<CPackedCurveKey>>(std::move(keys)))
+    {
+    }
+    size_t size() const { return m_pKeys ? m_pKeys->size() : 0; }
+    const CPackedCurveKey& at(size_t n) const { return m_pKeys->at(n); }
+    const CPackedCurveKey& operator[](size_t n) const { return (*m_pKeys)[n]; }
+    const CPackedCurveKey* begin() const { return m_pKeys ? m_pKeys->data() : nullptr; }
+    const CPackedCurveKey* end() const { return begin() + size(); }
+
+private:
+    std::shared_ptr<const std::vector<CPackedCurveKey>> m_pKeys;
+};
 struct CPackedProperty
 {
     std::string m_sName;
     uint32_t m_eType = 0; // from the plug-in's descriptor of that name
     bool m_bCurve = false;
-    uint32_t m_nCurveOffset = 0;         // in the curve table
-    uint32_t m_nOffset = 0;              // of the record in the file
-    std::vector<CPackedCurveKey> m_Keys; // one, at time 0, for a constant
+    uint32_t m_nCurveOffset = 0; // in the curve table
+    uint32_t m_nOffset = 0;      // of the record in the file
+    CPackedValues m_Keys;        // one, at time 0, for a constant
 };
 struct CPackedKey
 {

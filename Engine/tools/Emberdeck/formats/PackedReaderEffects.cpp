@@ -1,6 +1,9 @@
+#include <cmath>
+
 #include "formats/PackedParse.h"
 #include "model/EffectProperty.h"
 #include "model/NameIndex.h"
+#include "model/Spell.h"
 
 namespace
 {
@@ -8,9 +11,7 @@ namespace
 constexpr uint32_t c_nEffectHeadSize = 12;
 constexpr uint32_t c_nKeyHeadSize = 24;
 constexpr uint32_t c_nPropertyHeadSize = 8;
-// A curve is shared by any number of properties, and shown with each: a small file could ask for more than
-// any memory.
-constexpr uint64_t c_nMaxCurveKeys = 8u << 20;
+constexpr uint32_t c_nMaxName = sizeof(CEffectPropertyDesc::m_szName) - 1;
 
 uint32_t ValueSize(uint32_t eType)
 {
@@ -22,6 +23,23 @@ uint32_t ValueSize(uint32_t eType)
 bool HasRecord(const CEffectPropertyDesc& desc)
 {
     return desc.m_eType != ePropType_None && desc.m_eType != ePropType_UI;
+}
+
+// Whether some whole number of milliseconds is packed as this.
+bool IsPackedTime(float fSeconds)
+{
+    constexpr float fSecondsPerMillisecond = 0.001f;
+    const float fNear = std::round(fSeconds / fSecondsPerMillisecond);
+    if (!(std::fabs(fNear) <= 2147483648.0f))
+        return false;
+    for (const float fMilliseconds :
+         {fNear, std::round(std::nextafter(fNear, -HUGE_VALF)), std::round(std::nextafter(fNear, HUGE_VALF)),
+          fNear - 1.0f, fNear + 1.0f})
+    {
+        if (fMilliseconds * fSecondsPerMillisecond == fSeconds)
+            return true;
+    }
+    return false;
 }
 
 } // namespace
@@ -59,7 +77,7 @@ bool CPackedReader::ReadEffect(CPackedEffect& effect)
     const uint32_t nNumKeys = m_Reader.ReadU32();
     if (!m_Reader.IsOk())
         return FailShort();
-    if (!ReadText(effect.m_nOffset, nName, effect.m_sName))
+    if (!ReadText(effect.m_nOffset, nName, CSpell::c_nMaxName, effect.m_sName))
         return false;
     if (nNumKeys > m_Reader.Remaining() / c_nKeyHeadSize)
         return Fail(effect.m_nOffset + 8, QSFormat("%u keys, more than the file has room for", nNumKeys));
@@ -86,6 +104,14 @@ bool CPackedReader::ReadKey(CPackedKey& key)
     const CEffectTypeDesc* pType = key.m_nTypeID < Head().m_nNumTypes ? TypeByID(key.m_nTypeID) : nullptr;
     if (!pType)
         return Fail(key.m_nOffset, QSFormat("the plug-in has no type %u", key.m_nTypeID));
+    for (const float fTime : {key.m_fStart, key.m_fEnd})
+    {
+        if (!IsPackedTime(fTime))
+            return Fail(key.m_nOffset + 4,
+                        QSFormat("a time of %g, which is no whole millisecond", double(fTime)));
+    }
+    m_TypesUsed.resize(Head().m_nNumTypes);
+    m_TypesUsed[key.m_nTypeID] = true;
     return ReadProperties(*pType, nNumProps, key);
 }
 
@@ -104,7 +130,7 @@ bool CPackedReader::ReadProperties(const CEffectTypeDesc& type, uint32_t nCount,
         const uint32_t nEnd = m_Reader.ReadU32();
         if (!m_Reader.IsOk())
             return FailShort();
-        if (!ReadText(prop.m_nOffset, nName, prop.m_sName))
+        if (!ReadText(prop.m_nOffset, nName, c_nMaxName, prop.m_sName))
             return false;
         while (nSlot < type.m_nNumProps && !(HasRecord(type.m_pProps[nSlot]) &&
                                              prop.m_sName == BoundedText(type.m_pProps[nSlot].m_szName)))
@@ -122,6 +148,11 @@ bool CPackedReader::ReadProperties(const CEffectTypeDesc& type, uint32_t nCount,
                         QSFormat("end position %u, but the record ends at %u", nEnd, m_Reader.Tell()));
         }
     }
+    const auto nAll =
+        static_cast<uint32_t>(std::count_if(type.m_pProps, type.m_pProps + type.m_nNumProps, HasRecord));
+    if (nCount < nAll)
+        return Fail(key.m_nOffset + 20,
+                    QSFormat("%u properties, but the type %s has %u", nCount, TypeName(type).c_str(), nAll));
     return true;
 }
 
@@ -134,9 +165,13 @@ bool CPackedReader::ReadPropertyData(const CEffectPropertyDesc& desc, CPackedPro
         prop.m_nCurveOffset = m_Reader.ReadU32();
         return m_Reader.IsOk() ? ReadCurve(desc, prop) : FailShort();
     }
-    CPackedCurveKey& key = prop.m_Keys.emplace_back();
-    key.m_fTime = 0.0f;
-    return ReadValue(m_Reader, desc, key.m_Value);
+    const uint32_t nAt = m_Reader.Tell();
+    std::vector<CPackedCurveKey> keys(1);
+    keys[0].m_fTime = 0.0f;
+    if (!ReadValue(m_Reader, desc, keys[0].m_Value))
+        return false;
+    prop.m_Keys = CPackedValues(std::move(keys));
+    return CheckValues(nAt, desc, prop.m_Keys);
 }
 
 bool CPackedReader::ReadCurve(const CEffectPropertyDesc& desc, CPackedProperty& prop)
@@ -144,26 +179,40 @@ bool CPackedReader::ReadCurve(const CEffectPropertyDesc& desc, CPackedProperty& 
     const uint32_t nAt = m_Reader.Tell() - 4;
     if (prop.m_nCurveOffset % 4 != 0 || prop.m_nCurveOffset >= Head().m_nCurveTableSize)
         return Fail(nAt, QSFormat("no curve can begin at %u of the curve table", prop.m_nCurveOffset));
+    CCurve& curve = m_Curves[prop.m_nCurveOffset];
+    if (curve.m_nEnd == 0 && !ReadCurveRecord(desc, prop.m_nCurveOffset, curve))
+        return false;
+    if (curve.m_eType != desc.m_eType)
+        return Fail(nAt, "a curve that another property reads as another kind");
+    prop.m_Keys = curve.m_Values;
+    if (std::find(curve.m_Checks.begin(), curve.m_Checks.end(), &desc) == curve.m_Checks.end())
+        curve.m_Checks.push_back(&desc);
+    return true;
+}
+
+bool CPackedReader::ReadCurveRecord(const CEffectPropertyDesc& desc, uint32_t nOffset, CCurve& curve)
+{
     CByteReader reader(m_sBytes, m_Library.m_bBigEndian);
-    reader.SetWindow(CurveTableOffset() + prop.m_nCurveOffset, EffectsOffset());
+    reader.SetWindow(CurveTableOffset() + nOffset, EffectsOffset());
     const uint32_t nNumKeys = reader.ReadU32();
     if (nNumKeys == 0 || nNumKeys > reader.Remaining() / (4 + ValueSize(desc.m_eType)))
         return Fail(reader.Tell() - 4, QSFormat("a curve of %u keys", nNumKeys));
-    m_nCurveKeys += nNumKeys;
-    if (m_nCurveKeys > c_nMaxCurveKeys)
-        return Fail(nAt, "the curves of all properties together have more keys than this reader takes");
-
-    prop.m_Keys.resize(nNumKeys);
-    for (CPackedCurveKey& key : prop.m_Keys)
+    // No two may share bytes, or a small file could ask for more than any memory.
+    const uint64_t nEnd = nOffset + 4 + uint64_t(nNumKeys) * (4 + ValueSize(desc.m_eType));
+    const auto own = m_Curves.find(nOffset);
+    if ((own != m_Curves.begin() && std::prev(own)->second.m_nEnd > nOffset) ||
+        (std::next(own) != m_Curves.end() && std::next(own)->first < nEnd))
+        return Fail(CurveTableOffset() + nOffset, "a curve that begins within another");
+    std::vector<CPackedCurveKey> keys(nNumKeys);
+    for (CPackedCurveKey& key : keys)
     {
         key.m_fTime = reader.ReadFloat();
         if (!ReadValue(reader, desc, key.m_Value))
             return false;
     }
-    const CCurve curve = {static_cast<uint32_t>(reader.Tell() - CurveTableOffset()), desc.m_eType};
-    const auto [known, bNew] = m_Curves.emplace(prop.m_nCurveOffset, curve);
-    if (!bNew && known->second.m_eType != curve.m_eType)
-        return Fail(nAt, "a curve that another property reads as another kind");
+    curve.m_nEnd = static_cast<uint32_t>(nEnd);
+    curve.m_eType = desc.m_eType;
+    curve.m_Values = CPackedValues(std::move(keys));
     return true;
 }
 
@@ -179,8 +228,11 @@ bool CPackedReader::ReadValue(CByteReader& reader, const CEffectPropertyDesc& de
     {
         const uint32_t nOffset = reader.ReadU32();
         std::string sText;
-        if (reader.IsOk() && !ReadText(nAt, nOffset, sText))
+        const bool bFile = desc.m_eType == ePropType_Filename;
+        if (reader.IsOk() && !ReadText(nAt, nOffset, CPropData::c_nMaxText, sText, bFile))
             return false;
+        if (bFile && PackedFileName(sText) != sText)
+            return Fail(nAt, "a file name that packing would have changed");
         value.m_Value = std::move(sText);
         break;
     }
@@ -208,15 +260,26 @@ bool CPackedReader::ReadValue(CByteReader& reader, const CEffectPropertyDesc& de
         break;
     }
     case ePropType_Color:
-    {
-        CPackedColor color = {};
-        for (float* pChannel : {&color.r, &color.g, &color.b, &color.a})
-            *pChannel = reader.ReadFloat();
-        value.m_Value = color;
+        if (!ReadColor(reader, value))
+            return false;
         break;
-    }
     default:
         return Fail(nAt, QSFormat("%s is of a kind without a form", DescName(desc).c_str()));
     }
     return reader.IsOk() || Fail(nAt, "the file, or the part that this belongs to, ends here");
+}
+
+bool CPackedReader::ReadColor(CByteReader& reader, CPackedValue& value)
+{
+    CPackedColor color = {};
+    for (float* pChannel : {&color.r, &color.g, &color.b, &color.a})
+    {
+        const float fChannel = reader.ReadFloat();
+        const float fByte = std::round(fChannel * 255.0f);
+        if (!(fByte >= 0.0f && fByte <= 255.0f && fByte * c_fOneOver255 == fChannel))
+            return Fail(reader.Tell() - 4, QSFormat("a channel of %g, which is no 255th", double(fChannel)));
+        *pChannel = fChannel;
+    }
+    value.m_Value = color;
+    return true;
 }
