@@ -12,7 +12,7 @@ class COddPlugin : public CTempDir
 {
 public:
     COddPlugin(const std::string& sLoad, const std::string& sInfo, const std::string& sRelease,
-               const std::string& sEnd)
+               const std::string& sEnd, const std::string& sLink = "-Wl,-z,lazy")
     {
         std::string sText = ReadBytes(std::string(EMBERDECK_SOURCE_DIR) + "/docs/manual/smallest-plugin.c");
         Insert(sText, "    const float fSize", "    " + sInfo + "\n");
@@ -20,11 +20,11 @@ public:
         write("odd.c", "#include <signal.h>\n#include <stdio.h>\n#include <stdlib.h>\n#include <unistd.h>\n" +
                            sText + "__attribute__((constructor)) static void Load(void) { " + sLoad + " }\n" +
                            "__attribute__((destructor)) static void End(void) { " + sEnd + " }\n");
-        const CProcessResult result =
-            RunProcess("cc",
-                       {"-shared", "-fPIC", std::string("-I") + EMBERDECK_SOURCE_DIR + "/Engine/sdk/inc",
-                        "-o", "odd.so", "odd.c"},
-                       dir(), 60000);
+        const CProcessResult result = RunProcess(
+            "cc",
+            {"-shared", "-fPIC", sLink, std::string("-I") + EMBERDECK_SOURCE_DIR + "/Engine/sdk/inc", "-o",
+             "odd.so", "odd.c"},
+            dir(), 60000);
         EXPECT_EQ(0, result.m_nExitCode) << result.m_sErrors;
         write("game.proj00", "[Project Binaries]\nFireglass=odd.so\n");
     }
@@ -58,10 +58,8 @@ TEST(PlugIns, WhatTheyPrintStaysOutOfTheOutput)
     }
 
     // One that stays in memory prints at the very end.
-    const COddPlugin stays("", "", "", print("end"));
-    setenv("LD_PRELOAD", stays.path("odd.so").c_str(), 1);
+    const COddPlugin stays("", "", "", print("end"), "-Wl,-z,nodelete");
     const CProcessResult late = Batch({"--json", "types", stays.path("x")});
-    unsetenv("LD_PRELOAD");
     EXPECT_TRUE(json::accept(late.m_sOutput)) << late.m_sOutput;
     EXPECT_TRUE(Holds(late.m_sErrors, "end-raw")) << late.m_sErrors;
 }
