@@ -1,3 +1,4 @@
+#include <QDialogButtonBox>
 #include <QListWidget>
 #include <QMdiSubWindow>
 #include <QToolButton>
@@ -233,6 +234,21 @@ TEST(DesktopFocus, TheStatusLineAndTheTitleTellWhatWasDone)
     desk.window.ActiveTimeline()->parentWidget()->showNormal();
     Desktop::Settle();
     EXPECT_EQ("Emberdeck - Campfire - new.Fx00a", title());
+
+    // Over a file that is there, by its full path and the list that comes up below it.
+    const std::string sOther = desk.path("other.Fx00a");
+    desk.dir.write("game/other.Fx00a", "old");
+    desk.ChooseFromBar("alt+f", {"Save As..."},
+                       [&](QWidget* pSaveAs)
+                       {
+                           Desktop::Type(sOther);
+                           Desktop::Settle([] { return false; }, 500);
+                           auto* pBox = pSaveAs->findChild<QDialogButtonBox*>();
+                           EXPECT_TRUE(pBox->button(QDialogButtonBox::Save)->isEnabled());
+                           Desktop::Key("Escape"); // the list
+                           if (pSaveAs->isVisible())
+                               Desktop::Key("Escape");
+                       });
 
     desk.ChooseFromBar("alt+f", {"Pack Effects"});
     const std::string sPacked = status();

@@ -5,12 +5,14 @@
 
 #include <QApplication>
 #include <QDateTime>
+#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTimer>
 #include <QTreeView>
 
 #include "app/Messages.h"
@@ -79,6 +81,41 @@ QStringList Filters(const std::string& sFilter)
     }
     return filters;
 }
+
+// The toolkit's save dialog greys its button when the full path of a file that is there has been typed, since
+// it takes the row that it has marked by itself for the choice. Such a path can be saved to.
+class SaveButtonKeeper : public QObject
+{
+public:
+    explicit SaveButtonKeeper(QFileDialog& dialog)
+        : QObject(&dialog),
+          m_pName(dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit")))
+    {
+        if (auto* pBox = dialog.findChild<QDialogButtonBox*>(QStringLiteral("buttonBox")))
+            m_pSave = pBox->button(QDialogButtonBox::Save);
+        if (m_pSave && m_pName)
+            m_pSave->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject* pObject, QEvent* pEvent) override
+    {
+        if (pEvent->type() == QEvent::EnabledChange && !m_pSave->isEnabled())
+            QTimer::singleShot(0, this, [this] { EnableForPath(); });
+        return QObject::eventFilter(pObject, pEvent);
+    }
+
+private:
+    void EnableForPath()
+    {
+        const QFileInfo file(m_pName->text());
+        if (file.isAbsolute() && file.isFile())
+            m_pSave->setEnabled(true);
+    }
+
+    QLineEdit* m_pName;
+    QPushButton* m_pSave = nullptr;
+};
 
 // Stays open until what was entered is taken.
 class EntryDialog : public TemplateDialog
@@ -162,6 +199,8 @@ bool QtPrompts::ChooseFile(const CFileDialogRequest& request, std::string& sPath
     }
     dialog.setAcceptMode(request.m_bOpen ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
     dialog.setFileMode(request.m_bOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    if (!request.m_bOpen)
+        new SaveButtonKeeper(dialog); // the dialog's own
     dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.m_bOverwritePrompt);
     dialog.setNameFilters(Filters(request.m_sFilter));
     std::string sSuffix = request.m_sDefaultExtension;
