@@ -219,7 +219,7 @@ void MainWindow::ExplainNoTypes(QListWidget& list, const std::function<bool()>& 
         return;
     }
     auto* pChoose = new QPushButton(tr("Choose &Project..."), &list);
-    pChoose->setAutoDefault(false);
+    pChoose->setAutoDefault(true); // Enter presses it while it has the focus
     pLayout->addWidget(pChoose, 0, Qt::AlignLeft);
     pLayout->addStretch();
     connect(pChoose, &QPushButton::clicked, &list,
