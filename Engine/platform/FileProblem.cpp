@@ -70,6 +70,8 @@ std::string ReadProblem(const std::string& sPath)
         return MissingProblem(sNative, errno);
     if (S_ISDIR(info.st_mode))
         return sNative + " is a folder, not a file.";
+    if (!S_ISREG(info.st_mode))
+        return sNative + " is a pipe, a socket or a device, not a file.";
     if (access(sNative.c_str(), R_OK) != 0)
         return sNative + " can't be read: " + Words(errno) + ".";
     return std::string();

@@ -107,6 +107,21 @@ bool IsReadOnlyFile(const std::string& sPath)
     return GetStatus(sPath, info) && !S_ISDIR(info.st_mode) && (info.st_mode & 0222) == 0;
 }
 
+CFileVersion FileVersion(const std::string& sPath)
+{
+    struct stat info;
+    if (!GetStatus(sPath, info))
+        return CFileVersion();
+    return {info.st_ino, static_cast<uint64_t>(info.st_size),
+            info.st_mtim.tv_sec * INT64_C(1000000000) + info.st_mtim.tv_nsec};
+}
+
+bool IsOrdinaryFile(const std::string& sPath)
+{
+    struct stat info;
+    return GetStatus(sPath, info) && S_ISREG(info.st_mode);
+}
+
 uint64_t FileSize(const std::string& sPath)
 {
     struct stat info;
@@ -146,7 +161,7 @@ bool RemoveFile(const std::string& sPath)
     return unlink(NativePath(sPath).c_str()) == 0;
 }
 
-bool MakeDirectories(const std::string& sPath)
+bool MakeDirectories(const std::string& sPath, unsigned nMode)
 {
     const std::string sNative = NativePath(sPath);
     for (size_t i = 1; i <= sNative.size(); ++i)
@@ -154,7 +169,7 @@ bool MakeDirectories(const std::string& sPath)
         if (i < sNative.size() && sNative[i] != '/')
             continue;
         const std::string sPart = sNative.substr(0, i);
-        if (mkdir(sPart.c_str(), 0777) != 0 && errno != EEXIST && access(sPart.c_str(), F_OK) != 0)
+        if (mkdir(sPart.c_str(), nMode) != 0 && errno != EEXIST && access(sPart.c_str(), F_OK) != 0)
             return false;
     }
     return DirectoryExists(sNative);

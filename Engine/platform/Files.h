@@ -10,16 +10,30 @@ bool FileExists(const std::string& sPath); // a file or anything else that isn't
 bool PathExists(const std::string& sPath);
 bool DirectoryExists(const std::string& sPath);
 bool IsSameFile(const std::string& sLeft, const std::string& sRight); // by whatever names; both are there
-bool IsReadOnlyFile(const std::string& sPath); // no write bit in the mode
-uint64_t FileSize(const std::string& sPath);   // 0 when there is none
+bool IsReadOnlyFile(const std::string& sPath);                        // no write bit in the mode
+uint64_t FileSize(const std::string& sPath);                          // 0 when there is none
+bool IsOrdinaryFile(const std::string& sPath); // neither a folder nor a pipe, socket or device
+
+// Which content a file has, told without reading it: another version is another content, as far as the file system
+// tells. All 0 when it isn't there.
+struct CFileVersion
+{
+    uint64_t m_nFile = 0; // its number
+    uint64_t m_nSize = 0;
+    int64_t m_nTime = 0; // of its last change, nanoseconds
+    bool operator==(const CFileVersion&) const = default;
+};
+CFileVersion FileVersion(const std::string& sPath);
 
 // At most nMaxSize bytes are taken; a larger file fails. What has no size of its own, such as a pipe,
 // is read to its end, at most 256 MB of it.
 bool ReadWholeFile(const std::string& sPath, std::string& sContent, uint64_t nMaxSize = UINT64_MAX);
 // Whole or not at all, through a CReplacingFile (see ReplacingFile.h, which also says where that can't be had).
-bool WriteFileSafely(const std::string& sPath, const std::string& sContent);
-bool RemoveFile(const std::string& sPath);      // no directories; a link itself, not its target
-bool MakeDirectories(const std::string& sPath); // with all above; true when it is there already
+// A new file gets nNewMode, less what the user's mask takes away.
+bool WriteFileSafely(const std::string& sPath, const std::string& sContent, unsigned nNewMode = 0666);
+bool RemoveFile(const std::string& sPath); // no directories; a link itself, not its target
+// With all above; true when it is there already. Those that are made get nMode, less what the user's mask takes.
+bool MakeDirectories(const std::string& sPath, unsigned nMode = 0777);
 
 struct CDirectoryEntry
 {

@@ -38,11 +38,32 @@ constexpr CColorRef MakeColorRef(uint32_t nRed, uint32_t nGreen, uint32_t nBlue)
     return (nRed & 0xFF) | (nGreen & 0xFF) << 8 | (nBlue & 0xFF) << 16;
 }
 
-enum class EPenStyle { eNone, eSolid, eDotted };
-enum class EBrushStyle { eNone, eSolid, eHatchDiagonal };
+enum class EPenStyle
+{
+    eNone,
+    eSolid,
+    eDotted
+};
+enum class EBrushStyle
+{
+    eNone,
+    eSolid,
+    eHatchDiagonal
+};
 
 // Colours of the user's palette, for what isn't fixed.
-enum class ESystemColor { eWindow, eWindowText, eFace, eFaceText, eShadow, eHighlight, eLight, eHighlightText, eGrayText };
+enum class ESystemColor
+{
+    eWindow,
+    eWindowText,
+    eFace,
+    eFaceText,
+    eShadow,
+    eHighlight,
+    eLight,
+    eHighlightText,
+    eGrayText
+};
 
 struct CPenSpec
 {
@@ -67,7 +88,8 @@ public:
     virtual void FillRect(const CRect& rc, CColorRef nColor) = 0;
     virtual void DrawLine(CPoint from, CPoint to, const CPenSpec& pen) = 0; // without its last point
     // The outline passes through the points; the inside by the brush.
-    virtual void DrawPolygon(const CPoint* pPoints, int nCount, const CPenSpec& pen, const CBrushSpec& brush) = 0;
+    virtual void DrawPolygon(const CPoint* pPoints, int nCount, const CPenSpec& pen,
+                             const CBrushSpec& brush) = 0;
     virtual void DrawEllipse(const CRect& rc, const CPenSpec& pen, const CBrushSpec& brush) = 0;
     virtual void DrawRectangle(const CRect& rc, const CPenSpec& pen, const CBrushSpec& brush) = 0;
     virtual void DrawRaisedFace(const CRect& rc) = 0; // a push button's face

@@ -8,9 +8,27 @@
 // batch command from its command line, a test from a list. Every call returns when the question is
 // answered; texts are bytes, shown as they are, with no mark-up and no shortcut marks.
 
-enum class EButtons { eOk, eOkCancel, eYesNo, eYesNoCancel };
-enum class EIcon { eNone, eStop, eQuestion, eExclamation };
-enum class EAnswer { eOk, eCancel, eYes, eNo };
+enum class EButtons
+{
+    eOk,
+    eOkCancel,
+    eYesNo,
+    eYesNoCancel
+};
+enum class EIcon
+{
+    eNone,
+    eStop,
+    eQuestion,
+    eExclamation
+};
+enum class EAnswer
+{
+    eOk,
+    eCancel,
+    eYes,
+    eNo
+};
 
 struct CFileDialogRequest
 {
@@ -37,7 +55,8 @@ public:
     virtual ~IPrompts() = default;
 
     // A message box. Closing it by Esc or its frame counts as Cancel where there is one, else as No, else OK.
-    virtual EAnswer Ask(const std::string& sText, const std::string& sCaption, EButtons eButtons, EIcon eIcon) = 0;
+    virtual EAnswer Ask(const std::string& sText, const std::string& sCaption, EButtons eButtons,
+                        EIcon eIcon) = 0;
 
     // What to do about the message that comes next, or where the lost work lies. It is shown with that message,
     // below the text. Empty: nothing.
@@ -62,7 +81,12 @@ public:
 
     // Long work tells how far it is: a few words and a fraction from 0 to 1, or below 0 when unknown.
     // False: the user wants it to stop, which the work does where it can without harm.
-    virtual bool Progress(const std::string& sWhat, double fFraction) { (void)sWhat; (void)fFraction; return true; }
+    virtual bool Progress(const std::string& sWhat, double fFraction)
+    {
+        (void)sWhat;
+        (void)fFraction;
+        return true;
+    }
 };
 
 // Keeps the wait sign up for a scope.

@@ -1,7 +1,10 @@
 #include "platform/Profile.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "platform/FileLock.h"
+#include "platform/FileProblem.h"
 #include "platform/Files.h"
 #include "platform/NameFold.h"
 #include "platform/Paths.h"
@@ -202,40 +205,83 @@ public:
     {
         for (const CEntry& entry : entries)
             m_Text.Set(entry.m_sSection, entry.m_sKey, entry.m_sValue);
-        return Store();
+        return true;
     }
 
 protected:
-    virtual bool Store() { return true; }
-
-    CProfileText m_Text;
+    mutable CProfileText m_Text; // read again where somebody else may have written
 };
 
+// Several programs of one user share the file: it is read again when another has written it, and a write changes
+// only what it was given.
 class CFileProfile final : public CTextProfile
 {
 public:
-    explicit CFileProfile(const std::string& sPath) : m_sPath(sPath)
+    CFileProfile(const std::string& sPath, CProfileFailure tellFailure)
+        : m_sPath(sPath),
+          m_TellFailure(std::move(tellFailure))
     {
-        std::string sText;
-        if (ReadWholeFile(sPath, sText, c_nMaxProfileSize))
-            m_Text.Parse(sText);
-        else
-            m_bWritable = !sPath.empty() && !PathExists(sPath);
+        Read();
+    }
+
+    std::string GetString(const std::string& sSection, const std::string& sKey,
+                          const std::string& sDefault) const override
+    {
+        if (FileVersion(m_sPath) != m_Version)
+            Read();
+        return CTextProfile::GetString(sSection, sKey, sDefault);
+    }
+
+    bool WriteStrings(const std::vector<CEntry>& entries) override
+    {
+        m_Unsaved.insert(m_Unsaved.end(), entries.begin(), entries.end());
+        std::string sProblem;
+        const bool bStored = Store(sProblem);
+        if (!bStored && !std::exchange(m_bTold, true) && m_TellFailure)
+            m_TellFailure(sProblem.empty() ? WriteProblem(m_sPath) : sProblem);
+        return bStored;
     }
 
 private:
-    bool Store() override
+    // What is in the file, and what could not be written into it.
+    void Read() const
     {
-        if (!m_bWritable)
-            return false;
+        std::string sText;
+        m_Version = FileVersion(m_sPath);
+        const bool bRead = ReadWholeFile(m_sPath, sText, c_nMaxProfileSize);
+        m_bWritable = bRead || (!m_sPath.empty() && !PathExists(m_sPath));
+        m_Text = CProfileText();
+        m_Text.Parse(sText);
+        for (const CEntry& entry : m_Unsaved)
+            m_Text.Set(entry.m_sSection, entry.m_sKey, entry.m_sValue);
+    }
+
+    bool Store(std::string& sProblem)
+    {
         const size_t nSlash = m_sPath.rfind('/');
-        if (nSlash != std::string::npos && nSlash > 0 && !MakeDirectories(m_sPath.substr(0, nSlash)))
+        const bool bFolder =
+            nSlash == std::string::npos || nSlash == 0 || MakeDirectories(m_sPath.substr(0, nSlash), 0700);
+        const bool bNew = !PathExists(m_sPath);
+        const CFileLock lock(m_sPath, ELock::eExclusive, bFolder && bNew);
+        sProblem = lock.GetProblem();
+        Read(); // in any case: the values hold for this run
+        if (!bFolder || !lock.IsHeld() || !m_bWritable || !WriteFileSafely(m_sPath, m_Text.Format()))
+        {
+            if (bNew && FileSize(m_sPath) == 0)
+                RemoveFile(m_sPath); // made for the lock
             return false;
-        return WriteFileSafely(m_sPath, m_Text.Format());
+        }
+        m_Version = FileVersion(m_sPath);
+        m_Unsaved.clear();
+        return true;
     }
 
     std::string m_sPath;
-    bool m_bWritable = true;
+    CProfileFailure m_TellFailure;
+    mutable CFileVersion m_Version;
+    std::vector<CEntry> m_Unsaved;
+    mutable bool m_bWritable = true;
+    bool m_bTold = false;
 };
 
 std::string ProfilePath(const std::string& sFileName)
@@ -248,9 +294,9 @@ std::string ProfilePath(const std::string& sFileName)
 
 } // namespace
 
-std::unique_ptr<IProfile> OpenFileProfile(const std::string& sFileName)
+std::unique_ptr<IProfile> OpenFileProfile(const std::string& sFileName, CProfileFailure tellFailure)
 {
-    return std::make_unique<CFileProfile>(ProfilePath(sFileName));
+    return std::make_unique<CFileProfile>(ProfilePath(sFileName), std::move(tellFailure));
 }
 
 std::unique_ptr<IProfile> MakeMemoryProfile()

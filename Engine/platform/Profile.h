@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -54,9 +55,12 @@ private:
     std::set<std::string> m_Sections; // folded names of the headers seen
 };
 
-// The user's settings in a file of the configuration directory, read once and written through. The
-// name may have folders in it, which are made with the first write; an absolute path is taken as it
-// is. A file that is there but can't be read is never written over.
-std::unique_ptr<IProfile> OpenFileProfile(const std::string& sFileName);
+// Hears, once, that settings can't be written: why, as a sentence. What was set holds for this run.
+using CProfileFailure = std::function<void(const std::string& sProblem)>;
+// The user's settings in a file of the configuration directory. Programs may share it: each write, under a lock,
+// begins with what the file holds by then and changes the keys that it was given, and a value is read again when
+// another program has written. The name may have folders in it, which are made with the first write; an absolute
+// path is taken as it is. A file that is there but can't be read is never written over.
+std::unique_ptr<IProfile> OpenFileProfile(const std::string& sFileName, CProfileFailure tellFailure = {});
 // Settings that live in memory only.
 std::unique_ptr<IProfile> MakeMemoryProfile();

@@ -107,7 +107,9 @@ std::string TargetOf(const std::string& sPath)
 
 } // namespace
 
-CReplacingFile::CReplacingFile(const std::string& sPath) : m_sTarget(TargetOf(NativePath(sPath)))
+CReplacingFile::CReplacingFile(const std::string& sPath, unsigned nNewMode)
+    : m_sTarget(TargetOf(NativePath(sPath))),
+      m_nNewMode(nNewMode)
 {
     if (m_sTarget.empty() || m_sTarget.back() == '/')
         return;
@@ -142,25 +144,27 @@ bool CReplacingFile::OpenIn(const std::string& sFolder)
     RemoveLeftovers(sFolder);
     for (int i = 0; i < c_nMaxNames; ++i)
     {
-        const std::string sName = sFolder + '/' + c_szSafeWritePrefix + std::to_string(getpid()) + '-' +
-                                  std::to_string(s_nCounter.fetch_add(1));
-        CFileHandle file(open(sName.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, m_bRename ? 0666 : 0600));
+        // In its place before there is such a file: when memory is out, none stays behind.
+        m_sTemporary = sFolder + '/' + c_szSafeWritePrefix + std::to_string(getpid()) + '-' +
+                       std::to_string(s_nCounter.fetch_add(1));
+        CFileHandle file(
+            open(m_sTemporary.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, m_bRename ? m_nNewMode : 0600));
         if (!file.IsOpen() && errno == EEXIST)
             continue;
         if (!file.IsOpen())
-            return false;
+            break;
         // Before the lock is there another program may take the file for a leftover.
         struct stat info;
         const bool bBusy = flock(file.Get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
         if (bBusy || (fstat(file.Get(), &info) == 0 && info.st_nlink == 0))
         {
-            unlink(sName.c_str());
+            unlink(m_sTemporary.c_str());
             continue;
         }
-        m_sTemporary = sName;
         m_File = std::move(file);
         return true;
     }
+    m_sTemporary.clear();
     return false;
 }
 
@@ -185,13 +189,14 @@ bool CReplacingFile::Rename()
         if (fchmod(m_File.Get(), old.st_mode & (bGiven ? 07777 : 0777)) != 0)
             return false;
     }
+    const std::string sFolder = FolderOf(m_sTarget); // before it is done, or it would fail behind that
     // Some systems tell of a lost write only when a file is closed; this one stays open for its lock.
     CFileHandle again(dup(m_File.Get()));
     if (!again.IsOpen() || fsync(again.Get()) != 0 || !again.Close() ||
         rename(m_sTemporary.c_str(), m_sTarget.c_str()) != 0)
         return false;
     m_sTemporary.clear();
-    SyncFolder(FolderOf(m_sTarget));
+    SyncFolder(sFolder);
     return true;
 }
 
@@ -216,8 +221,8 @@ bool CReplacingFile::CopyBytes()
     return target.Close() && bSynced;
 }
 
-bool WriteFileSafely(const std::string& sPath, const std::string& sContent)
+bool WriteFileSafely(const std::string& sPath, const std::string& sContent, unsigned nNewMode)
 {
-    CReplacingFile file(sPath);
+    CReplacingFile file(sPath, nNewMode);
     return file.IsOpen() && WriteAll(file.Get(), sContent) && file.Commit();
 }

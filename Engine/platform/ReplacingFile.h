@@ -19,7 +19,8 @@ class CReplacingFile
 public:
     // sPath in any form (see Paths.h). Not open afterwards: a directory, a file without a write bit or one that
     // the user may not write, a pipe that nobody reads from, no room for a temporary file.
-    explicit CReplacingFile(const std::string& sPath);
+    // A new file gets nNewMode, less what the user's mask takes away.
+    explicit CReplacingFile(const std::string& sPath, unsigned nNewMode = 0666);
     ~CReplacingFile();
     CReplacingFile(const CReplacingFile&) = delete;
     CReplacingFile& operator=(const CReplacingFile&) = delete;
@@ -41,6 +42,7 @@ private:
     std::string m_sTemporary;
     CFileHandle m_File;
     bool m_bRename = true;
+    unsigned m_nNewMode;
 };
 
 // What the names of those temporary files begin with.

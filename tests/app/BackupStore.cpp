@@ -86,3 +86,22 @@ TEST(BackupStore, SharesItsFolderWithOtherPrograms)
     editor.Keep(sFile);
     EXPECT_EQ("whole", ReadBytes(batch.List(sFile)[0].m_sBackup)) << "what a recovery takes first";
 }
+
+TEST(BackupStore, CopiesAreAsPrivateAsTheirFile)
+{
+    namespace fs = std::filesystem;
+    CTempDir dir;
+    fs::create_directories(dir.path("store"));
+    fs::permissions(dir.path("store"), fs::perms::all);
+    const std::string sFile = dir.write("Smoke.Fx00a", "secret");
+    fs::permissions(sFile, fs::perms::owner_read | fs::perms::owner_write);
+    CBackupStore store(dir.path("store"));
+    const std::string sCopy = store.Keep(sFile);
+    const fs::perms others = fs::perms::group_all | fs::perms::others_all;
+    EXPECT_EQ(fs::perms::none, fs::status(sCopy).permissions() & others);
+    EXPECT_EQ(fs::perms::none, fs::status(dir.path("store")).permissions() & others);
+    fs::remove(sFile);
+    std::string sError;
+    EXPECT_TRUE(store.Recover(sFile, 0, sError)) << sError;
+    EXPECT_EQ(fs::perms::none, fs::status(sFile).permissions() & others);
+}

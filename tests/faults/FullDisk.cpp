@@ -148,3 +148,19 @@ TEST(FullDisk, AWriteThatFailsAtOnceIsTold)
     EXPECT_EQ(sOld, ReadBytes(bench.path("locked.Fx00a")));
     EXPECT_EQ("old", ReadBytes(bench.path("locked.Fx00p")));
 }
+
+TEST(FullDisk, ASaveThroughALinkToNothingLeavesTheLink)
+{
+    CFaultBench bench;
+    std::filesystem::create_symlink("elsewhere.Fx00a", bench.path("link.Fx00a"));
+    const auto pApp = bench.StartWith("link.Fx00a", 1, "New");
+    {
+        const CSizeLimit limit(100);
+        EXPECT_FALSE(pApp->SaveEffectFile());
+    }
+    EXPECT_TRUE(std::filesystem::is_symlink(bench.path("link.Fx00a")));
+    EXPECT_FALSE(bench.dir.has("game/elsewhere.Fx00a"));
+    EXPECT_TRUE(pApp->SaveEffectFile());
+    EXPECT_TRUE(std::filesystem::is_symlink(bench.path("link.Fx00a")));
+    EXPECT_TRUE(bench.dir.has("game/elsewhere.Fx00a"));
+}

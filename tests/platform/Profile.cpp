@@ -125,3 +125,39 @@ TEST(Profile, FileHoldsWhatAnotherRunReads)
     unsetenv("XDG_CONFIG_HOME");
     EXPECT_TRUE(MakeMemoryProfile()->WriteString("a", "b", "c"));
 }
+
+TEST(FileProfile, TwoProgramsKeepEachOthersSettings)
+{
+    const CTempDir dir;
+    const std::string sFile = dir.path("folder/settings.ini");
+    const auto pFirst = OpenFileProfile(sFile);
+    const auto pSecond = OpenFileProfile(sFile);
+    EXPECT_TRUE(pFirst->WriteString("Custom Colors", "Color00", "1"));
+    EXPECT_TRUE(pSecond->WriteString("", "LastOpenedFile", "b.Fx00a"));
+    EXPECT_TRUE(pFirst->WriteString("", "CommandLine", "-x"));
+    EXPECT_EQ("1", pSecond->GetString("Custom Colors", "Color00"));
+    const auto pThird = OpenFileProfile(sFile);
+    EXPECT_EQ("b.Fx00a", pThird->GetString("", "LastOpenedFile"));
+    EXPECT_EQ("-x", pThird->GetString("", "CommandLine"));
+    for (const auto& entry : std::filesystem::directory_iterator(dir.path("folder")))
+        EXPECT_EQ("settings.ini", entry.path().filename());
+}
+
+TEST(FileProfile, WhatCantBeKeptIsToldOnceAndHoldsForTheRun)
+{
+    const CTempDir dir;
+    std::vector<std::string> told;
+    const auto pProfile = OpenFileProfile(dir.write("file", "x") + "/settings.ini",
+                                          [&](const std::string& sProblem) { told.push_back(sProblem); });
+    EXPECT_FALSE(pProfile->WriteString("A", "Key", "1"));
+    EXPECT_FALSE(pProfile->WriteString("A", "Other", "2"));
+    EXPECT_EQ("1", pProfile->GetString("A", "Key"));
+    EXPECT_EQ("2", pProfile->GetString("A", "Other"));
+    ASSERT_EQ(1u, told.size());
+    EXPECT_NE("", told[0]);
+
+    // Later, when it can be: all of it.
+    std::filesystem::remove(dir.path("file"));
+    EXPECT_TRUE(pProfile->WriteString("A", "Third", "3"));
+    EXPECT_EQ("1", OpenFileProfile(dir.path("file/settings.ini"))->GetString("A", "Key"));
+}

@@ -8,6 +8,8 @@
 
 #include "app/CommandLineInfo.h"
 #include "model/MakeOrNull.h"
+#include "platform/FileLock.h"
+#include "platform/FileMode.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
 
@@ -163,9 +165,11 @@ std::string CBackupStore::KeepNow(const std::string& sPath)
         return std::string();
     const std::string sName = DisplayPath(sPath);
     const std::string sDirectory = GetDirectory();
-    if (sDirectory.empty() || !MakeDirectories(sDirectory))
+    // What a library holds is as private here as it is there.
+    if (sDirectory.empty() || !MakeDirectories(sDirectory, 0700) || !MakePrivate(sDirectory))
     {
-        m_sLastProblem = "The folder for backup copies " + sDirectory + " can't be made.";
+        m_sLastProblem =
+            "The folder for backup copies " + sDirectory + " can't be made, or not kept private.";
         return std::string();
     }
     std::string sContent;
@@ -195,7 +199,7 @@ std::string CBackupStore::KeepNow(const std::string& sPath)
     }
 
     CItem item;
-    if (!Write(sHash, sOwner, sContent, item))
+    if (!Write(sHash, sOwner, sContent, FileMode(sPath), item))
     {
         m_sLastProblem = "A backup copy of " + sName + " can't be written to " + sDirectory + ".";
         return std::string();
@@ -208,7 +212,7 @@ std::string CBackupStore::KeepNow(const std::string& sPath)
 }
 
 bool CBackupStore::Write(const std::string& sHash, const std::string& sOwner, const std::string& sContent,
-                         CItem& item)
+                         unsigned nMode, CItem& item)
 {
     const std::string sDirectory = GetDirectory();
     const std::string sOwnerFile = sDirectory + '/' + sHash + c_szOwnerSuffix;
@@ -216,7 +220,7 @@ bool CBackupStore::Write(const std::string& sHash, const std::string& sOwner, co
     {
         std::string sOld;
         if (!ReadWholeFile(sOwnerFile, sOld, c_nMaxOwner) || sOld != sOwner)
-            WriteFileSafely(sOwnerFile, sOwner);
+            WriteFileSafely(sOwnerFile, sOwner, 0600);
     };
 
     writeOwner();
@@ -229,7 +233,7 @@ bool CBackupStore::Write(const std::string& sHash, const std::string& sOwner, co
     item.m_nSize = sContent.size();
     item.m_sName = sHash + '-' + TimeText(item.m_nTime) + '-' + Hex(random() & 0xFFFFFFFFu, c_nMarkLength) +
                    c_szBackupSuffix;
-    if (!WriteFileSafely(sDirectory + '/' + item.m_sName, sContent))
+    if (!WriteFileSafely(sDirectory + '/' + item.m_sName, sContent, nMode))
         return false;
     writeOwner(); // another program may just have tidied up
     return true;
@@ -332,13 +336,20 @@ bool CBackupStore::Recover(const std::string& sPath, size_t nIndex, std::string&
         sError = "The backup copy " + entries[nIndex].m_sBackup + " can't be read.";
         return false;
     }
+    const CFileLock lock(sPath, ELock::eExclusive);
+    if (!lock.IsHeld())
+    {
+        sError = lock.GetProblem();
+        return false;
+    }
+    const unsigned nMode = FileMode(entries[nIndex].m_sBackup);
     // The content is in memory by now, so it doesn't matter if this pushes the copy out.
     if (FileSize(sPath) > 0 && Keep(sPath).empty())
     {
         sError = m_sLastProblem;
         return false;
     }
-    if (!WriteFileSafely(sPath, sContent))
+    if (!WriteFileSafely(sPath, sContent, nMode))
     {
         sError = "The file " + sName + " can't be written.";
         return false;

@@ -66,7 +66,8 @@ private:
     CItems Scan() const;
     void Refresh();
     int64_t FolderTime() const;
-    bool Write(const std::string& sHash, const std::string& sOwner, const std::string& sContent, CItem& item);
+    bool Write(const std::string& sHash, const std::string& sOwner, const std::string& sContent,
+               unsigned nMode, CItem& item);
     void Remove(const std::string& sHash, size_t nIndex);
     void Prune(const std::string& sHash, const std::string& sKeep);
 

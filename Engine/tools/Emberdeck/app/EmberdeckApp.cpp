@@ -9,6 +9,7 @@
 #include "app/StatusText.h"
 #include "formats/EmberdeckQSA.h"
 #include "model/MakeOrNull.h"
+#include "platform/FileLock.h"
 #include "platform/FileProblem.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
@@ -297,14 +298,23 @@ bool CEmberdeckApp::SaveEffectFile()
         return SaveEffectFileAs();
 
     bool bSaved = false;
+    std::string sInUse; // by whom
     TryAllocating(
         [&]
         {
             // A copy: the prompts of source control may run anything.
             const std::string sPath = m_sFileName;
             m_Services.m_SourceControl.EnsureCheckedOut(sPath.c_str(), 0);
+            const bool bNew = !PathExists(sPath);
+            const CFileLock lock(sPath, ELock::eExclusive, true);
+            sInUse = lock.GetProblem();
+            if (!lock.IsHeld())
+                return;
             m_sLastBackup = m_Backups.Keep(sPath);
             bSaved = SaveTo(sPath);
+            // Cut short, it would pass for a library. Where a link leads to, not the link.
+            if (!bSaved && bNew)
+                RemoveFile(ResolvedPath(sPath));
             if (bSaved)
                 RememberFile(sPath);
         });
@@ -313,8 +323,10 @@ bool CEmberdeckApp::SaveEffectFile()
     if (!bSaved)
     {
         Advise(m_Services.m_Prompts,
-               [this]
+               [&]
                {
+                   if (!sInUse.empty())
+                       return sInUse;
                    std::string sAdvice = WriteProblem(m_sFileName);
                    const std::string sOld = WhereOldContentLies();
                    return sAdvice + (sAdvice.empty() || sOld.empty() ? "" : "\n") + sOld;
@@ -341,13 +353,7 @@ bool CEmberdeckApp::SaveTo(const std::string& sPath)
 {
     IPrompts* pPrompts = &m_Services.m_Prompts;
     if (m_Backups.GetLastProblem().empty())
-    {
-        const bool bNew = !PathExists(sPath);
-        const bool bSaved = SaveEffectLibrary(sPath.c_str(), m_EffectTree, m_PrefabTree, pPrompts);
-        if (!bSaved && bNew)
-            RemoveFile(sPath); // cut short, it would pass for a library
-        return bSaved;
-    }
+        return SaveEffectLibrary(sPath.c_str(), m_EffectTree, m_PrefabTree, pPrompts);
 
     const std::string sTemporary = MakeTemporaryFile("emberdeck-save-");
     if (sTemporary.empty())

@@ -2,6 +2,7 @@
 
 #include "batch/Batch.h"
 #include "batch/Output.h"
+#include "platform/FileLock.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
 #include "qsamgr/qsacompressedfile.h"
@@ -20,6 +21,9 @@ int Transform(const std::string& sIn, const std::string& sOut, CTransform transf
               const CBatchOptions& options)
 {
     std::string sContent;
+    const CFileLock lock(sIn, ELock::eShared); // it may be a library that is just being saved
+    if (!lock.IsHeld())
+        return Fail(lock.GetProblem());
     if (!ReadWholeFile(sIn, sContent))
         return FailToRead(sIn);
     std::vector<uint8_t> result;

@@ -2,7 +2,9 @@
 
 #include "batch/Batch.h"
 #include "batch/Output.h"
+#include "platform/FileLock.h"
 #include "platform/FileProblem.h"
+#include "platform/Files.h"
 #include "platform/Paths.h"
 #include "qsamgr/qsaallocator.h"
 #include "qsamgr/qsanode.h"
@@ -75,7 +77,14 @@ void AddNodesCommand(CLI::App& app, const CBatchOptions& options, CCommandResult
         CQSALoadOnlyAlloc alloc(0x40000);
         CQSANode root;
         const std::string sNative = NativePath(*pFile);
-        if (!CQSANodeReader::LoadEntireFile(sNative.c_str(), CQSAUtil::IsFileCompressed(pFile->c_str()), &root, &alloc))
+        const CFileLock lock(*pFile, ELock::eShared);
+        if (!lock.IsHeld())
+        {
+            nResult = Fail(lock.GetProblem());
+            return;
+        }
+        // A pipe or device may never come to an end.
+        if (!IsOrdinaryFile(*pFile) || !CQSANodeReader::LoadEntireFile(sNative.c_str(), CQSAUtil::IsFileCompressed(pFile->c_str()), &root, &alloc))
         {
             root.Free(&alloc);
             nResult = !ReadProblem(*pFile).empty()

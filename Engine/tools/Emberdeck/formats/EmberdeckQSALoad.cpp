@@ -5,6 +5,8 @@
 #include "formats/LibraryLoader.h"
 #include "formats/NodeFields.h"
 #include "model/MakeOrNull.h"
+#include "platform/FileLock.h"
+#include "platform/Files.h"
 #include "platform/IPrompts.h"
 #include "platform/Paths.h"
 #include "qsamgr/qsaallocator.h"
@@ -87,12 +89,18 @@ bool LoadEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffe
         [&]
         {
             CLibraryLoader loader(spellMgr, module, pEffectTree, pPrefabTree, sError, pObserver, goOn);
-            if (pObserver && pszFilename)
+            const std::string sPath = pszFilename ? pszFilename : "";
+            const CFileLock lock(sPath, ELock::eShared);
+            if (!lock.IsHeld())
+                sError = lock.GetProblem();
+            // A pipe or device may never come to an end.
+            const bool bReadable = pszFilename && lock.IsHeld() && (IsOrdinaryFile(sPath) || !PathExists(sPath));
+            if (pObserver && bReadable)
                 CLoadFindings(pObserver).TellText(pszFilename);
             bLoaded = LoadNodes(loader, module,
                                 [&](CLoadedNodes& nodes)
                                 {
-                                    return pszFilename && CQSANodeReader::LoadEntireFile(
+                                    return bReadable && CQSANodeReader::LoadEntireFile(
                                                               NativePath(pszFilename).c_str(),
                                                               CQSAUtil::IsFileCompressed(pszFilename),
                                                               &nodes.m_Root, &nodes.m_Alloc);

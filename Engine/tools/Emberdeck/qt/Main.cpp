@@ -80,11 +80,20 @@ struct CSourceControlSetUp
 int Start(const CEmberdeckCommandLineInfo& line, MenuStyle* pStyle)
 {
     QtPrompts prompts;
-    const std::unique_ptr<IProfile> pProfile = OpenFileProfile("emberdeck/settings.ini");
+    QPointer<MainWindow> pShown;
+    const auto tellFailure = [&pShown](const std::string& sProblem)
+    {
+        const std::string sText = "The settings can't be kept. " + sProblem;
+        std::fprintf(stderr, "emberdeck: %s\n", sText.c_str());
+        if (pShown)
+            pShown->ShowStatus(sText);
+    };
+    const std::unique_ptr<IProfile> pProfile = OpenFileProfile("emberdeck/settings.ini", tellFailure);
     ApplyAppearance(LoadAppearance(*pProfile));
     DialogPlaces places(*pProfile);
     CSourceControlSetUp sourceControl(prompts);
     MainWindow window(*pProfile, CSharedSourceControlMgr::Instance(), prompts);
+    pShown = &window;
     sourceControl.SetWindow(&window);
     if (!window.Create(line.m_bShowSplash && !line.IsUpdateMode(), pStyle))
         return 1;
