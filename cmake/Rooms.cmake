@@ -1,9 +1,26 @@
 # Makes the targets of the rooms in cmake/RoomList.cmake.
 
+# Takes the copy with planted faults for each source that has one (tests/mutants/run).
+function(take_planted list)
+  set(taken)
+  foreach(source IN LISTS ${list})
+    file(RELATIVE_PATH copy "${CMAKE_SOURCE_DIR}" "${source}")
+    if(EXISTS "${EMBERDECK_MUTANTS}/${copy}")
+      set(source "${EMBERDECK_MUTANTS}/${copy}")
+      set_property(SOURCE "${source}" PROPERTY INCLUDE_DIRECTORIES "${CMAKE_SOURCE_DIR}/tests")
+    endif()
+    list(APPEND taken "${source}")
+  endforeach()
+  set(${list} "${taken}" PARENT_SCOPE)
+endfunction()
+
 # Makes the static library of a room out of every source below its folder. A room whose folder holds only headers
 # is an interface library.
 function(room_library name folder)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/${folder}/*.cpp")
+  if(EMBERDECK_MUTANTS)
+    take_planted(sources)
+  endif()
   if(sources)
     add_library(${name} STATIC ${sources})
     set(scope PUBLIC)
