@@ -205,6 +205,52 @@ TEST(CurveEditing, TheKeyboardStepsAndInserts)
     EXPECT_EQ("0:0* 1:2", looked.Keys());
 }
 
+// A key that the keyboard inserts lies on the curve, on all axes, wherever the view's pixels are.
+TEST(CurveEditing, InsertLeavesTheCurveAsItIs)
+{
+    CCurveBench bench("Line", {{0.0f, 0.123f}, {0.437f, 3.21f}, {1.0f, 2.0f}});
+    bench.Range(-1000, 1000); // a pixel is 20
+    CFunctionCurveDlg& dlg = *bench.dlg;
+    const CEffectProperty before = dlg.m_Prop;
+    dlg.OnStepKey(true, false);
+    for (int i = 0; i < 4; ++i)
+        dlg.OnInsertKey();
+    dlg.OnStepKey(true, false);
+    for (int i = 0; i < 9; ++i)
+        dlg.OnStepKey(true, false);
+    dlg.OnInsertKey(); // the last one is pinned to the end: before it
+    ASSERT_EQ(8u, dlg.m_Prop.GetNumKeys());
+    EXPECT_TRUE(dlg.m_Prop.GetKey(6)->m_bSelected);
+    EXPECT_EQ(1.0f, dlg.m_Prop.GetKey(7)->m_fTime);
+    for (int i = 0; i <= 100; ++i)
+        EXPECT_NEAR(EvaluateAxis(before, 0, i / 100.0), EvaluateAxis(dlg.m_Prop, 0, i / 100.0), 1e-6) << i;
+
+    CCurveBench steps("Steps", {{0.0f, 5.0f}, {0.6f, 1.0f}});
+    steps.dlg->SelectAll(false);
+    steps.dlg->OnInsertKey();
+    EXPECT_EQ("0:5 0.5:5* 0.6:1", steps.Keys());
+    steps.dlg->OnStepKey(true, false);
+    steps.dlg->OnInsertKey();
+    EXPECT_EQ("0:5 0.5:5 0.6:1 0.8:1*", steps.Keys());
+
+    CCurveBench vector("Vector");
+    vector.dlg->m_Prop.GetKey(0)->m_Data.SetVector(CVector3{1, 20, -300});
+    vector.dlg->m_Prop.GetKey(1)->m_Data.SetVector(CVector3{3, 40, -500});
+    vector.dlg->OnInsertKey();
+    EXPECT_EQ((CVector3{2, 30, -400}), vector.dlg->m_Prop.GetKey(1)->m_Data.GetVector());
+
+    CCurveBench color("Color");
+    color.dlg->m_Prop.GetKey(0)->m_Data.SetColor(MakePropColor(200, 7, 100, 254));
+    color.dlg->m_Prop.GetKey(1)->m_Data.SetColor(MakePropColor(100, 7, 50, 54));
+    color.dlg->OnInsertKey();
+    EXPECT_EQ(MakePropColor(150, 7, 75, 154), color.dlg->m_Prop.GetKey(1)->m_Data.GetColor());
+
+    CCurveBench text("Text");
+    text.dlg->m_Prop.GetKey(0)->m_Data.SetText("own");
+    text.dlg->OnInsertKey();
+    EXPECT_EQ("own", text.dlg->m_Prop.GetKey(1)->m_Data.GetText());
+}
+
 TEST(CurveEditing, ReadOnlyCurvesCanOnlyBeLookedAt)
 {
     CCurveBench bench("Line", {{0, 1}, {0.5f, 5}, {1, 1}}, true);

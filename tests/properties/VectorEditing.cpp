@@ -48,6 +48,21 @@ TEST(VectorEditing, DirectionTimesMagnitude)
     EXPECT_TRUE(bench.dlg.OnOK());
 }
 
+TEST(VectorEditing, StepsGoThroughThePresets)
+{
+    CVectorBench bench({0, 0.6f, 0.8f});
+    bench.dlg.OnStepPreset(true);
+    bench.ExpectDirection(0, 1, 0); // from anywhere the first
+    bench.dlg.OnStepPreset(true);
+    bench.ExpectDirection(0, -1, 0);
+    for (int i = 0; i < 9; ++i)
+        bench.dlg.OnStepPreset(true);
+    bench.ExpectDirection(0, 0, -1); // the end
+    bench.dlg.OnStepPreset(false);
+    bench.ExpectDirection(0, 0, 1);
+    EXPECT_EQ("1", bench.dlg.GetMagnitudeText());
+}
+
 TEST(VectorEditing, OutOfRangeMagnitudesStay)
 {
     CVectorBench bench({0, 3, 4});

@@ -300,6 +300,17 @@ TEST(PropertyDialogs, AVectorIsSwungAndGoesBackToItsBoxes)
                     auto* pMagnitude = vector.Controls().Get<QLineEdit>(1106);
                     auto* pSide = vector.findChildren<VectorView*>().value(0);
                     const QPoint centre = pSide->rect().center();
+                    auto* pPresets = vector.Controls().Get<QComboBox>(1013);
+                    for (Qt::Key eKey : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up})
+                    {
+                        QTest::keyClick(pPresets, eKey);
+                        EXPECT_EQ(-1, pPresets->currentIndex());
+                    }
+                    const int nTip = std::min(pSide->width() / 2, pSide->height() / 2);
+                    EXPECT_EQ(qRgb(255, 255, 255), pSide->grab().toImage().pixel(
+                                                       pSide->width() / 2, pSide->height() / 2 + nTip - 2))
+                        << "from Up to Down, Left, and back to Down";
+                    QTest::keyClick(pPresets, Qt::Key_Home);
                     QTest::mousePress(pSide, Qt::LeftButton, {}, QPoint(pSide->width() / 2, 2));
                     const QPointF right(pSide->width() - 2, pSide->height() / 2);
                     QMouseEvent move(QEvent::MouseMove, right, pSide->mapToGlobal(right), Qt::NoButton,

@@ -88,6 +88,15 @@ uint32_t MixChannel(uint32_t nFrom, uint32_t nTo, double fPart)
     return fMixed > 0.0 ? static_cast<uint32_t>(std::min(fMixed, 255.0)) : 0;
 }
 
+// All four channels of a property's colour word.
+uint32_t MixColor(uint32_t nFrom, uint32_t nTo, double fPart)
+{
+    uint32_t nMixed = 0;
+    for (int nShift = 0; nShift < 32; nShift += 8)
+        nMixed |= MixChannel(nFrom >> nShift & 0xFF, nTo >> nShift & 0xFF, fPart) << nShift;
+    return nMixed;
+}
+
 // Values that compare equal have one hash, -0 and 0 among them.
 uint32_t FloatBits(float fValue)
 {
@@ -220,6 +229,37 @@ double EvaluateAxis(const CEffectProperty& prop, int nAxis, double fTime)
     return (1.0 - place.m_fPart) * fFrom + place.m_fPart * fTo;
 }
 
+CPropData EvaluateValue(const CEffectProperty& prop, double fTime)
+{
+    if (prop.GetNumKeys() == 0)
+        return CPropData();
+    const CCurvePlace place = FindPlace(prop, fTime);
+    CPropData data = prop.GetKey(place.m_nKey)->m_Data;
+    if (!place.m_bBetween)
+        return data;
+    const CPropData& to = prop.GetKey(place.m_nKey + 1)->m_Data;
+    switch (KindOf(prop))
+    {
+    case ePropType_Int:
+        data.SetInt(RoundToInt(static_cast<float>(EvaluateAxis(prop, 0, fTime))));
+        break;
+    case ePropType_Float:
+        data.SetFloat(static_cast<float>(EvaluateAxis(prop, 0, fTime)));
+        break;
+    case ePropType_Color:
+        data.SetColor(MixColor(data.GetColor(), to.GetColor(), place.m_fPart));
+        break;
+    case ePropType_Vector:
+        data.SetVector(CVector3{static_cast<float>(EvaluateAxis(prop, 0, fTime)),
+                                static_cast<float>(EvaluateAxis(prop, 1, fTime)),
+                                static_cast<float>(EvaluateAxis(prop, 2, fTime))});
+        break;
+    default:
+        break;
+    }
+    return data;
+}
+
 uint32_t EvaluateColor(const CEffectProperty& prop, float fTime, uint32_t* pnWalk)
 {
     if (prop.GetNumKeys() == 0 || KindOf(prop) != ePropType_Color)
@@ -228,10 +268,7 @@ uint32_t EvaluateColor(const CEffectProperty& prop, float fTime, uint32_t* pnWal
     const uint32_t nFrom = prop.GetKey(place.m_nKey)->m_Data.GetColor();
     if (!place.m_bBetween)
         return nFrom & 0xFFFFFF;
-    const uint32_t nTo = prop.GetKey(place.m_nKey + 1)->m_Data.GetColor();
-    return MixChannel(PropColorRed(nFrom), PropColorRed(nTo), place.m_fPart) << 16 |
-           MixChannel(PropColorGreen(nFrom), PropColorGreen(nTo), place.m_fPart) << 8 |
-           MixChannel(PropColorBlue(nFrom), PropColorBlue(nTo), place.m_fPart);
+    return MixColor(nFrom, prop.GetKey(place.m_nKey + 1)->m_Data.GetColor(), place.m_fPart) & 0xFFFFFF;
 }
 
 int CFunctionCurveData::FindProperty(const CEffectProperty* pProp) const

@@ -16,6 +16,9 @@ void SetAxisValue(float fValue, CPropKey& key, int nAxis, CEffectProperty& prop)
 // The curve's scalar at a normalised time, stepped or linear as the descriptor says. A step is taken just
 // after its key's time, the last one at it. 0 for a property without keys.
 double EvaluateAxis(const CEffectProperty& prop, int nAxis, double fTime);
+// The whole value there, on every axis: what a key added at that time needs for the curve to stay as it is. Numbers are
+// rounded as the kind holds them; a text is that of the key that rules it. All zero for a property without keys.
+CPropData EvaluateValue(const CEffectProperty& prop, double fTime);
 // Red, green and blue of a colour curve at a time, as a colour to paint with: 0x00RRGGBB. 0 for other kinds.
 // A sweep over times that never fall hands one number through, 0 at first, and walks over the keys once.
 uint32_t EvaluateColor(const CEffectProperty& prop, float fTime, uint32_t* pnWalk = nullptr);

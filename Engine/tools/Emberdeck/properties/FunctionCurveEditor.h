@@ -75,7 +75,9 @@ public:
     void OnRightUp(CPoint pt);
     bool IsDragging() const { return m_bDragging; } // the pointer is captured
     // The keyboard's ways. Selects the key behind or before the selected ones, bAdd: beside them; the first one when
-    // none is. Adds a key halfway to the one behind the selected.
+    // none is. Inserts a key halfway in time to the one behind the selected, to the one before it at the end, in the middle of
+    // what is shown without a selection. It has the curve's value there on every axis, so that the curve keeps its
+    // shape.
     void OnStepKey(bool bNext, bool bAdd);
     void OnInsertKey();
     bool IsReadOnly() const { return m_bReadOnly; }
@@ -115,6 +117,7 @@ private:
     bool IsRangeEditable() const;
     bool IsInArea(CPoint pt) const { return m_View.m_rc.Contains(pt); }
     void SetSelected(bool bSelected);
+    void AddSelected(CPropKey& key);
     void PickKey(CPoint pt, bool bCtrl);
     void DragSelected(double fTime, double fValue);
     void ShowInRow(int nKey);

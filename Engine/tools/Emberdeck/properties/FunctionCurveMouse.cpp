@@ -101,16 +101,13 @@ void CFunctionCurveDlg::OnAddKey(CPoint pt)
 {
     if (m_bReadOnly || !IsInArea(pt))
         return;
-    SetSelected(false);
     CPropKey key;
-    key.m_bSelected = true;
     key.m_fTime = static_cast<float>(m_View.XToTime(pt.x));
     if (m_Prop.GetDesc())
         key.m_Data.Assign(m_Prop.GetDesc()->m_Default);
     // Before it is in the list: the others are brought into range, the new one is not until it is dragged.
     SetAxisValue(static_cast<float>(m_View.YToValue(pt.y)), key, m_View.m_nAxis, m_Prop);
-    m_Prop.AddKey(key);
-    OnSelectionChanged();
+    AddSelected(key);
 }
 
 void CFunctionCurveDlg::OnStepKey(bool bNext, bool bAdd)
@@ -133,20 +130,35 @@ void CFunctionCurveDlg::OnStepKey(bool bNext, bool bAdd)
 
 void CFunctionCurveDlg::OnInsertKey()
 {
-    const CRect& rc = m_View.m_rc;
-    if (m_bDragging || rc.Width() <= 0 || rc.Height() <= 0)
+    if (m_bReadOnly || m_bDragging)
         return;
-    CPoint pt{(rc.left + rc.right) / 2, (rc.top + rc.bottom) / 2};
-    const CSelection selection = GetSelection();
-    if (selection.m_nCount > 0)
+    const uint32_t nKeys = m_Prop.GetNumKeys();
+    const int nFirst = GetSelection().m_nFirst;
+    double fTime = (double(m_View.m_fStartTime) + double(m_View.m_fEndTime)) / 2.0;
+    if (nFirst >= 0)
     {
-        const auto nKey = static_cast<uint32_t>(selection.m_nFirst);
-        const CPoint from = m_View.KeyToPoint(m_Prop, *m_Prop.GetKey(nKey));
-        const bool bLast = nKey + 1 == m_Prop.GetNumKeys();
-        const CPoint to = bLast ? CPoint{rc.right - 1, from.y} : m_View.KeyToPoint(m_Prop, *m_Prop.GetKey(nKey + 1));
-        pt = CPoint{(from.x + to.x) / 2, (from.y + to.y) / 2};
+        const auto nKey = static_cast<uint32_t>(nFirst);
+        double fOther = nKey + 1 < nKeys ? double(m_Prop.GetKey(nKey + 1)->m_fTime) : 1.0;
+        // No room behind it: one more at the very end would set the pinned last key free.
+        if (nKey > 0 && m_Prop.GetKey(nKey)->m_fTime >= 1.0f)
+            fOther = m_Prop.GetKey(nKey - 1)->m_fTime;
+        fTime = (double(m_Prop.GetKey(nKey)->m_fTime) + fOther) / 2.0;
     }
-    OnAddKey(CPoint{std::clamp(pt.x, rc.left, rc.right - 1), std::clamp(pt.y, rc.top, rc.bottom - 1)});
+    CPropKey key;
+    key.m_fTime = static_cast<float>(fTime);
+    if (nKeys > 0)
+        key.m_Data = EvaluateValue(m_Prop, key.m_fTime);
+    else if (m_Prop.GetDesc())
+        key.m_Data.Assign(m_Prop.GetDesc()->m_Default);
+    AddSelected(key);
+}
+
+void CFunctionCurveDlg::AddSelected(CPropKey& key)
+{
+    SetSelected(false);
+    key.m_bSelected = true;
+    m_Prop.AddKey(key);
+    OnSelectionChanged();
 }
 
 // From the back, where removing one moves only keys that stay. The pinned ones are the same either way.

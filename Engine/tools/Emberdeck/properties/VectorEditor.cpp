@@ -82,6 +82,22 @@ void CEditVectorDlg::OnPreset(int nItem)
     Repaint();
 }
 
+void CEditVectorDlg::OnStepPreset(bool bNext)
+{
+    constexpr int c_nPresets = std::size(c_VectorPresets);
+    constexpr float c_fAt = 0.9999f; // cosine of the angle between them
+    int nAt = bNext ? -1 : c_nPresets;
+    for (int i = 0; i < c_nPresets; ++i)
+    {
+        const CVector3& vPreset = c_VectorPresets[i].m_vDirection;
+        const float fCosine =
+            vPreset.x * m_vDirection.x + vPreset.y * m_vDirection.y + vPreset.z * m_vDirection.z;
+        if (fCosine > c_fAt)
+            nAt = i;
+    }
+    OnPreset(nAt + (bNext ? 1 : -1));
+}
+
 void CEditVectorDlg::OnLeftDown(CPoint pt)
 {
     const bool bSide = m_rcSide.Contains(pt);

@@ -55,6 +55,9 @@ public:
     const std::string& GetMagnitudeText() const { return m_sMagnitude; }
     void SetMagnitudeText(const std::string& sText) { m_sMagnitude = sText; } // typed
     void OnPreset(int nItem); // the list chooses nothing afterwards, so that the same one works again
+    // The preset behind or before the one that the direction is at; from any other direction the first or the last.
+    // Stops at the ends.
+    void OnStepPreset(bool bNext);
 
     void OnLeftDown(CPoint pt);
     void OnMouseMove(CPoint pt);

@@ -1,6 +1,7 @@
 #include "qt/EditVectorDialog.h"
 
 #include <QComboBox>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
@@ -71,7 +72,8 @@ EditVectorDialog::EditVectorDialog(CEditVectorDlg& dialog, QWidget* pParent)
       m_Dialog(dialog),
       m_pSide(new VectorView(dialog, EVectorView::eSide, this)),
       m_pTop(new VectorView(dialog, EVectorView::eTop, this)),
-      m_pMagnitude(m_Controls.Get<QLineEdit>(c_nMagnitude))
+      m_pMagnitude(m_Controls.Get<QLineEdit>(c_nMagnitude)),
+      m_pPresets(m_Controls.Get<QComboBox>(c_nPresets))
 {
     m_pSide->setGeometry(m_Controls.PlaceOf(c_nSideView));
     m_pTop->setGeometry(m_Controls.PlaceOf(c_nTopView));
@@ -80,15 +82,15 @@ EditVectorDialog::EditVectorDialog(CEditVectorDlg& dialog, QWidget* pParent)
     connect(m_pMagnitude, &QLineEdit::textEdited, this,
             [this](const QString& sText) { m_Dialog.SetMagnitudeText(QtText::FromQt(sText)); });
 
-    auto* pPresets = m_Controls.Get<QComboBox>(c_nPresets);
     for (const CVectorPreset& preset : c_VectorPresets)
-        pPresets->addItem(QString::fromUtf8(preset.m_pszText));
-    pPresets->setCurrentIndex(-1);
-    connect(pPresets, &QComboBox::activated, this,
-            [this, pPresets](int nItem)
+        m_pPresets->addItem(QString::fromUtf8(preset.m_pszText));
+    m_pPresets->setCurrentIndex(-1);
+    m_pPresets->installEventFilter(this);
+    connect(m_pPresets, &QComboBox::activated, this,
+            [this](int nItem)
             {
                 m_Dialog.OnPreset(nItem);
-                pPresets->setCurrentIndex(-1);
+                m_pPresets->setCurrentIndex(-1);
             });
     for (QPushButton* pButton : findChildren<QPushButton*>())
         pButton->setAutoDefault(true); // Enter presses the one that has the focus
@@ -117,6 +119,24 @@ void EditVectorDialog::SelectMagnitude()
 {
     m_pMagnitude->setFocus(Qt::OtherFocusReason);
     m_pMagnitude->selectAll();
+}
+
+// The list shows nothing, so an arrow key would always begin at its first item: it goes on from where the direction is.
+bool EditVectorDialog::eventFilter(QObject* pWatched, QEvent* pEvent)
+{
+    if (pWatched == m_pPresets && pEvent->type() == QEvent::KeyPress)
+    {
+        const auto* pKey = static_cast<const QKeyEvent*>(pEvent);
+        const int nKey = pKey->key();
+        const bool bNext = nKey == Qt::Key_Down || nKey == Qt::Key_PageDown;
+        const bool bStep = bNext || nKey == Qt::Key_Up || nKey == Qt::Key_PageUp;
+        if (bStep && !(pKey->modifiers() & ~Qt::KeypadModifier)) // with Alt it opens the list
+        {
+            m_Dialog.OnStepPreset(bNext);
+            return true;
+        }
+    }
+    return TemplateDialog::eventFilter(pWatched, pEvent);
 }
 
 // Without the mouse there is no release to come.

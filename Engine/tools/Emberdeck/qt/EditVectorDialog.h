@@ -3,6 +3,7 @@
 #include "properties/VectorEditor.h"
 #include "qt/TemplateDialog.h"
 
+class QComboBox;
 class QLineEdit;
 
 // One of the two views of a direction.
@@ -40,6 +41,7 @@ public:
 
 protected:
     void changeEvent(QEvent* pEvent) override;
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 private:
     void RepaintViews() override;
@@ -49,4 +51,5 @@ private:
     VectorView* m_pSide;
     VectorView* m_pTop;
     QLineEdit* m_pMagnitude;
+    QComboBox* m_pPresets;
 };
