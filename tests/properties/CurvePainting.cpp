@@ -1,3 +1,6 @@
+#include <map>
+
+#include "platform/ColorContrast.h"
 #include "properties/CurvePainter.h"
 #include "properties/PropertyBench.h"
 #include "support/RecordingSurface.h"
@@ -135,4 +138,86 @@ TEST(CurvePainting, OnlyWhatIsInViewIsDrawn)
     const CRect rcSeen{200, 0, 300, 50};
     EXPECT_NEAR(24.0, double(bench.Paint(many, "ellipse", rcSeen).size()), 2.0);
     EXPECT_NEAR(25.0 + 1 + 21, double(bench.Paint(many, "line", rcSeen).size()), 3.0);
+}
+
+// The worst contrast of a pen to what lies under it.
+class CPenSurface : public CRecordingSurface
+{
+public:
+    CPenSurface() : CRecordingSurface(CRect{0, 0, 256, 50}) {}
+    void FillRect(const CRect& rc, CColorRef nColor) override
+    {
+        for (int32_t x = std::max(rc.left, 0); x < rc.right && x < 256; ++x)
+            m_Ground[x] = nColor;
+    }
+    void DrawLine(CPoint from, CPoint to, const CPenSpec& pen) override
+    {
+        for (int32_t x = std::max(from.x, 0); x < 256 && x < std::max(to.x, from.x + 1); ++x)
+            m_fWorst = std::min(m_fWorst, ContrastRatio(pen.m_nColor, m_Ground[x]));
+        m_Reached[pen.m_nWidth] = std::max(m_Reached[pen.m_nWidth], to.x);
+    }
+    void DrawEllipse(const CRect& rc, const CPenSpec& pen, const CBrushSpec&) override
+    {
+        const int32_t x = std::clamp((rc.left + rc.right) / 2, 0, 255);
+        m_fWorst = std::min(m_fWorst, ContrastRatio(pen.m_nColor, m_Ground[x]));
+    }
+    CColorRef m_Ground[256] = {};
+    double m_fWorst = 21.0;
+    std::map<int32_t, int32_t> m_Reached;
+};
+
+TEST(CurvePainting, PensStandOutFromEveryGround)
+{
+    CPaintBench bench;
+    bench.view.m_rc = CRect{0, 0, 256, 50};
+    bench.view.m_fYMin = -0.1f;
+    bench.view.m_fYMax = 1.1f;
+    const std::vector<std::vector<uint32_t>> grounds = {{0xFF000000, 0xFFFFFFFF},
+                                                        {0xFF00FF00, 0xFF0000FF},
+                                                        {0xFFFF0000, 0xFF00FFFF},
+                                                        {0xFF808080, 0xFF407F00}};
+    for (const auto& colors : grounds)
+    {
+        CEffectProperty color(&bench.Desc("Color"));
+        for (size_t i = 0; i < colors.size(); ++i)
+        {
+            CPropKey key;
+            key.m_fTime = float(i);
+            key.m_Data.SetColor(colors[i]);
+            color.AddKey(key);
+        }
+        CPenSurface plain, clear;
+        PaintCurve(&plain, bench.view, color);
+        PaintCurve(&clear, bench.view, color, CCurvePaintOptions{.m_bContrastPens = true});
+        EXPECT_LT(plain.m_fWorst, 3.0);
+        EXPECT_GE(clear.m_fWorst, 3.0) << std::hex << colors[0];
+        EXPECT_EQ(plain.m_Reached, clear.m_Reached) << "in pieces, and whole";
+    }
+    // On white, all is as it always was.
+    const CEffectProperty line = bench.Curve("Line", {{0, 1}, {0.5f, 0}, {1, 0.5f}});
+    CRecordingSurface plain, clear;
+    PaintCurve(&plain, bench.view, line);
+    PaintCurve(&clear, bench.view, line, CCurvePaintOptions{.m_bContrastPens = true});
+    EXPECT_EQ(plain.m_Calls, clear.m_Calls);
+}
+
+TEST(CurvePainting, TheScaleHasRoundValuesAtTheirHeights)
+{
+    CPaintBench bench;
+    const auto scale = [&](const char* pszName, float fMin, float fMax)
+    {
+        bench.view.m_rc = CRect{0, 0, 100, 200};
+        bench.view.m_fYMin = fMin;
+        bench.view.m_fYMax = fMax;
+        std::string sMarks;
+        for (const CScaleMark& mark : bench.view.GetScale(CEffectProperty(&bench.Desc(pszName)), 24))
+            sMarks += (sMarks.empty() ? "" : " ") + mark.m_sText + "@" + std::to_string(mark.y);
+        return sMarks;
+    };
+    EXPECT_EQ("0.0@184 0.2@151 0.4@117 0.6@84 0.8@51 1.0@17", scale("Color", -0.1f, 1.1f));
+    EXPECT_EQ("-5@190 0@140 5@90 10@40", scale("Line", -6, 14));
+    EXPECT_EQ("7.000@200 7.002@161 7.004@121 7.006@81 7.008@41 7.010@1", scale("Line", 7, 7.01f));
+    EXPECT_EQ("", scale("Line", 0, 3e38f));
+    EXPECT_EQ("-10@200 -5@150 0@100 5@50 10@0", scale("Line", 0, 0)); // the view of a range without a size
+    EXPECT_TRUE(bench.Paint(bench.Curve("Line", {{0, 1}, {1, 2}}), "text").empty()) << "off by itself";
 }

@@ -4,6 +4,8 @@
 #include <cfloat>
 #include <cmath>
 
+#include "qsnumber.h"
+
 namespace
 {
 
@@ -90,6 +92,39 @@ int CCurveView::HitTest(const CEffectProperty& prop, CPoint pt) const
             return static_cast<int>(i);
     }
     return -1;
+}
+
+std::vector<CScaleMark> CCurveView::GetScale(const CEffectProperty& prop, int32_t nMinGap) const
+{
+    std::vector<CScaleMark> marks;
+    const uint32_t eType = prop.GetDesc() ? prop.GetDesc()->m_eType : uint32_t(ePropType_None);
+    const CRange values = Values();
+    constexpr double c_fMost = 1e6;
+    if ((eType != ePropType_Int && eType != ePropType_Float && eType != ePropType_Color &&
+         eType != ePropType_Vector) ||
+        Height() <= 0 || std::abs(values.m_fFrom) > c_fMost || std::abs(values.m_fTo) > c_fMost)
+        return marks;
+    // The smallest of 1, 2, 5, 10... that leaves the gap.
+    const double fLeast =
+        std::max(values.Size() * std::max(nMinGap, 1) / Height(), eType == ePropType_Int ? 1.0 : 1e-4);
+    const int nPower = static_cast<int>(std::floor(std::log10(fLeast)));
+    const double fTen = std::pow(10.0, nPower);
+    double fStep = 10.0 * fTen;
+    for (const double fFactor : {5.0, 2.0, 1.0})
+        fStep = fFactor * fTen >= fLeast * (1.0 - 1e-9) ? fFactor * fTen : fStep;
+    const bool bColor = eType == ePropType_Color; // no channel lies outside
+    const double fFrom = bColor ? std::max(values.m_fFrom, 0.0) : values.m_fFrom;
+    const double fTo = bColor ? std::min(values.m_fTo, 1.0) : values.m_fTo;
+    const int nDecimals = fStep < 1.0 ? std::max(-nPower - (fStep > 7.0 * fTen ? 1 : 0), 0) : 0;
+    for (auto i = static_cast<int64_t>(std::ceil(fFrom / fStep - 1e-6));
+         double(i) * fStep <= fTo + fStep * 1e-6; ++i)
+    {
+        const double fValue = double(i) * fStep;
+        marks.push_back(
+            CScaleMark{QSFixedText(fValue, nDecimals),
+                       Height() - ToPixels((fValue - values.m_fFrom) * Height() / values.Size())});
+    }
+    return marks;
 }
 
 void CCurveView::BestFit(const CEffectProperty& prop)

@@ -1,9 +1,18 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
 #include "model/FunctionCurve.h"
 #include "platform/IDrawSurface.h"
+
+// A round value of the scale.
+struct CScaleMark
+{
+    std::string m_sText;
+    int32_t y; // in pixels of the area
+};
 
 // The part of a curve that is on show, and the way between pixels and values. Pixels are those of the
 // dialog, m_rc among them. All arithmetic is in double and truncates; results are cut to c_nMaxPixel.
@@ -26,6 +35,10 @@ public:
     int32_t GetZeroLine() const;
     int32_t Width() const { return m_rc.Width() > 0 ? m_rc.Width() : 0; }
     int32_t Height() const { return m_rc.Height() > 0 ? m_rc.Height() : 0; }
+
+    // Round values from low to high, at least nMinGap pixels apart; whole ones for an Int, those from 0 to 1 for a
+    // colour. None for texts, nor beside a range beyond a million, whose values would be long.
+    std::vector<CScaleMark> GetScale(const CEffectProperty& prop, int32_t nMinGap) const;
 
     // The whole time, and the range of the values on the present axis with some room about it; a fixed
     // range for colours and texts.

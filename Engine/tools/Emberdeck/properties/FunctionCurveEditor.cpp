@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "properties/CurvePainter.h"
 #include "qsassert.h"
 #include "qsnumber.h"
 
@@ -202,7 +201,7 @@ bool CFunctionCurveDlg::IsTimeLocked(uint32_t nIndex) const
 
 void CFunctionCurveDlg::Paint(IDrawSurface* pSurface) const
 {
-    PaintCurve(pSurface, m_View, m_Prop);
+    PaintCurve(pSurface, m_View, m_Prop, m_PaintOptions);
 }
 
 CFunctionCurveDlg::CSelection CFunctionCurveDlg::GetSelection() const

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "properties/CurveView.h"
+#include "properties/CurvePainter.h"
 #include "properties/EffectPropertyCtrls.h"
 
 // Who shows the dialog. The row under the curve has a view of its own.
@@ -99,6 +99,7 @@ public:
     bool IsTimeLocked(uint32_t nIndex) const;
 
     void Paint(IDrawSurface* pSurface) const; // origin at the area's top left
+    void SetPaintOptions(const CCurvePaintOptions& options) { m_PaintOptions = options; }
     const CCurveView& GetView() const { return m_View; }
     CEffectPropertyCtrls& GetRow() { return m_Ctrls; }
     CCurveControlState GetControl(uint32_t nID) const;
@@ -131,6 +132,7 @@ private:
     ICurveDialogView* m_pView = nullptr;
     const bool m_bReadOnly;
     CCurveView m_View;
+    CCurvePaintOptions m_PaintOptions;
     CEffectPropertyCtrls m_Ctrls; // the row under the curve
     std::vector<std::string> m_Axes;
     bool m_bDragging = false;    // the left button went down on a key

@@ -112,6 +112,7 @@ FunctionCurveDialog::FunctionCurveDialog(CFunctionCurveDlg& dialog, QWidget* pPa
     KeepDisabledReadable(*this);
     const QRect rcArea = m_Controls.PlaceOf(eCurve_Area);
     m_pArea->setGeometry(rcArea);
+    m_Dialog.SetPaintOptions(CCurvePaintOptions{.m_bContrastPens = true, .m_bScale = true});
     const FontMeasure font(*this);
     m_Dialog.OnInitDialog(FromQt(rcArea), FromQt(m_Controls.PlaceOf(eCurve_RowLabel)),
                           FromQt(m_Controls.PlaceOf(eCurve_RowControls)), &font);
