@@ -198,12 +198,15 @@ inline constexpr CTemplateControl c_Color[] = {
     {c_nNoControlID, eLabel, 242, 153, 24, 9, "Bl&ue:"},
     {708, eEdit, 268, 150, 20, 12, "", eTplNumbersOnly},
     {729, eLabel, 242, 167, 24, 9, "&Alpha:"},
-    {1006, eEdit, 268, 164, 20, 12, "", eTplNumbersOnly},
+    {1006, eEdit, 268, 164, 20, 12, "", eTplNumbersOnly, "Kept with a custom color: 0 is transparent, 255 opaque"},
     {c_nControlOk, eButton, 4, 200, 44, 14, "OK", eTplDefault},
     {c_nControlCancel, eButton, 52, 200, 44, 14, "Cancel"},
     {9005, eButton, 103, 200, 16, 14, "Save", eTplIconOnly, "Save Custom Colors"},
     {9003, eButton, 120, 200, 16, 14, "Load", eTplIconOnly, "Load Custom Colors"},
     {712, eButton, 152, 200, 141, 14, "&Add to Custom Colors"},
+    // In the room that the rest leaves: the box begins with 0 whatever the row's alpha is, and never gets there.
+    {c_nNoControlID, eLabel, 152, 179, 141, 18,
+     "Alpha is kept with custom colors only.\nThe row's own alpha stays as it is.", eTplMultiLine},
 };
 
 // CEditVectorDlg.
