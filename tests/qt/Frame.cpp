@@ -5,7 +5,9 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QPainter>
 #include <QStatusBar>
+#include <QStyleOption>
 #include <QTest>
 #include <QTimer>
 
@@ -19,6 +21,7 @@
 #include "qt/AssertDialog.h"
 #include "qt/LibraryTreeView.h"
 #include "qt/MainWindow.h"
+#include "qt/MenuStyle.h"
 #include "qt/QtSurface.h"
 #include "qt/ShellPainter.h"
 #include "qt/ToolBarWidget.h"
@@ -76,6 +79,27 @@ TEST(Frame, BothPalettesAreLegible)
         EXPECT_GE(Contrast(quiet, palette.color(QPalette::Highlight)), 1.8)
             << "it is told from the active one";
         EXPECT_GE(Contrast(quiet, palette.color(QPalette::Base)), 1.3) << "and from no selection";
+
+        // Whether they are on or off, boxes and radio buttons are seen as such.
+        const MenuStyle style;
+        for (QStyle::PrimitiveElement eElement :
+             {QStyle::PE_IndicatorRadioButton, QStyle::PE_IndicatorCheckBox, QStyle::PE_FrameLineEdit})
+        {
+            QStyleOptionButton option;
+            option.palette = palette;
+            option.rect = QRect(4, 4, 14, 14);
+            option.state = QStyle::State_Enabled | QStyle::State_Off;
+            QImage image(22, 22, QImage::Format_RGB32);
+            image.fill(palette.color(QPalette::Window));
+            QPainter painter(&image);
+            style.drawPrimitive(eElement, &option, &painter, nullptr);
+            painter.end();
+            double fEdge = 1.0;
+            for (int x = 2; x < 11; ++x)
+                fEdge = std::max(fEdge, Contrast(palette.color(QPalette::Window), image.pixelColor(x, 11)));
+            EXPECT_GE(fEdge, 1.4) << eElement << " on "
+                                  << palette.color(QPalette::Window).name().toStdString();
+        }
     }
     const std::unique_ptr<IProfile> pProfile = MakeMemoryProfile();
     EXPECT_EQ(EAppearance::eDesktop, LoadAppearance(*pProfile));

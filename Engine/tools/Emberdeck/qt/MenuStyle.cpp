@@ -30,7 +30,7 @@ QString KeyOf(const QAction& action)
 }
 
 // The style darkens the ground for the edge of a box, which on a dark one can't be told from it.
-void DrawEdgeOnDark(const QStyleOption& option, QPainter& painter)
+void DrawEdgeOnDark(const QStyleOption& option, QPainter& painter, bool bRound)
 {
     if (option.palette.color(QPalette::Window).lightness() >= 128 || (option.state & QStyle::State_HasFocus))
         return;
@@ -38,7 +38,15 @@ void DrawEdgeOnDark(const QStyleOption& option, QPainter& painter)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(FrameColor(option.palette));
     painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), 2, 2);
+    if (bRound)
+    {
+        const qreal fSize = std::min(option.rect.width(), option.rect.height()) - 1;
+        QRectF rc(0, 0, fSize, fSize);
+        rc.moveCenter(QRectF(option.rect).center());
+        painter.drawEllipse(rc);
+    }
+    else
+        painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), 2, 2);
     painter.restore();
 }
 
@@ -199,8 +207,9 @@ void MenuStyle::drawPrimitive(PrimitiveElement eElement, const QStyleOption* pOp
     if (eElement != PE_FrameMenu && eElement != PE_PanelMenu)
     {
         QProxyStyle::drawPrimitive(eElement, pOption, pPainter, pWidget);
-        if (eElement == PE_FrameLineEdit || eElement == PE_IndicatorCheckBox)
-            DrawEdgeOnDark(*pOption, *pPainter);
+        if (eElement == PE_FrameLineEdit || eElement == PE_IndicatorCheckBox ||
+            eElement == PE_IndicatorRadioButton)
+            DrawEdgeOnDark(*pOption, *pPainter, eElement == PE_IndicatorRadioButton);
         return;
     }
     if (eElement == PE_PanelMenu)
