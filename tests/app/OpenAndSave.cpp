@@ -45,6 +45,25 @@ TEST(OpenAndSave, OpensInTheToldOrderAndWritesBackTheSameBytes)
     EXPECT_EQ(sFile, bench.app->m_sFileName);
 }
 
+TEST(OpenAndSave, AProjectIsChosenByItsLocatorFile)
+{
+    CAppBench bench;
+    bench.prompts.onFile(std::nullopt);
+    EXPECT_FALSE(bench.app->ChooseProject());
+    bench.prompts.onFile(bench.dir.path("nowhere/none.proj00")).onAsk("Unable to find a project");
+    EXPECT_FALSE(bench.app->ChooseProject());
+    EXPECT_FALSE(bench.app->m_EffectModule.IsLoaded());
+    EXPECT_TRUE(bench.sourceControl.m_Calls.empty());
+
+    bench.prompts.onFile(bench.path("game.proj00"));
+    EXPECT_TRUE(bench.app->ChooseProject());
+    EXPECT_TRUE(bench.app->m_EffectModule.IsLoaded());
+    EXPECT_EQ(CCalls{"SetProject prov|db"}, bench.sourceControl.m_Calls);
+    const CFileDialogRequest& request = bench.prompts.m_Files.back();
+    EXPECT_TRUE(request.m_bOpen && request.m_bMustExist);
+    EXPECT_NE(std::string::npos, request.m_sFilter.find("*.proj00"));
+}
+
 TEST(OpenAndSave, EachFailureLeavesTheStateOfNew)
 {
     CAppBench bench;

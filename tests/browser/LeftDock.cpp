@@ -112,6 +112,24 @@ TEST(LeftDock, PagesFollowSizeAndTabs)
     bench.dock.OnSelChange(0);
     EXPECT_TRUE(bench.effectView.m_bDialogShown);
 
+    // The tree fills its page.
+    struct CPage : IDialogControls
+    {
+        CRect GetClientRect() const override { return m_rcPage; }
+        bool GetControlRect(uint32_t, CRect& rc) const override { return rc = m_rcTree, true; }
+        void MoveControl(uint32_t, const CRect& rc) override { m_rcTree = rc; }
+        CRect m_rcPage{0, 0, 100, 200}, m_rcTree{7, 30, 93, 193};
+    } page;
+    for (CLibraryPanel* pPanel :
+         {static_cast<CLibraryPanel*>(&bench.effects), static_cast<CLibraryPanel*>(&bench.prefabs)})
+    {
+        page = CPage();
+        pPanel->OnCreate(&page);
+        page.m_rcPage = {0, 0, 150, 180};
+        pPanel->OnSize();
+        EXPECT_EQ((CRect{7, 30, 143, 173}), page.m_rcTree);
+    }
+
     const auto bands = CSizeBar::GetBands({0, 0, 8, 100});
     std::string sBands;
     for (const CSizeBarBand& band : bands)

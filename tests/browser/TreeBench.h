@@ -43,7 +43,11 @@ struct CTreeBench : ITreeParent
     {
         return Click(view.Icon(item(s)), modifiers);
     }
-    std::string Key(ETreeKey eKey, CModifiers modifiers = {}) { return ctrl.OnKey({eKey, modifiers}), sel(); }
+    std::string Key(ETreeKey eKey, CModifiers modifiers = {})
+    {
+        EXPECT_TRUE(ctrl.OnKey({eKey, modifiers})) << "left to others";
+        return sel();
+    }
     std::string Band(CPoint from, std::vector<CPoint> way, CModifiers modifiers = {})
     {
         ctrl.OnLeftPress(from, modifiers);

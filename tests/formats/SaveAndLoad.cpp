@@ -170,28 +170,30 @@ TEST(SaveAndLoad, AwkwardNames)
 // What is saved loads again; a tree that is too deep for that leaves the file as it was.
 TEST(SaveAndLoad, DeepTrees)
 {
-    const auto nested = [](int nGroups, bool bKey)
+    const auto nested = [](int nGroups, bool bEffect, bool bKey)
     {
         CLibraryBuilder builder = aLibrary();
         for (int i = 1; i < nGroups; ++i) // the root is one
             builder.group("g");
-        builder.effect("Deep");
+        if (bEffect)
+            builder.effect("Deep");
         if (bKey)
             builder.key("Light");
         return builder.build();
     };
-    for (const auto& [nDeepest, bKey] : {std::pair(507, true), std::pair(510, false)})
+    for (const auto& [nDeepest, bEffect, bKey] :
+         {std::tuple(507, true, true), std::tuple(510, true, false), std::tuple(511, false, false)})
     {
-        const CLoaded loaded = Reloaded(*nested(nDeepest, bKey), "a.Fx00a");
+        const CLoaded loaded = Reloaded(*nested(nDeepest, bEffect, bKey), "a.Fx00a");
         EXPECT_TRUE(loaded.m_bLoaded) << loaded.m_sError;
         const CTempDir dir;
         const std::string sFile = dir.write("a.Fx00a", "old");
-        const auto pTooDeep = nested(nDeepest + 1, bKey);
+        const auto pTooDeep = nested(nDeepest + 1, bEffect, bKey);
         EXPECT_FALSE(SaveEffectLibrary(sFile.c_str(), pTooDeep->m_EffectTree, pTooDeep->m_PrefabTree));
         EXPECT_EQ("old", ReadBytes(sFile));
     }
     // Nothing recurses, however deep.
-    const auto pAbyss = nested(100000, true);
+    const auto pAbyss = nested(100000, true, true);
     EXPECT_FALSE(SaveEffectLibrary("/nowhere/a.Fx00a", pAbyss->m_EffectTree, pAbyss->m_PrefabTree));
 }
 

@@ -19,9 +19,9 @@ inline bool EmberdeckFault(int nFault)
 
 // The right side of "a += b" or "a -= b", with its sign turned when the fault is on.
 template <class T>
-T EmberdeckTurnedSign(int nFault, T value)
+auto EmberdeckTurnedSign(int nFault, T value)
 {
-    return EmberdeckFault(nFault) ? T(-value) : value;
+    return EmberdeckFault(nFault) ? -value : +value; // a bool becomes an int, or it would have no sign
 }
 
 // An operator that a fault replaces. "a < b" is written "a < CEmberdeckOperator<SLess, SGreater>{17} < b": the same

@@ -70,6 +70,13 @@ TEST(ColorChoosing, AllFourWidgetsFeedOneColor)
     EXPECT_EQ(0xFFFFFFu, bench.dlg.GetChooser().GetRgb());
     bench.dlg.OnBasicKey(EPaletteKey::eSpace);
     EXPECT_EQ(0u, bench.dlg.GetChooser().GetRgb());
+    std::string sWay;
+    for (EPaletteKey eKey : {EPaletteKey::eRight, EPaletteKey::eRight, EPaletteKey::eUp, EPaletteKey::eLeft})
+    {
+        bench.dlg.OnBasicKey(eKey);
+        sWay += std::to_string(bench.dlg.GetChooser().GetBasicFocus()) + " ";
+    }
+    EXPECT_EQ("41 42 34 33 ", sWay);
     std::set<CColorRef> different;
     for (int i = 0; i < CColorChooser::c_nBasicColors; ++i)
         different.insert(CColorChooser::GetBasicColor(i));

@@ -115,6 +115,10 @@ TEST(PaletteFiles, DescriptionsFollowTheCells)
     bench.dlg.GetPalette().OnKey(EPaletteKey::eLeft, false);
     bench.dlg.GetPalette().OnKey(EPaletteKey::eDelete, false); // another cell's
     EXPECT_EQ("again", bench.dlg.GetText(eColor_DescriptionBox));
+    // A file has one line for each.
+    bench.Describe(std::string("a\nb\rc\r\nd\0e", 10));
+    bench.dlg.OnFocusLost(eColor_DescriptionBox);
+    EXPECT_EQ("a b c d e", bench.dlg.GetDescription(7));
 }
 
 TEST(PaletteFiles, TheProfileIsWrittenByOkAlone)

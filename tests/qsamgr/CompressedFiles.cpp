@@ -55,6 +55,29 @@ TEST(CompressedFiles, StreamThroughBothKindsOfCalls)
         }
 }
 
+TEST(CompressedFiles, AreWholeWithoutClose)
+{
+    CTempDir dir;
+    std::mt19937 random(5);
+    const Bytes data = MakeSample(random, 5000);
+    const std::string sPath = dir.path("f");
+    const auto write = [&](CQSACompressedFile& file)
+    {
+        ASSERT_TRUE(file.Open(sPath.c_str(), c_eWrite, 1024, false));
+        EXPECT_TRUE(file.WriteBlock(data.data(), uint32_t(data.size())));
+    };
+    {
+        CQSACompressedFile file;
+        write(file);
+    }
+    EXPECT_EQ(PlainCompress(data.data(), data.size()), FileBytes(sPath)) << "destroyed";
+    WriteBytes(sPath, "");
+    CQSACompressedFile file;
+    write(file);
+    ASSERT_TRUE(file.Open(dir.path("g").c_str(), c_eWrite, 1024, false));
+    EXPECT_EQ(PlainCompress(data.data(), data.size()), FileBytes(sPath)) << "opened again";
+}
+
 TEST(CompressedFiles, ReadOnBehindAnEnd)
 {
     CTempDir dir;

@@ -40,6 +40,10 @@ TEST(TimelineKeyboard, MenuOpensOnTheKeyOrWhereOneCanBeAdded)
     EXPECT_EQ(2u, wnd.OnRightRelease(wnd.GetMenuPoint(), true).size());
     EXPECT_EQ(&bench.Key(0, 1), wnd.GetCurKey());
     wnd.OnMenuClosed(0);
+    wnd.OnStep(EKeyStep::eDown, false);
+    EXPECT_EQ(bench.At(250, 1), wnd.GetMenuPoint());
+    wnd.OnStep(EKeyStep::eUp, false);
+    wnd.OnStep(EKeyStep::eNext, false);
     wnd.OnStep(EKeyStep::eNext, false);
     EXPECT_FALSE(wnd.KeyFromPoint(wnd.GetMenuPoint()));
     EXPECT_EQ(bench.Tracks().GetTrack(0), wnd.TrackFromY(wnd.GetMenuPoint().y));
