@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: 0BSD (copy it freely, without any warranty) */
 /* The smallest plug-in: one effect type with two properties. */
 
 #include "effecttypes.h"

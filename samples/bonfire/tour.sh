@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: 0BSD
 # Takes the sample game's two libraries the whole way, from what artists save to what the game plays.
 #   tour.sh BIN    BIN is the folder of the built programs
 set -eu

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: 0BSD
 #include "make/LibraryText.h"
 
 // The small library: a night at the fire. What the README shows and the game plays first.

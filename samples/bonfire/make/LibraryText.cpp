@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: 0BSD
 #include "make/LibraryText.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: 0BSD
 #include "make/ResourceList.h"
 
 #include <string_view>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: 0BSD
 /*
  * Fireglass, the effect library of the game Bonfire, as far as the editor sees it: the effect types, and
  * what each can be told. All of it is static data.
