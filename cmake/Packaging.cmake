@@ -35,6 +35,7 @@ function(compressed file name)
 endfunction()
 compressed("${packaging}/emberdeck.1" emberdeck.1)
 compressed("${packaging}/emberdeck-batch.1" emberdeck-batch.1)
+compressed("${packaging}/bonfire.1" bonfire.1)
 compressed("${packaging}/changelog" changelog)
 
 find_package(Qt6 REQUIRED COMPONENTS Gui)
@@ -70,10 +71,12 @@ set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)
 install(TARGETS emberdeck emberdeck-batch bonfire RUNTIME DESTINATION ${private})
 install(TARGETS fireglass AssertWin32DLL LIBRARY DESTINATION ${private})
 file(MAKE_DIRECTORY "${made}/bin")
-foreach(program emberdeck emberdeck-batch)
+foreach(program emberdeck emberdeck-batch bonfire)
   file(CREATE_LINK "../${private}/${program}" "${made}/bin/${program}" SYMBOLIC)
   install(FILES "${made}/bin/${program}" DESTINATION bin)
   install(FILES "${made}/${program}.1.gz" DESTINATION share/man/man1)
+endforeach()
+foreach(program emberdeck emberdeck-batch)
   install(FILES "${packaging}/completions/${program}" DESTINATION share/bash-completion/completions)
 endforeach()
 install(FILES Engine/sdk/inc/effecttypes.h DESTINATION include/emberdeck)
@@ -91,21 +94,31 @@ install(DIRECTORY samples/bonfire/project/resources DESTINATION ${sample}
 install(FILES "${packaging}/emberdeck.desktop" "${packaging}/emberdeck-bonfire.desktop"
   DESTINATION share/applications)
 install(FILES "${packaging}/emberdeck.xml" DESTINATION share/mime/packages)
-install(FILES "${packaging}/emberdeck.metainfo.xml" DESTINATION share/metainfo)
+# Where the owner publishes docs/pictures is the owner's to say: an address that leads nowhere helps nobody.
+set(EMBERDECK_PICTURES_URL "" CACHE STRING
+  "Web folder that holds docs/pictures, without a slash at its end; empty: software centres show no picture")
+set(METAINFO "${made}/emberdeck.metainfo.xml")
+include("${CMAKE_CURRENT_LIST_DIR}/MetaInfo.cmake")
+install(FILES "${METAINFO}" DESTINATION share/metainfo)
 install(DIRECTORY "${made}/icons/" DESTINATION share/icons/hicolor
   FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ
   DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 install(FILES "${packaging}/copyright" "${made}/changelog.gz" DESTINATION share/doc/emberdeck)
 
-# The manual, where Help looks for it, and the pictures that its pages show.
-install(DIRECTORY docs/manual docs/pictures DESTINATION share/doc/emberdeck
+# The manual, where Help looks for it, the pictures that its pages show, and the pages beside it that they lead to. The
+# folder of documentation may be left out of a machine, so it only holds links to them.
+set(pages source-control.md architecture.md performance.md packaging.md)
+install(DIRECTORY docs/manual docs/pictures DESTINATION share/emberdeck
   FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ
   DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE
   FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.c")
-
-# The pages beside the manual that its pages lead to.
-install(FILES docs/source-control.md docs/architecture.md docs/performance.md docs/packaging.md
-  DESTINATION share/doc/emberdeck)
+list(TRANSFORM pages PREPEND docs/ OUTPUT_VARIABLE page_files)
+install(FILES ${page_files} DESTINATION share/emberdeck)
+file(MAKE_DIRECTORY "${made}/doc")
+foreach(name manual pictures ${pages})
+  file(CREATE_LINK "../../emberdeck/${name}" "${made}/doc/${name}" SYMBOLIC)
+  install(FILES "${made}/doc/${name}" DESTINATION share/doc/emberdeck)
+endforeach()
 
 install(FILES "${packaging}/lintian-overrides" DESTINATION share/lintian/overrides RENAME emberdeck)
 

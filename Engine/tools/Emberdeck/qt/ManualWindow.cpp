@@ -149,9 +149,9 @@ QStringList ManualWindow::GetFolders()
     const QDir program(QCoreApplication::applicationDirPath());
     QStringList folders;
     for (const char* pszPlace : {"docs/manual", "../docs/manual", "../../../docs/manual",
-                                 "../share/doc/emberdeck/manual", "../../share/doc/emberdeck/manual"})
+                                 "../share/emberdeck/manual", "../../../share/emberdeck/manual"})
         folders << QDir::cleanPath(program.filePath(QLatin1String(pszPlace)));
-    folders << QStringLiteral("/usr/share/doc/emberdeck/manual");
+    folders << QStringLiteral("/usr/share/emberdeck/manual");
     folders.removeDuplicates();
     return folders;
 }
