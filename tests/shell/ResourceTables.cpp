@@ -2,6 +2,7 @@
 #include <set>
 
 #include "ShellTest.h"
+#include "app/resources/DialogIcons.h"
 #include "app/resources/DialogTemplates.h"
 #include "app/resources/Strings.h"
 #include "app/resources/TreeIcons.h"

@@ -9,6 +9,7 @@
 #include "app/resources/Bars.h"
 #include "qt/AccessibleViews.h"
 #include "qt/LeftDockWidget.h"
+#include "qt/IconPainter.h"
 #include "qt/ProgramIcon.h"
 #include "qt/PropertyControls.h"
 #include "qt/QtText.h"
@@ -67,6 +68,7 @@ bool MainWindow::Create(bool bSplash, MenuStyle* pStyle)
     m_pApp->Start();
     m_Splash.EnableSplashScreen(bSplash);
     m_pFrame = std::make_unique<CMainFrame>(*m_pApp, *this, ShellColors(palette()));
+    m_pFrame->SetIconMaker(PaintIcon);
     if (!m_pFrame->Create())
         return false;
     if (m_pStyle)

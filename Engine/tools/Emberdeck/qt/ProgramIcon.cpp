@@ -73,10 +73,12 @@ QPixmap SplashPicture(qreal fScale)
         font.setPixelSize(text.m_nPixelSize);
         font.setBold(text.m_bBold);
         const std::string sVersion = GetProgramVersionText(c_szVersionVersion);
-        const QString sText = QString::fromUtf8(text.m_pszText).replace(QLatin1String("%s"), QString::fromStdString(sVersion));
+        const QString sText =
+            QString::fromUtf8(text.m_pszText).replace(QLatin1String("%s"), QString::fromStdString(sVersion));
         // Fonts that run wide are made smaller until the text clears the edge.
         constexpr int nMargin = 24;
-        while (font.pixelSize() > 8 && QFontMetrics(font).horizontalAdvance(sText) > c_nSplashWidth - text.m_nX - nMargin)
+        while (font.pixelSize() > 8 &&
+               QFontMetrics(font).horizontalAdvance(sText) > c_nSplashWidth - text.m_nX - nMargin)
             font.setPixelSize(font.pixelSize() - 1);
         painter.setFont(font);
         painter.setPen(ToQt(text.m_nColor));
@@ -85,16 +87,4 @@ QPixmap SplashPicture(qreal fScale)
     painter.setPen(ToQt(c_nSplashEdge));
     painter.drawRect(0, 0, c_nSplashWidth - 1, c_nSplashHeight - 1);
     return pixmap;
-}
-
-QImage ToQImage(const CPixelImage& image)
-{
-    QImage result(image.m_nSize, image.m_nSize, QImage::Format_ARGB32);
-    for (int32_t y = 0; y < image.m_nSize; ++y)
-        for (int32_t x = 0; x < image.m_nSize; ++x)
-        {
-            const uint32_t n = image.m_Pixels[size_t(y * image.m_nSize + x)];
-            result.setPixel(x, y, qRgba(int(n & 0xFF), int(n >> 8 & 0xFF), int(n >> 16 & 0xFF), int(n >> 24)));
-        }
-    return result;
 }

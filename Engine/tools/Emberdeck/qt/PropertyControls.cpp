@@ -12,7 +12,7 @@
 #include <QToolTip>
 
 #include "properties/SwatchPainter.h"
-#include "qt/ProgramIcon.h"
+#include "qt/IconPainter.h"
 #include "qt/QtSurface.h"
 #include "qt/QtText.h"
 
@@ -64,10 +64,13 @@ QString PlainToolTip(const QString& sText)
 
 QIcon ArtIcon(const CIconArt& art)
 {
-    const QImage image = ToQImage(MakeImage(art));
     QIcon icon;
-    for (int nScale : {1, 2, 3, 4})
-        icon.addPixmap(QPixmap::fromImage(image.scaled(image.size() * nScale)));
+    for (int nQuarters : {4, 5, 6, 7, 8, 10, 12, 16}) // of a pixel, on the screens that there are
+    {
+        QImage image = ToQImage(PaintIcon(art, c_nIconSize * nQuarters / 4));
+        image.setDevicePixelRatio(1.0); // the icon finds the one that is as large as it needs
+        icon.addPixmap(QPixmap::fromImage(image));
+    }
     return icon;
 }
 

@@ -1,6 +1,8 @@
 #include "qt/ShellPainter.h"
 
-#include "qt/ProgramIcon.h"
+#include <cmath>
+
+#include "qt/IconPainter.h"
 #include "qt/QtSurface.h"
 #include "qt/QtText.h"
 
@@ -29,6 +31,11 @@ CShellColors ShellColors(const QPalette& palette)
     return colors;
 }
 
+int32_t ShellPainter::IconGrid() const
+{
+    return static_cast<int32_t>(std::lround(c_nIconSize * m_Painter.device()->devicePixelRatioF()));
+}
+
 void ShellPainter::FillRect(const CRect& rc, CColorRef nColor)
 {
     m_Painter.fillRect(ToQt(rc), ToQt(nColor));
@@ -36,7 +43,11 @@ void ShellPainter::FillRect(const CRect& rc, CColorRef nColor)
 
 void ShellPainter::DrawImage(CPoint pt, const CPixelImage& image)
 {
-    m_Painter.drawImage(ToQt(pt), ToQImage(image));
+    // Onto whole pixels of the screen, where an image of its pixels is drawn as it is.
+    const QTransform toDevice = m_Painter.deviceTransform();
+    const QPointF device = toDevice.map(QPointF(ToQt(pt)));
+    const QPointF whole(std::round(device.x()), std::round(device.y()));
+    m_Painter.drawImage(toDevice.inverted().map(whole), ToQImage(image));
 }
 
 void ShellPainter::DrawMenuText(const CRect& rc, std::string_view sText, CColorRef nColor, bool bBold,

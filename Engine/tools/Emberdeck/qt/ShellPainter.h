@@ -13,6 +13,7 @@ class ShellPainter : public IShellSurface
 {
 public:
     explicit ShellPainter(QPainter& painter) : m_Painter(painter) {}
+    int32_t IconGrid() const override;
     void FillRect(const CRect& rc, CColorRef nColor) override;
     void DrawImage(CPoint pt, const CPixelImage& image) override;
     void DrawMenuText(const CRect& rc, std::string_view sText, CColorRef nColor, bool bBold,

@@ -73,6 +73,12 @@ void CMainFrame::SetColors(const CShellColors& colors)
     }
 }
 
+void CMainFrame::SetIconMaker(const IconMaker& maker)
+{
+    for (CKRToolbar* pToolbar : {&m_wndToolBar, &m_wndSourceControlBar})
+        pToolbar->SetIconMaker(maker);
+}
+
 bool CMainFrame::IsAllowed(EEnableRule eRule) const
 {
     const bool bFile = !m_App.m_sFileName.empty();

@@ -32,6 +32,7 @@ public:
     bool Create();
     // The user's palette has changed: the toolbars' images are made anew.
     void SetColors(const CShellColors& colors);
+    void SetIconMaker(const IconMaker& maker);
 
     // Whether a command may be given now. False for ids that aren't the frame's. Cheap, and never opens a
     // dialog: what source control says of the file is what it said when it was last asked.

@@ -82,18 +82,19 @@ bool CKRMenuDecorator::DrawItem(HMenu hMenu, size_t nItem, IShellSurface& surfac
     if (!pPopup || nItem >= pPopup->m_Items.size())
         return false;
     const CKRMenuItem& item = *pPopup->m_Items[nItem];
-    const CMenuItemIcons icons{FindIcon(item.GetID(), EImageKind::eNormal),
-                               FindIcon(item.GetID(), EImageKind::eHot),
-                               FindIcon(item.GetID(), EImageKind::eDisabled)};
+    const CMenuItemIcons icons{FindIcon(item.GetID(), EImageKind::eNormal, nullptr, surface.IconGrid()),
+                               FindIcon(item.GetID(), EImageKind::eHot, nullptr, surface.IconGrid()),
+                               FindIcon(item.GetID(), EImageKind::eDisabled, nullptr, surface.IconGrid())};
     item.DrawItem(surface, rc, state, icons, colors);
     return true;
 }
 
-const CPixelImage* CKRMenuDecorator::FindIcon(int32_t nCommand, EImageKind eKind, int32_t* pSize) const
+const CPixelImage* CKRMenuDecorator::FindIcon(int32_t nCommand, EImageKind eKind, int32_t* pSize,
+                                              int32_t nGrid) const
 {
     for (const CKRToolbar* pToolbar : m_Toolbars)
     {
-        if (const CPixelImage* pImage = pToolbar->FindImage(nCommand, eKind))
+        if (const CPixelImage* pImage = pToolbar->FindImage(nCommand, eKind, nGrid))
         {
             if (pSize)
                 *pSize = pImage->m_nSize;

@@ -67,7 +67,8 @@ public:
     std::string GetCommandKey(int32_t nCommand) const;
     // From the first toolbar that has an image of the kind for the command; null: none has. pSize may be
     // null, and takes width and height in pixels.
-    const CPixelImage* FindIcon(int32_t nCommand, EImageKind eKind, int32_t* pSize = nullptr) const;
+    const CPixelImage* FindIcon(int32_t nCommand, EImageKind eKind, int32_t* pSize = nullptr,
+                                int32_t nGrid = c_nIconSize) const;
 
 private:
     std::vector<const CKRToolbar*> m_Toolbars;

@@ -9,6 +9,8 @@ class IShellSurface
 {
 public:
     virtual ~IShellSurface() = default;
+    // Pixels to a side of an image that is as sharp as the screen.
+    virtual int32_t IconGrid() const { return c_nIconSize; }
     virtual void FillRect(const CRect& rc, CColorRef nColor) = 0;
     // Its top left corner at pt; what is transparent in it leaves the ground.
     virtual void DrawImage(CPoint pt, const CPixelImage& image) = 0;

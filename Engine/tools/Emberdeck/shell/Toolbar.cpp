@@ -38,9 +38,27 @@ void CKRToolbar::SetColors(const CShellColors& colors)
 {
     m_Colors = colors;
     m_Images.BuildImages(MakeImageList(m_pTable->m_pIcons, m_pTable->m_nIcons), EImageMode::eLight, colors);
+    m_FineImages.clear();
 }
 
-const CPixelImage* CKRToolbar::FindImage(int32_t nCommand, EImageKind eKind) const
+void CKRToolbar::SetIconMaker(IconMaker maker)
+{
+    m_Maker = std::move(maker);
+    m_FineImages.clear();
+}
+
+const CKRToolbarImages& CKRToolbar::ImagesFor(int32_t nGrid) const
+{
+    if (!m_Maker || nGrid == c_nIconSize)
+        return m_Images;
+    const auto [it, bNew] = m_FineImages.try_emplace(nGrid);
+    if (bNew)
+        it->second.BuildImages(MakeImageList(m_pTable->m_pIcons, m_pTable->m_nIcons, m_Maker, nGrid),
+                               EImageMode::eLight, m_Colors);
+    return it->second;
+}
+
+const CPixelImage* CKRToolbar::FindImage(int32_t nCommand, EImageKind eKind, int32_t nGrid) const
 {
     if (nCommand == 0)
         return nullptr;
@@ -48,7 +66,7 @@ const CPixelImage* CKRToolbar::FindImage(int32_t nCommand, EImageKind eKind) con
     for (int32_t i = 0; i < m_pTable->m_nButtons; ++i)
     {
         if (m_pTable->m_pButtons[i] == nCommand)
-            return m_Images.GetImage(nImage, eKind);
+            return ImagesFor(nGrid).GetImage(nImage, eKind);
         nImage += m_pTable->m_pButtons[i] != 0; // a gap has no image
     }
     return nullptr;
@@ -67,7 +85,8 @@ void CKRToolbar::DrawItem(IShellSurface& surface, const CRect& rc, int32_t nComm
     if (state.m_eDropDown != EDropDown::eNone)
         rcImage.right -= bWhole ? c_nWholeArrowRoom : c_nArrowRoom;
 
-    const CPixelImage* pNormal = FindImage(nCommand, EImageKind::eNormal);
+    const int32_t nGrid = surface.IconGrid();
+    const CPixelImage* pNormal = FindImage(nCommand, EImageKind::eNormal, nGrid);
     const CColorRef nBorder = m_Colors.BoxEdge();
     const CColorRef nHotFill = m_Colors.SelectedFill();
     CColorRef nArrow = m_Colors.m_nMenuText;
@@ -75,7 +94,7 @@ void CKRToolbar::DrawItem(IShellSurface& surface, const CRect& rc, int32_t nComm
     if (state.m_bDisabled)
     {
         nArrow = m_Colors.m_nGrayText;
-        if (const CPixelImage* pImage = FindImage(nCommand, EImageKind::eDisabled))
+        if (const CPixelImage* pImage = FindImage(nCommand, EImageKind::eDisabled, nGrid))
             surface.DrawImage(CenterImage(rcImage, *pImage), *pImage);
         else if (pNormal)
             surface.DrawImage(CenterImage(rcImage, *pNormal), MakeFlatImage(*pNormal, m_Colors.Line()));
@@ -83,7 +102,7 @@ void CKRToolbar::DrawItem(IShellSurface& surface, const CRect& rc, int32_t nComm
     else if (!state.m_bChecked && (state.m_bPressed ? bWhole : state.m_bHot))
     {
         DrawBox(surface, rc, nBorder, nHotFill);
-        if (const CPixelImage* pHot = FindImage(nCommand, EImageKind::eHot))
+        if (const CPixelImage* pHot = FindImage(nCommand, EImageKind::eHot, nGrid))
             DrawRaisedImage(surface, CenterImage(rcImage, *pHot), *pHot, m_Colors.ImageShadow());
     }
     else

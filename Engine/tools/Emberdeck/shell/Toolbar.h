@@ -1,5 +1,7 @@
 #pragma once
 
+#include <map>
+
 #include "app/resources/Bars.h"
 #include "shell/ShellSurface.h"
 
@@ -41,8 +43,11 @@ public:
     const CKRToolbarImages& GetImages() const { return m_Images; }
     void SetColors(const CShellColors& colors); // makes the images anew
 
-    // Of a button's command; null when this toolbar has no such button, or it has no image of the kind.
-    const CPixelImage* FindImage(int32_t nCommand, EImageKind eKind) const;
+    void SetIconMaker(IconMaker maker); // who draws the images for finer pixels
+
+    // Of a button's command, with so many pixels to a side; null when this toolbar has no such button, or it has no
+    // image of the kind. Good until the colours or the maker change.
+    const CPixelImage* FindImage(int32_t nCommand, EImageKind eKind, int32_t nGrid = c_nIconSize) const;
 
     void DrawGround(IShellSurface& surface, const CRect& rcBar) const;
     // Paints one button over the bar's ground.
@@ -58,7 +63,12 @@ public:
     static CRect GetGripperZone(const CRect& rcBar, EBarSide eSide); // where the pointer is a four-way arrow
 
 private:
+    const CKRToolbarImages& ImagesFor(int32_t nGrid) const;
+
     const CToolbarTable* m_pTable;
     CShellColors m_Colors;
     CKRToolbarImages m_Images;
+    IconMaker m_Maker;
+    mutable std::map<int32_t, CKRToolbarImages>
+        m_FineImages; // by pixels to a side, made when they are asked for
 };

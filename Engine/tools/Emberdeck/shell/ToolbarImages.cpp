@@ -13,7 +13,7 @@ CImageList ReplacePixels(CImageList images, const TOperation& operation)
         for (uint32_t& nPixel : image.m_Pixels)
         {
             if (!IsTransparent(nPixel))
-                nPixel = c_nOpaque | (operation(nPixel) & 0xFFFFFFu);
+                nPixel = (nPixel & c_nOpaque) | (operation(nPixel) & 0xFFFFFFu);
         }
     }
     return images;
@@ -40,11 +40,11 @@ CPixelImage MakeImage(const CIconArt& art)
     return image;
 }
 
-CImageList MakeImageList(const CIconArt* pArt, int32_t nCount)
+CImageList MakeImageList(const CIconArt* pArt, int32_t nCount, const IconMaker& maker, int32_t nGrid)
 {
     CImageList images;
     for (int32_t i = 0; pArt && i < nCount; ++i)
-        images.push_back(MakeImage(pArt[i]));
+        images.push_back(maker && nGrid != c_nIconSize ? maker(pArt[i], nGrid) : MakeImage(pArt[i]));
     return images;
 }
 

@@ -1,17 +1,21 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "app/resources/IconArt.h"
 #include "shell/ColorOps.h"
 
-// A square image. A pixel is 0xAABBGGRR: a colour, and 255 in the top byte, or 0 where it is transparent. In
-// memory that is red, green, blue, alpha on machines that have the low byte first.
+// A square image. A pixel is 0xAABBGGRR: a colour, and how opaque it is in the top byte. In memory that is red, green,
+// blue, alpha on machines that have the low byte first.
 struct CPixelImage
 {
-    int32_t m_nSize = 0; // width and height
+    int32_t m_nSize = 0; // width and height on the screen
     std::vector<uint32_t> m_Pixels;
+    int32_t m_nGrid = 0; // pixels to a side, on a screen with finer pixels; 0: m_nSize
+
+    int32_t GetGrid() const { return m_nGrid > 0 ? m_nGrid : m_nSize; }
     friend bool operator==(const CPixelImage&, const CPixelImage&) = default;
 };
 
@@ -24,7 +28,10 @@ constexpr bool IsTransparent(uint32_t nPixel)
 using CImageList = std::vector<CPixelImage>;
 
 CPixelImage MakeImage(const CIconArt& art); // magenta becomes transparent
-CImageList MakeImageList(const CIconArt* pArt, int32_t nCount);
+// Draws an image's shapes with so many pixels to a side. Empty: the art's own pixels do.
+using IconMaker = std::function<CPixelImage(const CIconArt& art, int32_t nGrid)>;
+CImageList MakeImageList(const CIconArt* pArt, int32_t nCount, const IconMaker& maker = IconMaker(),
+                         int32_t nGrid = c_nIconSize);
 // The image's shape in one colour, for shadows and for what is disabled.
 CPixelImage MakeFlatImage(const CPixelImage& image, CColorRef nColor);
 

@@ -4,15 +4,25 @@
 
 #include "platform/IDrawSurface.h"
 
-// The program's small images are pixel tables: 16 rows of 16 characters, each a colour of one palette, so
-// that all of them keep one style: a dark outline one pixel wide, two tones of fill, light from the top
-// left, and ember orange for what is the program's own.
+// The program's small images in one style: a dark outline one unit wide, two tones of fill, light from the top left,
+// and ember orange for what is the program's own. Each stands twice: as the pixels of its own size, 16 rows of 16
+// characters, each a colour of one palette; and as shapes in a square of 16 units, for screens with finer pixels.
+//
+// Shapes are drawn in order, parted by semicolons. One begins with two colours of the palette, fill and outline, where
+// '.' is none; then come operations with numbers behind, x to the right and y down:
+//     T dx dy         moves what follows
+//     M x y, L x y    begins an outline, a line; H x and V y: level and upright lines
+//     C x1 y1 x2 y2 x y   a cubic curve with two control points
+//     R x y w h, E x y rx ry   a rectangle, an ellipse about a centre
+//     Z               closes the outline
+// Edges of fills lie at whole units, outlines at half ones, so that they fill pixels whole.
 constexpr int32_t c_nIconSize = 16;
 constexpr CColorRef c_nIconTransparent = MakeColorRef(0xFF, 0x00, 0xFF);
 
 struct CIconArt
 {
     const char* m_Rows[c_nIconSize];
+    const char* m_pszShapes;
 };
 
 struct CIconColor
