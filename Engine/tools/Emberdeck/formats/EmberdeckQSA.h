@@ -13,17 +13,28 @@ class IPrompts;
 // The effect file that artists keep: text, or the same text in the compressed container; the last
 // letter of the name decides, for reading as for writing.
 
+enum class EFinding
+{
+    eRepair,
+    eCut,         // the file ends within a list or a quoted text
+    eConflict,    // a merge has left its marks in the file
+    eMissingType, // the load fails, since the plug-in lacks a type of effect
+};
+
 // What the loader repaired or left out in silence. Texts are for people.
 struct CLoadFinding
 {
     std::string m_sEffect; // effect or prefab; empty for the file as a whole
     std::string m_sKey;    // the key's display name and id; empty for a prefab or effect
     std::string m_sText;   // what was found and what was done
+    EFinding m_eKind = EFinding::eRepair;
 };
 class ILoadObserver
 {
 public:
     virtual ~ILoadObserver() = default;
+    // False: repairs are of interest only in a file that is cut or in conflict, and a sound one is read faster.
+    virtual bool WantsAll() const { return true; }
     virtual void OnFinding(const CLoadFinding& finding) = 0;
 };
 

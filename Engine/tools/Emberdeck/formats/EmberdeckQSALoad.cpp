@@ -48,7 +48,7 @@ bool IsVersionSupported(const CQSANode& root)
     return pszVersion && QSTextToInt(pszVersion) == c_nFormatVersion;
 }
 
-bool LoadNodes(CLibraryLoader& loader, const CEffectModule& module,
+bool LoadNodes(CLibraryLoader& loader, const CEffectModule& module, const CTextDamage& damage,
                const std::function<bool(CLoadedNodes&)>& read)
 {
     if (!module.IsLoaded())
@@ -67,7 +67,7 @@ bool LoadNodes(CLibraryLoader& loader, const CEffectModule& module,
         loader.AppendError("Invalid file version");
         return false;
     }
-    return loader.LoadRoot(nodes.m_Root);
+    return loader.LoadRoot(nodes.m_Root, damage);
 }
 
 // False.
@@ -94,16 +94,19 @@ bool LoadEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffe
             if (!lock.IsHeld())
                 sError = lock.GetProblem();
             // A pipe or device may never come to an end.
-            const bool bReadable = pszFilename && lock.IsHeld() && (IsOrdinaryFile(sPath) || !PathExists(sPath));
-            if (pObserver && bReadable)
+            const bool bReadable =
+                pszFilename && lock.IsHeld() && (IsOrdinaryFile(sPath) || !PathExists(sPath));
+            const CTextDamage damage =
+                pObserver && bReadable ? ScanFileForDamage(pszFilename) : CTextDamage();
+            if (bReadable && pObserver && (pObserver->WantsAll() || damage.IsDamaged()))
                 CLoadFindings(pObserver).TellText(pszFilename);
-            bLoaded = LoadNodes(loader, module,
+            bLoaded = LoadNodes(loader, module, damage,
                                 [&](CLoadedNodes& nodes)
                                 {
                                     return bReadable && CQSANodeReader::LoadEntireFile(
-                                                              NativePath(pszFilename).c_str(),
-                                                              CQSAUtil::IsFileCompressed(pszFilename),
-                                                              &nodes.m_Root, &nodes.m_Alloc);
+                                                            NativePath(pszFilename).c_str(),
+                                                            CQSAUtil::IsFileCompressed(pszFilename),
+                                                            &nodes.m_Root, &nodes.m_Alloc);
                                 });
         });
     return (bWhole || NoteOutOfMemory(sError)) && bLoaded;
@@ -119,7 +122,7 @@ bool LoadEffectText(std::string_view sText, CSpellMgr& spellMgr, const CEffectMo
         {
             CLibraryLoader loader(spellMgr, module, pEffectTree, pPrefabTree, sError, pObserver);
             bLoaded =
-                LoadNodes(loader, module,
+                LoadNodes(loader, module, pObserver ? ScanTextForDamage(sText) : CTextDamage(),
                           [&](CLoadedNodes& nodes)
                           { return QSALoadText(sText.data(), sText.size(), &nodes.m_Root, &nodes.m_Alloc); });
         });
@@ -149,8 +152,9 @@ void CLibraryLoader::AddMessage(const std::string& sMessage)
 }
 
 // Prefabs come first, since keys refer to them by name; the file may hold its lists in any order.
-bool CLibraryLoader::LoadRoot(const CQSANode& root)
+bool CLibraryLoader::LoadRoot(const CQSANode& root, const CTextDamage& damage)
 {
+    m_Findings.TellDamage(damage);
     if (m_Findings)
         TellRoot(root);
 

@@ -39,7 +39,10 @@ bool CLibraryLoader::FillPrefab(const char* pszName, const char* pszType, const 
 {
     const CEffectTypeDesc* pTypeDesc = m_Module.FindType(pszType);
     if (!pTypeDesc)
+    {
+        m_Findings.TellMissingType(pszType, pszName, std::string());
         return false;
+    }
     CEffectPropertySet* pPrefab = m_SpellMgr.AddPrefab(pTypeDesc);
     if (!pPrefab)
     {
@@ -134,6 +137,20 @@ bool CLibraryLoader::FillEffect(CSpell& spell, const char* pszName, const char* 
     return true;
 }
 
+// Of a key that failed: the key itself has no type to be called by.
+void CLibraryLoader::TellIfTypeIsMissing(const CSpell& spell, const CQSANode& key)
+{
+    static constexpr std::array<CFieldName, 3> c_aNames = {"name", "type", "id"};
+    const CNodeFields<3> fields(key, c_aNames, [](const CQSANode&) {});
+    const char* pszName = fields.FindValue(0);
+    const char* pszType = fields.FindValue(1);
+    const char* pszID = fields.FindValue(2);
+    if (pszType && !m_Module.FindType(pszType))
+        m_Findings.TellMissingType(
+            pszType, spell.m_szName,
+            QSFormat("%s, id %s", pszName && *pszName ? pszName : pszType, pszID ? pszID : "?"));
+}
+
 bool CLibraryLoader::LoadKeys(CSpell& spell, const CQSANode& keyList)
 {
     CTrackFills fills;
@@ -149,6 +166,7 @@ bool CLibraryLoader::LoadKeys(CSpell& spell, const CQSANode& keyList)
         std::unique_ptr<CKey> pKey = LoadKey(node);
         if (!pKey)
         {
+            TellIfTypeIsMissing(spell, node);
             AppendError("Error loading key for effect %s", spell.m_szName);
             return false;
         }

@@ -26,7 +26,8 @@ public:
                    CLibraryTree* pPrefabTree, std::string& sError, ILoadObserver* pObserver,
                    const CLoadGoOn& goOn = {});
 
-    bool LoadRoot(const CQSANode& root);
+    // damage: what is wrong with the text that the nodes come from.
+    bool LoadRoot(const CQSANode& root, const CTextDamage& damage);
 
     template <class... TArgs>
     void AppendError(const char* pszFormat, const TArgs&... args)
@@ -106,6 +107,7 @@ private:
     std::unique_ptr<CKey> FillKey(const CKeyFields& fields);
     bool SetKeyParent(CKey& key, const CKeyFields& fields);
     bool LoadKeys(CSpell& spell, const CQSANode& keyList);
+    void TellIfTypeIsMissing(const CSpell& spell, const CQSANode& key);
     bool PlaceLoadedKey(CTrackList& tracks, CTrackFills& fills, std::unique_ptr<CKey> pKey);
     bool AddTracksFor(CTrackList& tracks, uint32_t nTrack);
     CEffectPropertySet* FindPrefab(std::string_view sName) const;

@@ -67,10 +67,34 @@ void CLoadFindings::EnterKey(const CKey* pKey)
     m_sKey = pKey ? KeyTitle(*pKey) : std::string();
 }
 
-void CLoadFindings::Tell(const std::string& sText)
+void CLoadFindings::Tell(const std::string& sText, EFinding eKind)
 {
     if (m_pObserver)
-        m_pObserver->OnFinding(CLoadFinding{m_sObject, m_sKey, sText});
+        m_pObserver->OnFinding(CLoadFinding{m_sObject, m_sKey, sText, eKind});
+}
+
+void CLoadFindings::TellDamage(const CTextDamage& damage)
+{
+    m_bAll = m_bAll || (m_pObserver && damage.IsDamaged());
+    if (damage.IsConflict())
+        Tell(QSFormat(
+                 "A merge has left a conflict in the file, marked from line %s on. Only one side of it, or "
+                 "neither, was read.",
+                 std::to_string(damage.m_nConflictLine).c_str()),
+             EFinding::eConflict);
+    if (damage.m_bOpenString)
+        Tell("The file ends within a quoted text. What stood behind is missing.", EFinding::eCut);
+    if (damage.m_nOpenLists > 0)
+        Tell(QSFormat("The file ends within a list, %u deep. What stood behind is missing.",
+                      damage.m_nOpenLists),
+             EFinding::eCut);
+}
+
+void CLoadFindings::TellMissingType(const char* pszType, const char* pszObject, const std::string& sKey)
+{
+    if (m_pObserver)
+        m_pObserver->OnFinding(CLoadFinding{
+            pszObject, sKey, QSFormat("The plug-in has no type \"%s\".", pszType), EFinding::eMissingType});
 }
 
 void CLoadFindings::TellSkipped(const CQSANode& node)
@@ -104,8 +128,6 @@ void CLoadFindings::TellText(const char* pszFilename)
             Tell(QSFormat("A text that begins with \"%.40s\" was cut to %u bytes.", aText,
                           CQSANodeReader::c_nMaxAtomLen));
     }
-    if (nOpen > 0)
-        Tell(QSFormat("The file ends within a list, %u deep. What stood behind is missing.", nOpen));
     if (nStray > 0)
         Tell(QSFormat("The file has %u closing parentheses that close no list.", nStray));
 }

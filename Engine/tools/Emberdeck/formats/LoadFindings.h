@@ -4,6 +4,7 @@
 #include <string>
 
 #include "formats/EmberdeckQSA.h"
+#include "formats/TextDamage.h"
 #include "model/Key.h"
 #include "qsamgr/qsanode.h"
 
@@ -12,16 +13,25 @@
 class CLoadFindings
 {
 public:
-    explicit CLoadFindings(ILoadObserver* pObserver) : m_pObserver(pObserver) {}
-    explicit operator bool() const { return m_pObserver != nullptr; }
+    explicit CLoadFindings(ILoadObserver* pObserver)
+        : m_pObserver(pObserver),
+          m_bAll(pObserver && pObserver->WantsAll())
+    {
+    }
+    explicit operator bool() const { return m_bAll; }
 
     // Where the next findings belong.
     void EnterObject(const char* pszName); // an effect or prefab; null: the file
     void EnterKey(const CKey* pKey);       // null: the effect itself
 
-    void Tell(const std::string& sText);
+    void Tell(const std::string& sText, EFinding eKind = EFinding::eRepair);
 
-    // What reading the text passes over: lists without an end or a beginning, and cut texts.
+    // What shows that the text isn't whole. From there on every repair is told, whatever the observer wants.
+    void TellDamage(const CTextDamage& damage);
+    // Whoever listens hears of this, since it fails the load.
+    void TellMissingType(const char* pszType, const char* pszObject, const std::string& sKey);
+
+    // What reading the text passes over: lists without a beginning, and texts that are cut to their size.
     void TellText(const char* pszFilename);
     void TellSkipped(const CQSANode& node); // something that stands where nothing reads it
     void TellWholeNumber(const char* pszText, const char* pszField);   // when it isn't read as it stands
@@ -34,6 +44,7 @@ public:
 
 private:
     ILoadObserver* m_pObserver;
+    bool m_bAll;
     std::string m_sObject;
     std::string m_sKey;
 };
