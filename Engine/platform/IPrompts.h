@@ -55,6 +55,7 @@ public:
     virtual ~IPrompts() = default;
 
     // A message box. Closing it by Esc or its frame counts as Cancel where there is one, else as No, else OK.
+    // Yes or No under a stop sign: No is what Enter gives, too.
     virtual EAnswer Ask(const std::string& sText, const std::string& sCaption, EButtons eButtons,
                         EIcon eIcon) = 0;
 

@@ -13,6 +13,8 @@
 namespace
 {
 
+constexpr const char* c_pszRecover =
+    " \"emberdeck-batch recover FILE\" brings back what it held before the last save.";
 constexpr size_t c_nContainerMark = 4; // zero bytes that a compressed file begins with
 
 // A file whose name promises the other form than it has.
@@ -102,7 +104,8 @@ std::string AdviseOnPluginThatEnded()
            "it again.";
 }
 
-std::string AdviseOnLoading(const std::string& sFile, const CProjectInfo& project, bool bKept)
+std::string AdviseOnLoading(const std::string& sFile, const CProjectInfo& project, bool bKept,
+                            const CLoadReport& report)
 {
     std::string sAdvice = ReadProblem(sFile);
     if (!sAdvice.empty())
@@ -111,11 +114,30 @@ std::string AdviseOnLoading(const std::string& sFile, const CProjectInfo& projec
     if (!sAdvice.empty())
         return sAdvice;
     const std::string sPlugin = NativeLibraryPath(project.m_sFireglass); // as it was loaded
-    sAdvice = QSFormat("The file is damaged, or made for another plug-in than %s.",
-                       (sPlugin.empty() ? DisplayPath(project.m_sFireglass) : sPlugin).c_str());
-    if (bKept)
-        sAdvice += " \"emberdeck-batch recover FILE\" brings back what it held before the last save.";
-    return sAdvice;
+    const std::string sPluginName = sPlugin.empty() ? DisplayPath(project.m_sFireglass) : sPlugin;
+    const std::string sMissing = report.MissingTypes();
+    if (!sMissing.empty())
+        return QSFormat(
+            "%s\nThe plug-in is %s. Build it with that type, or correct the name of the type in the file.",
+            sMissing.c_str(), sPluginName.c_str());
+    sAdvice = report.IsDamaged() ? QSFormat("The file is damaged: %s.", DamageText(report).c_str())
+                                 : QSFormat("The file is damaged, or made for another plug-in than %s.",
+                                            sPluginName.c_str());
+    return sAdvice + (bKept ? c_pszRecover : "");
+}
+
+std::string AdviseOnDamage(const CLoadReport& report, bool bKept)
+{
+    return report.Lines() + (report.IsConflict() ? "\nResolve the conflict in the file, then open it again."
+                             : bKept             ? std::string("\n") + (c_pszRecover + 1)
+                                                 : "\nBring the file back from source control or a copy.");
+}
+
+std::string DamageText(const CLoadReport& report)
+{
+    if (report.IsConflict())
+        return "a merge has left a conflict in it";
+    return report.IsCut() ? "it was cut, so that its end is missing" : "";
 }
 
 std::string AdviseOnPackingOver(const std::string& sLibrary)

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "formats/LoadReport.h"
 #include "model/EffectModule.h"
 #include "shared/engine/ProjectLocator.h"
 
@@ -16,6 +17,11 @@ std::string AdviseOnPluginThatEnded();
 // bKept: copies of what the file held before earlier saves are there.
 // Where a list of effect types is empty.
 std::string AdviseOnNoTypes(const CProjectInfo& project, const CEffectModule& module);
-std::string AdviseOnLoading(const std::string& sFile, const CProjectInfo& project, bool bKept);
+std::string AdviseOnLoading(const std::string& sFile, const CProjectInfo& project, bool bKept,
+                            const CLoadReport& report);
+// A file that was loaded, but isn't whole: what was found in it, and how to bring back what is missing.
+std::string AdviseOnDamage(const CLoadReport& report, bool bKept);
+// What isn't whole about it, as the end of a sentence.
+std::string DamageText(const CLoadReport& report);
 std::string AdviseOnPackingOver(const std::string& sLibrary); // onto the library's own file
 std::string AdviseOnPacking(const std::string& sPackName, const CEffectModule& module);

@@ -139,6 +139,7 @@ void CEmberdeckApp::ClearAll()
 {
     CEditScope scope(m_Edits, "Clear");
     scope.TouchLibrary();
+    m_sDamagedFile.clear();
     m_Context.m_Documents.CloseAll();
     EmptyLibrary();
 }
@@ -210,8 +211,9 @@ bool CEmberdeckApp::LoadLibrary(const std::string& sPath, std::string& sError)
 {
     CEditScope scope(m_Edits, "Open");
     scope.TouchLibrary();
+    m_LoadReport = CLoadReport(m_OnLoaded != nullptr);
     if (LoadEffectLibrary(sPath.c_str(), m_SpellMgr, m_EffectModule, &m_EffectTree, &m_PrefabTree, sError,
-                          &m_Services.m_Prompts))
+                          &m_Services.m_Prompts, &m_LoadReport))
         return true;
     NewEffectFile();
     return false;
@@ -252,14 +254,39 @@ bool CEmberdeckApp::OpenNow(const std::string& sPath)
     std::string sError;
     if (!LoadLibrary(sPath, sError))
     {
-        TellLoadFailed(sPath, sError);
+        TellLoadFailed(sPath, sError, m_LoadReport);
         return false;
     }
+    if (m_LoadReport.IsDamaged())
+        m_sDamagedFile = sPath;
     RememberFile(sPath);
     if (m_pPluginMark)
         m_pPluginMark->Clear();
     TellDone("Opened", sPath);
+    TellReport(sPath);
     return true;
+}
+
+void CEmberdeckApp::TellReport(const std::string& sPath)
+{
+    if (m_OnLoaded)
+    {
+        m_OnLoaded(sPath, m_LoadReport);
+        return;
+    }
+    if (!m_LoadReport.IsDamaged())
+        return;
+    Advise(m_Services.m_Prompts,
+           [&] { return AdviseOnDamage(m_LoadReport, !m_Backups.List(sPath).empty()); });
+    ShowMessage(m_Services.m_Prompts, c_MsgDamaged, {sPath});
+}
+
+// The loss can't be seen any more in a file that is saved from what was left of it.
+bool CEmberdeckApp::MaySaveOver(const std::string& sPath)
+{
+    if (m_sDamagedFile.empty() || (sPath != m_sDamagedFile && !IsSameFile(sPath, m_sDamagedFile)))
+        return true;
+    return ShowMessage(m_Services.m_Prompts, c_MsgSaveOverDamaged, {sPath}) == EAnswer::eYes;
 }
 
 void CEmberdeckApp::TellDone(const char* pszDone, const std::string& sPath)
@@ -267,10 +294,11 @@ void CEmberdeckApp::TellDone(const char* pszDone, const std::string& sPath)
     TryAllocating([&] { m_Context.m_Host.ShowStatus(TellFile(pszDone, sPath, m_SpellMgr.Spells().size())); });
 }
 
-void CEmberdeckApp::TellLoadFailed(const std::string& sPath, const std::string& sError)
+void CEmberdeckApp::TellLoadFailed(const std::string& sPath, const std::string& sError,
+                                   const CLoadReport& report)
 {
     Advise(m_Services.m_Prompts,
-           [&] { return AdviseOnLoading(sPath, m_Project, !m_Backups.List(sPath).empty()); });
+           [&] { return AdviseOnLoading(sPath, m_Project, !m_Backups.List(sPath).empty(), report); });
     ShowMessage(m_Services.m_Prompts, c_MsgLoadFailed, {sPath, sError});
 }
 
@@ -297,6 +325,11 @@ bool CEmberdeckApp::SaveEffectFile()
     if (m_sFileName.empty())
         return SaveEffectFileAs();
 
+    bool bMaySave = true; // without memory for the question the save tells of its own failure
+    TryAllocating([this, &bMaySave] { bMaySave = MaySaveOver(std::string(m_sFileName)); });
+    if (!bMaySave)
+        return false;
+
     bool bSaved = false;
     std::string sInUse; // by whom
     TryAllocating(
@@ -319,7 +352,10 @@ bool CEmberdeckApp::SaveEffectFile()
                 RememberFile(sPath);
         });
     if (bSaved)
+    {
+        AcceptDamage();
         TellDone("Saved", m_sFileName);
+    }
     if (!bSaved)
     {
         Advise(m_Services.m_Prompts,

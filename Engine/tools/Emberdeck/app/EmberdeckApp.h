@@ -7,6 +7,7 @@
 
 #include "app/BackupStore.h"
 #include "app/EditContext.h"
+#include "formats/LoadReport.h"
 #include "platform/CrashMark.h"
 #include "platform/IProfile.h"
 #include "shared/engine/ProjectLocator.h"
@@ -21,6 +22,13 @@ struct CAppServices
     IDocuments* m_pDocuments = nullptr;             // null: nothing is ever open
     IEditorHost* m_pHost = nullptr;                 // null: no prefab is ever active
     std::string m_sBackupDirectory = std::string(); // empty: in the user's state directory
+};
+
+// Which files an update leaves as they are, besides those that don't load.
+struct CUpdateRules
+{
+    bool m_bRepair = false; // saves those, too, that are cut or in conflict
+    bool m_bStrict = false; // leaves all that the loader found anything in; m_OnLoaded must be set
 };
 
 // Owns everything that outlives a window: the library, its trees, the plug-in, the project and the
@@ -46,8 +54,17 @@ public:
     bool OpenEffectFile(const char* pszPath);
     bool OpenWithDialog();
 
+    // What the last open found in its file.
+    const CLoadReport& GetLoadReport() const { return m_LoadReport; }
+    // A front that tells findings in its own way: hears of each load, with all repairs listed. Without it a box
+    // tells of a file that is cut or in conflict, and of no other.
+    std::function<void(const std::string& sFile, const CLoadReport& report)> m_OnLoaded;
+    // The first save over a file that is cut or in conflict asks; not after this.
+    void AcceptDamage() { m_sDamagedFile.clear(); }
+
     // Writes in place, after a copy of what is there has gone to the backups; when none can be made, through a
-    // temporary file, so that a failure leaves the old content. Without a name it is SaveEffectFileAs, which is
+    // temporary file, so that a failure leaves the old content. False without a message when the user doesn't
+    // want to save over a file that wasn't whole. Without a name it is SaveEffectFileAs, which is
     // false without a message when cancelled. After a failed save the name
     // stays, the new one too.
     bool SaveEffectFile();
@@ -72,7 +89,7 @@ public:
     bool ChooseProject();
 
     // The message of a file that can't be loaded, by whoever loads it.
-    void TellLoadFailed(const std::string& sPath, const std::string& sError);
+    void TellLoadFailed(const std::string& sPath, const std::string& sError, const CLoadReport& report);
     // The same for a pack, by the name as it is shown.
     void TellPackFailed(const std::string& sPackName) noexcept;
 
@@ -89,9 +106,12 @@ public:
 
     // Re-saves every effect file below a directory, which doesn't have to be there; links to
     // directories aren't followed. A file that can't be opened or saved has shown its message, and the
-    // walk goes on. False: only when the walk had to stop, on request of IPrompts::Progress.
+    // walk goes on. A file that the rules leave alone keeps its bytes. False: only when the walk had to stop, on request of IPrompts::Progress.
     bool UpdateEffectsInDirectory(const char* pszDirectory);
     bool UpdateEffectFile(const char* pszPath); // always true
+    CUpdateRules m_UpdateRules;
+    // Told of each file that an update leaves alone, and why.
+    std::function<void(const std::string& sFile, const std::string& sWhy)> m_OnLeft;
     // Told of each file of an update when it is done: whether it has been saved.
     std::function<void(const std::string& sFile, bool bSaved)> m_OnUpdated;
     // The directories below which the last update could not look.
@@ -123,6 +143,9 @@ private:
     bool OpenNow(const std::string& sPath); // throws when memory is out
     bool WarnOfPluginThatEnded();
     bool LoadLibrary(const std::string& sPath, std::string& sError);
+    void TellReport(const std::string& sPath);
+    bool MaySaveOver(const std::string& sPath);
+    std::string WhyLeft() const; // by the rules of an update; empty: the file may be saved
     bool SaveTo(const std::string& sPath);
     void RememberFile(const std::string& sPath);
     void TellDone(const char* pszDone, const std::string& sPath); // in the status line
@@ -132,7 +155,9 @@ private:
     CEditContext m_Context;
     CBackupStore m_Backups;
     std::string m_sLastBackup;
-    std::string m_sPackError; // of the last pack, when the library had no place in a packed file
+    CLoadReport m_LoadReport;
+    std::string m_sDamagedFile; // the open file, while a save over it has to ask
+    std::string m_sPackError;   // of the last pack, when the library had no place in a packed file
     std::unique_ptr<CCrashMark> m_pPluginMark; // null: this session hasn't begun with a file
     bool m_bStarting = false;                  // the first file is being opened
     std::vector<std::string> m_UnreadDirectories;

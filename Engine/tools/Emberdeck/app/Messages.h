@@ -34,6 +34,14 @@ constexpr CMessage c_MsgLoadFailed = {"Failed loading the file %s:\r\n%s", "Erro
 constexpr CMessage c_MsgImportFailed = {"Failed loading the file %s:\r\n%s", "Error Loading", EButtons::eOk,
                                         EIcon::eExclamation};
 
+// A file that was loaded, but is cut or in conflict.
+constexpr CMessage c_MsgDamaged = {"The file %s isn't whole. Only what could be read of it was loaded.",
+                                   "Error Loading", EButtons::eOk, EIcon::eExclamation};
+constexpr CMessage c_MsgSaveOverDamaged = {"The file %s wasn't whole when it was opened. Once it is saved, "
+                                           "it can't be seen any more that something is "
+                                           "missing. Would you like to save over it all the same?",
+                                           "Save Over Damaged File?", EButtons::eYesNo, EIcon::eStop};
+
 constexpr CMessage c_MsgSaveFailed = {
     "An error occurred saving the file %s. Please make sure that the file is writable and there is room on "
     "the drive.",
@@ -66,6 +74,7 @@ constexpr const CMessage* c_WorkflowMessages[] = {
     &c_MsgNoProject,    &c_MsgNoPlugin,          &c_MsgPluginEndedLast, &c_MsgLoadFailed,
     &c_MsgImportFailed, &c_MsgSaveFailed,        &c_MsgPackFailed,      &c_MsgSaveBeforeExit,
     &c_MsgCheckOut,     &c_MsgSaveBeforeConnect, &c_MsgEffectNameInUse, &c_MsgPrefabNameInUse,
+    &c_MsgDamaged,      &c_MsgSaveOverDamaged,
 };
 
 // File dialogs and the one entry dialog of the workflow.

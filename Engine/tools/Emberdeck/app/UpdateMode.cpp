@@ -1,3 +1,4 @@
+#include "app/Advice.h"
 #include "app/CommandLineInfo.h"
 #include "app/EmberdeckApp.h"
 #include "platform/Files.h"
@@ -72,10 +73,26 @@ bool CEmberdeckApp::UpdateEffectsInDirectory(const char* pszDirectory)
     return true;
 }
 
+// Saved as it was read, a file that isn't whole would look like one that is.
+std::string CEmberdeckApp::WhyLeft() const
+{
+    if (m_LoadReport.IsDamaged() && !m_UpdateRules.m_bRepair)
+        return DamageText(m_LoadReport);
+    if (m_UpdateRules.m_bStrict && !m_LoadReport.Findings().empty())
+        return "the loader found something in it";
+    return std::string();
+}
+
 bool CEmberdeckApp::UpdateEffectFile(const char* pszPath)
 {
     const std::string sPath = pszPath ? pszPath : "";
-    const bool bSaved = OpenEffectFile(pszPath) && SaveEffectFile();
+    bool bSaved = OpenEffectFile(pszPath);
+    const std::string sWhy = bSaved ? WhyLeft() : std::string();
+    if (!sWhy.empty() && m_OnLeft)
+        m_OnLeft(sPath, sWhy);
+    if (bSaved && m_UpdateRules.m_bRepair)
+        AcceptDamage();
+    bSaved = bSaved && sWhy.empty() && SaveEffectFile();
     if (m_OnUpdated)
         m_OnUpdated(sPath, bSaved);
     return true;

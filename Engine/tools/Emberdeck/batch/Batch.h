@@ -7,6 +7,7 @@
 
 #include "app/EmberdeckApp.h"
 #include "batch/BatchPrompts.h"
+#include "batch/LoadRules.h"
 #include "shared/engine/ProviderRegistry.h"
 
 class CCheckOutWatch;
@@ -40,8 +41,9 @@ public:
     explicit CBatchSession(const CBatchOptions& options);
     ~CBatchSession();
 
-    // Opens a library as the window does. False: the message has been shown.
-    bool Open(const std::string& sFile);
+    // Opens a library as the window does, and tells what the loader found. False: the message has been shown,
+    // of a library that the rules refuse, too.
+    bool Open(const std::string& sFile, const CLoadRules& rules);
     // Finds the project of a file. False: the message has been shown.
     bool LocateProject(const std::string& sFile);
     // The same, and loads its plug-in, without a library.

@@ -2,65 +2,71 @@
 
 #include "batch/Batch.h"
 #include "batch/Output.h"
-#include "formats/EmberdeckQSA.h"
+#include "formats/LoadFindings.h"
+#include "formats/LoadReport.h"
+#include "formats/ResourceCollector.h"
+#include "platform/Files.h"
+#include "platform/Paths.h"
 
 namespace
 {
-class CFindings : public ILoadObserver
+struct CCheckRequest
 {
-public:
-    void OnFinding(const CLoadFinding& finding) override { m_List.push_back(finding); }
-    std::vector<CLoadFinding> m_List;
+    std::vector<std::string> m_Files;
+    bool m_bStrict = false;
+    bool m_bResources = false;
 };
 
-// A name may hold line ends; a finding stays on its line.
-std::string OnOneLine(std::string sText)
+// Files of the resource folder that properties name and that aren't there.
+void FindMissingResources(const CEmberdeckApp& app, CLoadReport& report)
 {
-    for (char& c : sText)
-        c = static_cast<unsigned char>(c) < ' ' ? ' ' : c;
-    return sText;
-}
-
-std::string Where(const CLoadFinding& finding)
-{
-    std::string sWhere;
-    if (!finding.m_sEffect.empty())
-        sWhere += finding.m_sEffect + ": ";
-    if (!finding.m_sKey.empty())
-        sWhere += finding.m_sKey + ": ";
-    return sWhere;
+    ForEachResourceFile(
+        app.m_SpellMgr,
+        [&](const CSpell& spell, const CKey& key, const CEffectProperty& prop, const std::string& sFile)
+        {
+            if (!FileExists(NativePath(app.m_sResourceRoot + sFile)))
+                report.OnFinding({spell.m_szName, KeyTitle(key),
+                                  "The file \"" + sFile + "\" of property " + DescName(*prop.GetDesc()) +
+                                      " isn't there."});
+        });
 }
 
 // One library, loaded into a model of its own. Gives its entry of the JSON list.
-CJson CheckOne(const std::string& sFile, const CBatchOptions& options, bool& bLoaded, size_t& nFindings)
+CJson CheckOne(const std::string& sFile, const CCheckRequest& request, const CBatchOptions& options,
+               bool& bSound)
 {
     CBatchSession session(options);
-    CFindings findings;
+    CLoadReport report;
     std::string sError;
     CEmberdeckApp& app = *session.m_pApp;
-    bLoaded = session.OpenProject(sFile);
+    bool bLoaded = session.OpenProject(sFile);
     if (bLoaded && !LoadEffectLibrary(sFile.c_str(), app.m_SpellMgr, app.m_EffectModule, &app.m_EffectTree,
-                                      &app.m_PrefabTree, sError, &session.m_Prompts, &findings))
+                                      &app.m_PrefabTree, sError, &session.m_Prompts, &report))
     {
         bLoaded = false;
-        app.TellLoadFailed(sFile, sError);
+        app.TellLoadFailed(sFile, sError, report);
     }
-    nFindings = findings.m_List.size();
+    if (bLoaded && request.m_bResources)
+        FindMissingResources(app, report);
+    const size_t nFindings = report.Findings().size();
+    bSound = bLoaded && !report.IsDamaged() && !(request.m_bStrict && nFindings > 0);
 
     CJson list = CJson::array();
-    for (const CLoadFinding& finding : findings.m_List)
+    for (const CLoadFinding& finding : report.Findings())
     {
         list.push_back({{"effect", ReadableText(finding.m_sEffect)},
                         {"key", ReadableText(finding.m_sKey)},
                         {"text", ReadableText(finding.m_sText)}});
         if (!options.m_bJson)
-            std::printf("%s: %s%s\n", sFile.c_str(), OnOneLine(ReadableText(Where(finding))).c_str(),
-                        OnOneLine(ReadableText(finding.m_sText)).c_str());
+            std::printf("%s: %s\n", sFile.c_str(), ReadableText(FindingLine(finding)).c_str());
     }
     if (!options.m_bJson && !options.m_bQuiet && bLoaded)
         std::printf("%s: %s\n", sFile.c_str(),
                     nFindings == 0 ? "sound" : (std::to_string(nFindings) + " findings").c_str());
-    return {{"file", ReadableText(sFile)}, {"loaded", bLoaded}, {"error", ReadableText(bLoaded || !sError.empty() ? sError : session.m_Prompts.GetLastFailure())}, {"findings", std::move(list)}};
+    return {{"file", ReadableText(sFile)},
+            {"loaded", bLoaded},
+            {"error", ReadableText(bLoaded || !sError.empty() ? sError : session.m_Prompts.GetLastFailure())},
+            {"findings", std::move(list)}};
 }
 } // namespace
 
@@ -68,21 +74,24 @@ void AddCheckCommand(CLI::App& app, const CBatchOptions& options, CCommandResult
 {
     CLI::App* pCommand =
         app.add_subcommand("check", "Load libraries and tell what the loader repairs or drops in silence");
-    auto pFiles = std::make_shared<std::vector<std::string>>();
-    auto pStrict = std::make_shared<bool>(false);
-    pCommand->add_option("LIB", *pFiles, "The libraries")->required();
-    pCommand->add_flag("--strict", *pStrict, "A finding is a failure");
-    pCommand->callback([&options, &nResult, pFiles, pStrict] {
-        CJson all = CJson::array();
-        for (const std::string& sFile : *pFiles)
+    auto pRequest = std::make_shared<CCheckRequest>();
+    pCommand->add_option("LIB", pRequest->m_Files, "The libraries")->required();
+    pCommand->add_flag("--strict", pRequest->m_bStrict,
+                       "A finding is a failure; a library that is cut or in conflict always is one");
+    pCommand->add_flag("--resources", pRequest->m_bResources,
+                       "Find resource files, too, that properties name and that aren't there");
+    pCommand->callback(
+        [&options, &nResult, pRequest]
         {
-            bool bLoaded = false;
-            size_t nFindings = 0;
-            all.push_back(CheckOne(sFile, options, bLoaded, nFindings));
-            if (!bLoaded || (*pStrict && nFindings > 0))
-                nResult = eExit_Failed;
-        }
-        if (options.m_bJson)
-            PrintJson(all);
-    });
+            CJson all = CJson::array();
+            for (const std::string& sFile : pRequest->m_Files)
+            {
+                bool bSound = false;
+                all.push_back(CheckOne(sFile, *pRequest, options, bSound));
+                if (!bSound)
+                    nResult = eExit_Failed;
+            }
+            if (options.m_bJson)
+                PrintJson(all);
+        });
 }

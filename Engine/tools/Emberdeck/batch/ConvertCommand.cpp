@@ -11,10 +11,13 @@ void AddConvertCommand(CLI::App& app, const CBatchOptions& options, CCommandResu
     auto pOut = std::make_shared<std::string>();
     pCommand->add_option("IN", *pIn, "The library to load")->required();
     pCommand->add_option("OUT", *pOut, "The name to save under, such as fire.Fx00a or fire.Fx00c")->required();
-    pCommand->callback([&options, &nResult, pIn, pOut] {
+    auto pRules = std::make_shared<CLoadRules>();
+    AddStrictOption(*pCommand, *pRules);
+    AddAllowOption(*pCommand, *pRules, "--repair", "Save what could be read of a library that is cut or in conflict");
+    pCommand->callback([&options, &nResult, pIn, pOut, pRules] {
         CBatchSession session(options);
         nResult = eExit_Failed;
-        if (!session.Open(*pIn))
+        if (!session.Open(*pIn, *pRules))
             return;
         session.m_pApp->m_sFileName = *pOut;
         if (!session.m_pApp->SaveEffectFile())

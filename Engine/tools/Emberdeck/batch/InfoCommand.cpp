@@ -77,9 +77,11 @@ void AddInfoCommand(CLI::App& app, const CBatchOptions& options, CCommandResult&
     CLI::App* pCommand = app.add_subcommand("info", "Count what a library holds");
     auto pFile = std::make_shared<std::string>();
     pCommand->add_option("LIB", *pFile, "The library")->required();
-    pCommand->callback([&options, &nResult, pFile] {
+    auto pRules = std::make_shared<CLoadRules>();
+    AddStrictOption(*pCommand, *pRules);
+    pCommand->callback([&options, &nResult, pFile, pRules] {
         CBatchSession session(options);
-        if (!session.Open(*pFile))
+        if (!session.Open(*pFile, *pRules))
         {
             nResult = eExit_Failed;
             return;

@@ -14,6 +14,7 @@ struct CPackRequest
     std::string m_sOut;
     std::string m_sTarget = "pc";
     std::string m_sDepFile;
+    CLoadRules m_Rules;
 };
 
 bool WriteDepFileOf(const CPackRequest& request, const std::string& sOut, const CEmberdeckApp& app)
@@ -35,7 +36,7 @@ int Pack(const CPackRequest& request, const CBatchOptions& options)
         return Fail(sProblem);
     CBatchSession session(options);
     CEmberdeckApp& app = *session.m_pApp;
-    if (!session.Open(request.m_sLibrary))
+    if (!session.Open(request.m_sLibrary, request.m_Rules))
         return eExit_Failed;
 
     std::string sOut = request.m_sOut;
@@ -84,6 +85,8 @@ void AddPackCommand(CLI::App& app, CBatchOptions& options, CCommandResult& nResu
         ->check(CLI::IsMember({"pc", "xenon"}))
         ->capture_default_str();
     pCommand->add_option("--depfile", pRequest->m_sDepFile, "Write the files that the result depends on, for make and ninja");
+    AddStrictOption(*pCommand, pRequest->m_Rules);
+    AddAllowOption(*pCommand, pRequest->m_Rules, "--lenient", "Pack what could be read of a library that is cut or in conflict");
     pCommand->add_option("--checkout", *pAnswer, "yes: check the library and the packed file out of the project's source control first; "
                          "no: leave source control alone")
         ->check(CLI::IsMember({"yes", "no"}))

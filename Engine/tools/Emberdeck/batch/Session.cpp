@@ -61,6 +61,7 @@ CBatchSession::CBatchSession(const CBatchOptions& options)
     else
         m_pSourceControl = std::make_unique<CNoSourceControl>();
     m_pApp = std::make_unique<CEmberdeckApp>(CAppServices{m_Prompts, *m_pProfile, *m_pSourceControl});
+    m_pApp->m_OnLoaded = TellFindings;
     m_pApp->Start();
 }
 
@@ -74,9 +75,12 @@ int CBatchSession::NumNotCheckedOut() const
     return m_pCheckOuts ? m_pCheckOuts->GetNumFailures() : 0;
 }
 
-bool CBatchSession::Open(const std::string& sFile)
+bool CBatchSession::Open(const std::string& sFile, const CLoadRules& rules)
 {
-    return m_pApp->OpenEffectFile(LibraryPath(sFile).c_str());
+    if (!m_pApp->OpenEffectFile(LibraryPath(sFile).c_str()) || !MayGoOn(sFile, m_pApp->GetLoadReport(), rules))
+        return false;
+    m_pApp->AcceptDamage();
+    return true;
 }
 
 bool CBatchSession::LocateProject(const std::string& sFile)

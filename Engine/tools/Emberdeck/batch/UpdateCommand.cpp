@@ -17,8 +17,12 @@ void AddUpdateCommand(CLI::App& app, CBatchOptions& options, CCommandResult& nRe
             "yes: check each file out of the project's source control first; no: leave source control alone")
         ->check(CLI::IsMember({"yes", "no"}))
         ->capture_default_str();
+    auto pRules = std::make_shared<CLoadRules>();
+    AddStrictOption(*pCommand, *pRules);
+    AddAllowOption(*pCommand, *pRules, "--repair",
+                   "Save what could be read of libraries that are cut or in conflict, too");
     pCommand->callback(
-        [&options, &nResult, pDir, pAnswer]
+        [&options, &nResult, pDir, pAnswer, pRules]
         {
             options.m_bCheckOut = *pAnswer == "yes";
             if (!DirectoryExists(*pDir))
@@ -30,11 +34,23 @@ void AddUpdateCommand(CLI::App& app, CBatchOptions& options, CCommandResult& nRe
             session.m_Prompts.TellCheckOut(!options.m_bQuiet);
             CJson files = CJson::array();
             int nNotCheckedOut = 0;
+            int nLeft = 0;
+            std::string sWhyLeft; // of the file that is at hand
+            session.m_pApp->m_UpdateRules = {pRules->m_bAllowDamaged, pRules->m_bStrict};
+            session.m_pApp->m_OnLeft = [&](const std::string& sFile, const std::string& sWhy)
+            {
+                ++nLeft;
+                sWhyLeft = sWhy;
+                Fail(sFile + " wasn't updated: " + sWhy);
+            };
             session.m_pApp->m_OnUpdated = [&](const std::string& sFile, bool bSaved)
             {
                 CJson file = {{"file", ReadableText(sFile)},
                               {"result", bSaved ? "saved" : "failed"},
-                              {"error", bSaved ? "" : ReadableText(session.m_Prompts.GetLastFailure())}};
+                              {"error", ReadableText(bSaved             ? ""
+                                                     : sWhyLeft.empty() ? session.m_Prompts.GetLastFailure()
+                                                                        : sWhyLeft)}};
+                sWhyLeft.clear();
                 if (options.m_bCheckOut)
                     file["checkedOut"] = session.NumNotCheckedOut() == nNotCheckedOut;
                 nNotCheckedOut = session.NumNotCheckedOut();
@@ -45,7 +61,7 @@ void AddUpdateCommand(CLI::App& app, CBatchOptions& options, CCommandResult& nRe
             for (const std::string& sDirectory : unread)
                 Fail("the directory " + sDirectory + " can't be read, so nothing in it was updated");
             // A file that could not be opened or saved has told so, and the walk went on.
-            const int nFailures = session.m_Prompts.GetNumFailures() + session.NumNotCheckedOut() +
+            const int nFailures = nLeft + session.m_Prompts.GetNumFailures() + session.NumNotCheckedOut() +
                                   static_cast<int>(unread.size());
             nResult = bWalked && nFailures == 0 ? eExit_Done : eExit_Failed;
             if (options.m_bJson)

@@ -67,6 +67,24 @@ void CollectFromProperty(CAssetLibrarySource& source, const std::string& sEffect
     }
 }
 
+// The properties in force, a prefab's too.
+template <class TCall>
+void ForEachProperty(const CSpell& spell, const TCall& call)
+{
+    for (const auto& pTrack : spell.m_Tracks.Tracks())
+    {
+        for (const auto& pKey : pTrack->Keys())
+        {
+            const uint32_t nNumProps = pKey->m_pTypeDesc ? pKey->GetNumProps() : 0;
+            for (uint32_t i = 0; i < nNumProps; ++i)
+            {
+                if (const CEffectProperty* pProp = pKey->GetProperty(i))
+                    call(*pKey, *pProp);
+            }
+        }
+    }
+}
+
 void CollectFromItem(const CLibraryTree& tree, HLibraryItem hItem, CAssetLibrarySource& source)
 {
     const auto* pSpell = static_cast<const CSpell*>(tree.GetItemData(hItem));
@@ -103,24 +121,35 @@ bool CollectResources(const CLibraryTree& tree, HLibraryItem hItem, CAssetLibrar
         });
 }
 
+void ForEachResourceFile(const CSpellMgr& spellMgr,
+                         const std::function<void(const CSpell&, const CKey&, const CEffectProperty&,
+                                                  const std::string& sFile)>& call)
+{
+    for (const auto& pSpell : spellMgr.Spells())
+    {
+        ForEachProperty(*pSpell,
+                        [&](const CKey& key, const CEffectProperty& prop)
+                        {
+                            if (!prop.GetDesc() || prop.GetDesc()->m_eType != ePropType_Filename)
+                                return;
+                            for (uint32_t i = 0; i < prop.GetNumKeys(); ++i)
+                            {
+                                const std::string sFile(prop.GetKey(i)->m_Data.GetText());
+                                if (!sFile.empty())
+                                    call(*pSpell, key, prop, sFile);
+                            }
+                        });
+    }
+}
+
 bool CollectDependencies(const CSpell& spell, CAssetLibrarySource& source)
 {
     return TryAllocating(
         [&]
         {
             const std::string sEffect = spell.m_szName;
-            for (const auto& pTrack : spell.m_Tracks.Tracks())
-            {
-                for (const auto& pKey : pTrack->Keys())
-                {
-                    const uint32_t nNumProps = pKey->m_pTypeDesc ? pKey->GetNumProps() : 0;
-                    for (uint32_t i = 0; i < nNumProps; ++i)
-                    {
-                        if (const CEffectProperty* pProp = pKey->GetProperty(i))
-                            CollectFromProperty(source, sEffect, *pProp);
-                    }
-                }
-            }
+            ForEachProperty(spell, [&](const CKey&, const CEffectProperty& prop)
+                            { CollectFromProperty(source, sEffect, prop); });
         });
 }
 

@@ -167,6 +167,9 @@ EAnswer QtPrompts::Ask(const std::string& sText, const std::string& sCaption, EB
     // Esc and the frame mean Cancel where there is one, else No.
     if (eButtons == EButtons::eYesNo)
         box.setEscapeButton(QMessageBox::No);
+    // What is asked under a stop sign isn't done by a quick Enter.
+    if (eButtons == EButtons::eYesNo && eIcon == EIcon::eStop)
+        box.setDefaultButton(QMessageBox::No);
     QApplication::setOverrideCursor(Qt::ArrowCursor);
     const int nButton = box.exec();
     QApplication::restoreOverrideCursor();
