@@ -52,7 +52,7 @@ TEST(DesktopKeyboard, DoesAllOfIt)
                     auto* pArea = pCurve->findChild<CurveArea*>();
                     TabTo(pArea);
                     Desktop::Key("Insert");
-                    EXPECT_NE(std::string::npos, StateOf(pArea).find("; selected key at time 0.4"))
+                    EXPECT_NE(std::string::npos, StateOf(pArea).find("; selected key at time 0.5000"))
                         << StateOf(pArea);
                     Desktop::Key("Return");
                 });
