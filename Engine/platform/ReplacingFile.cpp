@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <charconv>
+#include <climits>
 #include <cstdlib>
 #include <fcntl.h>
 #include <mutex>
@@ -27,11 +29,36 @@ std::string FolderOf(const std::string& sPath)
     return nSlash == std::string::npos ? "." : sPath.substr(0, std::max<size_t>(nSlash, 1));
 }
 
+// Whether a name is the system's for what a program has open, such as /dev/stdout behind its links. What it leads to
+// must not be replaced: the program would go on with the file that was there.
+bool IsOpenFile(const std::string& sPath)
+{
+    char szFolder[PATH_MAX];
+    const std::string_view sFolder = realpath(FolderOf(sPath).c_str(), szFolder) ? szFolder : "";
+    return sFolder.starts_with("/proc/") && sFolder.ends_with("/fd");
+}
+
+// The descriptor of this program's own that such a name stands for, once more; it writes on where that stands.
+CFileHandle OpenOwnFile(const std::string& sPath)
+{
+    struct stat named, own;
+    int nFile = -1;
+    const char* pszEnd = sPath.data() + sPath.size();
+    const char* pszName = sPath.data() + sPath.rfind('/') + 1;
+    if (!IsOpenFile(sPath) || std::from_chars(pszName, pszEnd, nFile).ptr != pszEnd ||
+        stat(sPath.c_str(), &named) != 0 || fstat(nFile, &own) != 0 || named.st_dev != own.st_dev ||
+        named.st_ino != own.st_ino)
+        return CFileHandle();
+    return CFileHandle(fcntl(nFile, F_DUPFD_CLOEXEC, 0));
+}
+
 // Where a chain of links ends, also when nothing is there yet. Empty for a chain without end.
 std::string FollowLinks(std::string sPath)
 {
     for (int i = 0; i < c_nMaxLinks; ++i)
     {
+        if (IsOpenFile(sPath))
+            return sPath;
         char szTarget[4096];
         const ssize_t nLength = readlink(sPath.c_str(), szTarget, sizeof(szTarget));
         if (nLength < 0)
@@ -79,13 +106,76 @@ void SyncFolder(const std::string& sFolder)
         fsync(folder.Get());
 }
 
-// For writing what is there. A pipe without a reader fails here instead of waiting.
-CFileHandle OpenTarget(const std::string& sTarget, bool bTruncate)
+bool IsRegular(int nFile)
 {
-    CFileHandle target(open(sTarget.c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK | (bTruncate ? O_TRUNC : 0)));
+    struct stat info;
+    return fstat(nFile, &info) == 0 && S_ISREG(info.st_mode);
+}
+
+// For writing what is there. A pipe without a reader fails here instead of waiting.
+CFileHandle OpenTarget(const std::string& sTarget)
+{
+    struct stat info;
+    const bool bRegular = stat(sTarget.c_str(), &info) == 0 && S_ISREG(info.st_mode); // whose bytes are kept
+    CFileHandle target(open(sTarget.c_str(), (bRegular ? O_RDWR : O_WRONLY) | O_CLOEXEC | O_NONBLOCK));
     if (target.IsOpen())
         fcntl(target.Get(), F_SETFL, fcntl(target.Get(), F_GETFL) & ~O_NONBLOCK);
     return target;
+}
+
+// Gives each block of a range of a file to a taker, until that fails.
+template <class TTake>
+bool ReadRange(int nFile, uint64_t nFrom, uint64_t nEnd, const TTake& take)
+{
+    std::string sBlock(65536, '\0');
+    while (nFrom < nEnd)
+    {
+        const size_t nWanted = static_cast<size_t>(std::min<uint64_t>(sBlock.size(), nEnd - nFrom));
+        const ssize_t nRead = pread(nFile, sBlock.data(), nWanted, static_cast<off_t>(nFrom));
+        if (nRead < 0 && errno == EINTR)
+            continue;
+        if (nRead <= 0 || !take(std::string_view(sBlock.data(), static_cast<size_t>(nRead)), nFrom))
+            return false;
+        nFrom += static_cast<uint64_t>(nRead);
+    }
+    return true;
+}
+
+bool WriteAt(int nFile, std::string_view sContent, uint64_t nAt)
+{
+    return lseek(nFile, static_cast<off_t>(nAt), SEEK_SET) >= 0 && WriteAll(nFile, sContent);
+}
+
+// In place, without losing what stands there. What needs room on the disk comes first, behind the old bytes; these
+// are kept until the new ones are safe, and put back when they can't be.
+bool Overwrite(int nTarget, int nSource)
+{
+    struct stat old, fresh;
+    if (fstat(nTarget, &old) != 0 || fstat(nSource, &fresh) != 0)
+        return false;
+    const uint64_t nOld = static_cast<uint64_t>(old.st_size), nNew = static_cast<uint64_t>(fresh.st_size);
+    std::string sKept;
+    const auto keep = [&](std::string_view sBlock, uint64_t)
+    {
+        sKept += sBlock;
+        return true;
+    };
+    const auto put = [&](std::string_view sBlock, uint64_t nAt) { return WriteAt(nTarget, sBlock, nAt); };
+    if (!ReadRange(nTarget, 0, nOld, keep))
+        return false;
+    if (ReadRange(nSource, nOld, nNew, put) && ReadRange(nSource, 0, std::min(nOld, nNew), put) &&
+        (nOld <= nNew || ftruncate(nTarget, fresh.st_size) == 0) && fsync(nTarget) == 0)
+        return true;
+    if (ftruncate(nTarget, old.st_size) == 0)
+        WriteAt(nTarget, sKept, 0);
+    return false;
+}
+
+bool CopyTo(int nTarget, int nSource)
+{
+    struct stat info;
+    const auto put = [&](std::string_view sBlock, uint64_t) { return WriteAll(nTarget, sBlock); };
+    return fstat(nSource, &info) == 0 && ReadRange(nSource, 0, static_cast<uint64_t>(info.st_size), put);
 }
 
 bool IsReplaceable(const struct stat& info)
@@ -123,8 +213,17 @@ CReplacingFile::CReplacingFile(const std::string& sPath, unsigned nNewMode)
     // A rename would replace what an ordinary write couldn't touch.
     if (S_ISDIR(info.st_mode) || (info.st_mode & 0222) == 0 || access(m_sTarget.c_str(), W_OK) != 0)
         return;
-    if (IsReplaceable(info) && OpenIn(FolderOf(m_sTarget)))
-        return;
+    if (IsReplaceable(info) && !IsOpenFile(m_sTarget))
+    {
+        if (OpenIn(FolderOf(m_sTarget)))
+        {
+            fchmod(m_File.Get(), 0600); // nobody sees more of it than of the old one
+            return;
+        }
+        // A folder where nothing can be made, not a disk that has no room for it.
+        if (errno != EACCES && errno != EPERM && errno != EROFS)
+            return;
+    }
     m_bRename = false;
     const char* pszFolder = std::getenv("TMPDIR");
     OpenIn(pszFolder && *pszFolder ? pszFolder : "/tmp");
@@ -192,9 +291,14 @@ bool CReplacingFile::Rename()
     const std::string sFolder = FolderOf(m_sTarget); // before it is done, or it would fail behind that
     // Some systems tell of a lost write only when a file is closed; this one stays open for its lock.
     CFileHandle again(dup(m_File.Get()));
-    if (!again.IsOpen() || fsync(again.Get()) != 0 || !again.Close() ||
-        rename(m_sTemporary.c_str(), m_sTarget.c_str()) != 0)
+    if (!again.IsOpen() || fsync(again.Get()) != 0 || !again.Close())
         return false;
+    if (rename(m_sTemporary.c_str(), m_sTarget.c_str()) != 0)
+    {
+        // Another user's file in a folder that lets each remove but his own, or a file that is a mount itself.
+        const bool bKeepsName = errno == EPERM || errno == EBUSY;
+        return bKeepsName && CopyBytes();
+    }
     m_sTemporary.clear();
     SyncFolder(sFolder);
     return true;
@@ -202,23 +306,16 @@ bool CReplacingFile::Rename()
 
 bool CReplacingFile::CopyBytes()
 {
-    CFileHandle target = OpenTarget(m_sTarget, true);
-    if (!target.IsOpen() || lseek(m_File.Get(), 0, SEEK_SET) != 0)
+    CFileHandle own = OpenOwnFile(m_sTarget);
+    if (own.IsOpen())
+        return CopyTo(own.Get(), m_File.Get()) && own.Close();
+    CFileHandle target = OpenTarget(m_sTarget);
+    if (!target.IsOpen())
         return false;
-    std::string sBlock(65536, '\0');
-    for (;;)
-    {
-        const ssize_t nRead = read(m_File.Get(), sBlock.data(), sBlock.size());
-        if (nRead < 0 && errno == EINTR)
-            continue;
-        if (nRead < 0 || (nRead > 0 && !WriteAll(target.Get(), {sBlock.data(), static_cast<size_t>(nRead)})))
-            return false;
-        if (nRead == 0)
-            break;
-    }
     // A device or pipe has nothing to sync.
-    const bool bSynced = fsync(target.Get()) == 0 || errno == EINVAL || errno == EROFS;
-    return target.Close() && bSynced;
+    const bool bDone =
+        IsRegular(target.Get()) ? Overwrite(target.Get(), m_File.Get()) : CopyTo(target.Get(), m_File.Get());
+    return target.Close() && bDone;
 }
 
 bool WriteFileSafely(const std::string& sPath, const std::string& sContent, unsigned nNewMode)

@@ -10,7 +10,8 @@
 // that is allowed; a link stays and what it leads to is replaced.
 //
 // Where a rename can't do (a device, a pipe, a file with several hard links, a folder in which nothing can be made),
-// the temporary file lies in the machine's own directory for them, and Commit copies its bytes into the target.
+// the temporary file lies in the machine's own directory for them, and Commit copies its bytes into the target. What
+// the program has open itself, such as /dev/stdout, is written on where it stands.
 //
 // The temporary file is locked while its writer lives. One without a living writer is what a killed program has
 // left: the first replacement in a folder removes all of those there.
@@ -29,8 +30,9 @@ public:
     // Where the content is to be written, under this name or through Get. Empty when it isn't open.
     const std::string& GetPath() const { return m_sTemporary; }
     int Get() const { return m_File.Get(); }
-    // Once, when all is written and closed but for Get. False: a failure on the way, and the target is as it was
-    // (a target whose bytes had to be copied may be cut).
+    // Once, when all is written and closed but for Get. False: a failure on the way, and the target is as it was; also
+    // where its bytes had to be copied, unless this program is killed or the way back fails, too. A pipe, device or
+    // open file has taken what came before the failure.
     bool Commit();
 
 private:
