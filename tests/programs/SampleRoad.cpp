@@ -1,4 +1,5 @@
 #include <cmath>
+#include <map>
 
 #include "programs/Programs.h"
 
@@ -75,6 +76,36 @@ TEST(SampleRoad, TheGameAgreesWithDump)
 
     const CProcessResult wrong = Batch({"dump", project.path("bonfire.Fx00a")});
     EXPECT_EQ(1, wrong.m_nExitCode);
+}
+
+// What the sample shows can be made again by hand: the timeline takes a target that holds the key.
+TEST(SampleRoad, EachLinkIsOneThatTheTimelineTakes)
+{
+    CSampleProject project;
+    for (const std::string sName : {"bonfire.Fx00a", "inferno.Fx00c"})
+    {
+        const std::string sPacked = project.path("linked.Fx00p");
+        ASSERT_EQ(0, Batch({"pack", project.path(sName), "-o", sPacked}).m_nExitCode);
+        const json dump = json::parse(Batch({"--json", "dump", sPacked}).m_sOutput);
+        int nLinks = 0;
+        for (const json& effect : dump["effects"])
+        {
+            std::map<int64_t, const json*> keys;
+            for (const json& key : effect["keys"])
+                keys[key["id"].get<int64_t>()] = &key;
+            for (const json& key : effect["keys"])
+            {
+                if (key["link"] == key["id"]) // unlinked
+                    continue;
+                ++nLinks;
+                const auto target = keys.find(key["link"].get<int64_t>());
+                ASSERT_NE(keys.end(), target) << effect["name"];
+                EXPECT_GT(key["start"].get<double>(), (*target->second)["start"].get<double>()) << effect["name"];
+                EXPECT_LT(key["end"].get<double>(), (*target->second)["end"].get<double>()) << effect["name"];
+            }
+        }
+        EXPECT_GT(nLinks, sName[0] == 'b' ? 5 : 100) << sName;
+    }
 }
 
 TEST(SampleRoad, ALaterPlugInLoadsTheSameLibraries)

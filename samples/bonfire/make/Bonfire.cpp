@@ -83,12 +83,12 @@ void AddFires(CLibrary& lib, CGroup<CEffectText>& group, const CPrefabs& p)
 {
     CEffectText& campfire = lib.Effect(group, "Campfire", 10000);
     CKeyText& log = campfire.Key(p.log, 0, 0, 10000);
-    campfire.Key(p.flame, 1, 0, 9000)
+    campfire.Key(p.flame, 1, 100, 9000)
         .LinkTo(log)
         .Named("Flames")
         .Set("Velocity", {{0, Vector(0, 0.8, 0)}, {0.5, Vector(0.2, 1.6, 0)}, {1, Vector(0, 0.4, 0)}});
     campfire.Key(p.ember, 2, 1000, 8000).LinkTo(log).Named("Embers");
-    campfire.Key(p.puff, 2, 8000, 10000)
+    campfire.Key(p.puff, 2, 8000, 9900)
         .LinkTo(log)
         .Named("Last smoke")
         .Set("Rate", {{0, Number(20.0)}, {1, Number(0.0)}});
@@ -96,7 +96,7 @@ void AddFires(CLibrary& lib, CGroup<CEffectText>& group, const CPrefabs& p)
     light.Set("Radius", {{0, Number(0.5)}, {0.1, Number(7.0)}, {0.9, Number(6.0)}, {1, Number(0.5)}});
     light.Set("Offset",
               {{0, Vector(0, 0.4, 0)}, {0.33, Vector(0.05, 0.45, 0)}, {0.66, Vector(-0.05, 0.42, 0)}});
-    campfire.Key(p.crackle, 4, 0, 9000).LinkTo(log);
+    campfire.Key(p.crackle, 4, 100, 9000).LinkTo(log);
     campfire.Key(lib.Type("Marker"), 5, 9000, 9100).Named("Burnt down");
 
     CEffectText& torch = lib.Effect(group, "Torch", 4000);
@@ -122,9 +122,9 @@ void AddBlasts(CLibrary& lib, CGroup<CEffectText>& group, const CPrefabs& p)
     CKeyText& ball = explosion.Key(p.flame, 0, 0, 700);
     ball.Named("Fireball").Set("Rate", {{0, Number(800.0)}, {0.3, Number(0.0)}, {1, Number(0.0)}});
     ball.Set("Spread", Number(180.0)).Set("Velocity", {{0, Vector(0, 12, 0)}, {1, Vector(0, 1, 0)}});
-    explosion.Key(p.puff, 0, 700, 3000).LinkTo(ball).Set("Size", {{0, Number(1.0)}, {1, Number(5.0)}});
-    explosion.Key(p.spark, 1, 50, 1200).LinkTo(ball);
-    explosion.Key(p.flash, 2, 0, 400).LinkTo(ball);
+    explosion.Key(p.puff, 0, 700, 3000).Set("Size", {{0, Number(1.0)}, {1, Number(5.0)}});
+    explosion.Key(p.spark, 1, 50, 650).LinkTo(ball);
+    explosion.Key(p.flash, 2, 50, 400).LinkTo(ball);
     explosion.Key(p.boom, 3, 0, 1800);
     explosion.Key(lib.Type("Camera Shake"), 4, 0, 900)
         .Set("Strength", {{0, Vector(0.6, 0.6, 0.1)}, {1, Vector(0, 0, 0)}})
@@ -163,7 +163,7 @@ void AddTitles(CLibrary& lib, CGroup<CEffectText>& group, const CPrefabs& p)
                                          {0.7, Text("Gr\xc3\xbc\xc3\x9f Gott, night owls!")}});
     words.Set("Color",
               {{0, Color(255, 220, 160, 0)}, {0.2, Color(255, 220, 160, 255)}, {1, Color(255, 120, 40, 0)}});
-    title.Key(p.glow, 1, 0, 5000).LinkTo(words);
+    title.Key(p.glow, 1, 100, 4900).LinkTo(words);
     title.Key(lib.Type("Nested Effect"), 2, 1000, 4000).Set("Effect", Text("Torch"));
 }
 } // namespace

@@ -57,6 +57,7 @@ private:
     void MakePrefabs();
     void MakeEffects();
     void FillEffect(CEffectText& effect);
+    static void LinkToOneFrom(CEffectText& effect, CKeyText& key, size_t nFirst);
     void FillTrack(CEffectText& effect, int32_t nTrack);
 
     CLibrary m_Lib;
@@ -232,7 +233,20 @@ void CInferno::FillEffect(CEffectText& effect)
             FillTrack(effect, int32_t(i));
     for (const auto& pKey : effect.m_Keys)
         if (pKey->m_nID > 1 && Chance(25))
-            pKey->LinkTo(*effect.m_Keys[Below(size_t(pKey->m_nID) - 1)]);
+            LinkToOneFrom(effect, *pKey, Below(size_t(pKey->m_nID) - 1));
+}
+
+// To the first key that can be its target, from one on and round. Where there is none it stays unlinked.
+void CInferno::LinkToOneFrom(CEffectText& effect, CKeyText& key, size_t nFirst)
+{
+    for (size_t i = 0; i < effect.m_Keys.size(); ++i)
+    {
+        const CKeyText& target = *effect.m_Keys[(nFirst + i) % effect.m_Keys.size()];
+        if (!target.Holds(key))
+            continue;
+        key.LinkTo(target);
+        return;
+    }
 }
 
 void CInferno::FillTrack(CEffectText& effect, int32_t nTrack)

@@ -236,9 +236,17 @@ void CSet::FillWithDefaults()
     }
 }
 
-CKeyText& CKeyText::LinkTo(const CKeyText& other)
+bool CKeyText::Holds(const CKeyText& other) const
 {
-    m_nLink = other.m_nID;
+    constexpr int32_t nMargin = 50; // milliseconds
+    return other.m_nStart >= m_nStart + nMargin && other.m_nEnd <= m_nEnd - nMargin;
+}
+
+CKeyText& CKeyText::LinkTo(const CKeyText& target)
+{
+    if (!target.Holds(*this))
+        Refuse("the key " + std::to_string(m_nID) + " does not lie within its target");
+    m_nLink = target.m_nID;
     return *this;
 }
 

@@ -52,7 +52,11 @@ struct CKeyText : CSet
     const CSet* m_pPrefab = nullptr;
     std::optional<int32_t> m_nLink;
 
-    CKeyText& LinkTo(const CKeyText& other);
+    // Whether the editor takes this one as the target of a motion link from the other, with the room at either
+    // end that it keeps from then on.
+    bool Holds(const CKeyText& other) const;
+    // Ends the program when the target doesn't hold this key.
+    CKeyText& LinkTo(const CKeyText& target);
     // The values in force at a slot: its own or its prefab's. Null for none.
     const CTimedList* InForce(uint32_t nSlot) const;
 };
