@@ -96,6 +96,10 @@ public:
     virtual void DrawSunkenFace(const CRect& rc) = 0; // the same, pushed
     // One line of text: centred both ways in rc, unclipped, background left as it is.
     virtual void DrawTextCentered(const CRect& rc, std::string_view sText, CColorRef nColor) = 0;
+    // One line of text, centred in rc, on the raised face that was drawn in rcFace: what runs over the face ends at
+    // the text. Shortened at its end, with an ellipsis, where rc is too narrow; nothing where no letter has room.
+    virtual void DrawFaceLabel(const CRect& rcFace, const CRect& rc, std::string_view sText,
+                               CColorRef nColor) = 0;
     // One line with its top left corner at pt.
     virtual void DrawTextAt(CPoint pt, std::string_view sText, CColorRef nColor) = 0;
     virtual int32_t TextWidth(std::string_view sText) const = 0;

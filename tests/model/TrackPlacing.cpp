@@ -85,8 +85,10 @@ TEST(TrackPlacing, FollowsTheStepsInEveryWay)
             plain.push_back(span);
             PlacePlainly(plain, nID);
 
+            const CKeySpan fitted = placed.FitSpan(CKeySpan{span.m_nStart, span.m_nEnd});
             CKey* pKey = placed.AppendKey(MakeKey(span));
             placed.PlaceKey(pKey);
+            ASSERT_EQ(fitted, (CKeySpan{pKey->m_nStartTime, pKey->m_nEndTime}));
             ASSERT_EQ(plain, SpansOf(placed));
             ASSERT_EQ(nID, fill.Place(MakeKey(span))->m_nKeyID);
             ASSERT_EQ(plain.back().m_nID, fill.GetLastKey()->m_nKeyID);
@@ -129,7 +131,8 @@ TEST(TrackPlacing, LongTracksFillInAnyOrder)
         CTrack track;
         ASSERT_TRUE(fill.Finish(track));
         ASSERT_EQ(c_nKeys + 100, track.GetNumKeys());
-        const auto isByStart = [](const auto& pA, const auto& pB) { return pA->m_nStartTime < pB->m_nStartTime; };
+        const auto isByStart = [](const auto& pA, const auto& pB)
+        { return pA->m_nStartTime < pB->m_nStartTime; };
         EXPECT_TRUE(std::is_sorted(track.Keys().begin(), track.Keys().end(), isByStart));
         EXPECT_EQ(c_nKeys - 1, track.GetKey(c_nKeys + 99)->m_nKeyID);
     }

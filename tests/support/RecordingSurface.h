@@ -11,9 +11,10 @@
 //     fill 0,0 1000x300 #646464      line 200,0 200,300       polygon 195,295 205,295 200,300 #0000FF
 //     raised 200,72 100x36           sunken -100,0 1220x36    ellipse 10,10 11x11 #FFFFFF
 //     dotted 204,76 92x28            rect 0,0 5x5             text 200,72 100x36 Plume    text 3,10 0
+//     label 203,72 94x36 Plume
 //
 // A line that is not one pixel wide adds its width and colour: "line 0,5 9,5 w2 #000000". Every character is six
-// pixels wide and a line of text twelve high.
+// pixels wide and a line of text twelve high; a label that was shortened ends with "~".
 class CRecordingSurface : public IDrawSurface
 {
 public:
@@ -46,6 +47,12 @@ public:
     void DrawTextCentered(const CRect& rc, std::string_view sText, CColorRef) override
     {
         Add("text " + Box(rc) + " " + std::string(sText));
+    }
+    void DrawFaceLabel(const CRect&, const CRect& rc, std::string_view sText, CColorRef) override
+    {
+        const auto nRoom = size_t(rc.Width() / 6);
+        const std::string sFull(sText);
+        Add("label " + Box(rc) + " " + (sFull.size() <= nRoom ? sFull : sFull.substr(0, nRoom - 1) + "~"));
     }
     void DrawTextAt(CPoint pt, std::string_view sText, CColorRef) override
     {

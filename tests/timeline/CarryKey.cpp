@@ -1,3 +1,5 @@
+#include <random>
+
 #include "timeline/TimelineBench.h"
 
 TEST(CarryKey, ShiftCopiesAndCtrlShiftMoves)
@@ -90,4 +92,69 @@ TEST(CarryKey, LinkedKeysAreUnlinkedFirst)
     EXPECT_FALSE(bench.Key(1, 0).m_bMotionLinked || bench.Key(1, 1).m_bMotionLinked);
     EXPECT_FALSE(bench.wnd->IsDragging());
     bench.checker.ExpectEdits(1); // both as one
+}
+
+TEST(CarryKey, ShowsWhereItWouldLand)
+{
+    CTimelineBench bench("S1000-2005#4 | L0-500 L4000-6000");
+    bench.wnd->SetOptions(CTrackViewOptions::ForUsers());
+    bench.Press(bench.At(1500, 0), true, true);
+    const auto calls = [&](const char* pszKind)
+    {
+        CRecordingSurface surface;
+        bench.wnd->Paint(surface);
+        return surface.Calls(pszKind);
+    };
+    using CCalls = std::vector<std::string>;
+    bench.wnd->OnMove(bench.At(3500, 1), true);
+    EXPECT_EQ((CCalls{"dotted 299,36 100x36", "dotted 304,40 92x28"}), calls("dotted"));
+    EXPECT_EQ((CCalls{"line 299,36 299,300", "line 399,36 399,300"}), calls("line"));
+    EXPECT_EQ(2u, calls("polygon").size());
+    EXPECT_EQ("2999 ms", bench.wnd->KeyInfo().GetInfo().m_sStart);
+    EXPECT_EQ("3999 ms", bench.wnd->KeyInfo().GetInfo().m_sEnd);
+    EXPECT_EQ(ECursorShape::eArrow, bench.view.m_eShape);
+
+    bench.wnd->OnMove(bench.At(4500, 1), true); // on a key
+    EXPECT_EQ(CCalls(), calls("polygon"));
+    EXPECT_EQ(ECursorShape::eForbidden, bench.view.m_eShape);
+    EXPECT_EQ("1000 ms", bench.wnd->KeyInfo().GetInfo().m_sStart); // it goes back there
+    bench.wnd->OnMove({-60, 120}, true);                           // left of the origin
+    EXPECT_EQ(ECursorShape::eForbidden, bench.view.m_eShape);
+    bench.wnd->OnMove(bench.At(7500, 4), true); // below the rows, where it gets a track
+    EXPECT_EQ("line 699,72 699,300", calls("line").at(0));
+    EXPECT_EQ(ECursorShape::eArrow, bench.view.m_eShape);
+    bench.wnd->OnMove(bench.At(4500, 1), true);
+    bench.wnd->OnLeftRelease(bench.At(4500, 1));
+    EXPECT_EQ(ECursorShape::eArrow, bench.view.m_eShape);
+    EXPECT_EQ("1000-2005* | 0-500 4000-6000", bench.Dump());
+}
+
+TEST(CarryKey, LandsWhereItIsShown)
+{
+    std::mt19937 random(3);
+    CTimelineBench bench("S1000-2005 S3000-3500 S7000-9500 | L0-500 L4000-6000 L6000-6100 | | L8000-9990");
+    bench.wnd->SetOptions(CTrackViewOptions::ForUsers());
+    int nLanded = 0;
+    for (int i = 0; i < 500; ++i)
+    {
+        CTrack& track = *bench.Tracks().GetTrack(uint32_t(random() % bench.Tracks().GetNumTracks()));
+        if (track.GetNumKeys() == 0)
+            continue;
+        CKey& key = *track.GetKey(uint32_t(random() % track.GetNumKeys()));
+        const CRect rc = bench.wnd->GetKeyRect(&key);
+        const CPoint from = {(rc.left + rc.right) / 2, rc.top + 18},
+                     to = {int32_t(random() % 1000), int32_t(60 + random() % 170)};
+        bench.wnd->ClearSelection();
+        bench.Press(from, true, true);
+        if (!bench.wnd->IsDragging())
+            continue; // so short that the pixel isn't in it
+        bench.wnd->OnMove(to, true);
+        const CKeyInfo shown = bench.wnd->KeyInfo().GetInfo();
+        const auto times = [](const CKeyInfo& info) { return info.m_sStart + " to " + info.m_sEnd; };
+        const bool bShown = bench.view.m_eShape == ECursorShape::eArrow;
+        bench.wnd->OnLeftRelease(to);
+        ASSERT_EQ(times(shown), times(bench.wnd->KeyInfo().GetInfo())) << i;
+        nLanded += bShown ? 1 : 0;
+    }
+    EXPECT_GT(nLanded, 50);
 }

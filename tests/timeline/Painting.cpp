@@ -164,3 +164,43 @@ TEST(TimelinePainting, FillsAtLeastAThousandPixelsAndTheWholeSurface)
     bench.wnd->OnSize(300, 2000, 70, 100, 20);
     EXPECT_EQ(CCalls{"fill 0,0 1000x1830 #646464"}, Painted(bench));
 }
+
+TEST(TimelinePainting, NamesAreReadInWhatCanBeSeenOfTheirKeys)
+{
+    CTimelineBench bench(
+        "S1000-9000#7=Big | L2000-3000*>7=Small L3000-3450=Narrow L3450-3500 M9500-12000=End");
+    bench.wnd->SetOptions(CTrackViewOptions{true, false, false});
+    const CCalls described = [&]
+    {
+        CTimelineBench plain(
+            "S1000-9000#7=Big | L2000-3000*>7=Small L3000-3450=Narrow L3450-3500 M9500-12000=End");
+        return Painted(plain);
+    }();
+    CRecordingSurface surface;
+    bench.wnd->Paint(surface);
+    // Above the links, which were drawn before them; beside the circle; cut to the window, less the scroll bar.
+    const CCalls labels = {"label 103,0 387x36 Big - Sprite", "label 203,36 94x36 Small - Light",
+                           "label 303,36 39x36 Narro~", "label 953,36 44x36 End - ~"};
+    EXPECT_EQ(labels, surface.Calls("label"));
+    EXPECT_EQ(labels, CCalls(surface.m_Calls.end() - 4, surface.m_Calls.end()));
+    EXPECT_EQ(CCalls(), surface.Calls("text"));
+    // Everything else is as it was.
+    const auto without = [](CCalls calls)
+    {
+        std::erase_if(calls, [](const std::string& s)
+                      { return s.rfind("text", 0) == 0 || s.rfind("label", 0) == 0; });
+        return calls;
+    };
+    EXPECT_EQ(without(described), without(surface.m_Calls));
+
+    // Zoomed into the middle of the long key, whose own middle is out of view.
+    bench.wnd->TimeBar().OnScaleSlider(50);
+    bench.wnd->TimeBar().OnPhaseSlider(20);
+    CRecordingSurface zoomed;
+    bench.wnd->Paint(zoomed);
+    EXPECT_EQ("label 3,0 994x36 Big - Sprite", zoomed.Calls("label").at(0));
+    bench.wnd->OnScroll(EScrollEvent::eLineDown); // 16 of the row's 36 pixels are left
+    CRecordingSurface scrolled;
+    bench.wnd->Paint(scrolled);
+    EXPECT_EQ("label 3,0 994x16 Big - Sprite", scrolled.Calls("label").at(0));
+}

@@ -193,3 +193,46 @@ TEST(KeyInfoBar, PhaseLengthWaitsForItsDialogToGo)
     bar.OnPhaseLengthEntered(); // the same again changes nothing
     bench.checker.ExpectEdits(0);
 }
+
+TEST(TimeBar, LabelsAtTheEndsAreMovedInside)
+{
+    CFakeTrackView view;
+    CTimeBar bar(view, 10000);
+    bar.SetWidth(1000);
+    const auto labels = [&](int32_t nWidth)
+    {
+        CRecordingSurface surface;
+        bar.DrawRuler(surface, nWidth, 26);
+        return surface.Calls("text");
+    };
+    const auto plain = labels(1000);
+    EXPECT_EQ("text -3,10 0", plain.front());
+    EXPECT_EQ("text 994,10 10", plain.back());
+    bar.SetWholeLabels(true);
+    auto whole = labels(1000);
+    EXPECT_EQ("text 0,10 0", whole.front());
+    EXPECT_EQ("text 988,10 10", whole.back());
+    EXPECT_EQ(plain.size(), whole.size());
+    for (size_t i = 1; i + 1 < plain.size(); ++i)
+        EXPECT_EQ(plain[i], whole[i]);
+
+    // At any zoom and place no label is cut or stands in another, and those within stay under their marks.
+    for (const int32_t nWidth : {1000, 300, 5, 0})
+        for (int32_t nZoom = 0; nZoom <= CTimeBar::c_nMaxScalePos; nZoom += 7)
+            for (int32_t nPhase = 0; nPhase <= CTimeBar::c_nMaxPhasePos; ++nPhase)
+            {
+                bar.SetWidth(nWidth);
+                bar.OnScaleSlider(nZoom);
+                bar.OnPhaseSlider(nPhase);
+                int32_t nLastRight = -1000;
+                for (const std::string& sLabel : labels(nWidth))
+                {
+                    const int32_t nLeft = std::stoi(sLabel.substr(5));
+                    const int32_t nLabel = int32_t(sLabel.size() - sLabel.rfind(' ') - 1) * 6;
+                    ASSERT_GT(nLeft, nLastRight);
+                    ASSERT_TRUE(nLeft >= nWidth || nLeft + nLabel <= std::max(nWidth, nLabel)) << nLeft;
+                    ASSERT_TRUE(nLeft >= 0 || nLeft + nLabel <= 0) << nLeft;
+                    nLastRight = nLeft + nLabel;
+                }
+            }
+}

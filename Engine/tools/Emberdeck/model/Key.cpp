@@ -23,7 +23,15 @@ void CKey::Unlink()
 
 void CKey::FitBetween(const CKey* pPrev, const CKey* pNext)
 {
-    m_nStartTime = std::max(m_nStartTime, pPrev ? pPrev->m_nEndTime : 0);
+    const CKeySpan span = Fit(CKeySpan{m_nStartTime, m_nEndTime}, pPrev, pNext);
+    m_nStartTime = span.m_nStart;
+    m_nEndTime = span.m_nEnd;
+}
+
+CKeySpan CKey::Fit(CKeySpan span, const CKey* pPrev, const CKey* pNext)
+{
+    span.m_nStart = std::max(span.m_nStart, pPrev ? pPrev->m_nEndTime : 0);
     if (pNext)
-        m_nEndTime = std::min(m_nEndTime, pNext->m_nStartTime);
+        span.m_nEnd = std::min(span.m_nEnd, pNext->m_nStartTime);
+    return span;
 }

@@ -62,7 +62,22 @@ void CTrack::PlaceKey(CKey* pKey)
     SortKeys();
     const int32_t nIndex = IndexOf(pKey);
     if (nIndex >= 0)
-        pKey->FitBetween(nIndex > 0 ? m_Keys[nIndex - 1].get() : nullptr, GetKey(static_cast<uint32_t>(nIndex) + 1));
+        pKey->FitBetween(nIndex > 0 ? m_Keys[nIndex - 1].get() : nullptr,
+                         GetKey(static_cast<uint32_t>(nIndex) + 1));
+}
+
+CKeySpan CTrack::FitSpan(CKeySpan span) const
+{
+    const CKey* pPrev = nullptr;
+    const CKey* pNext = nullptr;
+    for (const std::unique_ptr<CKey>& pKey : m_Keys)
+    {
+        if (pKey->m_nStartTime <= span.m_nStart && (!pPrev || pPrev->m_nStartTime <= pKey->m_nStartTime))
+            pPrev = pKey.get();
+        if (pKey->m_nStartTime > span.m_nStart && (!pNext || pKey->m_nStartTime < pNext->m_nStartTime))
+            pNext = pKey.get();
+    }
+    return CKey::Fit(span, pPrev, pNext);
 }
 
 std::unique_ptr<CKey> CTrack::RemoveKey(const CKey* pKey)

@@ -28,7 +28,8 @@ public:
     // pKey, which is on this track. In a gap that is too small the key ends up shorter, at worst
     // with its end at or before its start. Knows no phase length.
     void PlaceKey(CKey* pKey);
-    void SortKeys();                                   // by start, stable; cuts nothing
+    CKeySpan FitSpan(CKeySpan span) const; // what PlaceKey would make of a key appended with these times
+    void SortKeys();                       // by start, stable; cuts nothing
     std::unique_ptr<CKey> RemoveKey(const CKey* pKey); // null when it isn't here
 
     // In place of those that are here: in order, as PlaceKey leaves them.

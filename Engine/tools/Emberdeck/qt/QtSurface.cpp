@@ -286,6 +286,48 @@ void QtSurface::DrawTextCentered(const CRect& rc, std::string_view sText, CColor
     m_Painter.drawText(ToQt(rc), Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip, QtText::ToQt(sText));
 }
 
+// The face anew in a part of it; its edges stay.
+void QtSurface::ClearFace(const CRect& rcFace, const CRect& rcPart)
+{
+    const QRect part = ToQt(rcPart) & ToQt(rcFace.Inset(2)) & m_Bounds;
+    if (!m_bPlainScale)
+    {
+        if (!part.isEmpty())
+            m_Painter.fillRect(part, FaceGradient(rcFace.top, rcFace.bottom));
+        return;
+    }
+    const QImage& image = FaceImage(rcFace.Height());
+    for (int x = part.left(); x <= part.right(); x += image.width())
+        m_Painter.drawImage(QPoint(x, part.top()), image,
+                            QRect(0, part.top() - rcFace.top, std::min(part.right() + 1 - x, image.width()),
+                                  part.height()));
+}
+
+void QtSurface::DrawFaceLabel(const CRect& rcFace, const CRect& rc, std::string_view sText, CColorRef nColor)
+{
+    if (rc.IsEmpty())
+        return;
+    QString sLabel = QtText::ToQt(sText);
+    int32_t nWidth = TextWidth(sText);
+    if (nWidth > rc.Width())
+    {
+        const QFontMetrics metrics = m_Painter.fontMetrics();
+        sLabel = metrics.elidedText(sLabel, Qt::ElideRight, rc.Width());
+        if (sLabel.size() < 2) // the ellipsis alone
+            return;
+        nWidth = metrics.horizontalAdvance(sLabel);
+    }
+    constexpr int32_t c_nGap = 2; // between the letters and what ends at them
+    const int32_t nHeight = TextHeight();
+    CRect rcText{rc.left + (rc.Width() - nWidth) / 2, rc.top + (rc.Height() - nHeight) / 2, 0, 0};
+    rcText.right = rcText.left + nWidth;
+    rcText.bottom = rcText.top + nHeight;
+    ClearFace(rcFace, CRect{rcText.left - c_nGap, rcText.top, rcText.right + c_nGap, rcText.bottom});
+    m_bTools = false;
+    m_Painter.setPen(ToQt(nColor));
+    m_Painter.drawText(ToQt(rcText), Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip, sLabel);
+}
+
 void QtSurface::DrawTextAt(CPoint pt, std::string_view sText, CColorRef nColor)
 {
     m_bTools = false;

@@ -34,6 +34,7 @@ public:
     void DrawRaisedFace(const CRect& rc) override;
     void DrawSunkenFace(const CRect& rc) override;
     void DrawTextCentered(const CRect& rc, std::string_view sText, CColorRef nColor) override;
+    void DrawFaceLabel(const CRect& rcFace, const CRect& rc, std::string_view sText, CColorRef nColor) override;
     void DrawTextAt(CPoint pt, std::string_view sText, CColorRef nColor) override;
     int32_t TextWidth(std::string_view sText) const override;
     int32_t TextHeight() const override;
@@ -46,6 +47,7 @@ private:
     CRect Visible(const CRect& rc) const;
     void FillDotted(const CRect& rc, CColorRef nColor);
     const QImage& FaceImage(int nHeight);
+    void ClearFace(const CRect& rcFace, const CRect& rcPart);
     QLinearGradient FaceGradient(int nTop, int nBottom) const;
 
     QPainter& m_Painter;

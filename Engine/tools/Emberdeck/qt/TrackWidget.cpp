@@ -32,6 +32,7 @@ TrackWidget::TrackWidget(CEditContext& context, CSpell& spell, QWidget* pParent)
     // On a left press the timeline takes the focus itself; a right press leaves it where it was.
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
+    m_Track.SetOptions(CTrackViewOptions::ForUsers());
     m_pTimeBar = new TimeBarWidget(m_Track.TimeBar(), this);
     m_pKeyInfo = new KeyInfoWidget(m_Track.KeyInfo(), this);
     m_pScrollBar = new QScrollBar(Qt::Vertical, this);
@@ -303,7 +304,9 @@ void TrackWidget::KeyInfoChanged()
 
 void TrackWidget::SetCursorShape(ECursorShape eShape)
 {
-    setCursor(eShape == ECursorShape::eSizeHorizontal ? Qt::SizeHorCursor : Qt::ArrowCursor);
+    setCursor(eShape == ECursorShape::eSizeHorizontal ? Qt::SizeHorCursor
+              : eShape == ECursorShape::eForbidden    ? Qt::ForbiddenCursor
+                                                      : Qt::ArrowCursor);
 }
 
 CPoint TrackWidget::PointerPosition() const { return PointOf(mapFromGlobal(QPointF(QCursor::pos()))); }

@@ -5,7 +5,8 @@
 enum class ECursorShape
 {
     eArrow,
-    eSizeHorizontal
+    eSizeHorizontal,
+    eForbidden // what is carried would be refused here
 };
 
 // What the timeline asks of the window that shows it. None of these calls comes back into the timeline

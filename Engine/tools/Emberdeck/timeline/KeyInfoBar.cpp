@@ -40,10 +40,10 @@ CKeyInfoBar::CKeyInfoBar(CEditContext& context, CSpell& spell, CTimeBar& timeBar
       m_View(view)
 {
     m_Button.Bind("Choose phase length in Milliseconds", &m_nPhaseLength);
-    m_Info = MakeInfo(nullptr);
+    m_Info = MakeInfo(nullptr, nullptr);
 }
 
-CKeyInfo CKeyInfoBar::MakeInfo(const CKey* pCurKey) const
+CKeyInfo CKeyInfoBar::MakeInfo(const CKey* pCurKey, const CKeySpan* pTimes) const
 {
     uint32_t nSelected = 0;
     for (const std::unique_ptr<CTrack>& pTrack : m_Spell.m_Tracks.Tracks())
@@ -64,17 +64,18 @@ CKeyInfo CKeyInfoBar::MakeInfo(const CKey* pCurKey) const
     }
     else if (pCurKey)
     {
-        const int64_t nLength = int64_t(pCurKey->m_nEndTime) - pCurKey->m_nStartTime;
-        info.m_sStart = std::to_string(pCurKey->m_nStartTime) + " ms";
-        info.m_sEnd = std::to_string(pCurKey->m_nEndTime) + " ms";
+        const CKeySpan times = pTimes ? *pTimes : CKeySpan{pCurKey->m_nStartTime, pCurKey->m_nEndTime};
+        const int64_t nLength = int64_t(times.m_nEnd) - times.m_nStart;
+        info.m_sStart = std::to_string(times.m_nStart) + " ms";
+        info.m_sEnd = std::to_string(times.m_nEnd) + " ms";
         info.m_sLength = std::to_string(nLength) + " ms";
     }
     return info;
 }
 
-void CKeyInfoBar::UpdateInfo(const CKey* pCurKey)
+void CKeyInfoBar::UpdateInfo(const CKey* pCurKey, const CKeySpan* pTimes)
 {
-    CKeyInfo info = MakeInfo(pCurKey);
+    CKeyInfo info = MakeInfo(pCurKey, pTimes);
     if (info == m_Info)
         return;
     m_Info = std::move(info);

@@ -48,7 +48,8 @@ public:
     CKeyInfoBar& operator=(const CKeyInfoBar&) = delete;
 
     // Looks at everything anew and tells the view when it shows otherwise than before. pCurKey may be null.
-    void UpdateInfo(const CKey* pCurKey);
+    // pTimes: shown in place of the key's own; null: those.
+    void UpdateInfo(const CKey* pCurKey, const CKeySpan* pTimes = nullptr);
     const CKeyInfo& GetInfo() const { return m_Info; }
 
     // A click on the button. Its outcome waits for the dialog to be gone: see PostPhaseLengthEntered.
@@ -59,7 +60,7 @@ public:
     int32_t m_nPhaseLength; // the number on the button, milliseconds
 
 private:
-    CKeyInfo MakeInfo(const CKey* pCurKey) const;
+    CKeyInfo MakeInfo(const CKey* pCurKey, const CKeySpan* pTimes) const;
 
     CEditContext& m_Context;
     CSpell& m_Spell;

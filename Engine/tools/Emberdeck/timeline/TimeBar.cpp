@@ -140,11 +140,16 @@ void CTimeBar::DrawRuler(IDrawSurface& surface, int32_t nWidth, int32_t nHeight)
         if (!bMajor || x <= nLastRight)
             continue;
         const std::string sLabel = std::to_string(nMajor / c_nMajor);
-        const int32_t nHalf = surface.TextWidth(sLabel) / 2;
-        if (x - nHalf > nLastRight)
+        const int32_t nLabel = surface.TextWidth(sLabel);
+        const int32_t nHalf = nLabel / 2;
+        int32_t nLeft = x - nHalf;
+        const bool bInSight = nLeft + nLabel > 0 && nLeft < nWidth;
+        if (m_bWholeLabels && bInSight)
+            nLeft = std::clamp(nLeft, 0, std::max(nWidth - nLabel, 0));
+        if (nLeft > nLastRight)
         {
-            surface.DrawTextAt(CPoint{x - nHalf, c_nLabelTop}, sLabel, pen.m_nColor);
-            nLastRight = x + nHalf + c_nLabelGap;
+            surface.DrawTextAt(CPoint{nLeft, c_nLabelTop}, sLabel, pen.m_nColor);
+            nLastRight = nLeft + 2 * nHalf + c_nLabelGap;
         }
     }
 }

@@ -30,6 +30,8 @@ public:
     // Moves the view, and the phase slider with it, when nothing of that time can be seen.
     void ScrollTo(int32_t nStart, int32_t nEnd);
 
+    // See CTrackViewOptions. The ruler isn't drawn by this.
+    void SetWholeLabels(bool bWhole) { m_bWholeLabels = bWhole; }
     // Into the ruler's rectangle, whose origin is the surface's.
     void DrawRuler(IDrawSurface& surface, int32_t nWidth, int32_t nHeight) const;
 
@@ -57,4 +59,5 @@ private:
     int32_t m_nWidth = 0;
     int32_t m_nScalePos = 0;
     int32_t m_nPhasePos = 0;
+    bool m_bWholeLabels = false;
 };

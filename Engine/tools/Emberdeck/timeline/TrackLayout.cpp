@@ -21,9 +21,14 @@ bool CTrackLayout::SetSize(int32_t nWidth, int32_t nHeight, int32_t nKeyInfoHeig
 
 CRect CTrackLayout::GetKeyRect(const CKey& key) const
 {
-    const int64_t nTop = int64_t(key.m_nTrack) * c_nTrackHeight - m_nScrollY + m_rcTrack.top;
+    return GetRect(key.m_nTrack, CKeySpan{key.m_nStartTime, key.m_nEndTime});
+}
+
+CRect CTrackLayout::GetRect(uint32_t nTrack, CKeySpan span) const
+{
+    const int64_t nTop = int64_t(nTrack) * c_nTrackHeight - m_nScrollY + m_rcTrack.top;
     const auto nBoundTop = static_cast<int32_t>(std::min<int64_t>(nTop, c_nMaxPixel));
-    return CRect{PixelFromTime(m_Scale, key.m_nStartTime), nBoundTop, PixelFromTime(m_Scale, key.m_nEndTime),
+    return CRect{PixelFromTime(m_Scale, span.m_nStart), nBoundTop, PixelFromTime(m_Scale, span.m_nEnd),
                  nBoundTop + c_nTrackHeight};
 }
 

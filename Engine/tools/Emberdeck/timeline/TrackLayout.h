@@ -31,6 +31,7 @@ public:
                  int32_t nScrollBarWidth);
 
     CRect GetKeyRect(const CKey& key) const;
+    CRect GetRect(uint32_t nTrack, CKeySpan span) const; // of a key on that track; it needn't be there
 
     // The division truncates, so that row 0 also answers for up to 35 pixels above the rows, and rows go on
     // below the track area.

@@ -185,6 +185,11 @@ void CTrackWnd::StepGesture(CPoint pt)
     if (!m_pGesture->PaintsAtOnce())
     {
         m_View.Invalidate();
+        if (const std::optional<CLanding> landing = Landing())
+        {
+            SetCursor(landing->m_bRoom ? ECursorShape::eArrow : ECursorShape::eForbidden);
+            UpdateKeyInfo();
+        }
         return;
     }
     m_View.PaintNow();

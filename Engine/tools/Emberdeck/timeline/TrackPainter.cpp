@@ -16,13 +16,16 @@ constexpr CColorRef c_nBackground = 0x646464;
 constexpr CColorRef c_nBlack = 0x000000;
 constexpr CColorRef c_nWhite = 0xFFFFFF;
 constexpr CColorRef c_nRed = 0x0000FF;
-constexpr CPenSpec c_Pen = {EPenStyle::eSolid, c_nBlack}; // in every palette: the faces see to it that it shows
-constexpr int32_t c_nOverhang = 100;  // keeps the side edges of the strips out of sight
-constexpr int32_t c_nMinFill = 1000;  // pixels of background in either direction, at least
-constexpr int32_t c_nTextMargin = 5;  // what a key must be wider than its text
-constexpr int32_t c_nFrameInset = 4;  // of the dotted frame
-constexpr int32_t c_nMark = 5;        // half the width of triangles and circles
-constexpr size_t c_nManyGuides = 256; // keys, above which columns are looked at first
+constexpr CPenSpec c_Pen = {EPenStyle::eSolid,
+                            c_nBlack}; // in every palette: the faces see to it that it shows
+constexpr int32_t c_nOverhang = 100;   // keeps the side edges of the strips out of sight
+constexpr int32_t c_nMinFill = 1000;   // pixels of background in either direction, at least
+constexpr int32_t c_nTextMargin = 5;   // what a key must be wider than its text
+constexpr int32_t c_nFrameInset = 4;   // of the dotted frame
+constexpr int32_t c_nMark = 5;         // half the width of triangles and circles
+constexpr int32_t c_nNameMargin = 3;   // at either side of a name that is fitted in
+constexpr int32_t c_nMinName = 8;      // pixels below which no letter has room
+constexpr size_t c_nManyGuides = 256;  // keys, above which columns are looked at first
 
 CRect Moved(const CRect& rc, int32_t dx, int32_t dy)
 {
@@ -38,9 +41,11 @@ CPoint Centre(const CRect& rc)
 
 } // namespace
 
-CTrackPainter::CTrackPainter(const CTrackList& tracks, const CTrackLayout& layout, IDrawSurface& surface)
+CTrackPainter::CTrackPainter(const CTrackList& tracks, const CTrackLayout& layout,
+                             const CTrackViewOptions& options, IDrawSurface& surface)
     : m_Tracks(tracks),
       m_Layout(layout),
+      m_Options(options),
       m_Surface(surface),
       m_nWidth(layout.m_rcTrack.Width()),
       m_nHeight(layout.m_rcTrack.Height())
@@ -52,10 +57,26 @@ void CTrackPainter::Paint(const CCarriedKey& carried, const CLinkLinePoints& lin
     m_Surface.FillRect(CRect{0, 0, std::max(m_nWidth, c_nMinFill), std::max(m_nHeight, c_nMinFill)},
                        c_nBackground);
     PaintRows();
-    PaintGuides();
-    if (carried.m_pKey)
-        DrawKey(*carried.m_pKey, Moved(carried.m_rc, 0, -m_Layout.m_rcTrack.top));
-    PaintLinks();
+    if (carried.m_pKey && m_Options.m_bShowLanding)
+    {
+        if (carried.m_bLanding)
+            PaintLanding(Moved(carried.m_rcLanding, 0, -m_Layout.m_rcTrack.top));
+    }
+    else
+    {
+        PaintGuides();
+    }
+    if (m_Options.m_bReadableNames)
+    {
+        PaintLinks();
+        PaintNames();
+        PaintCarried(carried);
+    }
+    else
+    {
+        PaintCarried(carried);
+        PaintLinks();
+    }
     if (linkLine.m_bActive)
         PaintLink(CPoint{linkLine.x0, linkLine.y0}, CPoint{linkLine.x1, linkLine.y1});
 }
@@ -82,8 +103,16 @@ void CTrackPainter::PaintRows()
             CRect rc = SurfaceRect(*pKey);
             rc.top = nTop;
             rc.bottom = nTop + nRowHeight;
-            if (!rc.IsEmpty() && rc.right > 0 && rc.left < m_nWidth)
+            if (rc.IsEmpty() || rc.right <= 0 || rc.left >= m_nWidth)
+                continue;
+            if (!m_Options.m_bReadableNames)
+            {
                 DrawKey(*pKey, rc);
+                continue;
+            }
+            m_Surface.DrawRaisedFace(rc);
+            DrawFrame(*pKey, rc);
+            m_Named.push_back(CNamed{pKey.get(), rc});
         }
     }
 }
@@ -97,10 +126,69 @@ void CTrackPainter::DrawKey(const CKey& key, const CRect& rc)
         if (m_Surface.TextWidth(sText) < rc.Width() - c_nTextMargin)
             m_Surface.DrawTextCentered(rc, sText, c_nBlack);
     }
+    DrawFrame(key, rc);
+}
+
+void CTrackPainter::DrawFrame(const CKey& key, const CRect& rc)
+{
     const CRect rcFrame = rc.Inset(c_nFrameInset);
     if (key.m_bSelected && !rcFrame.IsEmpty())
         m_Surface.DrawRectangle(rcFrame, CPenSpec{EPenStyle::eDotted, c_nBlack},
                                 CBrushSpec{EBrushStyle::eNone, c_nBlack});
+}
+
+// In what can be seen of the key. Beside the circle that marks the target of a link, since one of them would hide
+// the other.
+void CTrackPainter::DrawName(const CKey& key, const CRect& rc)
+{
+    const int32_t nRight = std::min(m_nWidth, m_Layout.VisibleTrackArea().Width());
+    CRect rcName = {std::max(rc.left, 0) + c_nNameMargin, rc.top, std::min(rc.right, nRight) - c_nNameMargin,
+                    rc.bottom};
+    if (std::min(rc.bottom, m_nHeight) - std::max(rc.top, 0) >= m_Surface.TextHeight())
+    {
+        rcName.top = std::max(rc.top, 0);
+        rcName.bottom = std::min(rc.bottom, m_nHeight);
+    }
+    const int32_t nMiddle = Centre(rc).x;
+    if (m_Targets.count(&key) && nMiddle + 2 * c_nMark > rcName.left && nMiddle - 2 * c_nMark < rcName.right)
+    {
+        if (nMiddle - rcName.left >= rcName.right - nMiddle)
+            rcName.right = nMiddle - 2 * c_nMark;
+        else
+            rcName.left = nMiddle + 2 * c_nMark;
+    }
+    if (rcName.Width() >= c_nMinName)
+        m_Surface.DrawFaceLabel(rc, rcName, key.GetDisplayName(), c_nBlack);
+}
+
+void CTrackPainter::PaintNames()
+{
+    for (const CNamed& named : m_Named)
+        DrawName(*named.m_pKey, named.m_rc);
+}
+
+void CTrackPainter::PaintCarried(const CCarriedKey& carried)
+{
+    if (!carried.m_pKey)
+        return;
+    const CRect rc = Moved(carried.m_rc, 0, -m_Layout.m_rcTrack.top);
+    if (!m_Options.m_bReadableNames)
+    {
+        DrawKey(*carried.m_pKey, rc);
+        return;
+    }
+    m_Surface.DrawRaisedFace(rc);
+    DrawFrame(*carried.m_pKey, rc);
+    DrawName(*carried.m_pKey, rc);
+}
+
+// Where a carried key would lie, on a track or below the last one. It has the guides in place of those that are
+// selected: what counts now is where it goes, not where it comes from.
+void CTrackPainter::PaintLanding(const CRect& rcLanding)
+{
+    m_Surface.DrawRectangle(rcLanding, CPenSpec{EPenStyle::eDotted, c_nBlack},
+                            CBrushSpec{EBrushStyle::eNone, c_nBlack});
+    PaintGuidesOf(rcLanding);
 }
 
 void CTrackPainter::PaintGuide(int32_t x, int32_t nTop)
@@ -137,14 +225,17 @@ void CTrackPainter::PaintGuides()
         return;
     }
     for (const CRect& rc : selected)
+        PaintGuidesOf(rc);
+}
+
+void CTrackPainter::PaintGuidesOf(const CRect& rc)
+{
+    PaintGuide(rc.left, rc.top);
+    PaintGuide(rc.right, rc.top);
+    for (const int32_t x : {rc.left, rc.right})
     {
-        PaintGuide(rc.left, rc.top);
-        PaintGuide(rc.right, rc.top);
-        for (const int32_t x : {rc.left, rc.right})
-        {
-            if (x >= -c_nMark && x <= m_nWidth + c_nMark)
-                PaintEndMark(x);
-        }
+        if (x >= -c_nMark && x <= m_nWidth + c_nMark)
+            PaintEndMark(x);
     }
 }
 
@@ -252,8 +343,11 @@ void CTrackPainter::PaintLinks()
             const bool bInView =
                 std::max(from.x, to.x) >= -c_nMark - 1 && std::min(from.x, to.x) <= m_nWidth + c_nMark &&
                 std::max(from.y, to.y) >= -c_nMark - 1 && std::min(from.y, to.y) <= m_nHeight + c_nMark;
-            if (bInView)
-                PaintLink(from, to);
+            if (!bInView)
+                continue;
+            PaintLink(from, to);
+            if (m_Options.m_bReadableNames)
+                m_Targets.insert(pTarget);
         }
     }
 }

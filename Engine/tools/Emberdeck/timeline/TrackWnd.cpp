@@ -70,7 +70,31 @@ void CTrackWnd::Paint(IDrawSurface& surface) const
     CCarriedKey carried;
     if (m_pGesture)
         carried.m_pKey = m_pGesture->CarriedKey(carried.m_rc);
-    CTrackPainter(Tracks(), m_Layout, surface).Paint(carried, m_LinkLine.GetPoints());
+    const std::optional<CLanding> landing = Landing();
+    if (landing && landing->m_bRoom)
+    {
+        carried.m_bLanding = true;
+        carried.m_rcLanding = m_Layout.GetRect(landing->m_nTrack, landing->m_Span);
+    }
+    CTrackPainter(Tracks(), m_Layout, m_Options, surface).Paint(carried, m_LinkLine.GetPoints());
+}
+
+void CTrackWnd::SetOptions(const CTrackViewOptions& options)
+{
+    m_Options = options;
+    m_TimeBar.SetWholeLabels(options.m_bWholeRulerLabels);
+}
+
+// Of a carried key, as far as it is shown.
+std::optional<CLanding> CTrackWnd::Landing() const
+{
+    return m_pGesture && m_Options.m_bShowLanding ? m_pGesture->Landing() : std::nullopt;
+}
+
+void CTrackWnd::UpdateKeyInfo()
+{
+    const std::optional<CLanding> landing = Landing();
+    m_KeyInfo.UpdateInfo(m_pCurKey, landing && landing->m_bRoom ? &landing->m_Span : nullptr);
 }
 
 CRect CTrackWnd::GetKeyRect(const CKey* pKey) const

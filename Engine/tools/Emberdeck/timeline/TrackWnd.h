@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -84,6 +85,9 @@ public:
     // The track area, its origin being the surface's.
     void Paint(IDrawSurface& surface) const;
 
+    // All are off before. Asks for no repaint.
+    void SetOptions(const CTrackViewOptions& options);
+
     bool IsLinking() const { return m_LinkLine.IsActive(); }
     bool IsDragging() const { return m_pGesture != nullptr; }
     bool IsBusy() const { return IsLinking() || IsDragging(); }
@@ -141,7 +145,7 @@ private:
 
     void ScrollToCurrent();
     void Refresh(); // repaint soon, and Key Info
-    void UpdateKeyInfo() { m_KeyInfo.UpdateInfo(m_pCurKey); }
+    void UpdateKeyInfo();
     void SetCursor(ECursorShape eShape);
 
     CGestureContext GestureContext()
@@ -155,6 +159,7 @@ private:
     bool RefuseLinkedTo();
     void StartGesture(std::unique_ptr<CTrackGesture> pGesture, ECursorShape eShape);
     void StepGesture(CPoint pt);
+    std::optional<CLanding> Landing() const;
     void EndGesture();
     void EndLinkLine(CPoint pt);
     CTrackMenuState MenuState() const;
@@ -171,6 +176,7 @@ private:
     CTimeBar m_TimeBar;
     CKeyInfoBar m_KeyInfo;
     CTrackLayout m_Layout;
+    CTrackViewOptions m_Options;
     CTrack* m_pCurTrack = nullptr;
     CKey* m_pCurKey = nullptr;
     CPoint m_ptMenu;                           // of the last right button release

@@ -68,44 +68,51 @@ void CCarryKey::Cancel()
     CloseScope();
 }
 
+std::optional<CLanding> CCarryKey::Landing() const
+{
+    if (!m_pKey)
+        return std::nullopt;
+    CLanding landing;
+    if (m_Context.m_Layout.KeyFromPoint(m_ptCur))
+        return landing;
+    CRect rc;
+    CarriedKey(rc);
+    const CKeySpan span = {TimeFromPixel(m_Context.m_Scale, rc.left),
+                           TimeFromPixel(m_Context.m_Scale, rc.right)};
+    const CTrack* pTrack = m_Context.m_Layout.TrackFromY(m_ptCur.y);
+    landing.m_nTrack = pTrack ? Tracks().GetTrackNumber(pTrack) : Tracks().GetNumTracks();
+    landing.m_Span = pTrack ? pTrack->FitSpan(span) : CKey::Fit(span, nullptr, nullptr);
+    landing.m_bRoom = landing.m_Span.HasLength();
+    return landing;
+}
+
 bool CCarryKey::Drop()
 {
-    if (m_Context.m_Layout.KeyFromPoint(m_ptCur))
+    const std::optional<CLanding> landing = Landing();
+    if (!landing || !landing->m_bRoom)
         return false;
-    if (CTrack* pTrack = m_Context.m_Layout.TrackFromY(m_ptCur.y))
-        return DropOn(*pTrack);
+    if (CTrack* pTrack = Tracks().GetTrack(landing->m_nTrack))
+        return DropOn(*pTrack, landing->m_Span);
     CTrack* pNew = Tracks().AddTrack();
     if (!pNew)
         return false;
-    if (DropOn(*pNew))
+    if (DropOn(*pNew, landing->m_Span))
         return true;
     Tracks().RemoveTrack(pNew);
     return false;
 }
 
-bool CCarryKey::DropOn(CTrack& track)
+bool CCarryKey::DropOn(CTrack& track, CKeySpan span)
 {
     if (!track.ReserveKey()) // a key that is appended without room would be gone
         return false;
-    CRect rc;
-    CarriedKey(rc);
     CKey* pKey = m_pKey.get();
-    const int32_t nOldStart = pKey->m_nStartTime;
-    const int32_t nOldEnd = pKey->m_nEndTime;
-    const uint32_t nOldTrack = pKey->m_nTrack;
-    pKey->m_nStartTime = TimeFromPixel(m_Context.m_Scale, rc.left);
-    pKey->m_nEndTime = TimeFromPixel(m_Context.m_Scale, rc.right);
+    pKey->m_nStartTime = span.m_nStart;
+    pKey->m_nEndTime = span.m_nEnd;
     pKey->m_nTrack = Tracks().GetTrackNumber(&track);
     track.AppendKey(std::move(m_pKey));
     track.PlaceKey(pKey);
-    if (pKey->m_nStartTime < pKey->m_nEndTime)
-        return true;
-
-    m_pKey = track.RemoveKey(pKey);
-    pKey->m_nStartTime = nOldStart;
-    pKey->m_nEndTime = nOldEnd;
-    pKey->m_nTrack = nOldTrack;
-    return false;
+    return true;
 }
 
 // A copy is gone. A moved key was on its track a moment ago, whose memory is still there for it.

@@ -23,11 +23,12 @@ public:
 
     bool PaintsAtOnce() const override { return false; }
     const CKey* CarriedKey(CRect& rc) const override;
+    std::optional<CLanding> Landing() const override;
 
 private:
     const char* Label() const { return m_bMove ? "Move Key To Track" : "Copy Key"; }
     bool Drop();
-    bool DropOn(CTrack& track);
+    bool DropOn(CTrack& track, CKeySpan span);
     void GoBack();
 
     CTrack& m_Track; // where a moved key came from

@@ -15,6 +15,14 @@ struct CGestureContext
     CEditHub& m_Edits;
 };
 
+// Where a carried key would come to lie, were it dropped now.
+struct CLanding
+{
+    bool m_bRoom = false;  // false: it would be refused, and the rest says nothing
+    uint32_t m_nTrack = 0; // one behind the last: it would get a new track
+    CKeySpan m_Span;
+};
+
 // One drag of the mouse over the rows, from the press to the release. It knows keys and times, never a
 // window: points come in, the library changes. Its edit scope opens before the first change and closes at
 // the end.
@@ -41,6 +49,7 @@ public:
         (void)rc;
         return nullptr;
     }
+    virtual std::optional<CLanding> Landing() const { return std::nullopt; } // none: nothing is carried
 
 protected:
     CTrackList& Tracks() const { return m_Context.m_Spell.m_Tracks; }
