@@ -70,6 +70,7 @@ public:
                : eButtons == EButtons::eYesNo ? EAnswer::eNo
                                               : EAnswer::eCancel;
     }
+    void Advise(const std::string& sText) override { m_Advice.push_back(sText); }
     bool ChooseFile(const CFileDialogRequest& request, std::string& sPath) override
     {
         m_Files.push_back(request);
@@ -104,6 +105,7 @@ public:
         EIcon m_eIcon;
     };
     std::vector<CAsked> m_Asked; // what came, expected or not
+    std::vector<std::string> m_Advice;
     std::vector<CFileDialogRequest> m_Files;
     std::vector<std::string> m_Offered; // first texts of text entries
     std::vector<CNumberEntry> m_Numbers;

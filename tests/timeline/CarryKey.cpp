@@ -126,7 +126,12 @@ TEST(CarryKey, ShowsWhereItWouldLand)
     bench.wnd->OnMove(bench.At(4500, 1), true);
     bench.wnd->OnLeftRelease(bench.At(4500, 1));
     EXPECT_EQ(ECursorShape::eArrow, bench.view.m_eShape);
+    EXPECT_EQ("Not carried: there was no room where the key was dropped", bench.Status());
     EXPECT_EQ("1000-2005* | 0-500 4000-6000", bench.Dump());
+
+    bench.Click(bench.At(5000, 1), true); // two are selected
+    bench.Press(bench.At(5000, 1), true, true);
+    EXPECT_EQ("Not carried: only one key can be, and several are selected", bench.Status());
 }
 
 TEST(CarryKey, LandsWhereItIsShown)
@@ -154,6 +159,7 @@ TEST(CarryKey, LandsWhereItIsShown)
         const bool bShown = bench.view.m_eShape == ECursorShape::eArrow;
         bench.wnd->OnLeftRelease(to);
         ASSERT_EQ(times(shown), times(bench.wnd->KeyInfo().GetInfo())) << i;
+        ASSERT_EQ(bShown ? "" : "Not carried: there was no room where the key was dropped", bench.Status());
         nLanded += bShown ? 1 : 0;
     }
     EXPECT_GT(nLanded, 50);

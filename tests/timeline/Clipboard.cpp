@@ -72,3 +72,22 @@ TEST(KeyClipboard, ALinkStaysWithinItsEffect)
     bench.wnd->PasteKeyAt(bench.At(8000, 1));
     EXPECT_TRUE(bench.Key(1, 2).m_bMotionLinked);
 }
+
+TEST(KeyClipboard, TellsWhyNothingWasPasted)
+{
+    CTimelineBench bench("S0-4000 S4000-10000 |");
+    const auto paste = [&](CPoint pt)
+    {
+        bench.view.m_ptPointer = pt;
+        bench.wnd->Command(32841);
+        return bench.Status();
+    };
+    EXPECT_EQ("Nothing to paste: no key was copied or cut", paste(bench.At(1000, 1)));
+    bench.Click(bench.At(1000, 0));
+    bench.wnd->Command(32825);
+    EXPECT_EQ("Not pasted: there is a key already", paste(bench.At(1000, 0)));
+    EXPECT_EQ("Not pasted: the pointer is over no track", paste(bench.At(1000, 4)));
+    EXPECT_EQ("Not pasted: the pointer is over no track", paste({-50, 80}));
+    EXPECT_EQ("", paste(bench.At(5000, 1))); // done: what was said is gone
+    EXPECT_EQ("0-4000* 4000-10000 | 3999-5999*", bench.Dump());
+}

@@ -34,8 +34,17 @@ TEST(MotionLink, TakesATargetThatHoldsTheKeyStrictly)
     bench.Link(bench.At(2500, 2), bench.At(4000, 0)); // shares a boundary
     EXPECT_EQ("Emberdeck", bench.prompts.m_Asked.at(0).m_sCaption);
     EXPECT_EQ(EIcon::eExclamation, bench.prompts.m_Asked.at(0).m_eIcon);
-    bench.Link(bench.At(2500, 2), bench.At(2600, 2)); // itself: nothing, and no message
+    EXPECT_EQ("Light runs from 1000 ms to 3000 ms, the target Sprite runs from 1000 ms to 5000 ms. The key "
+              "must start "
+              "after its target starts, and end before it ends.",
+              bench.prompts.m_Advice.at(0));
+    bench.host.m_Status.clear();
+    bench.Link(bench.At(2500, 2), bench.At(2600, 2)); // itself: nothing, and no box
+    EXPECT_EQ("Not linked: no other key was clicked", bench.Status());
+    bench.wnd->Command(32815); // the next command takes the line away
+    EXPECT_EQ("", bench.Status());
     bench.Link(bench.At(2500, 2), {900, 80});
+    EXPECT_EQ("Not linked: no other key was clicked", bench.Status());
     EXPECT_FALSE(bench.Key(2, 0).m_bMotionLinked);
     bench.checker.ExpectEdits(0);
 }
@@ -127,6 +136,7 @@ TEST(PrefabKeys, AddAssignAndCreateFromKey)
     EXPECT_EQ(5, IntOf(bench.Key(0, 0), "Count")); // its own values stay
     bench.Click(bench.At(1500, 0));
     wnd.Command(32875); // another type
+    EXPECT_EQ("No prefab assigned: the active one has another type than the key", bench.Status());
     EXPECT_FALSE(bench.Key(0, 1).GetParent());
     bench.checker.ExpectEdits(0);
 
@@ -137,7 +147,8 @@ TEST(PrefabKeys, AddAssignAndCreateFromKey)
     bench.checker.ExpectEdits(0);
     wnd.Command(32874);
     bench.checker.ExpectEdits(1);
-    EXPECT_EQ("[[Prefabs]]\n  Puff\n   Puff\n", DumpTree(bench.m_pLibrary->m_PrefabTree)); // as typed, so unique
+    EXPECT_EQ("[[Prefabs]]\n  Puff\n   Puff\n",
+              DumpTree(bench.m_pLibrary->m_PrefabTree)); // as typed, so unique
     EXPECT_EQ(7, IntOf(*bench.m_pLibrary->m_SpellMgr.Prefabs().at(1), "Count"));
     EXPECT_EQ(pPuff, bench.Key(0, 2).GetParent());
     EXPECT_EQ(pPuff, bench.host.m_pActive);

@@ -42,7 +42,10 @@ struct CTimelineBench
     // One effect from a text: "S1000-5000#3 | L2000-3000>3* L4000-5000=Glow" has a Sprite with the id 3 on one
     // track, and on the next two Lights, the one linked to it and selected, the other named.
     explicit CTimelineBench(const std::string& sTracks) : CTimelineBench(Parse(aLibrary(), sTracks)) {}
-    explicit CTimelineBench(CLibraryBuilder& builder) : m_pLibrary(builder.build()), checker(context) { Open(); }
+    explicit CTimelineBench(CLibraryBuilder& builder) : m_pLibrary(builder.build()), checker(context)
+    {
+        Open();
+    }
 
     CSpell& Spell(size_t nSpell = 0) { return *m_pLibrary->m_SpellMgr.Spells().at(nSpell); }
     CTrackList& Tracks() { return Spell().m_Tracks; }
@@ -69,6 +72,8 @@ struct CTimelineBench
         wnd->OnMove(to, true);
         wnd->OnLeftRelease(to);
     }
+
+    const std::string& Status() const { return host.m_Status.back(); } // what was said last
 
     // Changes what the test needs, as something else than the timeline would.
     template <class TChange>

@@ -6,6 +6,7 @@
 #include "app/LibraryEditor.h"
 #include "model/MakeOrNull.h"
 #include "qsassert.h"
+#include "timeline/TrackStatus.h"
 
 namespace
 {
@@ -33,7 +34,10 @@ bool CTrackWnd::AddKey(const CEffectTypeDesc* pType, CEffectPropertySet* pPrefab
     if (pPrefab && pKey->SetParent(pPrefab))
         scope.TouchPrefab(IncompleteRoot(pPrefab));
     EnsureComplete(pKey.get());
-    return PlaceNewKey(*m_pCurTrack, std::move(pKey), m_ptMenu, "Add Key");
+    if (PlaceNewKey(*m_pCurTrack, std::move(pKey), m_ptMenu, "Add Key"))
+        return true;
+    m_Context.m_Host.ShowStatus(c_szNoRoomToAdd);
+    return false;
 }
 
 // A new key lasts two seconds about the point, less what the free gap there doesn't hold. Without this cut
@@ -236,15 +240,23 @@ void CTrackWnd::PasteKeyAt(CPoint pt)
 {
     CTrack* pTrack = TrackFromY(pt.y);
     const CKey* pSource = m_Context.m_Clipboard.GetKey();
-    if (!pTrack || !pSource || KeyFromPoint(pt))
+    const char* pszProblem = !pSource           ? c_szNothingToPaste
+                             : !pTrack          ? c_szPasteOffTracks
+                             : KeyFromPoint(pt) ? c_szPasteOnKey
+                                                : nullptr;
+    if (pszProblem)
+    {
+        m_Context.m_Host.ShowStatus(pszProblem);
         return;
+    }
     std::unique_ptr<CKey> pKey = pSource->Clone();
     if (!pKey)
         return;
     // In another effect the id would mean whatever key bears it there.
     if (m_Context.m_Clipboard.GetKeyEffectSerial() != m_Spell.m_nSerial)
         pKey->Unlink();
-    PlaceNewKey(*pTrack, std::move(pKey), pt, "Paste Key");
+    if (!PlaceNewKey(*pTrack, std::move(pKey), pt, "Paste Key"))
+        m_Context.m_Host.ShowStatus(c_szNoRoomToPaste);
 }
 
 void CTrackWnd::OnTrackPasteKey()
@@ -257,4 +269,6 @@ void CTrackWnd::OnTrackPasteKeyAtMouse()
     const CPoint pt = m_View.PointerPosition();
     if (m_Layout.VisibleTrackArea().Contains(pt))
         PasteKeyAt(pt);
+    else
+        m_Context.m_Host.ShowStatus(m_Context.m_Clipboard.GetKey() ? c_szPasteOffTracks : c_szNothingToPaste);
 }

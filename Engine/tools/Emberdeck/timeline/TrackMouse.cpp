@@ -3,16 +3,10 @@
 #include <utility>
 
 #include "timeline/KeyIndex.h"
+#include "timeline/TrackStatus.h"
 #include "timeline/gestures/CarryKey.h"
 #include "timeline/gestures/MoveKeys.h"
 #include "timeline/gestures/ResizeKeys.h"
-
-namespace
-{
-
-constexpr const char* c_szApplication = "Emberdeck";
-
-} // namespace
 
 void CTrackWnd::OnLeftPress(CPoint pt, bool bCtrl, bool bShift)
 {
@@ -50,6 +44,8 @@ void CTrackWnd::OnLeftPress(CPoint pt, bool bCtrl, bool bShift)
     {
         if (GetSelectedKeyCount() == 1)
             CarryKey(bCtrl);
+        else
+            m_Context.m_Host.ShowStatus(c_szCarryOneKey);
         return;
     }
     // The key was found by its times, the zone goes by pixels: in a column that both tests don't share, the
@@ -117,17 +113,6 @@ void CTrackWnd::OnDeactivate()
         return;
     m_LinkLine.End();
     m_View.Invalidate();
-}
-
-// A key that others are linked to stays where it is. True: the user was asked, and no gesture follows.
-bool CTrackWnd::RefuseLinkedTo()
-{
-    if (!IsLinkedTo(m_pCurKey))
-        return false;
-    if (m_Context.m_Prompts.Ask("This key has been linked to, you cannot move it, Unlink ?", c_szApplication,
-                                EButtons::eYesNo, EIcon::eQuestion) == EAnswer::eYes)
-        UnlinkKey(m_pCurKey);
-    return true;
 }
 
 void CTrackWnd::MoveKeys()
@@ -198,33 +183,12 @@ void CTrackWnd::StepGesture(CPoint pt)
 
 void CTrackWnd::EndGesture()
 {
+    if (const std::optional<CLanding> landing = m_pGesture->Landing())
+        m_Context.m_Host.ShowStatus(landing->m_bRoom ? "" : c_szCarryRefused);
     m_pGesture->Release();
     m_pGesture.reset();
     SetCursor(ECursorShape::eArrow);
     Refresh();
-}
-
-void CTrackWnd::EndLinkLine(CPoint pt)
-{
-    // First, so that no press on a message box is taken for one on a target.
-    m_LinkLine.End();
-    const CKey* pTarget = KeyFromRect(pt);
-    if (pTarget && m_pCurKey && pTarget != m_pCurKey)
-    {
-        if (m_pCurKey->m_nStartTime > pTarget->m_nStartTime && m_pCurKey->m_nEndTime < pTarget->m_nEndTime)
-        {
-            CEditScope scope(m_Context.m_Edits, "Link Key");
-            scope.Touch(&m_Spell);
-            m_pCurKey->Link(pTarget->m_nKeyID);
-        }
-        else
-        {
-            m_View.PaintNow();
-            m_Context.m_Prompts.Ask("You cannot link this key, its boundaries are outside of the target key",
-                                    c_szApplication, EButtons::eOk, EIcon::eExclamation);
-        }
-    }
-    m_View.PaintNow();
 }
 
 std::vector<CMenuEntry> CTrackWnd::OnRightRelease(CPoint pt, bool bCtrl)

@@ -179,6 +179,7 @@ void CTrackWnd::Command(int32_t nID)
     {
         if (command.m_nID == nID)
         {
+            m_Context.m_Host.ShowStatus(std::string()); // of the command before
             (this->*command.m_pfnHandler)();
             return;
         }
