@@ -145,3 +145,35 @@ TEST(PaletteFiles, TheProfileIsWrittenByOkAlone)
     EXPECT_EQ("Embers", next.GetDescription(7));
     EXPECT_EQ("5", next.GetText(eColor_RedBox)); // the colour that was given, not the first cell's
 }
+
+TEST(PaletteFiles, TwoDialogsKeepEachOthersColours)
+{
+    CPropertyBench bench;
+    CTempDir dir;
+    const auto pFirst = OpenFileProfile(dir.path("settings.ini"));
+    const auto pSecond = OpenFileProfile(dir.path("settings.ini"));
+    const CPoint cell0{10, 10};
+    CPropertyServices ofFirst{bench.context, *pFirst, bench.dialogs};
+    CPropertyServices ofSecond{bench.context, *pSecond, bench.dialogs};
+    CKRColorDialog one(ofFirst, 0, 0), two(ofSecond, 0, 0);
+    one.OnInitDialog(203, 69);
+    two.OnInitDialog(203, 69);
+    one.GetPalette().OnLeftDown(c_Cell7, true);
+    one.OnText(eColor_RedBox, "1");
+    one.OnCommand(eColor_AddButton);
+    one.OnText(eColor_DescriptionBox, "Embers");
+    EXPECT_TRUE(one.OnOK());
+    two.GetPalette().OnLeftDown(cell0, true);
+    two.OnText(eColor_RedBox, "2");
+    two.OnCommand(eColor_AddButton);
+    EXPECT_TRUE(two.OnOK()); // opened before the other's OK
+
+    const auto pProfile = OpenFileProfile(dir.path("settings.ini"));
+    const auto redOf = [&](const char* pszKey)
+    { return ParseColorValue(pProfile->GetString("Custom Colors", pszKey)) & 0xFF; };
+    EXPECT_EQ(1u, redOf("Color07"));
+    EXPECT_EQ(2u, redOf("Color00"));
+    EXPECT_EQ("Embers", pProfile->GetString("Custom Colors", "DescriptionColor07"));
+    EXPECT_EQ("255, 255, 255, 255", pProfile->GetString("Custom Colors", "Color23"))
+        << "all that is nowhere yet";
+}

@@ -3,6 +3,7 @@
 #include <array>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "properties/ColorPalette.h"
 #include "properties/EditorDialogs.h"
@@ -105,12 +106,14 @@ private:
     void OnColorBox(uint32_t nID, const std::string& sText);
     uint32_t ReadColor() const;
     bool ReadFile(const std::string& sPath, CProfileText& file) const;
+    std::vector<IProfile::CEntry> ProfileEntries() const;
 
     CPropertyServices& m_Services;
     IColorDialogView* m_pView = nullptr;
     CColorChooser m_Chooser;
     CCustomColorPalette m_Palette;
     std::array<std::string, CCustomColorPalette::c_nNumCells> m_asDescriptions;
+    std::vector<IProfile::CEntry> m_Loaded;  // what the profile held for this dialog when it was read
     std::map<uint32_t, std::string> m_Texts; // of the boxes
     int m_nCurrentColor = 0;                 // the palette's selected cell, as it last told
     bool m_bOpen = false;

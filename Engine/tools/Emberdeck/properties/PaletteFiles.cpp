@@ -1,5 +1,8 @@
+#include <utility>
+
 #include "app/LibraryEditor.h"
 #include "app/Messages.h"
+#include "platform/FileLock.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
 #include "properties/ColorDialog.h"
@@ -35,16 +38,36 @@ void CKRColorDialog::LoadFromProfile()
         m_asDescriptions[static_cast<size_t>(i)] =
             CutAtCharacter(m_Services.m_Profile.GetString(c_szCustomColorSection, ProfileDescriptionKey(i)),
                            c_nMaxDescription);
+    m_Loaded = ProfileEntries();
     if (m_bOpen)
         ShowDescription();
 }
 
-void CKRColorDialog::SaveToProfile()
+std::vector<IProfile::CEntry> CKRColorDialog::ProfileEntries() const
 {
     std::vector<IProfile::CEntry> entries;
     m_Palette.SaveToProfile(entries);
     for (int i = 0; i < CCustomColorPalette::c_nNumCells; ++i)
         entries.push_back({c_szCustomColorSection, ProfileDescriptionKey(i), GetDescription(i)});
+    return entries;
+}
+
+// All that were changed in this dialog or are nowhere yet. Another editor may have written the others meanwhile.
+void CKRColorDialog::SaveToProfile()
+{
+    constexpr const char* c_pszNone = "\n"; // in no value
+    std::vector<IProfile::CEntry> entries = ProfileEntries();
+    const std::vector<IProfile::CEntry> loaded = std::exchange(m_Loaded, entries);
+    size_t nEntry = 0;
+    std::erase_if(entries,
+                  [&](const IProfile::CEntry& entry)
+                  {
+                      const bool bChanged =
+                          nEntry >= loaded.size() || loaded[nEntry].m_sValue != entry.m_sValue;
+                      ++nEntry;
+                      return !bChanged && m_Services.m_Profile.GetString(entry.m_sSection, entry.m_sKey,
+                                                                         c_pszNone) != c_pszNone;
+                  });
     m_Services.m_Profile.WriteStrings(entries);
 }
 
@@ -82,7 +105,8 @@ void CKRColorDialog::OnSavePalette()
     if (!m_Services.m_Context.m_Prompts.ChooseFile(PaletteRequest(false), sPath))
         return;
     CProfileText file;
-    bool bSaved = ReadFile(sPath, file);
+    const CFileLock lock(sPath, ELock::eExclusive); // another editor may save its palette there
+    bool bSaved = lock.IsHeld() && ReadFile(sPath, file);
     if (bSaved)
     {
         m_Palette.SaveToFile(file);
