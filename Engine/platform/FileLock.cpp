@@ -63,6 +63,12 @@ std::string HolderOf(int nFile)
 
 } // namespace
 
+bool CFileLock::IsInUse(const std::string& sPath)
+{
+    const CFileHandle file(open(NativePath(sPath).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    return file.IsOpen() && flock(file.Get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+}
+
 void CFileLock::SetWait(std::chrono::milliseconds wait)
 {
     s_nWaitMs = wait.count();
@@ -76,9 +82,11 @@ CFileLock::CFileLock(const std::string& sPath, ELock eLock, bool bCreate)
     for (;;)
     {
         // Without O_NONBLOCK a pipe would wait for its writer.
-        const int nFlags = O_CLOEXEC | O_NONBLOCK | (bCreate ? O_RDWR | O_CREAT : O_RDONLY);
+        // Over a network a file can be locked for writing only when it is open for that.
+        const int nAccess = eLock == ELock::eExclusive ? O_RDWR : O_RDONLY;
+        const int nFlags = O_CLOEXEC | O_NONBLOCK | nAccess | (bCreate ? O_CREAT : 0);
         m_File = CFileHandle(open(sNative.c_str(), nFlags, 0666));
-        if (!m_File.IsOpen() && bCreate)
+        if (!m_File.IsOpen() && nAccess != O_RDONLY)
             m_File = CFileHandle(open(sNative.c_str(), O_CLOEXEC | O_NONBLOCK | O_RDONLY));
         if (!m_File.IsOpen())
             return;

@@ -26,6 +26,10 @@ public:
     // Why it isn't held: a sentence that names the file and, where the machine tells, who has it.
     const std::string& GetProblem() const { return m_sProblem; }
 
+    // Whether another program reads or writes the file so that it can't be read right now; asked
+    // without waiting. False also for what isn't there.
+    static bool IsInUse(const std::string& sPath);
+
     // Ten seconds by default, for the whole program; tests have less time.
     static void SetWait(std::chrono::milliseconds wait);
 

@@ -267,8 +267,9 @@ private:
         Read(); // in any case: the values hold for this run
         if (!bFolder || !lock.IsHeld() || !m_bWritable || !WriteFileSafely(m_sPath, m_Text.Format()))
         {
-            if (bNew && FileSize(m_sPath) == 0)
-                RemoveFile(m_sPath); // made for the lock
+            // Made for the lock, where a link leads to.
+            if (bNew && lock.IsHeld() && FileSize(m_sPath) == 0)
+                RemoveFile(ResolvedPath(m_sPath));
             return false;
         }
         m_Version = FileVersion(m_sPath);

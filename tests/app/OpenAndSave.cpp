@@ -1,6 +1,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include "app/Advice.h"
+#include "platform/FileLock.h"
 #include "platform/Paths.h"
 #include "support/AppBench.h"
 #include "support/ScopeChecker.h"
@@ -211,6 +217,22 @@ TEST(OpenAndSave, SaveAsNamesTheFileAndAFailureTellsWhereTheOldBytesAre)
     EXPECT_EQ(sFile, bench.lastFile());
     bench.prompts.onFile("/dev/full", "*.Fx00c").onAsk("/dev/full");
     EXPECT_FALSE(bench.app->SaveEffectFileAs());
+}
+
+// What is wrong is the moment, not the file: whoever brought back a backup now would lose the other's work.
+TEST(OpenAndSave, AFileInUseIsNotCalledDamaged)
+{
+    CAppBench bench;
+    const std::string sFile = bench.MakeFile("Smoke.Fx00a");
+    const int nOther = open(sFile.c_str(), O_RDONLY);
+    ASSERT_EQ(0, flock(nOther, LOCK_EX));
+    CFileLock::SetWait(std::chrono::milliseconds(50));
+    bench.prompts.onAsk("checkout", EAnswer::eNo).onAsk("is being read or written by");
+    EXPECT_FALSE(bench.app->OpenEffectFile(sFile.c_str()));
+    CFileLock::SetWait(std::chrono::seconds(10));
+    EXPECT_EQ("", AdviseOnLoading(sFile, bench.app->m_Project, true, CLoadReport()));
+    close(nOther);
+    EXPECT_NE("", AdviseOnLoading(sFile, bench.app->m_Project, true, CLoadReport()));
 }
 
 TEST(OpenAndSave, ExitAndConnectAskFirst)

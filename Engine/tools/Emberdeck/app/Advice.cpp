@@ -4,6 +4,7 @@
 
 #include "model/EffectProperty.h"
 #include "platform/DynamicLibrary.h"
+#include "platform/FileLock.h"
 #include "platform/FileProblem.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
@@ -110,6 +111,8 @@ std::string AdviseOnLoading(const std::string& sFile, const CProjectInfo& projec
     std::string sAdvice = ReadProblem(sFile);
     if (!sAdvice.empty())
         return sAdvice;
+    if (CFileLock::IsInUse(sFile)) // the message says by whom; nothing is wrong with the file
+        return std::string();
     sAdvice = FormProblem(sFile);
     if (!sAdvice.empty())
         return sAdvice;
