@@ -23,9 +23,9 @@ TEST(SharedFiles, ProgramsThatSaveAndPackOneLibraryAtOnceNeverMixItsBytes)
             {
                 for (int i = 0; i < 6; ++i)
                 {
-                    const auto result =
-                        nProgram == 2 ? Batch({"pack", sFile, "-o", project.path("shared.Fx00p")})
-                                      : Batch({"convert", nProgram == 0 ? sOne : sTwo, sFile});
+                    const auto result = nProgram == 2
+                                            ? Batch({"pack", sFile, "-o", project.path("shared.Fx00p")})
+                                            : Batch({"convert", nProgram == 0 ? sOne : sTwo, sFile});
                     EXPECT_EQ(0, result.m_nExitCode) << result.m_sErrors;
                 }
             });
@@ -48,4 +48,12 @@ TEST(SharedFiles, WhatIsNoFileIsRefusedAtOnce)
         EXPECT_TRUE(Holds(result.m_sErrors, "is a pipe, a socket or a device, not a file"))
             << result.m_sErrors;
     }
+    // It would pass for an empty file, or never end.
+    for (const char* pszCommand : {"compress", "decompress"})
+    {
+        const auto result = Batch({pszCommand, sPipe, project.path("out")});
+        EXPECT_EQ(1, result.m_nExitCode) << pszCommand;
+        EXPECT_FALSE(project.has("out")) << pszCommand;
+    }
+    EXPECT_TRUE(Holds(Batch({"dump", sPipe}).m_sErrors, "is a pipe, a socket or a device, not a file"));
 }

@@ -21,7 +21,10 @@ CJson ValueJson(const CPackedValue& value, CTextForm asText)
         CJson operator()(int32_t n) const { return n; }
         CJson operator()(uint32_t n) const { return n; }
         CJson operator()(float f) const { return static_cast<double>(f); }
-        CJson operator()(const CVector3& v) const { return CJson::array({double(v.x), double(v.y), double(v.z)}); }
+        CJson operator()(const CVector3& v) const
+        {
+            return CJson::array({double(v.x), double(v.y), double(v.z)});
+        }
         CJson operator()(const CPackedColor& c) const
         {
             return CJson::array({double(c.r), double(c.g), double(c.b), double(c.a)});
@@ -54,14 +57,10 @@ CJson KeyJson(const CPackedKey& key, const CEffectModule& module, CTextForm asTe
     CJson properties = CJson::array();
     for (const CPackedProperty& prop : key.m_Properties)
         properties.push_back(PropertyJson(prop, asText));
-    return {{"offset", key.m_nOffset},
-            {"type", asText(sType)},
-            {"typeId", key.m_nTypeID},
-            {"start", double(key.m_fStart)},
-            {"end", double(key.m_fEnd)},
-            {"id", key.m_nID},
-            {"link", key.m_nLink},
-            {"properties", std::move(properties)}};
+    return {{"offset", key.m_nOffset},   {"type", asText(sType)},
+            {"typeId", key.m_nTypeID},   {"start", double(key.m_fStart)},
+            {"end", double(key.m_fEnd)}, {"id", key.m_nID},
+            {"link", key.m_nLink},       {"properties", std::move(properties)}};
 }
 
 CJson HeaderJson(const CPackedHeader& h)
@@ -128,7 +127,9 @@ void PrintLibraryJson(const CPackedLibrary& library, const CEffectModule& module
     PutValue(library.m_KeyCounts, 2);
     Put(",\n  \"strings\": ");
     PutList(library.m_Strings, 2,
-            [](const auto& entry) { PutValue(CJson::array({entry.first, ByteText(entry.second)}), 4); });
+            [](const auto& entry) {
+                PutValue(CJson::array({entry.first, ByteText(entry.second)}), 4);
+            });
     Put(",\n  \"effects\": ");
     PutList(library.m_Effects, 2, [&](const CPackedEffect& effect) { PutEffect(effect, module); });
     Put(",\n  \"effectNames\": ");
@@ -160,12 +161,14 @@ void PrintLibrary(const CPackedLibrary& library, const CEffectModule& module)
     const CPackedHeader& h = library.m_Header;
     std::printf("packed effects, version %u, %s-endian, plug-in version %u\n", h.m_nFileVersion,
                 library.m_bBigEndian ? "big" : "little", h.m_nTypeTableVersion);
-    std::printf("%u effects, %u keys, %u types, strings %u bytes at %u, curves %u bytes, effect names at %u\n",
-                h.m_nNumEffects, h.m_nNumKeys, h.m_nNumTypes, h.m_nStringTableSize, h.m_nStringTableOffset,
-                h.m_nCurveTableSize, h.m_nEffectNamesOffset);
+    std::printf(
+        "%u effects, %u keys, %u types, strings %u bytes at %u, curves %u bytes, effect names at %u\n",
+        h.m_nNumEffects, h.m_nNumKeys, h.m_nNumTypes, h.m_nStringTableSize, h.m_nStringTableOffset,
+        h.m_nCurveTableSize, h.m_nEffectNamesOffset);
     for (const CPackedEffect& effect : library.m_Effects)
     {
-        std::printf("\n[%u] %s, %u ms\n", effect.m_nOffset, ReadableText(effect.m_sName).c_str(), effect.m_nPhaseLength);
+        std::printf("\n[%u] %s, %u ms\n", effect.m_nOffset, ReadableText(effect.m_sName).c_str(),
+                    effect.m_nPhaseLength);
         for (const CPackedKey& key : effect.m_Keys)
             PrintKey(KeyJson(key, module, ReadableText));
     }
@@ -174,35 +177,38 @@ void PrintLibrary(const CPackedLibrary& library, const CEffectModule& module)
 
 void AddDumpCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult)
 {
-    CLI::App* pCommand =
-        app.add_subcommand("dump", "Read a packed file strictly and print what it holds, or what is wrong and where");
+    CLI::App* pCommand = app.add_subcommand(
+        "dump", "Read a packed file strictly and print what it holds, or what is wrong and where");
     auto pFile = std::make_shared<std::string>();
     auto pProject = std::make_shared<std::string>();
     pCommand->add_option("PACKED", *pFile, "The packed file")->required();
-    pCommand->add_option("--project", *pProject,
-                         "A path in the project whose plug-in packed it; by default the packed file's own place");
-    pCommand->callback([&options, &nResult, pFile, pProject] {
-        CBatchSession session(options);
-        nResult = eExit_Failed;
-        std::string sBytes;
-        if (!ReadWholeFile(*pFile, sBytes))
+    pCommand->add_option(
+        "--project", *pProject,
+        "A path in the project whose plug-in packed it; by default the packed file's own place");
+    pCommand->callback(
+        [&options, &nResult, pFile, pProject]
         {
-            FailToRead(*pFile);
-            return;
-        }
-        if (!session.OpenProject(pProject->empty() ? *pFile : *pProject))
-            return;
-        CPackedLibrary library;
-        std::string sError;
-        if (!ReadPackedLibrary(sBytes, session.m_pApp->m_EffectModule, library, sError))
-        {
-            Fail(*pFile + ": " + sError);
-            return;
-        }
-        nResult = eExit_Done;
-        if (options.m_bJson)
-            PrintLibraryJson(library, session.m_pApp->m_EffectModule);
-        else
-            PrintLibrary(library, session.m_pApp->m_EffectModule);
-    });
+            CBatchSession session(options);
+            nResult = eExit_Failed;
+            std::string sBytes;
+            if (!IsOrdinaryFile(*pFile) || !ReadWholeFile(*pFile, sBytes))
+            {
+                FailToRead(*pFile);
+                return;
+            }
+            if (!session.OpenProject(pProject->empty() ? *pFile : *pProject))
+                return;
+            CPackedLibrary library;
+            std::string sError;
+            if (!ReadPackedLibrary(sBytes, session.m_pApp->m_EffectModule, library, sError))
+            {
+                Fail(*pFile + ": " + sError);
+                return;
+            }
+            nResult = eExit_Done;
+            if (options.m_bJson)
+                PrintLibraryJson(library, session.m_pApp->m_EffectModule);
+            else
+                PrintLibrary(library, session.m_pApp->m_EffectModule);
+        });
 }
