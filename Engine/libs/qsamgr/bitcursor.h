@@ -31,16 +31,19 @@ struct CBitCursor
     }
 
     // A field of nCount bits, the highest first. One that can't be read takes the value of the bit before it,
-    // 0 at the start.
-    uint32_t GetField(uint32_t nCount)
+    // 0 at the start. nRead, when given, tells how many could be read.
+    uint32_t GetField(uint32_t nCount, uint32_t* pnRead = nullptr)
     {
         uint32_t nBit = 0;
         uint32_t nValue = 0;
+        uint32_t nRead = 0;
         while (nCount-- != 0)
         {
-            GetBit(nBit);
+            nRead += GetBit(nBit);
             nValue = (nValue << 1) | nBit;
         }
+        if (pnRead != nullptr)
+            *pnRead = nRead;
         return nValue;
     }
 };

@@ -9,6 +9,9 @@ using namespace LZSS;
 namespace
 {
 
+// Of the end token's offset are written at least so many bits: up to 7 bits at the very end aren't.
+constexpr uint32_t c_nWrittenEndBits = c_nOffsetBits + c_nLengthBits - 7;
+
 // The most that copying a span at once writes, with what it spills behind the span.
 constexpr size_t c_nSpill = 40;
 
@@ -70,11 +73,14 @@ void CLZSSDecoder::Reset()
     m_nPos = 1;
     m_nSpanLen = 0;
     m_nOffset = 0;
+    m_bEnded = false;
 }
 
 size_t CLZSSDecoder::Decode(CBitCursor& cursor, uint8_t* pOut, size_t nLen, size_t nHistory)
 {
     COutput out = {pOut, pOut + nLen, nHistory, pOut};
+    const bool bEndedBefore = m_bEnded;
+    m_bEnded = false;
     bool bMore = true;
     while (bMore)
     {
@@ -85,6 +91,8 @@ size_t CLZSSDecoder::Decode(CBitCursor& cursor, uint8_t* pOut, size_t nLen, size
         bMore = DecodeTokens(cursor, out) && (m_nSpanLen != 0 || out.Room() == 0 || DecodeToken(cursor, out));
     }
     KeepRing(out);
+    if (out.Count() == 0)
+        m_bEnded |= bEndedBefore;
     return out.Count();
 }
 
@@ -99,9 +107,13 @@ bool CLZSSDecoder::DecodeToken(CBitCursor& cursor, COutput& out)
         *out.m_pNext++ = uint8_t(cursor.GetField(8));
         return true;
     }
-    m_nOffset = cursor.GetField(c_nOffsetBits);
+    uint32_t nRead;
+    m_nOffset = cursor.GetField(c_nOffsetBits, &nRead);
     if (m_nOffset == 0)
+    {
+        m_bEnded = nRead >= c_nWrittenEndBits;
         return false;
+    }
     m_nSpanLen = cursor.GetField(c_nLengthBits) + c_nShortestSpan;
     return true;
 }
@@ -138,6 +150,7 @@ bool CLZSSDecoder::DecodeTokens(CBitCursor& cursor, COutput& out)
             if (nOffset == 0)
             {
                 nBits -= 1 + c_nOffsetBits;
+                m_bEnded = true;
                 bMore = false;
                 break;
             }

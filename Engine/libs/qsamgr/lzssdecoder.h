@@ -22,6 +22,10 @@ public:
     // kept: the copying of spans is faster with it.
     size_t Decode(CBitCursor& cursor, uint8_t* pOut, size_t nLen, size_t nHistory = 0);
 
+    // Whether what was decoded last ended with the end token, not because the bits ran out. Nothing tells it
+    // from a span that was cut in its first bits, other than what it ends.
+    bool HasEnded() const { return m_bEnded; }
+
 private:
     struct COutput;
 
@@ -36,4 +40,5 @@ private:
     uint32_t m_nPos;                      // next ring position to write, at the begin of a call
     uint32_t m_nSpanLen;                  // bytes left of the span being copied
     uint32_t m_nOffset;                   // ring position of its next byte
+    bool m_bEnded;
 };

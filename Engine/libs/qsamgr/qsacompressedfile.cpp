@@ -164,7 +164,7 @@ CPackedStream StreamOf(const uint8_t* pFile, size_t nSize)
 }
 
 // False when there is more than nMaxOut.
-bool DecompressTo(CPackedStream stream, std::vector<uint8_t>& out, size_t nMaxOut)
+bool DecompressTo(CPackedStream& stream, std::vector<uint8_t>& out, size_t nMaxOut)
 {
     constexpr size_t c_nPiece = 262144;
     // A token gives at most as many bytes as it has bits; the last one may lack some of these.
@@ -198,12 +198,18 @@ catch (const std::exception&)
     return false;
 }
 
-bool QSADecompress(const uint8_t* pFile, size_t nSize, std::vector<uint8_t>& out, size_t nMaxOut)
+bool QSADecompress(const uint8_t* pFile, size_t nSize, std::vector<uint8_t>& out, size_t nMaxOut,
+                   bool* pbEnded)
 try
 {
     out.clear();
-    if (HasHeader(pFile, nSize) && DecompressTo(StreamOf(pFile, nSize), out, nMaxOut))
+    CPackedStream stream = StreamOf(pFile, nSize);
+    if (HasHeader(pFile, nSize) && DecompressTo(stream, out, nMaxOut))
+    {
+        if (pbEnded != nullptr)
+            *pbEnded = stream.m_Decoder.HasEnded();
         return true;
+    }
     out.clear();
     return false;
 }

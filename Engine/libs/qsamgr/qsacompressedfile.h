@@ -32,6 +32,9 @@ public:
     // Gives their number.
     uint32_t ReadBlock(void* pBuffer, uint32_t nLen);
 
+    // Whether the stream that was read to its end has an end token. Without one it was cut.
+    bool HasEnded() const { return m_Decoder.HasEnded(); }
+
     // False only in the wrong mode: a failed write shows at Close.
     bool WriteByte(uint8_t nByte);
     bool WriteBlock(const void* pBytes, uint32_t nLen);
@@ -56,8 +59,10 @@ bool QSACompress(const uint8_t* pData, size_t nSize, std::vector<uint8_t>& out);
 
 // The bytes of a compressed file in memory, up to the stream's end as CQSACompressedFile reads them: at most 8
 // for each byte of the file. Replaces out, which must not be the source. False when one of the first 4 bytes
-// isn't zero, when there is more than nMaxOut, or when memory runs out; out is empty then.
-bool QSADecompress(const uint8_t* pFile, size_t nSize, std::vector<uint8_t>& out, size_t nMaxOut = SIZE_MAX);
+// isn't zero, when there is more than nMaxOut, or when memory runs out; out is empty then. *pbEnded, when asked
+// for, is whether the stream has an end token; without one it was cut.
+bool QSADecompress(const uint8_t* pFile, size_t nSize, std::vector<uint8_t>& out, size_t nMaxOut = SIZE_MAX,
+                   bool* pbEnded = nullptr);
 
 // The same into memory of the caller's, for whoever knows how much there will be: takes no memory of its own. Up
 // to nRoom bytes at pOut may be written. False for a wrong header, and when there is more

@@ -31,6 +31,10 @@ public:
 
     bool IsOpen() const;
 
+    // Whether a file that was read to its end has all that belongs to its form: a compressed one, the end of its
+    // stream. True for any other.
+    bool EndsInStream() const { return !m_bCompressed || m_Compressed.HasEnded(); }
+
     // False at the end of the file, and on a read error.
     bool ReadByte(uint8_t* pByte);
     // Up to nLen bytes, fewer only at the end of the file or on a read error; gives their number.

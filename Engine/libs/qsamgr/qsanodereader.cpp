@@ -60,11 +60,23 @@ bool CQSANodeReader::LoadEntireFile(const char* pszFilename, bool bCompressed, C
 
     if (auto* pLoadOnly = dynamic_cast<CQSALoadOnlyAlloc*>(pAllocator))
     {
-        CQSAFile file(pszFilename, true, bCompressed, false);
-        return file.IsOpen() && QSALoadFile(file, ExpectTextLen(pszFilename, bCompressed), pRoot, pLoadOnly);
+        CQSATextOutcome outcome;
+        return LoadEntireFile(pszFilename, bCompressed, pRoot, pLoadOnly, outcome);
     }
     CQSAReader reader;
     return reader.Open(pszFilename, bCompressed) && LoadEntireFile(&reader, pRoot, pAllocator);
+}
+
+bool CQSANodeReader::LoadEntireFile(const char* pszFilename, bool bCompressed, CQSANode* pRoot,
+                                    CQSALoadOnlyAlloc* pAllocator, CQSATextOutcome& outcome)
+{
+    QS_ASSERT(pAllocator);
+    QS_ASSERT(pszFilename);
+    if (pAllocator == nullptr || pszFilename == nullptr)
+        return false;
+    CQSAFile file(pszFilename, true, bCompressed, false);
+    return file.IsOpen() &&
+           QSALoadFile(file, ExpectTextLen(pszFilename, bCompressed), pRoot, pAllocator, &outcome);
 }
 
 bool CQSANodeReader::LoadEntireFile(CQSAReader* pReader, CQSANode* pRoot, CQSAAllocator* pAllocator)

@@ -3,7 +3,9 @@
 #include <cstdint>
 
 class CQSAAllocator;
+class CQSALoadOnlyAlloc;
 class CQSANode;
+struct CQSATextOutcome;
 class CQSAReader;
 
 // Loads node text into a tree: the file's top-level items become the elements of a root that the caller owns
@@ -22,6 +24,10 @@ public:
     // Into a CQSALoadOnlyAlloc this is much faster than token by token, with the same result.
     static bool LoadEntireFile(const char* pszFilename, bool bCompressed, CQSANode* pRoot,
                                CQSAAllocator* pAllocator);
+
+    // The same, and tells what the tree doesn't show (see CQSATextOutcome).
+    static bool LoadEntireFile(const char* pszFilename, bool bCompressed, CQSANode* pRoot,
+                               CQSALoadOnlyAlloc* pAllocator, CQSATextOutcome& outcome);
 
     // From where the reader stands to its end. Closes the reader on success. False also when it isn't open.
     static bool LoadEntireFile(CQSAReader* pReader, CQSANode* pRoot, CQSAAllocator* pAllocator);

@@ -234,6 +234,8 @@ bool IsValueByte(char c)
     return !IsWhite(c) && c != '(' && c != ')' && c != '"';
 }
 
+constexpr size_t c_nMarkLen = 7; // of the lines that a merge leaves around what it could not join
+
 // Edges of a list of two atoms.
 constexpr ptrdiff_t c_nPairEdges = 6;
 
@@ -260,6 +262,8 @@ public:
     // Closes all that is open and hangs it under the root.
     bool Finish(CQSANode* pRoot);
 
+    CQSATextOutcome& Outcome() { return m_Outcome; }
+
 private:
     bool LoadBatch(const char* pText, size_t nBlocks);
     bool LoadEdges(const char* pText, uint32_t nCount);
@@ -268,6 +272,7 @@ private:
     void CarryOpenAtom(const char* pEnd);
     bool AddAtom(const char* pText, size_t nLen, bool bString);
     bool AddOtherAtom(CQSANode& node, const char* pText, size_t nLen, bool bString);
+    void NoteConflict(const char* pText);
     bool CloseList();
     bool HangUnder(CQSANode& root, uint32_t nHeads);
 
@@ -284,13 +289,17 @@ private:
     bool m_bAtomOpen = false; // an atom has begun and not ended
     bool m_bOpenIsString = false;
     const char* m_pOpenStart = nullptr; // where it begins, or goes on, in the text at hand
+    bool m_bCarriedCut = false;         // m_szCarried had no room for more of it
     size_t m_nCarried = 0;              // bytes of it from texts before
     char m_szCarried[c_nMaxAtomLen];
+
+    const char* m_pTextStart = nullptr; // no byte before it is the text's
+    CQSATextOutcome m_Outcome;
 };
 
 bool CTextLoader::Feed(const char* pText, size_t nBlocks, size_t nBefore, size_t nBehind)
 {
-    m_pOpenStart = pText;
+    m_pOpenStart = m_pTextStart = pText;
     const char* pEnd = pText + nBlocks * c_nTextBlock;
     while (pText != pEnd)
     {
@@ -359,6 +368,7 @@ bool CTextLoader::LoadEdges(const char* pText, uint32_t nCount)
             m_bOpenIsString = bString;
             m_pOpenStart = pStart;
             m_nCarried = 0;
+            m_bCarriedCut = false;
             return true;
         }
         const char* pAtomEnd = pText + *pEdge;
@@ -405,6 +415,8 @@ bool CTextLoader::EndOpenAtom(const char* pEnd)
     if (m_nCarried == 0)
         return AddAtom(m_pOpenStart, static_cast<size_t>(pEnd - m_pOpenStart), m_bOpenIsString);
     CarryOpenAtom(pEnd);
+    m_Outcome.m_nLongAtoms += m_bCarriedCut;
+    m_pTextStart = m_szCarried;
     return AddAtom(m_szCarried, m_nCarried, m_bOpenIsString);
 }
 
@@ -412,7 +424,9 @@ bool CTextLoader::EndOpenAtom(const char* pEnd)
 // dropped.
 void CTextLoader::CarryOpenAtom(const char* pEnd)
 {
-    const size_t nLen = std::min(static_cast<size_t>(pEnd - m_pOpenStart), sizeof(m_szCarried) - m_nCarried);
+    const auto nAll = static_cast<size_t>(pEnd - m_pOpenStart);
+    const size_t nLen = std::min(nAll, sizeof(m_szCarried) - m_nCarried);
+    m_bCarriedCut |= nLen != nAll;
     std::memcpy(m_szCarried + m_nCarried, m_pOpenStart, nLen);
     m_nCarried += nLen;
 }
@@ -422,12 +436,25 @@ inline bool CTextLoader::AddAtom(const char* pText, size_t nLen, bool bString)
     CQSANode* pNode = m_Pending.Add();
     if (pNode == nullptr)
         return false;
+    if (nLen == c_nMarkLen && !bString) [[unlikely]]
+        NoteConflict(pText);
     if (nLen <= CQSANode::c_nMaxInline && m_bWide) [[likely]]
     {
         pNode->AdoptInline(pText, static_cast<uint32_t>(nLen), bString);
         return true;
     }
+    m_Outcome.m_nLongAtoms += nLen > c_nMaxAtomLen;
     return AddOtherAtom(*pNode, pText, std::min(nLen, c_nMaxAtomLen), bString);
+}
+
+// A value that may be a mark of a merge: seven equal signs at the begin of a line. Pairs needn't be looked at:
+// what stands behind a mark isn't on a line with its list's end.
+void CTextLoader::NoteConflict(const char* pText)
+{
+    const bool bLineStart = pText == m_pTextStart || pText[-1] == '\n' || pText[-1] == '\r';
+    if (bLineStart && std::strchr("<=>|", *pText) != nullptr &&
+        std::memcmp(pText, pText + 1, c_nMarkLen - 1) == 0)
+        m_Outcome.m_bConflict = true;
 }
 
 bool CTextLoader::AddOtherAtom(CQSANode& node, const char* pText, size_t nLen, bool bString)
@@ -451,7 +478,10 @@ inline bool CTextLoader::CloseList()
     const CQSANode* pElements;
     uint32_t nCount;
     if (!m_Pending.Close(pElements, nCount))
-        return true; // a stray parenthesis
+    {
+        ++m_Outcome.m_nStrayCloses;
+        return true;
+    }
     if (nCount == 0)
     {
         CQSANode* pEmpty = m_Pending.Add();
@@ -476,11 +506,12 @@ bool CTextLoader::End(const char* pTail, size_t nTail, bool& bInAtom)
     if (nTail != 0)
         std::memcpy(szBlock, pTail, nTail);
     bInAtom = nTail != 0 ? IsValueByte(szBlock[nTail - 1]) : m_bAtomOpen;
-    m_pOpenStart = szBlock;
+    m_pOpenStart = m_pTextStart = szBlock;
     m_bWide = false;
     if (!LoadBatch(szBlock, 1))
         return false;
     bInAtom |= m_bAtomOpen; // a string
+    m_Outcome.m_bOpenString |= m_bAtomOpen;
     m_State = {};
     return !m_bAtomOpen || EndOpenAtom(szBlock + nTail);
 }
@@ -490,6 +521,7 @@ bool CTextLoader::Finish(CQSANode* pRoot)
     // Counted before the lists are closed, as the builder counts its heads: a list at the top that is open
     // and holds nothing finished has no place in the count, and goes.
     const uint32_t nMaxHeads = m_Pending.GetCount();
+    m_Outcome.m_nOpenLists = m_Pending.GetDepth();
     while (m_Pending.GetDepth() != 0)
     {
         if (!CloseList())
@@ -507,7 +539,8 @@ bool CTextLoader::HangUnder(CQSANode& root, uint32_t nHeads)
 }
 } // namespace
 
-bool QSALoadText(const char* pText, size_t nLen, CQSANode* pRoot, CQSALoadOnlyAlloc* pAlloc)
+bool QSALoadText(const char* pText, size_t nLen, CQSANode* pRoot, CQSALoadOnlyAlloc* pAlloc,
+                 CQSATextOutcome* pOutcome)
 {
     QS_ASSERT(pAlloc);
     if (pAlloc == nullptr || (pText == nullptr && nLen != 0))
@@ -515,16 +548,17 @@ bool QSALoadText(const char* pText, size_t nLen, CQSANode* pRoot, CQSALoadOnlyAl
     CTextLoader loader(pAlloc, nLen);
     const size_t nWhole = nLen & ~(c_nTextBlock - 1);
     bool bInAtom;
-    return loader.Feed(pText, nWhole / c_nTextBlock, 0, nLen - nWhole) &&
-           loader.End(pText + nWhole, nLen - nWhole, bInAtom) && loader.Finish(pRoot);
+    const bool bLoaded = loader.Feed(pText, nWhole / c_nTextBlock, 0, nLen - nWhole) &&
+                         loader.End(pText + nWhole, nLen - nWhole, bInAtom) && loader.Finish(pRoot);
+    if (pOutcome != nullptr)
+        *pOutcome = loader.Outcome();
+    return bLoaded;
 }
 
-bool QSALoadFile(CQSAFile& file, size_t nExpectedLen, CQSANode* pRoot, CQSALoadOnlyAlloc* pAlloc)
+namespace
 {
-    QS_ASSERT(pAlloc);
-    if (pAlloc == nullptr)
-        return false;
-    CTextLoader loader(pAlloc, nExpectedLen);
+bool LoadStream(CTextLoader& loader, CQSAFile& file)
+{
     // Small enough that the text is still in the second-level cache when it is scanned.
     constexpr uint32_t c_nWindow = 64 * 1024;
     constexpr size_t c_nAround = CTextLoader::c_nAround;
@@ -541,6 +575,22 @@ bool QSALoadFile(CQSAFile& file, size_t nExpectedLen, CQSANode* pRoot, CQSALoadO
         if (nLen != c_nWindow && !loader.End(szWindow + nWhole, nLen - nWhole, bMore))
             return false;
     }
+    return true;
+}
+} // namespace
+
+bool QSALoadFile(CQSAFile& file, size_t nExpectedLen, CQSANode* pRoot, CQSALoadOnlyAlloc* pAlloc,
+                 CQSATextOutcome* pOutcome)
+{
+    QS_ASSERT(pAlloc);
+    if (pAlloc == nullptr)
+        return false;
+    CTextLoader loader(pAlloc, nExpectedLen);
+    bool bLoaded = LoadStream(loader, file);
+    loader.Outcome().m_bOpenStream = !file.EndsInStream();
     // What could not be read looks like the end until the file is asked.
-    return file.Close() && loader.Finish(pRoot);
+    bLoaded = bLoaded && file.Close() && loader.Finish(pRoot);
+    if (pOutcome != nullptr)
+        *pOutcome = loader.Outcome();
+    return bLoaded;
 }
