@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstring>
 
 #include "app/Advice.h"
 #include "app/EmberdeckApp.h"
@@ -14,47 +13,13 @@
 namespace
 {
 
-bool IsSameAs(const CEffectProperty& left, const CEffectProperty& right)
-{
-    if (left.GetNumKeys() != right.GetNumKeys())
-        return false;
-    for (uint32_t i = 0; i < left.GetNumKeys(); ++i)
-    {
-        const CPropKey& a = *left.GetKey(i);
-        const CPropKey& b = *right.GetKey(i);
-        if (a.m_fTime != b.m_fTime)
-            return false;
-        uint8_t aBytes[CPropData::c_nSize];
-        uint8_t bBytes[CPropData::c_nSize];
-        a.m_Data.CopyTo(aBytes);
-        b.m_Data.CopyTo(bBytes);
-        if (memcmp(aBytes, bBytes, sizeof(aBytes)) != 0)
-            return false;
-    }
-    return true;
-}
-
-// A constant of a kind without range and list has nothing to repair; most properties are such.
-bool IsSurelyValid(const CEffectProperty& prop)
-{
-    const CEffectPropertyDesc* pDesc = prop.GetDesc();
-    if (!pDesc || pDesc->m_bFunctionCurve || prop.GetNumKeys() != 1 || prop.GetKey(0)->m_fTime != 0.0f)
-        return false;
-    return pDesc->m_eType == ePropType_Enum ? false
-                                            : pDesc->m_szData[0] == '\0' || IsTextKind(pDesc->m_eType);
-}
-
 // Whether the packer, which validates what it writes, would change the set.
 bool WouldChange(const CEffectPropertySet& set)
 {
     for (uint32_t i = 0; i < set.GetNumProps(); ++i)
     {
         const CEffectProperty* pProp = set.GetPropertyDirect(i);
-        if (!pProp || IsSurelyValid(*pProp))
-            continue;
-        CEffectProperty copy(*pProp);
-        Validate(&copy);
-        if (!IsSameAs(*pProp, copy))
+        if (pProp && pProp->GetDesc() && !IsSettled(*pProp, DescRange(*pProp->GetDesc())))
             return true;
     }
     return false;

@@ -107,6 +107,7 @@ private:
     friend void ValidateStructure(CEffectProperty* pProp);
     friend void SettleStructure(CEffectProperty* pProp);
     friend void ClampToRange(CEffectProperty* pProp, const CPropRange& range);
+    friend bool IsSettled(const CEffectProperty& prop, const CPropRange& range);
 
     const CEffectPropertyDesc* m_pDesc;
     mutable CPropKeyList m_Keys;
@@ -129,6 +130,9 @@ void SettleStructure(CEffectProperty* pProp);
 CPropRange DescRange(const CEffectPropertyDesc& desc); // no range for kinds that have none
 void ClampToRange(CEffectProperty* pProp, const CPropRange& range);
 void Validate(CEffectProperty* pProp, const CPropRange& range);
+// Whether that would surely change nothing, found out without a copy. Values that still wait to be put in order by
+// time may be in line without it.
+bool IsSettled(const CEffectProperty& prop, const CPropRange& range);
 
 // Index of a value in a comma-separated list, both trimmed, without regard to case; -1 when absent. Nothing
 // between two commas is an item, nothing behind the last one isn't. Null counts as empty.

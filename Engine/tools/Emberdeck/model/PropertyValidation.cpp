@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -82,7 +83,67 @@ void ClampKey(uint32_t eType, const CPropRange& range, CPropData& data)
     }
 }
 
+// The comparisons of what stays as it is go by bits: a negative zero is changed, too.
+bool IsSameFloat(float fLeft, float fRight)
+{
+    return std::bit_cast<uint32_t>(fLeft) == std::bit_cast<uint32_t>(fRight);
+}
+
+bool IsInRange(uint32_t eType, const CPropRange& range, const CPropData& data)
+{
+    const auto stays = [&range](float fValue) { return IsSameFloat(ClampFloat(range, fValue), fValue); };
+    switch (eType)
+    {
+    case ePropType_Int:
+        return ClampInt(range, data.GetInt()) == data.GetInt();
+    case ePropType_Float:
+        return stays(data.GetFloat());
+    case ePropType_Vector:
+    {
+        const CVector3 v = data.GetVector();
+        return stays(v.x) && stays(v.y) && stays(v.z);
+    }
+    default:
+        return true;
+    }
+}
+
+// Whether times are as SettleStructure leaves them.
+bool AreTimesSettled(const CEffectPropertyDesc& desc, const CPropKey* pKeys, uint32_t nCount)
+{
+    if (nCount == 0 || !IsSameFloat(pKeys[0].m_fTime, 0.0f))
+        return false;
+    if (!desc.m_bFunctionCurve)
+        return nCount == 1;
+    for (uint32_t i = 1; i < nCount; ++i)
+    {
+        if (!(pKeys[i - 1].m_fTime <= pKeys[i].m_fTime))
+            return false;
+    }
+    const float fLast = pKeys[nCount - 1].m_fTime;
+    return desc.m_bInterpolate ? nCount > 1 && fLast == 1.0f : std::isfinite(fLast);
+}
+
 } // namespace
+
+bool IsSettled(const CEffectProperty& prop, const CPropRange& range)
+{
+    if (!prop.m_pDesc || prop.m_pDesc->m_eType == ePropType_UI)
+        return true;
+    const CEffectPropertyDesc& desc = *prop.m_pDesc;
+    const CPropKey* pKeys = prop.m_Keys.begin();
+    if (!AreTimesSettled(desc, pKeys, prop.m_Keys.Size()))
+        return false;
+    const bool bEnum = desc.m_eType == ePropType_Enum;
+    const std::string_view sList = bEnum ? BoundedText(desc.m_szData) : std::string_view();
+    for (uint32_t i = 0; i < prop.m_Keys.Size(); ++i)
+    {
+        if (bEnum ? FindItem(sList, pKeys[i].m_Data.GetText()) < 0
+                  : !IsInRange(desc.m_eType, range, pKeys[i].m_Data))
+            return false;
+    }
+    return true;
+}
 
 // Works on the list itself: this pass runs on every value of a library that is loaded, and most are in
 // line already.
