@@ -45,6 +45,13 @@ TEST(ImportEffects, BringsChosenEffectsOnly)
     bench.effects.OnImportEffects(); // the list was cancelled, then the file
     bench.effects.OnImportEffects();
     EXPECT_EQ(3u, bench.lib->m_SpellMgr.Spells().size());
+    // A cut file: what could be read, and a word.
+    const std::string sCut = dir.write("cut.Fx00a", ReadBytes(sFile).substr(0, ReadBytes(sFile).size() - 8));
+    bench.import.m_bOK = false;
+    bench.prompts.onFile(sCut).onAsk("isn't whole");
+    bench.effects.OnImportEffects();
+    EXPECT_EQ(3u, bench.import.m_Rows.size());
+    bench.prompts.m_Asked.clear();
     // A file that can't be read: an empty list.
     bench.import.m_bOK = true;
     bench.prompts.onFile(dir.path("none.Fx00a"))

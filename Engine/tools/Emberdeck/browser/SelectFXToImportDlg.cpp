@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/Advice.h"
 #include "app/Messages.h"
 #include "formats/EmberdeckQSA.h"
 #include "qsstrutils.h"
@@ -16,6 +17,7 @@ bool CSelectFXToImportDlg::OnInitDialog()
 {
     IPrompts& prompts = m_Context.m_Prompts;
     std::string sError;
+    CLoadReport report(false);
     bool bStopped = false;
     const auto goOn = [&prompts, &bStopped]
     {
@@ -23,12 +25,17 @@ bool CSelectFXToImportDlg::OnInitDialog()
         return !bStopped;
     };
     if (!LoadEffectLibrary(m_sPath.c_str(), m_SpellMgr, m_Context.m_EffectModule, nullptr, nullptr, sError,
-                           &prompts, nullptr, goOn))
+                           &prompts, &report, goOn))
     {
         m_SpellMgr.Clear();
         if (!bStopped)
             ShowMessage(prompts, c_MsgImportFailed, {m_sPath, sError});
         return !bStopped;
+    }
+    if (report.IsDamaged())
+    {
+        prompts.Advise(AdviseOnDamage(report, false));
+        ShowMessage(prompts, c_MsgDamaged, {m_sPath});
     }
     for (const auto& pSpell : m_SpellMgr.Spells())
         m_Spells.push_back(pSpell.get());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -16,9 +17,10 @@ class IPrompts;
 enum class EFinding
 {
     eRepair,
-    eCut,         // the file ends within a list or a quoted text
+    eCut,         // the file ends within a list, a quoted text or its compressed text
     eConflict,    // a merge has left its marks in the file
     eMissingType, // the load fails, since the plug-in lacks a type of effect
+    eMissingFile, // a resource that a key names isn't there; not found by loading
 };
 
 // What the loader repaired or left out in silence. Texts are for people.
@@ -33,7 +35,7 @@ class ILoadObserver
 {
 public:
     virtual ~ILoadObserver() = default;
-    // False: repairs are of interest only in a file that is cut or in conflict, and a sound one is read faster.
+    // False: repairs are of interest only in a file that is cut or in conflict.
     virtual bool WantsAll() const { return true; }
     virtual void OnFinding(const CLoadFinding& finding) = 0;
 };
@@ -57,3 +59,8 @@ bool LoadEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffe
 bool LoadEffectText(std::string_view sText, CSpellMgr& spellMgr, const CEffectModule& module,
                     CLibraryTree* pEffectTree, CLibraryTree* pPrefabTree, std::string& sError,
                     ILoadObserver* pObserver = nullptr);
+
+// Whether the bytes of an effect file are whole, as far as that can be seen without a plug-in: the lists of a
+// library are there and end, and nothing is left of a merge. The name tells the form. None for a file that is too
+// large to be looked at.
+std::optional<bool> IsWholeEffectFile(const std::string& sName, std::string_view sContent);

@@ -10,6 +10,7 @@
 #include "platform/IPrompts.h"
 #include "platform/Paths.h"
 #include "qsamgr/qsaallocator.h"
+#include "qsamgr/qsacompressedfile.h"
 #include "qsamgr/qsanodereader.h"
 #include "qsamgr/qsatextloader.h"
 #include "qsamgr/qsautil.h"
@@ -35,6 +36,15 @@ struct CLoadedNodes
 
     CQSANode m_Root; // goes last
     CQSALoadOnlyAlloc m_Alloc{c_nLoadBlockSize};
+    CQSATextOutcome m_Outcome;
+};
+
+// Where the nodes come from. The text is scanned, or read, once more only when it isn't sound.
+struct CNodeSource
+{
+    std::function<bool(CLoadedNodes&)> m_Read;
+    std::function<CTextDamage()> m_Scan;
+    const char* m_pszFilename = nullptr; // null: a text in memory
 };
 
 bool IsVersionSupported(const CQSANode& root)
@@ -48,8 +58,19 @@ bool IsVersionSupported(const CQSANode& root)
     return pszVersion && QSTextToInt(pszVersion) == c_nFormatVersion;
 }
 
-bool LoadNodes(CLibraryLoader& loader, const CEffectModule& module, const CTextDamage& damage,
-               const std::function<bool(CLoadedNodes&)>& read)
+// The reader knows what the tree doesn't show; only which line a merge has marked is looked up.
+CTextDamage DamageOf(const CQSATextOutcome& outcome, const CNodeSource& source)
+{
+    CTextDamage damage;
+    damage.m_nOpenLists = outcome.m_nOpenLists;
+    damage.m_bOpenString = outcome.m_bOpenString;
+    damage.m_bOpenStream = outcome.m_bOpenStream;
+    if (outcome.m_bConflict)
+        damage.m_nConflictLine = source.m_Scan().m_nConflictLine;
+    return damage;
+}
+
+bool LoadNodes(CLibraryLoader& loader, const CEffectModule& module, const CNodeSource& source)
 {
     if (!module.IsLoaded())
     {
@@ -57,7 +78,9 @@ bool LoadNodes(CLibraryLoader& loader, const CEffectModule& module, const CTextD
         return false;
     }
     CLoadedNodes nodes;
-    if (!read(nodes))
+    const bool bRead = source.m_Read(nodes);
+    loader.TellText(nodes.m_Outcome, DamageOf(nodes.m_Outcome, source), source.m_pszFilename);
+    if (!bRead)
     {
         loader.AppendError(c_pszUnreadable);
         return false;
@@ -67,7 +90,7 @@ bool LoadNodes(CLibraryLoader& loader, const CEffectModule& module, const CTextD
         loader.AppendError("Invalid file version");
         return false;
     }
-    return loader.LoadRoot(nodes.m_Root, damage);
+    return loader.LoadRoot(nodes.m_Root);
 }
 
 // False.
@@ -96,18 +119,17 @@ bool LoadEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffe
             // A pipe or device may never come to an end.
             const bool bReadable =
                 pszFilename && lock.IsHeld() && (IsOrdinaryFile(sPath) || !PathExists(sPath));
-            const CTextDamage damage =
-                pObserver && bReadable ? ScanFileForDamage(pszFilename) : CTextDamage();
-            if (bReadable && pObserver && (pObserver->WantsAll() || damage.IsDamaged()))
-                CLoadFindings(pObserver).TellText(pszFilename);
-            bLoaded = LoadNodes(loader, module, damage,
-                                [&](CLoadedNodes& nodes)
-                                {
-                                    return bReadable && CQSANodeReader::LoadEntireFile(
-                                                            NativePath(pszFilename).c_str(),
-                                                            CQSAUtil::IsFileCompressed(pszFilename),
-                                                            &nodes.m_Root, &nodes.m_Alloc);
-                                });
+            CNodeSource source;
+            source.m_Read = [&](CLoadedNodes& nodes)
+            {
+                return bReadable &&
+                       CQSANodeReader::LoadEntireFile(NativePath(pszFilename).c_str(),
+                                                      CQSAUtil::IsFileCompressed(pszFilename), &nodes.m_Root,
+                                                      &nodes.m_Alloc, nodes.m_Outcome);
+            };
+            source.m_Scan = [&] { return ScanFileForDamage(pszFilename); };
+            source.m_pszFilename = pszFilename;
+            bLoaded = LoadNodes(loader, module, source);
         });
     return (bWhole || NoteOutOfMemory(sError)) && bLoaded;
 }
@@ -121,12 +143,38 @@ bool LoadEffectText(std::string_view sText, CSpellMgr& spellMgr, const CEffectMo
         [&]
         {
             CLibraryLoader loader(spellMgr, module, pEffectTree, pPrefabTree, sError, pObserver);
-            bLoaded =
-                LoadNodes(loader, module, pObserver ? ScanTextForDamage(sText) : CTextDamage(),
-                          [&](CLoadedNodes& nodes)
-                          { return QSALoadText(sText.data(), sText.size(), &nodes.m_Root, &nodes.m_Alloc); });
+            CNodeSource source;
+            source.m_Read = [&](CLoadedNodes& nodes) {
+                return QSALoadText(sText.data(), sText.size(), &nodes.m_Root, &nodes.m_Alloc,
+                                   &nodes.m_Outcome);
+            };
+            source.m_Scan = [&] { return ScanTextForDamage(sText); };
+            bLoaded = LoadNodes(loader, module, source);
         });
     return (bWhole || NoteOutOfMemory(sError)) && bLoaded;
+}
+
+std::optional<bool> IsWholeEffectFile(const std::string& sName, std::string_view sContent)
+{
+    // Compressed text is 8 times as long at the most, the tree of a text twice as large.
+    constexpr size_t c_nMaxText = size_t(256) << 20;
+    std::vector<uint8_t> text;
+    bool bEnded = true;
+    if (CQSAUtil::IsFileCompressed(sName.c_str()))
+    {
+        if (!QSADecompress(reinterpret_cast<const uint8_t*>(sContent.data()), sContent.size(), text,
+                           c_nMaxText, &bEnded))
+            return sContent.size() > c_nMaxText / 8 ? std::nullopt : std::optional(false);
+        sContent = std::string_view(reinterpret_cast<const char*>(text.data()), text.size());
+    }
+    if (sContent.size() > c_nMaxText)
+        return std::nullopt;
+    CLoadedNodes nodes;
+    if (!QSALoadText(sContent.data(), sContent.size(), &nodes.m_Root, &nodes.m_Alloc, &nodes.m_Outcome) ||
+        !bEnded || nodes.m_Outcome.IsCut() || !IsVersionSupported(nodes.m_Root) ||
+        !CQSAUtil::ShallowFindList(&nodes.m_Root, "effect-tree"))
+        return false;
+    return !nodes.m_Outcome.m_bConflict || !ScanTextForDamage(sContent).IsConflict();
 }
 
 CLibraryLoader::CLibraryLoader(CSpellMgr& spellMgr, const CEffectModule& module, CLibraryTree* pEffectTree,
@@ -151,10 +199,17 @@ void CLibraryLoader::AddMessage(const std::string& sMessage)
     m_sError += sMessage;
 }
 
-// Prefabs come first, since keys refer to them by name; the file may hold its lists in any order.
-bool CLibraryLoader::LoadRoot(const CQSANode& root, const CTextDamage& damage)
+void CLibraryLoader::TellText(const CQSATextOutcome& outcome, const CTextDamage& damage,
+                              const char* pszFilename)
 {
     m_Findings.TellDamage(damage);
+    if (m_Findings)
+        m_Findings.TellText(outcome, pszFilename);
+}
+
+// Prefabs come first, since keys refer to them by name; the file may hold its lists in any order.
+bool CLibraryLoader::LoadRoot(const CQSANode& root)
+{
     if (m_Findings)
         TellRoot(root);
 

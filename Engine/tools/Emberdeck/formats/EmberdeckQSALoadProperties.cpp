@@ -227,7 +227,7 @@ bool CLibraryLoader::LoadValue(const CQSANode& node, EEffectPropertyType eType, 
     if (!LoadPropertyValue(pData, eType, key))
         return false;
     if (m_Findings)
-        m_Findings.TellValue(*pData, eType, DescName(*prop.GetDesc()));
+        m_Findings.TellValue(*pData, eType, *prop.GetDesc());
     return true;
 }
 
@@ -243,7 +243,7 @@ void CLibraryLoader::Finish(CEffectPropertySet& set)
     {
         CEffectProperty* pOwn = set.m_Props[i].get();
         if (m_Findings)
-            m_Findings.ValidateAndTell(pOwn);
+            m_Findings.ValidateAndTell(pOwn, type.m_Props[i].m_Range);
         else
             Validate(pOwn, type.m_Props[i].m_Range);
     }

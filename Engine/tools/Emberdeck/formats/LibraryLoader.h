@@ -26,8 +26,10 @@ public:
                    CLibraryTree* pPrefabTree, std::string& sError, ILoadObserver* pObserver,
                    const CLoadGoOn& goOn = {});
 
-    // damage: what is wrong with the text that the nodes come from.
-    bool LoadRoot(const CQSANode& root, const CTextDamage& damage);
+    // Before LoadRoot: what is wrong with the text that the nodes come from. pszFilename is where it can be read once
+    // more; null: nowhere.
+    void TellText(const CQSATextOutcome& outcome, const CTextDamage& damage, const char* pszFilename);
+    bool LoadRoot(const CQSANode& root);
 
     template <class... TArgs>
     void AppendError(const char* pszFormat, const TArgs&... args)

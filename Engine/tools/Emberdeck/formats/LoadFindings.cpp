@@ -1,5 +1,6 @@
 #include "formats/LoadFindings.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -21,6 +22,35 @@ bool IsWholeNumber(const char* pszText)
 {
     int64_t nValue = 0;
     return QSParseInt(pszText, nValue) && nValue >= INT32_MIN && nValue <= int64_t(UINT32_MAX);
+}
+
+// Most numbers of a library are such: they surely are read as they stand, which is seen without reading them.
+bool IsPlainWholeNumber(const char* pszText)
+{
+    constexpr int c_nMaxDigits = 9; // 32 bits hold them all
+    pszText += *pszText == '-';
+    int nDigits = 0;
+    while (static_cast<unsigned char>(pszText[nDigits] - '0') <= 9 && nDigits < c_nMaxDigits)
+        ++nDigits;
+    return nDigits != 0 && pszText[nDigits] == 0;
+}
+
+bool IsPlainDecimalNumber(const char* pszText)
+{
+    constexpr int c_nMaxChars = 30; // far below what a float holds
+    pszText += *pszText == '-';
+    int nDigits = 0;
+    int nPoints = 0;
+    int n = 0;
+    for (; pszText[n] != 0 && n < c_nMaxChars; ++n)
+    {
+        const bool bDigit = static_cast<unsigned char>(pszText[n] - '0') <= 9;
+        nDigits += bDigit;
+        nPoints += pszText[n] == '.';
+        if (!bDigit && pszText[n] != '.')
+            return false;
+    }
+    return nDigits != 0 && nPoints <= 1 && pszText[n] == 0;
 }
 
 bool IsDecimalNumber(const char* pszText)
@@ -56,21 +86,11 @@ std::string KeyTitle(const CKey& key)
     return QSFormat("%s, id %u", key.GetDisplayName().c_str(), key.m_nKeyID);
 }
 
-void CLoadFindings::EnterObject(const char* pszName)
-{
-    m_sObject = pszName ? pszName : "";
-    m_sKey.clear();
-}
-
-void CLoadFindings::EnterKey(const CKey* pKey)
-{
-    m_sKey = pKey ? KeyTitle(*pKey) : std::string();
-}
-
 void CLoadFindings::Tell(const std::string& sText, EFinding eKind)
 {
     if (m_pObserver)
-        m_pObserver->OnFinding(CLoadFinding{m_sObject, m_sKey, sText, eKind});
+        m_pObserver->OnFinding(CLoadFinding{m_pszObject ? m_pszObject : "",
+                                            m_pKey ? KeyTitle(*m_pKey) : std::string(), sText, eKind});
 }
 
 void CLoadFindings::TellDamage(const CTextDamage& damage)
@@ -88,6 +108,8 @@ void CLoadFindings::TellDamage(const CTextDamage& damage)
         Tell(QSFormat("The file ends within a list, %u deep. What stood behind is missing.",
                       damage.m_nOpenLists),
              EFinding::eCut);
+    if (damage.m_bOpenStream)
+        Tell("The compressed file ends before its text does. What stood behind is missing.", EFinding::eCut);
 }
 
 void CLoadFindings::TellMissingType(const char* pszType, const char* pszObject, const std::string& sKey)
@@ -108,40 +130,41 @@ void CLoadFindings::TellSkipped(const CQSANode& node)
         Tell("A list without a name was skipped.");
 }
 
-void CLoadFindings::TellText(const char* pszFilename)
+void CLoadFindings::TellText(const CQSATextOutcome& outcome, const char* pszFilename)
+{
+    if (outcome.m_nStrayCloses > 0)
+        Tell(QSFormat("The file has %u closing parentheses that close no list.", outcome.m_nStrayCloses));
+    if (outcome.m_nLongAtoms > 0 && pszFilename)
+        TellLongTexts(pszFilename);
+    else if (outcome.m_nLongAtoms > 0)
+        Tell(QSFormat("%u texts were cut to %u bytes.", outcome.m_nLongAtoms, CQSANodeReader::c_nMaxAtomLen));
+}
+
+void CLoadFindings::TellLongTexts(const char* pszFilename)
 {
     CQSAReader reader;
     if (!reader.Open(NativePath(pszFilename).c_str(), CQSAUtil::IsFileCompressed(pszFilename)))
         return;
     char aText[CQSANodeReader::c_nMaxAtomLen + 2]; // holds one byte too many
-    uint32_t nOpen = 0;
-    uint32_t nStray = 0;
     for (EQSAToken eToken; (eToken = reader.NextToken(aText, sizeof(aText))) != TOKEN_END;)
     {
-        if (eToken == TOKEN_OPEN)
-            ++nOpen;
-        else if (eToken == TOKEN_CLOSE && nOpen == 0)
-            ++nStray;
-        else if (eToken == TOKEN_CLOSE)
-            --nOpen;
-        else if (std::strlen(aText) > CQSANodeReader::c_nMaxAtomLen)
+        const bool bAtom = eToken == TOKEN_VALUE || eToken == TOKEN_STRING;
+        if (bAtom && std::strlen(aText) > CQSANodeReader::c_nMaxAtomLen)
             Tell(QSFormat("A text that begins with \"%.40s\" was cut to %u bytes.", aText,
                           CQSANodeReader::c_nMaxAtomLen));
     }
-    if (nStray > 0)
-        Tell(QSFormat("The file has %u closing parentheses that close no list.", nStray));
 }
 
 void CLoadFindings::TellWholeNumber(const char* pszText, const char* pszField)
 {
-    if (!IsWholeNumber(pszText))
+    if (!IsPlainWholeNumber(pszText) && !IsWholeNumber(pszText))
         Tell(QSFormat("\"%s\" in %s is no whole number; %d was taken.", pszText, pszField,
                       QSTextToInt(pszText)));
 }
 
 void CLoadFindings::TellDecimalNumber(const char* pszText, const char* pszField)
 {
-    if (IsDecimalNumber(pszText))
+    if (IsPlainDecimalNumber(pszText) || IsDecimalNumber(pszText))
         return;
     const float fTaken = QSTextToFloat(pszText);
     if (std::fabs(fTaken) == std::numeric_limits<float>::max())
@@ -152,49 +175,53 @@ void CLoadFindings::TellDecimalNumber(const char* pszText, const char* pszField)
                       QSFixedText(fTaken, 6).c_str()));
 }
 
-void CLoadFindings::TellValue(const CQSANode& data, uint32_t eType, const std::string& sProp)
+void CLoadFindings::TellValue(const CQSANode& data, uint32_t eType, const CEffectPropertyDesc& desc)
 {
-    const std::string sField = "property " + sProp;
     const auto text = [&](uint32_t n) { return data.GetElement(n)->GetValue(); };
+    const auto field = [&] { return "property " + DescName(desc); };
     switch (eType)
     {
     case ePropType_Int:
-        TellWholeNumber(text(1), sField.c_str());
+        if (!IsPlainWholeNumber(text(1)))
+            TellWholeNumber(text(1), field().c_str());
         break;
     case ePropType_Float:
-        TellDecimalNumber(text(1), sField.c_str());
-        break;
     case ePropType_Vector:
-        for (uint32_t i = 1; i <= 3; ++i)
-            TellDecimalNumber(text(i), sField.c_str());
+        for (uint32_t i = 1; i <= (eType == ePropType_Vector ? 3u : 1u); ++i)
+        {
+            if (!IsPlainDecimalNumber(text(i)))
+                TellDecimalNumber(text(i), field().c_str());
+        }
         break;
     case ePropType_Color:
         for (uint32_t i = 1; i <= 4; ++i)
         {
-            TellWholeNumber(text(i), sField.c_str());
-            const int32_t nChannel = QSTextToInt(text(i));
+            const char* pszText = text(i);
+            const int32_t nChannel = QSTextToInt(pszText);
+            if (!IsPlainWholeNumber(pszText))
+                TellWholeNumber(pszText, field().c_str());
             if (nChannel < 0 || nChannel > 255)
-                Tell(QSFormat("The channel %d of colour %s was cut to %d.", nChannel, sProp.c_str(),
+                Tell(QSFormat("The channel %d of colour %s was cut to %d.", nChannel, DescName(desc).c_str(),
                               nChannel & 0xFF));
         }
         break;
     default:
-        if (std::strlen(text(1)) > CPropData::c_nMaxText)
-            Tell(QSFormat("The text of property %s was cut to 255 bytes.", sProp.c_str()));
+        if (strnlen(text(1), CPropData::c_nMaxText + 1) > CPropData::c_nMaxText)
+            Tell(QSFormat("The text of property %s was cut to 255 bytes.", DescName(desc).c_str()));
         break;
     }
 }
 
-void CLoadFindings::ValidateAndTell(CEffectProperty* pProp)
+void CLoadFindings::ValidateAndTell(CEffectProperty* pProp, const CPropRange& range)
 {
-    if (!pProp)
+    if (!pProp || IsSettled(*pProp, range))
         return;
     CEffectProperty before(*pProp);
     SettleStructure(pProp);
     if (!IsSameContent(before, *pProp))
         Tell(StructureText(before, *pProp));
     before = *pProp;
-    ClampToRange(pProp);
+    ClampToRange(pProp, range);
     if (!IsSameContent(before, *pProp))
         Tell(QSFormat("Property %s was brought into its range.", PropTitle(*pProp).c_str()));
     before = *pProp;
@@ -204,7 +231,19 @@ void CLoadFindings::ValidateAndTell(CEffectProperty* pProp)
                       PropTitle(*pProp).c_str()));
 }
 
-void CLoadFindings::TellLinks(const CSpell& spell)
+void CLoadFindings::NoteIds(const CSpell& spell)
+{
+    m_Ids.clear();
+    for (const auto& pTrack : spell.m_Tracks.Tracks())
+    {
+        for (const auto& pKey : pTrack->Keys())
+            m_Ids.push_back(pKey->m_nKeyID);
+    }
+    if (!std::is_sorted(m_Ids.begin(), m_Ids.end()))
+        std::sort(m_Ids.begin(), m_Ids.end());
+}
+
+void CLoadFindings::TellEqualIds(const CSpell& spell)
 {
     std::unordered_set<uint32_t> ids;
     for (const auto& pTrack : spell.m_Tracks.Tracks())
@@ -216,6 +255,13 @@ void CLoadFindings::TellLinks(const CSpell& spell)
                 Tell("Another key of the effect has this id; links go to the first one.");
         }
     }
+}
+
+void CLoadFindings::TellLinks(const CSpell& spell)
+{
+    NoteIds(spell);
+    if (std::adjacent_find(m_Ids.begin(), m_Ids.end()) != m_Ids.end())
+        TellEqualIds(spell);
     for (const auto& pTrack : spell.m_Tracks.Tracks())
     {
         for (const auto& pKey : pTrack->Keys())
@@ -223,7 +269,7 @@ void CLoadFindings::TellLinks(const CSpell& spell)
             if (!pKey->m_bMotionLinked)
                 continue;
             EnterKey(pKey.get());
-            if (ids.count(pKey->m_nMotionLinkID) == 0)
+            if (!std::binary_search(m_Ids.begin(), m_Ids.end(), pKey->m_nMotionLinkID))
                 Tell(QSFormat("The key is linked to key %u, which isn't there.", pKey->m_nMotionLinkID));
             else if (pKey->m_nMotionLinkID == pKey->m_nKeyID)
                 Tell("The key is linked to itself.");

@@ -2,14 +2,16 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "formats/EmberdeckQSA.h"
 #include "formats/TextDamage.h"
 #include "model/Key.h"
 #include "qsamgr/qsanode.h"
+#include "qsamgr/qsatextloader.h"
 
-// Tells an observer of what the loader repairs or leaves out, and where. Every call is for a caller that has
-// looked first whether anybody listens: without an observer nothing here may cost time.
+// Tells an observer of what the loader repairs or leaves out, and where. Callers look first whether anybody listens.
+// A build listens to every load: what is in order may cost next to nothing.
 class CLoadFindings
 {
 public:
@@ -20,9 +22,10 @@ public:
     }
     explicit operator bool() const { return m_bAll; }
 
-    // Where the next findings belong.
-    void EnterObject(const char* pszName); // an effect or prefab; null: the file
-    void EnterKey(const CKey* pKey);       // null: the effect itself
+    // Where the next findings belong. Both stay with the caller until the next call; no text is made of them before
+    // there is something to tell.
+    void EnterObject(const char* pszName) { m_pszObject = pszName; } // an effect or prefab; null: the file
+    void EnterKey(const CKey* pKey) { m_pKey = pKey; }               // null: the effect itself
 
     void Tell(const std::string& sText, EFinding eKind = EFinding::eRepair);
 
@@ -31,22 +34,29 @@ public:
     // Whoever listens hears of this, since it fails the load.
     void TellMissingType(const char* pszType, const char* pszObject, const std::string& sKey);
 
-    // What reading the text passes over: lists without a beginning, and texts that are cut to their size.
-    void TellText(const char* pszFilename);
+    // What reading the text passes over: lists without a beginning, and texts that are cut to their size, which the
+    // file is read once more for.
+    void TellText(const CQSATextOutcome& outcome, const char* pszFilename);
+    void TellLongTexts(const char* pszFilename);
     void TellSkipped(const CQSANode& node); // something that stands where nothing reads it
     void TellWholeNumber(const char* pszText, const char* pszField);   // when it isn't read as it stands
     void TellDecimalNumber(const char* pszText, const char* pszField); // likewise
-    void TellValue(const CQSANode& data, uint32_t eType, const std::string& sProp); // likewise, by kind
-    // Validates a property, and tells what that changed.
-    void ValidateAndTell(CEffectProperty* pProp);
+    void TellValue(const CQSANode& data, uint32_t eType,
+                   const CEffectPropertyDesc& desc); // likewise, by kind
+    // Validates a property, which may be null, and tells what that changed.
+    void ValidateAndTell(CEffectProperty* pProp, const CPropRange& range);
     // Ids and links of an effect that was loaded.
     void TellLinks(const CSpell& spell);
 
 private:
+    void NoteIds(const CSpell& spell);
+    void TellEqualIds(const CSpell& spell);
+
     ILoadObserver* m_pObserver;
     bool m_bAll;
-    std::string m_sObject;
-    std::string m_sKey;
+    const char* m_pszObject = nullptr;
+    const CKey* m_pKey = nullptr;
+    std::vector<uint32_t> m_Ids; // of the effect at hand, sorted
 };
 
 // How a key is called in a finding: its display name and id.

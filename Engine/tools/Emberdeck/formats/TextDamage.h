@@ -9,9 +9,10 @@ struct CTextDamage
 {
     uint32_t m_nOpenLists = 0;    // lists that the end of the text leaves open
     bool m_bOpenString = false;   // the end of the text lies within a quoted text
+    bool m_bOpenStream = false;   // the compressed file ends before its text does; a scan doesn't see that
     uint64_t m_nConflictLine = 0; // the first line that a merge has marked, from 1; 0: none
 
-    bool IsCut() const { return m_nOpenLists > 0 || m_bOpenString; }
+    bool IsCut() const { return m_nOpenLists > 0 || m_bOpenString || m_bOpenStream; }
     bool IsConflict() const { return m_nConflictLine > 0; }
     bool IsDamaged() const { return IsCut() || IsConflict(); }
 };
