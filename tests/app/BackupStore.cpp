@@ -105,3 +105,112 @@ TEST(BackupStore, CopiesAreAsPrivateAsTheirFile)
     EXPECT_TRUE(store.Recover(sFile, 0, sError)) << sError;
     EXPECT_EQ(fs::perms::none, fs::status(sFile).permissions() & others);
 }
+
+namespace
+{
+// "whole ..." is sound, "?" can't be told.
+std::optional<bool> IsWholeText(const std::string&, const std::string& sContent)
+{
+    return sContent == "?" ? std::nullopt : std::optional(sContent.starts_with("whole"));
+}
+} // namespace
+
+TEST(BackupStore, RecoversWhatIsSound)
+{
+    CTempDir dir;
+    CBackupStore store(dir.path("store"), IsWholeText);
+    const std::string sFile = dir.path("Smoke.Fx00a");
+    const auto keep = [&](const std::string& sContent)
+    {
+        WriteBytes(sFile, sContent);
+        EXPECT_NE("", store.Keep(sFile));
+    };
+    const auto recovered = [&]
+    {
+        std::string sError;
+        const std::optional<size_t> nCopy = store.ChooseSound(sFile);
+        return nCopy && store.Recover(sFile, *nCopy, sError) ? ReadBytes(sFile) : "nothing";
+    };
+    EXPECT_FALSE(store.ChooseSound(sFile));
+    keep("whole 1");
+    keep("whole 2");
+    for (int i = 0; i < 9; ++i)
+        keep("cut " + std::to_string(i));
+    // Nine bad saves haven't pushed it out.
+    ASSERT_EQ(5u, store.List(sFile).size());
+    EXPECT_EQ(true, store.List(sFile)[4].m_bSound);
+    EXPECT_EQ(false, store.List(sFile)[0].m_bSound);
+    EXPECT_EQ("whole 2", recovered());
+
+    // A recover that was killed has kept the cut content, or the whole one that it was to replace: the next one brings
+    // back the same.
+    keep("cut again");
+    EXPECT_EQ("whole 2", recovered());
+    for (const char* pszContent : {"whole 0", "whole 2", "whole 3"})
+        keep(pszContent);
+    EXPECT_EQ("whole 2", recovered());
+    EXPECT_EQ("whole 3", recovered()) << "a recover can be taken back";
+
+    // Copies of earlier versions say nothing, and names may lie: what they hold is looked at.
+    const auto rename = [&](const char* pszSound)
+    {
+        for (const CBackupStore::CEntry& entry : CBackupStore(dir.path("store")).List(sFile))
+        {
+            const size_t nMark = entry.m_sBackup.size() - (entry.m_bSound ? 6 : 4);
+            std::filesystem::rename(entry.m_sBackup, entry.m_sBackup.substr(0, nMark) + pszSound + ".bak");
+        }
+    };
+    rename("-s");
+    WriteBytes(sFile, "cut");
+    CBackupStore later(dir.path("store"), IsWholeText);
+    const auto chosen = [&]
+    {
+        const std::optional<size_t> nCopy = later.ChooseSound(sFile);
+        return nCopy ? ReadBytes(later.List(sFile).at(*nCopy).m_sBackup) : "nothing";
+    };
+    EXPECT_EQ("whole 2", chosen());
+    rename("");
+    EXPECT_EQ("whole 2", chosen());
+    for (int i = 0; i < 9; ++i)
+    {
+        WriteBytes(sFile, "cut " + std::to_string(i));
+        EXPECT_NE("", later.Keep(sFile));
+    }
+    EXPECT_EQ("whole 2", chosen()) << "and kept";
+}
+
+TEST(BackupStore, WithoutASoundCopyNothingIsPreferredButTheUnknown)
+{
+    CTempDir dir;
+    CBackupStore store(dir.path("store"), IsWholeText);
+    const std::string sFile = dir.write("Smoke.Fx00a", "cut");
+    store.Keep(sFile);
+    WriteBytes(sFile, "cut, too");
+    EXPECT_FALSE(store.ChooseSound(sFile));
+    WriteBytes(sFile, "?");
+    store.Keep(sFile);
+    WriteBytes(sFile, "cut, too");
+    ASSERT_TRUE(store.ChooseSound(sFile));
+    EXPECT_EQ("?", ReadBytes(store.List(sFile)[*store.ChooseSound(sFile)].m_sBackup));
+
+    // A check that runs out of memory refuses no save.
+    CBackupStore failing(dir.path("store"),
+                         [](const std::string&, const std::string&) -> std::optional<bool>
+                         { throw std::bad_alloc(); });
+    WriteBytes(sFile, "whole");
+    EXPECT_NE("", failing.Keep(sFile));
+    EXPECT_EQ(std::nullopt, failing.List(sFile)[0].m_bSound);
+
+    // The size of all copies goes before: other files' last sound ones go last.
+    CBackupStore small(dir.path("small"), IsWholeText);
+    const std::string sFirst = dir.write("first", "whole " + std::string(10000, 'a'));
+    small.Keep(sFirst);
+    WriteBytes(sFirst, "cut " + std::string(10000, 'a'));
+    small.Keep(sFirst);
+    small.SetMaxTotal(25000);
+    small.Keep(dir.write("second", "whole " + std::string(10000, 'b')));
+    ASSERT_EQ(1u, small.List(sFirst).size());
+    EXPECT_EQ(true, small.List(sFirst)[0].m_bSound);
+    small.Keep(dir.write("third", "whole " + std::string(24000, 'c')));
+    EXPECT_TRUE(small.List(sFirst).empty());
+}

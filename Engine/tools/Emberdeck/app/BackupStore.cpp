@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <filesystem>
 #include <random>
+#include <string_view>
+#include <tuple>
 #include <utility>
 
 #include "app/CommandLineInfo.h"
@@ -59,11 +61,31 @@ bool IsHash(const std::string& sText)
     return sText.size() == c_nHashLength && sText.find_first_not_of("0123456789abcdef") == std::string::npos;
 }
 
-bool ParseName(const std::string& sName, std::string& sHash, uint64_t& nTime)
+// The letter of a name for what is known of the copy.
+constexpr char SoundLetter(std::optional<bool> bSound)
 {
-    constexpr size_t nLength = c_nHashLength + 1 + c_nTimeLength + 1 + c_nMarkLength + 4;
-    if (sName.size() != nLength || !sName.ends_with(c_szBackupSuffix) || sName[c_nHashLength] != '-' ||
+    return !bSound ? 'u' : *bSound ? 's' : 'd';
+}
+
+// "-s" before the ending; older copies have none.
+bool ParseSound(std::string_view sLetter, std::optional<bool>& bSound)
+{
+    bSound.reset();
+    if (sLetter.empty() || sLetter == "-u")
+        return true;
+    bSound = sLetter == "-s";
+    return *bSound || sLetter == "-d";
+}
+
+bool ParseName(const std::string& sName, std::string& sHash, uint64_t& nTime, std::optional<bool>& bSound)
+{
+    constexpr size_t nLength = c_nHashLength + 1 + c_nTimeLength + 1 + c_nMarkLength;
+    const std::string_view sSuffix = c_szBackupSuffix;
+    if (sName.size() < nLength + sSuffix.size() || !sName.ends_with(sSuffix) || sName[c_nHashLength] != '-' ||
         sName[c_nHashLength + 1 + c_nTimeLength] != '-')
+        return false;
+    const std::string_view sBehind = std::string_view(sName).substr(nLength);
+    if (!ParseSound(sBehind.substr(0, sBehind.size() - sSuffix.size()), bSound))
         return false;
     sHash = sName.substr(0, c_nHashLength);
     nTime = 0;
@@ -116,7 +138,8 @@ CBackupStore::CItems CBackupStore::Scan() const
     {
         std::string sHash;
         CItem item;
-        if (entry.m_bDirectory || entry.m_bLink || !ParseName(entry.m_sName, sHash, item.m_nTime))
+        if (entry.m_bDirectory || entry.m_bLink ||
+            !ParseName(entry.m_sName, sHash, item.m_nTime, item.m_bSound))
             continue;
         item.m_nSize = FileSize(sDirectory + '/' + entry.m_sName);
         item.m_sName = entry.m_sName;
@@ -199,6 +222,7 @@ std::string CBackupStore::KeepNow(const std::string& sPath)
     }
 
     CItem item;
+    item.m_bSound = Examine(sPath, sContent);
     if (!Write(sHash, sOwner, sContent, FileMode(sPath), item))
     {
         m_sLastProblem = "A backup copy of " + sName + " can't be written to " + sDirectory + ".";
@@ -206,7 +230,7 @@ std::string CBackupStore::KeepNow(const std::string& sPath)
     }
     const std::string sNewName = item.m_sName;
     m_Items[sHash].push_back(std::move(item));
-    Prune(sHash, sNewName);
+    Prune(sPath, sHash, sNewName);
     m_nFolderTime = FolderTime();
     return sDirectory + '/' + sNewName;
 }
@@ -232,7 +256,7 @@ bool CBackupStore::Write(const std::string& sHash, const std::string& sOwner, co
     std::random_device random;
     item.m_nSize = sContent.size();
     item.m_sName = sHash + '-' + TimeText(item.m_nTime) + '-' + Hex(random() & 0xFFFFFFFFu, c_nMarkLength) +
-                   c_szBackupSuffix;
+                   '-' + SoundLetter(item.m_bSound) + c_szBackupSuffix;
     if (!WriteFileSafely(sDirectory + '/' + item.m_sName, sContent, nMode))
         return false;
     writeOwner(); // another program may just have tidied up
@@ -251,11 +275,71 @@ void CBackupStore::Remove(const std::string& sHash, size_t nIndex)
     m_Items.erase(it);
 }
 
-void CBackupStore::Prune(const std::string& sHash, const std::string& sKeep)
+// What the check says. When memory runs out over it nothing is known, and no save fails for that.
+std::optional<bool> CBackupStore::Examine(const std::string& sPath, const std::string& sContent) const
 {
-    while (m_Items[sHash].size() > c_nKeptPerFile)
-        Remove(sHash, 0);
+    std::optional<bool> bSound;
+    TryAllocating(
+        [&]
+        {
+            if (m_IsSound)
+                bSound = m_IsSound(sPath, sContent);
+        });
+    return bSound;
+}
 
+std::optional<bool> CBackupStore::IsSound(const std::string& sPath, const CEntry& entry) const
+{
+    std::string sContent;
+    if (!ReadWholeFile(entry.m_sBackup, sContent, c_nMaxFile))
+        return false;
+    return Examine(sPath, sContent);
+}
+
+// The newest copy that is said to be sound; the number of copies without one.
+size_t CBackupStore::FindLastSound(const std::vector<CItem>& items) const
+{
+    for (size_t i = items.size(); i-- > 0;)
+    {
+        if (items[i].m_bSound.value_or(false))
+            return i;
+    }
+    return items.size();
+}
+
+// Whether a copy may make room for newer ones.
+bool CBackupStore::MayGo(const std::vector<CItem>& items, size_t nIndex) const
+{
+    return nIndex != FindLastSound(items) && items[nIndex].m_sName != m_sInUse;
+}
+
+// Copies of earlier versions say nothing of themselves: they are looked at before one of them may have to go.
+void CBackupStore::ExamineUntilSound(const std::string& sPath, std::vector<CItem>& items) const
+{
+    for (size_t i = items.size(); i-- > 0 && FindLastSound(items) == items.size();)
+    {
+        if (!items[i].m_bSound)
+            items[i].m_bSound = IsSound(sPath, {GetDirectory() + '/' + items[i].m_sName});
+    }
+}
+
+void CBackupStore::Prune(const std::string& sPath, const std::string& sHash, const std::string& sKeep)
+{
+    std::vector<CItem>& items = m_Items[sHash];
+    if (items.size() > c_nKeptPerFile && m_IsSound)
+        ExamineUntilSound(sPath, items);
+    for (size_t i = 0; items.size() > c_nKeptPerFile && i < items.size();)
+    {
+        if (MayGo(items, i))
+            Remove(sHash, i);
+        else
+            ++i;
+    }
+    PruneTotal(sKeep);
+}
+
+void CBackupStore::PruneTotal(const std::string& sKeep)
+{
     uint64_t nTotal = 0;
     for (const auto& [sOther, list] : m_Items)
     {
@@ -265,28 +349,42 @@ void CBackupStore::Prune(const std::string& sHash, const std::string& sKeep)
     if (nTotal <= m_nMaxTotal)
         return;
 
-    // All but the one that the save at hand relies on, oldest first.
-    std::vector<std::pair<uint64_t, std::string>> oldest;
+    // All but the one that the save at hand relies on, oldest first; the last sound one of each file behind these.
+    struct CCandidate
+    {
+        bool m_bLastSound;
+        uint64_t m_nTime;
+        std::string m_sHash;
+        std::string m_sName;
+        bool operator<(const CCandidate& other) const
+        {
+            return std::tie(m_bLastSound, m_nTime, m_sHash) <
+                   std::tie(other.m_bLastSound, other.m_nTime, other.m_sHash);
+        }
+    };
+    std::vector<CCandidate> candidates;
     for (const auto& [sOther, list] : m_Items)
     {
-        for (const CItem& item : list)
+        const size_t nLastSound = FindLastSound(list);
+        for (size_t i = 0; i < list.size(); ++i)
         {
-            if (item.m_sName != sKeep)
-                oldest.emplace_back(item.m_nTime, sOther);
+            if (list[i].m_sName != sKeep && list[i].m_sName != m_sInUse)
+                candidates.push_back({i == nLastSound, list[i].m_nTime, sOther, list[i].m_sName});
         }
     }
-    std::sort(oldest.begin(), oldest.end());
-    for (const auto& [nTime, sOther] : oldest)
+    std::sort(candidates.begin(), candidates.end());
+    for (const CCandidate& candidate : candidates)
     {
         if (nTotal <= m_nMaxTotal)
             break;
-        nTotal -= Cost(m_Items[sOther].front().m_nSize);
-        Remove(sOther, 0);
+        const std::vector<CItem>& list = m_Items[candidate.m_sHash];
+        const auto found = std::find_if(list.begin(), list.end(),
+                                        [&](const CItem& item) { return item.m_sName == candidate.m_sName; });
+        nTotal -= Cost(found->m_nSize);
+        Remove(candidate.m_sHash, static_cast<size_t>(found - list.begin()));
     }
 }
 
-// What programs that were killed while they wrote have left here; once for each store. A young one may just
-// be written.
 std::vector<CBackupStore::CEntry> CBackupStore::List(const std::string& sPath) const
 {
     std::vector<CEntry> entries;
@@ -295,8 +393,33 @@ std::vector<CBackupStore::CEntry> CBackupStore::List(const std::string& sPath) c
     if (it == items.end())
         return entries;
     for (auto item = it->second.rbegin(); item != it->second.rend(); ++item)
-        entries.push_back({GetDirectory() + '/' + item->m_sName, item->m_nTime, item->m_nSize});
+        entries.push_back(
+            {GetDirectory() + '/' + item->m_sName, item->m_nTime, item->m_nSize, item->m_bSound});
     return entries;
+}
+
+std::optional<size_t> CBackupStore::ChooseSound(const std::string& sPath) const
+{
+    std::string sPresent;
+    const bool bPresent = FileSize(sPath) > 0 && ReadWholeFile(sPath, sPresent, c_nMaxFile);
+    std::optional<size_t> nEqual; // sound, and what the file holds
+    std::optional<size_t> nUnknown;
+    const std::vector<CEntry> entries = List(sPath);
+    for (size_t i = 0; i < entries.size(); ++i)
+    {
+        std::string sContent;
+        if (!ReadWholeFile(entries[i].m_sBackup, sContent, c_nMaxFile))
+            continue;
+        const bool bEqual = bPresent && sContent == sPresent;
+        const std::optional<bool> bSound = Examine(sPath, sContent);
+        if (bSound.value_or(false) && !bEqual)
+            return i;
+        if (bSound.value_or(false) && !nEqual)
+            nEqual = i;
+        if (!bSound && !bEqual && !nUnknown)
+            nUnknown = i;
+    }
+    return nEqual ? nEqual : nUnknown;
 }
 
 std::vector<CBackupStore::CKeptFile> CBackupStore::ListAll() const
@@ -311,7 +434,8 @@ std::vector<CBackupStore::CKeptFile> CBackupStore::ListAll() const
         if (!bRead || HashOf(file.m_sPath) != sHash)
             file.m_sPath.clear();
         for (auto item = list.rbegin(); item != list.rend(); ++item)
-            file.m_Entries.push_back({GetDirectory() + '/' + item->m_sName, item->m_nTime, item->m_nSize});
+            file.m_Entries.push_back(
+                {GetDirectory() + '/' + item->m_sName, item->m_nTime, item->m_nSize, item->m_bSound});
         files.push_back(std::move(file));
     }
     std::sort(files.begin(), files.end(),
@@ -343,8 +467,11 @@ bool CBackupStore::Recover(const std::string& sPath, size_t nIndex, std::string&
         return false;
     }
     const unsigned nMode = FileMode(entries[nIndex].m_sBackup);
-    // The content is in memory by now, so it doesn't matter if this pushes the copy out.
-    if (FileSize(sPath) > 0 && Keep(sPath).empty())
+    // Killed in between, a later recovery must still find it.
+    m_sInUse = entries[nIndex].m_sBackup.substr(entries[nIndex].m_sBackup.rfind('/') + 1);
+    const bool bKept = FileSize(sPath) == 0 || !Keep(sPath).empty();
+    m_sInUse.clear();
+    if (!bKept)
     {
         sError = m_sLastProblem;
         return false;

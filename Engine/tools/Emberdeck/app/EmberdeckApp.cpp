@@ -65,7 +65,7 @@ CEmberdeckApp::CEmberdeckApp(const CAppServices& services)
     : m_Services(services),
       m_Context{m_SpellMgr,      m_EffectModule, m_Clipboard,        m_EffectTree,     m_PrefabTree,
                 m_sResourceRoot, m_Edits,        services.m_Prompts, HostOf(services), DocumentsOf(services)},
-      m_Backups(services.m_sBackupDirectory)
+      m_Backups(services.m_sBackupDirectory, IsWholeEffectFile)
 {
 }
 
@@ -325,9 +325,8 @@ bool CEmberdeckApp::SaveEffectFile()
     if (m_sFileName.empty())
         return SaveEffectFileAs();
 
-    bool bMaySave = true; // without memory for the question the save tells of its own failure
-    TryAllocating([this, &bMaySave] { bMaySave = MaySaveOver(std::string(m_sFileName)); });
-    if (!bMaySave)
+    bool bMaySave = false; // without memory for the question the save fails, and says so
+    if (TryAllocating([this, &bMaySave] { bMaySave = MaySaveOver(std::string(m_sFileName)); }) && !bMaySave)
         return false;
 
     bool bSaved = false;
@@ -335,6 +334,8 @@ bool CEmberdeckApp::SaveEffectFile()
     TryAllocating(
         [&]
         {
+            if (!bMaySave)
+                return;
             // A copy: the prompts of source control may run anything.
             const std::string sPath = m_sFileName;
             m_Services.m_SourceControl.EnsureCheckedOut(sPath.c_str(), 0);
@@ -353,7 +354,8 @@ bool CEmberdeckApp::SaveEffectFile()
         });
     if (bSaved)
     {
-        AcceptDamage();
+        if (!m_sDamagedFile.empty() && IsSameFile(m_sFileName, m_sDamagedFile))
+            AcceptDamage();
         TellDone("Saved", m_sFileName);
     }
     if (!bSaved)

@@ -1,5 +1,6 @@
 #include <CLI/CLI.hpp>
 
+#include "app/Advice.h"
 #include "batch/Batch.h"
 #include "batch/Output.h"
 #include "formats/LoadFindings.h"
@@ -17,6 +18,24 @@ struct CCheckRequest
     bool m_bResources = false;
 };
 
+// The names that programs know kinds of findings by.
+const char* KindName(EFinding eKind)
+{
+    switch (eKind)
+    {
+    case EFinding::eCut:
+        return "cut";
+    case EFinding::eConflict:
+        return "conflict";
+    case EFinding::eMissingType:
+        return "missing type";
+    case EFinding::eMissingFile:
+        return "missing resource";
+    default:
+        return "repair";
+    }
+}
+
 // Files of the resource folder that properties name and that aren't there.
 void FindMissingResources(const CEmberdeckApp& app, CLoadReport& report)
 {
@@ -25,9 +44,10 @@ void FindMissingResources(const CEmberdeckApp& app, CLoadReport& report)
         [&](const CSpell& spell, const CKey& key, const CEffectProperty& prop, const std::string& sFile)
         {
             if (!FileExists(NativePath(app.m_sResourceRoot + sFile)))
-                report.OnFinding({spell.m_szName, KeyTitle(key),
-                                  "The file \"" + sFile + "\" of property " + DescName(*prop.GetDesc()) +
-                                      " isn't there."});
+                report.OnFinding(
+                    {spell.m_szName, KeyTitle(key),
+                     "The file \"" + sFile + "\" of property " + DescName(*prop.GetDesc()) + " isn't there.",
+                     EFinding::eMissingFile});
         });
 }
 
@@ -56,15 +76,19 @@ CJson CheckOne(const std::string& sFile, const CCheckRequest& request, const CBa
     {
         list.push_back({{"effect", ReadableText(finding.m_sEffect)},
                         {"key", ReadableText(finding.m_sKey)},
-                        {"text", ReadableText(finding.m_sText)}});
+                        {"text", ReadableText(finding.m_sText)},
+                        {"kind", KindName(finding.m_eKind)}});
         if (!options.m_bJson)
             std::printf("%s: %s\n", sFile.c_str(), ReadableText(FindingLine(finding)).c_str());
     }
     if (!options.m_bJson && !options.m_bQuiet && bLoaded)
         std::printf("%s: %s\n", sFile.c_str(),
-                    nFindings == 0 ? "sound" : (std::to_string(nFindings) + " findings").c_str());
+                    report.IsDamaged() ? ("not whole: " + DamageText(report)).c_str()
+                    : nFindings == 0   ? "sound"
+                                       : (std::to_string(nFindings) + " findings").c_str());
     return {{"file", ReadableText(sFile)},
             {"loaded", bLoaded},
+            {"whole", bLoaded && !report.IsDamaged()},
             {"error", ReadableText(bLoaded || !sError.empty() ? sError : session.m_Prompts.GetLastFailure())},
             {"findings", std::move(list)}};
 }

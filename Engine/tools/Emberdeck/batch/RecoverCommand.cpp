@@ -1,10 +1,12 @@
 #include <ctime>
+#include <optional>
 
 #include <CLI/CLI.hpp>
 
 #include "app/BackupStore.h"
 #include "batch/Batch.h"
 #include "batch/Output.h"
+#include "formats/EmberdeckQSA.h"
 
 namespace
 {
@@ -12,7 +14,7 @@ struct CRecoverRequest
 {
     std::string m_sFile;
     bool m_bList = false;
-    uint32_t m_nCopy = 1; // 1 is the newest
+    std::optional<uint32_t> m_nCopy; // 1 is the newest; none: the newest one that is sound
 };
 
 std::string TimeText(uint64_t nNanoseconds)
@@ -25,19 +27,34 @@ std::string TimeText(uint64_t nNanoseconds)
     return szText;
 }
 
-int List(const CRecoverRequest& request, const std::vector<CBackupStore::CEntry>& entries, const CBatchOptions& options)
+const char* TellSound(std::optional<bool> bSound)
+{
+    return !bSound ? "unknown" : *bSound ? "sound" : "damaged";
+}
+
+CJson SoundJson(std::optional<bool> bSound)
+{
+    return bSound ? CJson(*bSound) : CJson();
+}
+
+int List(const CRecoverRequest& request, const CBackupStore& store,
+         const std::vector<CBackupStore::CEntry>& entries, const CBatchOptions& options)
 {
     CJson list = CJson::array();
     for (size_t i = 0; i < entries.size(); ++i)
     {
         const CBackupStore::CEntry& entry = entries[i];
+        const std::optional<bool> bSound =
+            entry.m_bSound ? entry.m_bSound : store.IsSound(request.m_sFile, entry);
         list.push_back({{"copy", i + 1},
                         {"saved", TimeText(entry.m_nTime)},
                         {"bytes", entry.m_nSize},
+                        {"sound", SoundJson(bSound)},
                         {"path", ReadableText(entry.m_sBackup)}});
         if (!options.m_bJson)
-            std::printf("%zu  %s  %llu bytes  %s\n", i + 1, TimeText(entry.m_nTime).c_str(),
-                        static_cast<unsigned long long>(entry.m_nSize), entry.m_sBackup.c_str());
+            std::printf("%zu  %s  %-7s  %llu bytes  %s\n", i + 1, TimeText(entry.m_nTime).c_str(),
+                        TellSound(bSound), static_cast<unsigned long long>(entry.m_nSize),
+                        entry.m_sBackup.c_str());
     }
     if (options.m_bJson)
         PrintJson(list);
@@ -48,33 +65,49 @@ int List(const CRecoverRequest& request, const std::vector<CBackupStore::CEntry>
 
 int Recover(const CRecoverRequest& request, const CBatchOptions& options)
 {
-    CBackupStore store;
+    CBackupStore store(std::string(), IsWholeEffectFile);
     const std::vector<CBackupStore::CEntry> entries = store.List(request.m_sFile);
     if (request.m_bList)
-        return List(request, entries, options);
+        return List(request, store, entries, options);
     if (entries.empty())
-        return Fail("there is no copy of " + request.m_sFile + ". Copies are made when Emberdeck saves over a file");
-    if (request.m_nCopy < 1 || request.m_nCopy > entries.size())
-        return Fail("there are " + std::to_string(entries.size()) + " copies of " + request.m_sFile + ", and no number " +
-                    std::to_string(request.m_nCopy) + ". Run the command with --list to see them");
-    const CBackupStore::CEntry chosen = entries[request.m_nCopy - 1];
+        return Fail("there is no copy of " + request.m_sFile +
+                    ". Copies are made when Emberdeck saves over a file");
+    if (request.m_nCopy && (*request.m_nCopy < 1 || *request.m_nCopy > entries.size()))
+        return Fail("there are " + std::to_string(entries.size()) + " copies of " + request.m_sFile +
+                    ", and no number " + std::to_string(*request.m_nCopy) +
+                    ". Run the command with --list to see them");
+    const std::optional<size_t> nChosen =
+        request.m_nCopy ? std::optional<size_t>(*request.m_nCopy - 1) : store.ChooseSound(request.m_sFile);
+    if (!nChosen)
+        return Fail("no copy of " + request.m_sFile +
+                    " is whole. Run the command with --list to see them, and with "
+                    "--copy to take one all the same");
+    const CBackupStore::CEntry chosen = entries[*nChosen];
+    const std::optional<bool> bSound = store.IsSound(request.m_sFile, chosen);
     std::string sError;
-    if (!store.Recover(request.m_sFile, request.m_nCopy - 1, sError))
+    if (!store.Recover(request.m_sFile, *nChosen, sError))
         return Fail(sError);
     if (options.m_bJson)
-        PrintJson({{"file", ReadableText(request.m_sFile)}, {"saved", TimeText(chosen.m_nTime)}, {"bytes", chosen.m_nSize}});
+        PrintJson({{"file", ReadableText(request.m_sFile)},
+                   {"copy", *nChosen + 1},
+                   {"saved", TimeText(chosen.m_nTime)},
+                   {"bytes", chosen.m_nSize},
+                   {"sound", SoundJson(bSound)}});
     else if (!options.m_bQuiet)
-        std::printf("%s is as it was before the save of %s\n", request.m_sFile.c_str(), TimeText(chosen.m_nTime).c_str());
+        std::printf("%s is as it was before the save of %s (copy %zu, %s)\n", request.m_sFile.c_str(),
+                    TimeText(chosen.m_nTime).c_str(), *nChosen + 1, TellSound(bSound));
     return eExit_Done;
 }
 } // namespace
 
 void AddRecoverCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult)
 {
-    CLI::App* pCommand = app.add_subcommand("recover", "Bring back what a file held before it was saved over");
+    CLI::App* pCommand =
+        app.add_subcommand("recover", "Bring back what a file held before it was saved over");
     auto pRequest = std::make_shared<CRecoverRequest>();
     pCommand->add_option("FILE", pRequest->m_sFile, "The library")->required();
     pCommand->add_flag("--list", pRequest->m_bList, "Only list the copies, newest first");
-    pCommand->add_option("--copy", pRequest->m_nCopy, "Number of the copy in that list")->capture_default_str();
+    pCommand->add_option("--copy", pRequest->m_nCopy,
+                         "Number of the copy in that list; by default the newest one that is sound");
     pCommand->callback([&options, &nResult, pRequest] { nResult = Recover(*pRequest, options); });
 }
