@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "model/MakeOrNull.h"
 #include "timeline/KeyIndex.h"
 #include "timeline/TrackStatus.h"
 #include "timeline/gestures/CarryKey.h"
@@ -183,9 +184,11 @@ void CTrackWnd::StepGesture(CPoint pt)
 
 void CTrackWnd::EndGesture()
 {
-    if (const std::optional<CLanding> landing = m_pGesture->Landing())
-        m_Context.m_Host.ShowStatus(landing->m_bRoom ? "" : c_szCarryRefused);
+    const std::optional<CLanding> landing = m_pGesture->Landing();
     m_pGesture->Release();
+    // Behind the drop: without memory for the words the key is where it belongs.
+    if (landing)
+        TryAllocating([&] { m_Context.m_Host.ShowStatus(landing->m_bRoom ? "" : c_szCarryRefused); });
     m_pGesture.reset();
     SetCursor(ECursorShape::eArrow);
     Refresh();
