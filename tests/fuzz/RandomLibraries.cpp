@@ -67,7 +67,7 @@ public:
         }
         return s + ")";
     }
-    std::string Library()
+    std::string NextText()
     {
         std::string s =
             "(header (version 1)) (prefab-tree (container (name R) (children (prefab (name P) (type A) " +
@@ -106,7 +106,7 @@ TEST(RandomLibraries, LoadSaveAndPackAtOnce)
     {
         CRandomTexts texts(nRound);
         CTestModule types([&](CTestPlugin& plugin) { texts.Table(plugin); });
-        const std::string sText = texts.Library();
+        const std::string sText = texts.NextText();
         CFuzzLibrary library(types.m_Module), again(types.m_Module);
         ASSERT_TRUE(library.Load(sText)) << library.m_sError << sText;
         library.m_SpellMgr.ForEachKey([](CSpell&, CKey& key) { ExpectSettled(key); });
