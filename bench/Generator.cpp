@@ -23,8 +23,8 @@ private:
     uint64_t m_nState;
 };
 
-CEffectPropertyDesc Desc(const char* pszName, EEffectPropertyType eType, const char* pszData, bool bCurve = false,
-                         bool bInterpolate = false)
+CEffectPropertyDesc Desc(const char* pszName, EEffectPropertyType eType, const char* pszData,
+                         bool bCurve = false, bool bInterpolate = false)
 {
     CEffectPropertyDesc desc = {};
     std::strncpy(desc.m_szName, pszName, sizeof(desc.m_szName) - 1);
@@ -50,11 +50,13 @@ struct CTable
                       Desc("Offset", ePropType_Vector, ""),
                       Desc("Frames", ePropType_Int, "1;64"),
                       Desc("Layer", ePropType_String, "")};
-        m_Props[1] = {Desc("Texture", ePropType_Filename, ""),     Desc("Rate", ePropType_Float, "0;", true, true),
-                      Desc("Direction", ePropType_Vector, "-1;1"), Desc("Spread", ePropType_Float, "0;180"),
-                      Desc("Gravity", ePropType_Float, ""),        Desc("Colour", ePropType_Color, "", true, true),
-                      Desc("Lifetime", ePropType_Float, "0;60"),   Desc("Burst", ePropType_Int, "", true, false)};
-        m_Props[2] = {Desc("Colour", ePropType_Color, "", true, true), Desc("Radius", ePropType_Float, "0;", true, true),
+        m_Props[1] = {
+            Desc("Texture", ePropType_Filename, ""),     Desc("Rate", ePropType_Float, "0;", true, true),
+            Desc("Direction", ePropType_Vector, "-1;1"), Desc("Spread", ePropType_Float, "0;180"),
+            Desc("Gravity", ePropType_Float, ""),        Desc("Colour", ePropType_Color, "", true, true),
+            Desc("Lifetime", ePropType_Float, "0;60"),   Desc("Burst", ePropType_Int, "", true, false)};
+        m_Props[2] = {Desc("Colour", ePropType_Color, "", true, true),
+                      Desc("Radius", ePropType_Float, "0;", true, true),
                       Desc("Position", ePropType_Vector, ""), Desc("Shadows", ePropType_Enum, "No,Yes")};
         m_Props[3] = {Desc("Sound", ePropType_Filename, ""), Desc("Volume", ePropType_Float, "0;1"),
                       Desc("Animation", ePropType_Animation, ""), Desc("Then", ePropType_FireglassRef, "")};
@@ -72,9 +74,11 @@ struct CTable
     }
 };
 
-const char* const c_aFiles[] = {"fx\\fire\\flame_01.dds", "fx\\fire\\flame_02.dds", "fx\\smoke\\puff_soft.dds",
-                                "fx\\sparks\\spark.dds",  "fx\\sound\\crackle.wav", "fx\\glow.Texture00a"};
-const char* const c_aWords[] = {"Smoke", "Muzzle", "Flash", "Sparks", "Plume", "Glow", "Trail", "Impact", "Debris", "Rain"};
+const char* const c_aFiles[] = {"fx\\fire\\flame_01.dds",   "fx\\fire\\flame_02.dds",
+                                "fx\\smoke\\puff_soft.dds", "fx\\sparks\\spark.dds",
+                                "fx\\sound\\crackle.wav",   "fx\\glow.Texture00a"};
+const char* const c_aWords[] = {"Smoke", "Muzzle", "Flash",  "Sparks", "Plume",
+                                "Glow",  "Trail",  "Impact", "Debris", "Rain"};
 
 std::string Word(CRandom& random)
 {
@@ -93,7 +97,8 @@ void FillValue(CPropData& data, const CEffectPropertyDesc& desc, CRandom& random
         data.SetFloat(random.Fraction() * 10.0f);
         break;
     case ePropType_Color:
-        data.SetColor(MakePropColor(random.Below(256), random.Below(256), random.Below(256), random.Below(256)));
+        data.SetColor(
+            MakePropColor(random.Below(256), random.Below(256), random.Below(256), random.Below(256)));
         break;
     case ePropType_Vector:
         data.SetVector(CVector3{random.Fraction(), random.Fraction(), random.Fraction()});
@@ -154,7 +159,8 @@ void AddPrefabs(CGeneratedLibrary& library, CRandom& random, uint32_t nCount)
 size_t AddKeyTo(CGeneratedLibrary& library, CSpell& spell, uint32_t nTrack, int32_t& nTime, CRandom& random)
 {
     const auto& prefabs = library.m_SpellMgr.Prefabs();
-    CEffectPropertySet* pPrefab = random.Below(3) == 0 ? prefabs[random.Below(static_cast<uint32_t>(prefabs.size()))].get() : nullptr;
+    CEffectPropertySet* pPrefab =
+        random.Below(3) == 0 ? prefabs[random.Below(static_cast<uint32_t>(prefabs.size()))].get() : nullptr;
     const CEffectTypeDesc* pType = pPrefab ? pPrefab->m_pTypeDesc : library.m_Module.GetType(random.Below(4));
     auto pKey = std::make_unique<CKey>(pType);
     pKey->SetParent(pPrefab);
@@ -195,7 +201,8 @@ void GenerateLibrary(CGeneratedLibrary& library, size_t nTextBytes, uint64_t nSe
     for (uint32_t nEffect = 0; nBytes < nTextBytes; ++nEffect)
     {
         if (nEffect % 12 == 0)
-            hGroup = library.m_EffectTree.InsertGroup(Word(random), random.Below(3) ? library.m_EffectTree.GetRootItem() : hGroup);
+            hGroup = library.m_EffectTree.InsertGroup(
+                Word(random), random.Below(3) ? library.m_EffectTree.GetRootItem() : hGroup);
         CSpell* pSpell = library.m_SpellMgr.AddSpell();
         pSpell->SetName(Word(random) + "_" + std::to_string(nEffect));
         const uint32_t nTracks = 2 + random.Below(5);

@@ -21,7 +21,7 @@ namespace
 // One size of library with the same content in each peer's form, in files of a folder of its own.
 struct CContent
 {
-    std::string m_sFile;   // the library
+    std::string m_sFile; // the library
     std::string m_sText;
     std::string m_sJson;
     std::string m_sXml;
@@ -29,7 +29,10 @@ struct CContent
 
 std::string g_sDir;
 
-std::string FilePath(const char* pszName, size_t nMegabytes) { return g_sDir + "/" + pszName + std::to_string(nMegabytes); }
+std::string FilePath(const char* pszName, size_t nMegabytes)
+{
+    return g_sDir + "/" + pszName + std::to_string(nMegabytes);
+}
 
 bool MakeLibraryFile(size_t nMegabytes, const std::string& sFile)
 {
@@ -63,8 +66,9 @@ void PrintSamples(const char* pszStep, const std::vector<CSample>& samples, size
     {
         const double fMb = static_cast<double>(nTextBytes) / 1e6;
         if (sample.m_bOk)
-            std::printf("| %s | %s | %.3f | %.3f | %.3f | %.0f |\n", pszStep, sample.m_sName.c_str(), sample.m_fMedian * 1e3,
-                        sample.m_fMin * 1e3, sample.m_fMax * 1e3, fMb / sample.m_fMedian);
+            std::printf("| %s | %s | %.3f | %.3f | %.3f | %.0f |\n", pszStep, sample.m_sName.c_str(),
+                        sample.m_fMedian * 1e3, sample.m_fMin * 1e3, sample.m_fMax * 1e3,
+                        fMb / sample.m_fMedian);
         else
             std::printf("| %s | %s | failed | | | |\n", pszStep, sample.m_sName.c_str());
     }
@@ -73,7 +77,9 @@ void PrintSamples(const char* pszStep, const std::vector<CSample>& samples, size
 
 void PrintHead(const char* pszTitle)
 {
-    std::printf("\n### %s\n\n| step | who | median ms | min | max | MB of node text/s |\n|---|---|---|---|---|---|\n", pszTitle);
+    std::printf(
+        "\n### %s\n\n| step | who | median ms | min | max | MB of node text/s |\n|---|---|---|---|---|---|\n",
+        pszTitle);
 }
 
 void MeasureWarm(const CContent& content, int nRounds)
@@ -171,14 +177,15 @@ void MeasureCold(size_t nMegabytes, const CContent& content, int nRounds)
     const auto cold = [](const char* pszWho, const std::string& sFile) {
         return CSubject{pszWho, [=] { return MeasureInFreshProcess({"--cold", pszWho, sFile}); }};
     };
-    PrintSamples("text to tree, cold",
-                 MeasureRounds({cold("emberdeck", content.m_sFile), cold("pugixml", FilePath("xml", nMegabytes)),
-                                cold("pugixml-inplace", FilePath("xml", nMegabytes)),
-                                cold("rapidjson", FilePath("json", nMegabytes)),
-                                cold("rapidjson-insitu", FilePath("json", nMegabytes)),
-                                cold("simdjson", FilePath("json", nMegabytes)), cold("load", content.m_sFile)},
-                               nRounds),
-                 content.m_sText.size());
+    PrintSamples(
+        "text to tree, cold",
+        MeasureRounds({cold("emberdeck", content.m_sFile), cold("pugixml", FilePath("xml", nMegabytes)),
+                       cold("pugixml-inplace", FilePath("xml", nMegabytes)),
+                       cold("rapidjson", FilePath("json", nMegabytes)),
+                       cold("rapidjson-insitu", FilePath("json", nMegabytes)),
+                       cold("simdjson", FilePath("json", nMegabytes)), cold("load", content.m_sFile)},
+                      nRounds),
+        content.m_sText.size());
 }
 
 int RunAll(bool bQuick)
@@ -191,14 +198,16 @@ int RunAll(bool bQuick)
         CContent content;
         if (!MakeContent(nMegabytes, true, content) || !CheckAgainstTwins(content.m_sText))
             return 1;
-        PrintHead((std::to_string(nMegabytes) + " MB, " + std::to_string(content.m_sText.size()) + " bytes of node text").c_str());
+        PrintHead((std::to_string(nMegabytes) + " MB, " + std::to_string(content.m_sText.size()) +
+                   " bytes of node text")
+                      .c_str());
         const int nRounds = bQuick ? 3 : nMegabytes == 1 ? 51 : 15;
         MeasureWarm(content, nRounds);
         MeasureCold(nMegabytes, content, bQuick ? 3 : 11);
         const double fTree = MeasureInFreshProcess({"--cold", "tree-memory", content.m_sFile});
         const double fDom = MeasureInFreshProcess({"--cold", "pugixml-memory", FilePath("xml", nMegabytes)});
-        std::printf("\nMemory beyond the text: node tree %.2f MB, pugixml DOM %.2f MB, ratio %.2f\n", fTree / 1e6, fDom / 1e6,
-                    fTree / fDom);
+        std::printf("\nMemory beyond the text: node tree %.2f MB, pugixml DOM %.2f MB, ratio %.2f\n",
+                    fTree / 1e6, fDom / 1e6, fTree / fDom);
     }
     if (!bQuick)
     {
@@ -209,17 +218,18 @@ int RunAll(bool bQuick)
         std::vector<uint8_t> packed;
         StepCompress(content.m_sText, &packed);
         const std::string sOut = g_sDir + "/out";
-        PrintSamples("scale",
-                     MeasureRounds({{"text to tree", [&] { return StepTextToTree(content.m_sText); }},
-                                    {"text to tree, kept", [&] { return StepTextToTreeKept(content.m_sText); }},
-                                    {"tree to text", [&] { return StepTreeToText(content.m_sText); }},
-                                    {"compress", [&] { return StepCompress(content.m_sText); }},
-                                    {"decompress", [&] { return StepDecompress(packed, content.m_sText.size()); }},
-                                    {"LoadEffectLibrary", [&] { return StepLoadLibrary(content.m_sFile); }},
-                                    {"SaveEffectLibrary", [&] { return StepSaveLibrary(content.m_sFile, sOut); }},
-                                    {"PackEffectLibrary", [&] { return StepPackLibrary(content.m_sFile, sOut); }}},
-                                   3),
-                     content.m_sText.size());
+        PrintSamples(
+            "scale",
+            MeasureRounds({{"text to tree", [&] { return StepTextToTree(content.m_sText); }},
+                           {"text to tree, kept", [&] { return StepTextToTreeKept(content.m_sText); }},
+                           {"tree to text", [&] { return StepTreeToText(content.m_sText); }},
+                           {"compress", [&] { return StepCompress(content.m_sText); }},
+                           {"decompress", [&] { return StepDecompress(packed, content.m_sText.size()); }},
+                           {"LoadEffectLibrary", [&] { return StepLoadLibrary(content.m_sFile); }},
+                           {"SaveEffectLibrary", [&] { return StepSaveLibrary(content.m_sFile, sOut); }},
+                           {"PackEffectLibrary", [&] { return StepPackLibrary(content.m_sFile, sOut); }}},
+                          3),
+            content.m_sText.size());
     }
     std::filesystem::remove_all(g_sDir);
     return 0;
@@ -231,13 +241,15 @@ int main(int argc, char** argv)
     if (argc == 4 && std::strcmp(argv[1], "--cold") == 0)
         return RunCold(argv[2], argv[3]);
     if (argc == 4 && std::strcmp(argv[1], "--make") == 0)
-        return MakeLibraryFile(static_cast<size_t>(std::clamp(QSTextToInt(argv[2]), 1, 1000)), argv[3]) ? 0 : 1;
+        return MakeLibraryFile(static_cast<size_t>(std::clamp(QSTextToInt(argv[2]), 1, 1000)), argv[3]) ? 0
+                                                                                                        : 1;
     const bool bQuick = argc == 2 && std::strcmp(argv[1], "--quick") == 0;
     if (argc != 1 && !bQuick)
     {
-        std::fprintf(stderr, "usage: emberdeck-bench [--quick]\n"
-                             "       emberdeck-bench --make MEGABYTES FILE    a library to profile on\n"
-                             "       emberdeck-bench --cold load|save|pack|emberdeck FILE    one run of one step\n");
+        std::fprintf(stderr,
+                     "usage: emberdeck-bench [--quick]\n"
+                     "       emberdeck-bench --make MEGABYTES FILE    a library to profile on\n"
+                     "       emberdeck-bench --cold load|save|pack|emberdeck FILE    one run of one step\n");
         return 2;
     }
     return RunAll(bQuick);

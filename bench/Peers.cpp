@@ -42,7 +42,8 @@ void AppendJson(std::string& sOut, const CQSANode& node)
 
 void AppendXml(std::string& sOut, const CQSANode& node)
 {
-    const char* pszName = node.GetNumElements() > 0 && node.GetElement(0)->IsAtom() ? node.GetElement(0)->GetValue() : "l";
+    const char* pszName =
+        node.GetNumElements() > 0 && node.GetElement(0)->IsAtom() ? node.GetElement(0)->GetValue() : "l";
     (sOut += '<') += pszName;
     sOut += '>';
     for (uint32_t i = 1; i < node.GetNumElements(); ++i)
@@ -145,20 +146,27 @@ struct CPeerWriters::CTrees
     rapidjson::Document m_Json;
 };
 
-CPeerWriters::CPeerWriters(const std::string& sXml, const std::string& sJson) : m_pTrees(std::make_unique<CTrees>().release())
+CPeerWriters::CPeerWriters(const std::string& sXml, const std::string& sJson)
+    : m_pTrees(std::make_unique<CTrees>().release())
 {
     m_pTrees->m_Xml.load_buffer(sXml.data(), sXml.size());
     m_pTrees->m_Json.Parse(sJson.data(), sJson.size());
 }
 
-CPeerWriters::~CPeerWriters() { std::unique_ptr<CTrees>(m_pTrees).reset(); }
+CPeerWriters::~CPeerWriters()
+{
+    std::unique_ptr<CTrees>(m_pTrees).reset();
+}
 
 // Both write into memory that is kept from run to run, as Emberdeck's own writer does.
 double CPeerWriters::WritePugixml() const
 {
     struct CWriter : pugi::xml_writer
     {
-        void write(const void* pData, size_t nSize) override { m_sText.append(static_cast<const char*>(pData), nSize); }
+        void write(const void* pData, size_t nSize) override
+        {
+            m_sText.append(static_cast<const char*>(pData), nSize);
+        }
         std::string m_sText;
     };
     static CWriter s_Writer;
@@ -200,8 +208,9 @@ CPacked CompressLz4(const std::string& sText)
     CPacked packed;
     packed.m_Bytes.resize(static_cast<size_t>(LZ4_compressBound(static_cast<int>(sText.size()))));
     const double fStart = Now();
-    const int nSize = LZ4_compress_default(sText.data(), packed.m_Bytes.data(), static_cast<int>(sText.size()),
-                                           static_cast<int>(packed.m_Bytes.size()));
+    const int nSize =
+        LZ4_compress_default(sText.data(), packed.m_Bytes.data(), static_cast<int>(sText.size()),
+                             static_cast<int>(packed.m_Bytes.size()));
     const double fTime = Now() - fStart;
     packed.m_Bytes.resize(static_cast<size_t>(nSize > 0 ? nSize : 0));
     packed.m_fSeconds = nSize > 0 ? fTime : -1.0;
@@ -213,7 +222,8 @@ CPacked CompressZstd(const std::string& sText, int nLevel)
     CPacked packed;
     packed.m_Bytes.resize(ZSTD_compressBound(sText.size()));
     const double fStart = Now();
-    const size_t nSize = ZSTD_compress(packed.m_Bytes.data(), packed.m_Bytes.size(), sText.data(), sText.size(), nLevel);
+    const size_t nSize =
+        ZSTD_compress(packed.m_Bytes.data(), packed.m_Bytes.size(), sText.data(), sText.size(), nLevel);
     const double fTime = Now() - fStart;
     packed.m_fSeconds = ZSTD_isError(nSize) ? -1.0 : fTime;
     packed.m_Bytes.resize(ZSTD_isError(nSize) ? 0 : nSize);
@@ -235,7 +245,8 @@ double DecompressLz4(const std::vector<char>& packed, size_t nSize)
 {
     std::vector<char> out(nSize);
     const double fStart = Now();
-    const int nOut = LZ4_decompress_safe(packed.data(), out.data(), static_cast<int>(packed.size()), static_cast<int>(nSize));
+    const int nOut = LZ4_decompress_safe(packed.data(), out.data(), static_cast<int>(packed.size()),
+                                         static_cast<int>(nSize));
     const double fTime = Now() - fStart;
     return nOut == static_cast<int>(nSize) ? fTime : -1.0;
 }
@@ -265,7 +276,8 @@ uint64_t PugixmlMemory(const std::string& sXml)
     static uint64_t s_nPeak;
     s_nBytes = s_nPeak = 0;
     pugi::set_memory_management_functions(
-        [](size_t nSize) -> void* {
+        [](size_t nSize) -> void*
+        {
             s_nBytes += nSize;
             s_nPeak = s_nBytes > s_nPeak ? s_nBytes : s_nPeak;
             return std::malloc(nSize);

@@ -129,8 +129,8 @@ double StepLoadLibrary(const std::string& sFile)
     pLibrary->m_Module.Adopt(BenchTypeTable());
     std::string sError;
     const double fStart = Now();
-    const bool bOk = LoadEffectLibrary(sFile.c_str(), pLibrary->m_SpellMgr, pLibrary->m_Module, &pLibrary->m_EffectTree,
-                                       &pLibrary->m_PrefabTree, sError);
+    const bool bOk = LoadEffectLibrary(sFile.c_str(), pLibrary->m_SpellMgr, pLibrary->m_Module,
+                                       &pLibrary->m_EffectTree, &pLibrary->m_PrefabTree, sError);
     const double fTime = Now() - fStart;
     return bOk ? fTime : -1.0;
 }
@@ -148,8 +148,8 @@ CGeneratedLibrary* Loaded(const std::string& sFile)
         s_pLibrary->m_Module.Adopt(BenchTypeTable());
         s_sFile = sFile;
         std::string sError;
-        if (!LoadEffectLibrary(sFile.c_str(), s_pLibrary->m_SpellMgr, s_pLibrary->m_Module, &s_pLibrary->m_EffectTree,
-                               &s_pLibrary->m_PrefabTree, sError))
+        if (!LoadEffectLibrary(sFile.c_str(), s_pLibrary->m_SpellMgr, s_pLibrary->m_Module,
+                               &s_pLibrary->m_EffectTree, &s_pLibrary->m_PrefabTree, sError))
             s_pLibrary.reset();
     }
     return s_pLibrary.get();
@@ -192,7 +192,8 @@ double PlainTextToTree(const std::string& sText)
 double PlainCompressStep(const std::string& sText)
 {
     const double fStart = Now();
-    const std::vector<uint8_t> out = PlainCompress(reinterpret_cast<const uint8_t*>(sText.data()), sText.size());
+    const std::vector<uint8_t> out =
+        PlainCompress(reinterpret_cast<const uint8_t*>(sText.data()), sText.size());
     const double fTime = Now() - fStart;
     return out.empty() ? -1.0 : fTime;
 }
@@ -210,8 +211,8 @@ bool CheckAgainstTwins(const std::string& sText)
 {
     CTree tree;
     std::vector<CPlainNode> nodes;
-    bool bOk = QSALoadText(sText.data(), sText.size(), &tree.m_Root, &tree.m_Alloc) && PlainReadNodes(sText, nodes) &&
-               nodes.size() == tree.m_Root.GetNumElements();
+    bool bOk = QSALoadText(sText.data(), sText.size(), &tree.m_Root, &tree.m_Alloc) &&
+               PlainReadNodes(sText, nodes) && nodes.size() == tree.m_Root.GetNumElements();
     for (uint32_t i = 0; bOk && i < tree.m_Root.GetNumElements(); ++i)
         bOk = SameTree(*tree.m_Root.GetElement(i), nodes[i]);
     if (!bOk)
@@ -220,18 +221,21 @@ bool CheckAgainstTwins(const std::string& sText)
     // Written and read again: the same tree.
     CQSATextBuffer buffer;
     CTree again;
-    bool bSame = WriteTree(tree.m_Root, buffer) &&
-                 QSALoadText(buffer.GetText().data(), buffer.GetText().size(), &again.m_Root, &again.m_Alloc) &&
-                 again.m_Root.GetNumElements() == nodes.size();
+    bool bSame =
+        WriteTree(tree.m_Root, buffer) &&
+        QSALoadText(buffer.GetText().data(), buffer.GetText().size(), &again.m_Root, &again.m_Alloc) &&
+        again.m_Root.GetNumElements() == nodes.size();
     for (uint32_t i = 0; bSame && i < again.m_Root.GetNumElements(); ++i)
         bSame = SameTree(*again.m_Root.GetElement(i), nodes[i]);
     if (!bSame)
         std::fprintf(stderr, "the writer gives another tree\n");
 
     std::vector<uint8_t> fast, back;
-    const std::vector<uint8_t> plain = PlainCompress(reinterpret_cast<const uint8_t*>(sText.data()), sText.size());
+    const std::vector<uint8_t> plain =
+        PlainCompress(reinterpret_cast<const uint8_t*>(sText.data()), sText.size());
     QSACompress(reinterpret_cast<const uint8_t*>(sText.data()), sText.size(), fast);
-    const bool bPacked = fast == plain && QSADecompress(fast.data(), fast.size(), back) && back.size() == sText.size() &&
+    const bool bPacked = fast == plain && QSADecompress(fast.data(), fast.size(), back) &&
+                         back.size() == sText.size() &&
                          std::memcmp(back.data(), sText.data(), back.size()) == 0;
     if (!bPacked)
         std::fprintf(stderr, "the fast and the plain container disagree\n");

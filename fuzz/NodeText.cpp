@@ -79,8 +79,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
     Require(LoadFile(s_File.Path(), CQSALoadOnlyAlloc(262144)) == sTree, "memory and file differ");
     Require(LoadFile(s_File.Path(), CQSADefaultAlloc()) == sTree, "tokens and loader differ");
     // A NUL leaves a bare value without text, which no file can hold; one more list must find its place.
-    if (bLoaded && sText.find('\0') == std::string::npos &&
-        Depth(twin) < 1000 && sText.size() < 4096)
+    if (bLoaded && sText.find('\0') == std::string::npos && Depth(twin) < 1000 && sText.size() < 4096)
         CheckWriting(root, sTree);
     return 0;
 }

@@ -278,7 +278,8 @@ TEST(DesktopTimeline, ZoomsPansAndScrolls)
         return QToolTip::text();
     };
     EXPECT_EQ("", tipAt(-20));
-    EXPECT_TRUE(tipAt(20).contains(QStringLiteral("1000 ms to 3000 ms, 2000 ms long"))) << tipAt(20).toStdString();
+    EXPECT_TRUE(tipAt(20).contains(QStringLiteral("1000 ms to 3000 ms, 2000 ms long")))
+        << tipAt(20).toStdString();
     QToolTip::hideText();
 
     // The phase's length, by its button.

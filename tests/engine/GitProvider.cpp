@@ -1,5 +1,5 @@
-#include "WorkCopyBench.h"
 #include "shared/engine/GitProvider.h"
+#include "WorkCopyBench.h"
 
 #include <chrono>
 

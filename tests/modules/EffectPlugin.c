@@ -20,14 +20,13 @@ static void Record(char c)
 
 static const CEffectPropertyDesc s_Props[] = {{.m_szName = "Size", .m_eType = ePropType_Float}};
 static const CEffectTypeDesc s_Types[] = {{.m_szName = "Spark", .m_nNumProps = 1, .m_pProps = s_Props}};
-static CEffectTypeTable s_Table = {
-    .m_nVersion = 7,
+static CEffectTypeTable s_Table = {.m_nVersion = 7,
 #ifdef PLUGIN_WILD
-    .m_nNumTypes = 0x7FFFFFFF,
+                                   .m_nNumTypes = 0x7FFFFFFF,
 #else
-    .m_nNumTypes = 1,
+                                    .m_nNumTypes = 1,
 #endif
-    .m_pTypes = s_Types};
+                                   .m_pTypes = s_Types};
 
 EMBERDECK_EXPORT void EmberdeckGetInfo(CEffectTypeTable** ppTable)
 {

@@ -15,13 +15,16 @@
 inline CProcessResult Run(const std::string& sProgram, const std::vector<std::string>& arguments,
                           const std::string& sDirectory = std::string())
 {
-    const CProcessResult result =
-        RunProcess(std::string(EMBERDECK_BIN_DIR) + "/" + sProgram, arguments, sDirectory, 120000, size_t(256) << 20);
+    const CProcessResult result = RunProcess(std::string(EMBERDECK_BIN_DIR) + "/" + sProgram, arguments,
+                                             sDirectory, 120000, size_t(256) << 20);
     EXPECT_TRUE(result.m_bStarted) << sProgram;
     EXPECT_FALSE(result.m_bTimedOut) << sProgram;
     return result;
 }
-inline CProcessResult Batch(const std::vector<std::string>& arguments) { return Run("emberdeck-batch", arguments); }
+inline CProcessResult Batch(const std::vector<std::string>& arguments)
+{
+    return Run("emberdeck-batch", arguments);
+}
 
 // A copy of the sample project with a locator of its own.
 class CSampleProject : public CTempDir
@@ -35,9 +38,13 @@ public:
     }
     void SetPlugin(const std::string& sPath) const
     {
-        write("bonfire.proj00", "[Project Directories]\r\nResourceRoot=resources\r\n[Project Binaries]\r\nFireglass=" + sPath +
-                                    "\r\n[Tools Launch]\r\nPCBinary=" + EMBERDECK_BIN_DIR + "/bonfire\r\n");
+        write("bonfire.proj00",
+              "[Project Directories]\r\nResourceRoot=resources\r\n[Project Binaries]\r\nFireglass=" + sPath +
+                  "\r\n[Tools Launch]\r\nPCBinary=" + EMBERDECK_BIN_DIR + "/bonfire\r\n");
     }
 };
 
-inline bool Holds(const std::string& sText, const std::string& sPart) { return sText.find(sPart) != std::string::npos; }
+inline bool Holds(const std::string& sText, const std::string& sPart)
+{
+    return sText.find(sPart) != std::string::npos;
+}

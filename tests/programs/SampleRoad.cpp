@@ -35,10 +35,12 @@ void ExpectSame(const json& left, const json& right, const std::string& sWhere)
 
 void ExpectGameAgrees(const CSampleProject& project, const std::string& sPacked, const std::string& sPlugin)
 {
-    const CProcessResult dump = Batch({"--json", "dump", project.path(sPacked), "--project", project.path("x")});
+    const CProcessResult dump =
+        Batch({"--json", "dump", project.path(sPacked), "--project", project.path("x")});
     ASSERT_EQ(0, dump.m_nExitCode) << dump.m_sErrors;
-    const CProcessResult game = Run("bonfire", {"--json", "--plugin", std::string(EMBERDECK_BIN_DIR) + "/" + sPlugin,
-                                                project.path(sPacked)});
+    const CProcessResult game =
+        Run("bonfire",
+            {"--json", "--plugin", std::string(EMBERDECK_BIN_DIR) + "/" + sPlugin, project.path(sPacked)});
     ASSERT_EQ(0, game.m_nExitCode) << game.m_sErrors;
     ExpectSame(json::parse(dump.m_sOutput), json::parse(game.m_sOutput), sPacked);
 }
@@ -68,8 +70,12 @@ TEST(SampleRoad, TheGameAgreesWithDump)
 {
     CSampleProject project;
     ASSERT_EQ(0, Batch({"pack", project.path("bonfire.Fx00a")}).m_nExitCode);
-    ASSERT_EQ(0, Batch({"pack", project.path("inferno.Fx00c"), "-o", project.path("other name.Fx00p")}).m_nExitCode);
-    ASSERT_EQ(0, Batch({"pack", project.path("bonfire.Fx00a"), "-o", project.path("x.Fx00p"), "--target", "xenon"}).m_nExitCode);
+    ASSERT_EQ(
+        0,
+        Batch({"pack", project.path("inferno.Fx00c"), "-o", project.path("other name.Fx00p")}).m_nExitCode);
+    ASSERT_EQ(
+        0, Batch({"pack", project.path("bonfire.Fx00a"), "-o", project.path("x.Fx00p"), "--target", "xenon"})
+               .m_nExitCode);
     ExpectGameAgrees(project, "bonfire.Fx00p", "fireglass.so");
     ExpectGameAgrees(project, "other name.Fx00p", "fireglass.so");
     ExpectGameAgrees(project, "x.Fx00p", "fireglass.so");
@@ -100,7 +106,8 @@ TEST(SampleRoad, EachLinkIsOneThatTheTimelineTakes)
                 ++nLinks;
                 const auto target = keys.find(key["link"].get<int64_t>());
                 ASSERT_NE(keys.end(), target) << effect["name"];
-                EXPECT_GT(key["start"].get<double>(), (*target->second)["start"].get<double>()) << effect["name"];
+                EXPECT_GT(key["start"].get<double>(), (*target->second)["start"].get<double>())
+                    << effect["name"];
                 EXPECT_LT(key["end"].get<double>(), (*target->second)["end"].get<double>()) << effect["name"];
             }
         }
@@ -195,7 +202,10 @@ TEST(SampleRoad, TheProjectOfTheBuildFolderCanBeCopiedWhole)
     EXPECT_TRUE(Holds(types.m_sOutput, "Plug-in " + sCopy + "/")) << types.m_sOutput.substr(0, 200);
     ASSERT_EQ(0, Batch({"pack", sCopy + "/bonfire.Fx00a"}).m_nExitCode);
     const CProcessResult launch = RunProcess(
-        "sh", {"-c", std::string(EMBERDECK_BIN_DIR) + "/emberdeck-batch launch bonfire.Fx00a --command-line '--headless bonfire.Fx00p' > played"},
+        "sh",
+        {"-c",
+         std::string(EMBERDECK_BIN_DIR) +
+             "/emberdeck-batch launch bonfire.Fx00a --command-line '--headless bonfire.Fx00p' > played"},
         sCopy, 60000);
     EXPECT_EQ(0, launch.m_nExitCode) << launch.m_sErrors;
     for (int i = 0; i < 100 && ReadBytes(sCopy + "/played").empty(); ++i)

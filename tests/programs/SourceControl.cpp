@@ -53,7 +53,8 @@ protected:
     {
         Do("git", {"init", "-q"}, sFolder);
         Do("git", {"add", "."}, sFolder);
-        Do("git", {"-c", "user.name=Ada", "-c", "user.email=ada@example.com", "commit", "-q", "-m", "all"}, sFolder);
+        Do("git", {"-c", "user.name=Ada", "-c", "user.email=ada@example.com", "commit", "-q", "-m", "all"},
+           sFolder);
     }
     // Both commands that check out end with 1, have done their work, and tell each file once, with the provider.
     void ExpectToldOnce(const std::string& sProvider, const std::string& sWhy) const
@@ -62,7 +63,8 @@ protected:
         for (const std::string sCommand : {"pack", "update"})
         {
             const std::string sWhat = sCommand == "pack" ? "bonfire.Fx00a" : "";
-            const CProcessResult result = Batch({"--json", sCommand, m_Project.path(sWhat), "--checkout", "yes"});
+            const CProcessResult result =
+                Batch({"--json", sCommand, m_Project.path(sWhat), "--checkout", "yes"});
             EXPECT_EQ(1, result.m_nExitCode) << sCommand << sProvider;
             const std::string sLine = m_Project.path("bonfire.Fx00a") + " is not checked out. " + sProvider;
             EXPECT_EQ(1, CountOf(result.m_sErrors, sLine)) << sCommand << result.m_sErrors;
@@ -99,7 +101,8 @@ TEST_F(BatchSourceControl, GitKnowsWhatUpdateAndPackHaveCheckedOut)
     EXPECT_EQ("", Do("git", {"status", "--porcelain"})) << "the sample is saved as the writer has it";
 
     // A file that nobody has added is written without a word; one that is known is checked out first.
-    EXPECT_EQ(0, Batch({"pack", sLibrary, "-o", m_Project.path("new.Fx00p"), "--checkout", "yes"}).m_nExitCode);
+    EXPECT_EQ(0,
+              Batch({"pack", sLibrary, "-o", m_Project.path("new.Fx00p"), "--checkout", "yes"}).m_nExitCode);
     EXPECT_EQ(0, Batch({"pack", sLibrary, "--checkout", "yes"}).m_nExitCode);
     EXPECT_TRUE(Holds(Marks(), "bonfire.Fx00p"));
     EXPECT_FALSE(Holds(Marks(), "new.Fx00p"));
@@ -112,7 +115,8 @@ TEST_F(BatchSourceControl, GitKnowsWhatUpdateAndPackHaveCheckedOut)
     fs::rename(m_Project.path(".git"), m_Project.path("gone"));
     const CProcessResult without = Batch({"update", m_Project.dir(), "--checkout", "yes"});
     EXPECT_EQ(1, without.m_nExitCode);
-    EXPECT_TRUE(Holds(without.m_sErrors, "source control: " + m_Project.dir() + "/: not a git repository")) << without.m_sErrors;
+    EXPECT_TRUE(Holds(without.m_sErrors, "source control: " + m_Project.dir() + "/: not a git repository"))
+        << without.m_sErrors;
 }
 
 TEST_F(BatchSourceControl, SubversionLocksWhatNeedsALock)

@@ -58,8 +58,7 @@ TEST(ResourceFile, OthersAreRefused)
 {
     CPickerBench bench;
     CResourceFileButton button("old", "");
-    bench.prompts.onFile(bench.dir.path("res2/Smoke.dds"))
-        .onAsk("currently " + bench.sRoot + ". If this");
+    bench.prompts.onFile(bench.dir.path("res2/Smoke.dds")).onAsk("currently " + bench.sRoot + ". If this");
     EXPECT_FALSE(button.OnClick(bench.context));
     EXPECT_EQ(c_szAllFilesFilter, bench.prompts.m_Files.at(0).m_sFilter);
     EXPECT_EQ("Invalid File Selected", bench.prompts.m_Asked.at(0).m_sCaption);

@@ -13,23 +13,29 @@ TEST(NumberEntry, StaysOpenUntilItHasANumber)
 {
     QtPrompts prompts;
     QStringList steps;
-    QTimer::singleShot(0, [&] {
-        auto* pDialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        ASSERT_NE(nullptr, pDialog);
-        auto* pEdit = pDialog->findChild<QLineEdit*>();
-        QTimer::singleShot(0, [&, pDialog] {
-            if (auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
-            {
-                steps << pBox->text() << (pDialog->isVisible() ? "open" : "closed");
-                pBox->accept();
-            }
-        });
-        pEdit->setText(QStringLiteral("12x"));
-        pDialog->accept();
-        steps << pEdit->selectedText();
-        pEdit->setText(QStringLiteral("12"));
-        pDialog->accept();
-    });
+    QTimer::singleShot(0,
+                       [&]
+                       {
+                           auto* pDialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+                           ASSERT_NE(nullptr, pDialog);
+                           auto* pEdit = pDialog->findChild<QLineEdit*>();
+                           QTimer::singleShot(0,
+                                              [&, pDialog]
+                                              {
+                                                  if (auto* pBox = qobject_cast<QMessageBox*>(
+                                                          QApplication::activeModalWidget()))
+                                                  {
+                                                      steps << pBox->text()
+                                                            << (pDialog->isVisible() ? "open" : "closed");
+                                                      pBox->accept();
+                                                  }
+                                              });
+                           pEdit->setText(QStringLiteral("12x"));
+                           pDialog->accept();
+                           steps << pEdit->selectedText();
+                           pEdit->setText(QStringLiteral("12"));
+                           pDialog->accept();
+                       });
     CNumberEntry request;
     request.m_sCaption = "Length";
     request.m_nMin = 1;

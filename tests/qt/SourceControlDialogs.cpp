@@ -64,7 +64,8 @@ TEST(SourceControlDialogs, ProviderOrNoneIsChosen)
             QTest::keyClick(pList, Qt::Key_Up);
             QTest::keyClick(pList, Qt::Key_Return);
         });
-    EXPECT_FALSE(pLocator->SelectProvider(id, false).Failed()) << "others than the built-in ones may know the file";
+    EXPECT_FALSE(pLocator->SelectProvider(id, false).Failed())
+        << "others than the built-in ones may know the file";
     EXPECT_EQ(b, id);
     InNext<ProviderChooser>(
         [](ProviderChooser& dialog)
@@ -95,7 +96,8 @@ TEST(SourceControlDialogs, NobodyIsAskedWhereThereIsNothingToChoose)
     // In a work copy it's asked, and the system of that one offered first; and wherever somebody calls for it.
     ASSERT_EQ(0, RunProcess("git", {"init", "-q", dir.path("copy")}, "", 60000).m_nExitCode);
     sFile = dir.path("copy/a.Fx00a");
-    const auto accept = [](ProviderChooser& dialog) { QTest::mouseClick(Button(dialog, QDialogButtonBox::Ok), Qt::LeftButton); };
+    const auto accept = [](ProviderChooser& dialog)
+    { QTest::mouseClick(Button(dialog, QDialogButtonBox::Ok), Qt::LeftButton); };
     InNext<ProviderChooser>(accept);
     EXPECT_EQ(0u, pLocator->SelectProvider(id, false).m_nCode);
     EXPECT_EQ(registry.IdFromText("git"), id);
@@ -116,7 +118,8 @@ TEST(SourceControlDialogs, FolderIsAskedForBesideTheLibraryAndWithTheReason)
         {
             const QList<QLabel*> labels = dialog.findChildren<QLabel*>();
             EXPECT_TRUE(std::any_of(labels.begin(), labels.end(),
-                                    [](const QLabel* pLabel) { return pLabel->text() == QStringLiteral("there is none"); }));
+                                    [](const QLabel* pLabel)
+                                    { return pLabel->text() == QStringLiteral("there is none"); }));
             static_cast<QDialog&>(dialog).accept();
         });
     std::string sFolder;

@@ -92,7 +92,8 @@ extern "C" __attribute__((visibility("default"))) IAssertWin32Mgr* GetAssertWin3
     return &s_Manager;
 }
 
-extern "C" __attribute__((visibility("default"))) void SetAssertReportHandler(AssertHandler pfnHandler, void* pUser)
+extern "C" __attribute__((visibility("default"))) void SetAssertReportHandler(AssertHandler pfnHandler,
+                                                                              void* pUser)
 {
     s_pfnHandler = pfnHandler ? pfnHandler : &TellStandardError;
     s_pHandlerUser = pUser;

@@ -19,13 +19,18 @@ std::string Lines(const std::string& sText)
 } // namespace
 
 CBatchPrompts::CBatchPrompts(bool bCheckOut, bool bQuiet)
-    : m_bCheckOut(bCheckOut), m_bProgress(!bQuiet && isatty(STDERR_FILENO))
+    : m_bCheckOut(bCheckOut),
+      m_bProgress(!bQuiet && isatty(STDERR_FILENO))
 {
 }
 
-CBatchPrompts::~CBatchPrompts() { ClearProgress(); }
+CBatchPrompts::~CBatchPrompts()
+{
+    ClearProgress();
+}
 
-EAnswer CBatchPrompts::Ask(const std::string& sText, const std::string& sCaption, EButtons eButtons, EIcon eIcon)
+EAnswer CBatchPrompts::Ask(const std::string& sText, const std::string& sCaption, EButtons eButtons,
+                           EIcon eIcon)
 {
     ClearProgress();
     if (eIcon == EIcon::eStop || eIcon == EIcon::eExclamation)
@@ -61,12 +66,27 @@ EAnswer CBatchPrompts::Ask(const std::string& sText, const std::string& sCaption
     return bYes ? EAnswer::eYes : EAnswer::eNo;
 }
 
-bool CBatchPrompts::ChooseFile(const CFileDialogRequest&, std::string&) { return false; }
-bool CBatchPrompts::EnterText(const std::string&, const std::string&, std::string&) { return false; }
-bool CBatchPrompts::EnterNumber(const CNumberEntry&, int32_t&) { return false; }
-bool CBatchPrompts::EnterFloat(const std::string&, const std::string&, float&) { return false; }
+bool CBatchPrompts::ChooseFile(const CFileDialogRequest&, std::string&)
+{
+    return false;
+}
+bool CBatchPrompts::EnterText(const std::string&, const std::string&, std::string&)
+{
+    return false;
+}
+bool CBatchPrompts::EnterNumber(const CNumberEntry&, int32_t&)
+{
+    return false;
+}
+bool CBatchPrompts::EnterFloat(const std::string&, const std::string&, float&)
+{
+    return false;
+}
 
-void CBatchPrompts::EndWait() { ClearProgress(); }
+void CBatchPrompts::EndWait()
+{
+    ClearProgress();
+}
 
 bool CBatchPrompts::Progress(const std::string& sWhat, double fFraction)
 {

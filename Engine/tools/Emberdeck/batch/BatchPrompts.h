@@ -11,7 +11,8 @@ public:
     CBatchPrompts(bool bCheckOut, bool bQuiet);
     ~CBatchPrompts() override;
 
-    EAnswer Ask(const std::string& sText, const std::string& sCaption, EButtons eButtons, EIcon eIcon) override;
+    EAnswer Ask(const std::string& sText, const std::string& sCaption, EButtons eButtons,
+                EIcon eIcon) override;
     void Advise(const std::string& sText) override { m_sAdvice = sText; }
     bool ChooseFile(const CFileDialogRequest& request, std::string& sPath) override;
     bool EnterText(const std::string& sCaption, const std::string& sLabel, std::string& sText) override;
@@ -33,8 +34,8 @@ private:
 
     bool m_bCheckOut;
     bool m_bTellCheckOut = false;
-    bool m_bProgress;      // standard error is a terminal
-    size_t m_nShown = 0;   // columns of the progress line on the screen
+    bool m_bProgress;    // standard error is a terminal
+    size_t m_nShown = 0; // columns of the progress line on the screen
     int m_nFailures = 0;
     std::string m_sLastFailure;
     std::string m_sAdvice;

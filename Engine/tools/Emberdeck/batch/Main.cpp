@@ -23,7 +23,9 @@ void RefuseEmptyNames(CLI::App& app)
     for (CLI::App* pCommand : app.get_subcommands({}))
         for (CLI::Option* pOption : pCommand->get_options())
             if (pOption->get_items_expected_max() > 0 && !pOption->check_lname("command-line"))
-                pOption->check([](const std::string& s) { return std::string(s.empty() ? "the name is empty" : ""); }, "", "");
+                pOption->check([](const std::string& s)
+                               { return std::string(s.empty() ? "the name is empty" : ""); },
+                               "", "");
 }
 
 // What is wrong with the command line, in which command, and where to read on.
@@ -35,7 +37,8 @@ std::string UsageProblem(const CLI::App* pApp, const CLI::Error& error)
     if (!commands.empty())
         sProgram += " " + commands.front()->get_name();
     else if (!extras.empty())
-        sProblem = (extras.front().starts_with('-') ? "There is no option " : "There is no command ") + extras.front();
+        sProblem = (extras.front().starts_with('-') ? "There is no option " : "There is no command ") +
+                   extras.front();
     else if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError))
         sProblem = "A command is required";
     return sProgram + ": " + sProblem + ". \"" + sProgram + " --help\" tells what there is.\n";
@@ -47,7 +50,8 @@ int Run(int argc, char** argv)
 
     CBatchOptions options;
     int nResult = eExit_Done;
-    CLI::App app("Emberdeck without a window: checks, converts, updates and packs effect libraries.", "emberdeck-batch");
+    CLI::App app("Emberdeck without a window: checks, converts, updates and packs effect libraries.",
+                 "emberdeck-batch");
     app.footer(c_pszFooter);
     app.require_subcommand(1);
     app.fallthrough();

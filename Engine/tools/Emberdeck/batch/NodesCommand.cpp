@@ -58,7 +58,8 @@ void PrintTextNode(const CQSANode& node, int nDepth)
 {
     if (node.IsAtom())
     {
-        std::printf("%*s%s\n", nDepth * 2, "", node.IsString() ? ('"' + std::string(node.GetValue()) + '"').c_str() : node.GetValue());
+        std::printf("%*s%s\n", nDepth * 2, "",
+                    node.IsString() ? ('"' + std::string(node.GetValue()) + '"').c_str() : node.GetValue());
         return;
     }
     std::printf("%*s(\n", nDepth * 2, "");
@@ -73,34 +74,39 @@ void AddNodesCommand(CLI::App& app, const CBatchOptions& options, CCommandResult
     CLI::App* pCommand = app.add_subcommand("nodes", "Print the node tree of a file");
     auto pFile = std::make_shared<std::string>();
     pCommand->add_option("FILE", *pFile, "A node file; compressed when its name ends in c")->required();
-    pCommand->callback([&options, &nResult, pFile] {
-        CQSALoadOnlyAlloc alloc(0x40000);
-        CQSANode root;
-        const std::string sNative = NativePath(*pFile);
-        const CFileLock lock(*pFile, ELock::eShared);
-        if (!lock.IsHeld())
+    pCommand->callback(
+        [&options, &nResult, pFile]
         {
-            nResult = Fail(lock.GetProblem());
-            return;
-        }
-        // A pipe or device may never come to an end.
-        if (!IsOrdinaryFile(*pFile) || !CQSANodeReader::LoadEntireFile(sNative.c_str(), CQSAUtil::IsFileCompressed(pFile->c_str()), &root, &alloc))
-        {
+            CQSALoadOnlyAlloc alloc(0x40000);
+            CQSANode root;
+            const std::string sNative = NativePath(*pFile);
+            const CFileLock lock(*pFile, ELock::eShared);
+            if (!lock.IsHeld())
+            {
+                nResult = Fail(lock.GetProblem());
+                return;
+            }
+            // A pipe or device may never come to an end.
+            if (!IsOrdinaryFile(*pFile) ||
+                !CQSANodeReader::LoadEntireFile(sNative.c_str(), CQSAUtil::IsFileCompressed(pFile->c_str()),
+                                                &root, &alloc))
+            {
+                root.Free(&alloc);
+                nResult = !ReadProblem(*pFile).empty()
+                              ? FailToRead(*pFile)
+                              : Fail(*pFile + ": it is damaged, nests deeper than 1023 lists, or is "
+                                              "compressed text under a name "
+                                              "that doesn't end in c, or the other way round");
+                return;
+            }
+            if (options.m_bJson)
+            {
+                PrintJsonNode(root);
+                Put("\n");
+            }
+            else
+                for (uint32_t i = 0; i < root.GetNumElements(); ++i)
+                    PrintTextNode(*root.GetElement(i), 0);
             root.Free(&alloc);
-            nResult = !ReadProblem(*pFile).empty()
-                          ? FailToRead(*pFile)
-                          : Fail(*pFile + ": it is damaged, nests deeper than 1023 lists, or is compressed text under a name "
-                                          "that doesn't end in c, or the other way round");
-            return;
-        }
-        if (options.m_bJson)
-        {
-            PrintJsonNode(root);
-            Put("\n");
-        }
-        else
-            for (uint32_t i = 0; i < root.GetNumElements(); ++i)
-                PrintTextNode(*root.GetElement(i), 0);
-        root.Free(&alloc);
-    });
+        });
 }

@@ -62,10 +62,10 @@ bool IsUtf8(std::string_view s)
 }
 
 // 0x80 to 0x9F of Windows-1252; the five places without a character keep their number.
-constexpr uint16_t c_aWindows1252[32] = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+constexpr uint16_t c_aWindows1252[32] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                         0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+                                         0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                         0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 } // namespace
 
 std::string ReadableText(std::string_view sBytes)
@@ -89,7 +89,10 @@ std::string ByteText(std::string_view sBytes)
     return sOut;
 }
 
-void Put(std::string_view sBytes) { std::fwrite(sBytes.data(), 1, sBytes.size(), stdout); }
+void Put(std::string_view sBytes)
+{
+    std::fwrite(sBytes.data(), 1, sBytes.size(), stdout);
+}
 
 void PrintJson(const CJson& json)
 {
@@ -122,5 +125,7 @@ int FailToWrite(const std::string& sPath)
 {
     const std::string sProblem = WriteProblem(sPath);
     return Fail("cannot write " + sPath + ". " +
-                (sProblem.empty() ? "Please make sure that the file is writable and there is room on the drive." : sProblem));
+                (sProblem.empty()
+                     ? "Please make sure that the file is writable and there is room on the drive."
+                     : sProblem));
 }

@@ -22,14 +22,17 @@ bool WriteDepFileOf(const CPackRequest& request, const std::string& sOut, const 
     std::vector<std::string> leftOut;
     const bool bWritten = WriteDepFile(request.m_sDepFile, sOut, app, leftOut);
     for (const std::string& sFile : leftOut)
-        std::fprintf(stderr, "emberdeck-batch pack: make and ninja don't both read the name \"%s\"; %s leaves it out.\n",
-                     sFile.c_str(), request.m_sDepFile.c_str());
+        std::fprintf(
+            stderr,
+            "emberdeck-batch pack: make and ninja don't both read the name \"%s\"; %s leaves it out.\n",
+            sFile.c_str(), request.m_sDepFile.c_str());
     return bWritten;
 }
 
 int Pack(const CPackRequest& request, const CBatchOptions& options)
 {
-    const std::string sPlace = request.m_sOut.empty() ? CEmberdeckApp::MakePackName(request.m_sLibrary) : request.m_sOut;
+    const std::string sPlace =
+        request.m_sOut.empty() ? CEmberdeckApp::MakePackName(request.m_sLibrary) : request.m_sOut;
     const std::string sProblem =
         request.m_sDepFile.empty() ? "" : DepFileProblem(request.m_sDepFile, request.m_sLibrary, sPlace);
     if (!sProblem.empty())
@@ -84,15 +87,21 @@ void AddPackCommand(CLI::App& app, CBatchOptions& options, CCommandResult& nResu
     pCommand->add_option("--target", pRequest->m_sTarget, "Byte order of the target machine")
         ->check(CLI::IsMember({"pc", "xenon"}))
         ->capture_default_str();
-    pCommand->add_option("--depfile", pRequest->m_sDepFile, "Write the files that the result depends on, for make and ninja");
+    pCommand->add_option("--depfile", pRequest->m_sDepFile,
+                         "Write the files that the result depends on, for make and ninja");
     AddStrictOption(*pCommand, pRequest->m_Rules);
-    AddAllowOption(*pCommand, pRequest->m_Rules, "--lenient", "Pack what could be read of a library that is cut or in conflict");
-    pCommand->add_option("--checkout", *pAnswer, "yes: check the library and the packed file out of the project's source control first; "
-                         "no: leave source control alone")
+    AddAllowOption(*pCommand, pRequest->m_Rules, "--lenient",
+                   "Pack what could be read of a library that is cut or in conflict");
+    pCommand
+        ->add_option("--checkout", *pAnswer,
+                     "yes: check the library and the packed file out of the project's source control first; "
+                     "no: leave source control alone")
         ->check(CLI::IsMember({"yes", "no"}))
         ->capture_default_str();
-    pCommand->callback([&options, &nResult, pRequest, pAnswer] {
-        options.m_bCheckOut = *pAnswer == "yes";
-        nResult = Pack(*pRequest, options);
-    });
+    pCommand->callback(
+        [&options, &nResult, pRequest, pAnswer]
+        {
+            options.m_bCheckOut = *pAnswer == "yes";
+            nResult = Pack(*pRequest, options);
+        });
 }

@@ -77,7 +77,8 @@ int CBatchSession::NumNotCheckedOut() const
 
 bool CBatchSession::Open(const std::string& sFile, const CLoadRules& rules)
 {
-    if (!m_pApp->OpenEffectFile(LibraryPath(sFile).c_str()) || !MayGoOn(sFile, m_pApp->GetLoadReport(), rules))
+    if (!m_pApp->OpenEffectFile(LibraryPath(sFile).c_str()) ||
+        !MayGoOn(sFile, m_pApp->GetLoadReport(), rules))
         return false;
     m_pApp->AcceptDamage();
     return true;

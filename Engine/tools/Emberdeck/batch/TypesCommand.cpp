@@ -74,15 +74,17 @@ CJson TypeTable(const CEffectModule& module)
                                   {"interpolate", desc.m_bInterpolate != 0},
                                   {"default", DefaultValue(desc)}});
         }
-        types.push_back(
-            {{"name", ReadableText(TypeName(type))}, {"id", type.m_nTypeID}, {"properties", std::move(properties)}});
+        types.push_back({{"name", ReadableText(TypeName(type))},
+                         {"id", type.m_nTypeID},
+                         {"properties", std::move(properties)}});
     }
     return {{"version", module.GetVersion()}, {"types", std::move(types)}};
 }
 
 void PrintTable(const CEffectModule& module, const CProjectInfo& project)
 {
-    const std::string sLoaded = NativeLibraryPath(project.m_sFireglass); // a name in .dll may stand for one in .so
+    const std::string sLoaded =
+        NativeLibraryPath(project.m_sFireglass); // a name in .dll may stand for one in .so
     std::printf("Plug-in %s, version %u, %u effect types\n",
                 (sLoaded.empty() ? DisplayPath(project.m_sFireglass) : sLoaded).c_str(), module.GetVersion(),
                 module.GetNumTypes());
@@ -93,8 +95,11 @@ void PrintTable(const CEffectModule& module, const CProjectInfo& project)
         for (const CJson& prop : type["properties"])
         {
             const bool bCurve = prop["functionCurve"].get<bool>();
-            const char* pszCurve = !bCurve ? "" : prop["interpolate"].get<bool>() ? ", linear curve" : ", step curve";
-            std::string sLine = "  " + prop["name"].get<std::string>() + ": " + prop["type"].get<std::string>() + pszCurve;
+            const char* pszCurve = !bCurve                           ? ""
+                                   : prop["interpolate"].get<bool>() ? ", linear curve"
+                                                                     : ", step curve";
+            std::string sLine =
+                "  " + prop["name"].get<std::string>() + ": " + prop["type"].get<std::string>() + pszCurve;
             if (!prop["default"].is_null())
                 sLine += ", default " + prop["default"].dump(-1, ' ', false, CJson::error_handler_t::replace);
             if (!prop["data"].get<std::string>().empty())
@@ -110,16 +115,18 @@ void AddTypesCommand(CLI::App& app, const CBatchOptions& options, CCommandResult
     CLI::App* pCommand = app.add_subcommand("types", "Print the effect types of a file's project");
     auto pFile = std::make_shared<std::string>();
     pCommand->add_option("FILE", *pFile, "A library, or any path in the project's folders")->required();
-    pCommand->callback([&options, &nResult, pFile] {
-        CBatchSession session(options);
-        if (!session.OpenProject(*pFile))
+    pCommand->callback(
+        [&options, &nResult, pFile]
         {
-            nResult = eExit_Failed;
-            return;
-        }
-        if (options.m_bJson)
-            PrintJson(TypeTable(session.m_pApp->m_EffectModule));
-        else
-            PrintTable(session.m_pApp->m_EffectModule, session.m_pApp->m_Project);
-    });
+            CBatchSession session(options);
+            if (!session.OpenProject(*pFile))
+            {
+                nResult = eExit_Failed;
+                return;
+            }
+            if (options.m_bJson)
+                PrintJson(TypeTable(session.m_pApp->m_EffectModule));
+            else
+                PrintTable(session.m_pApp->m_EffectModule, session.m_pApp->m_Project);
+        });
 }

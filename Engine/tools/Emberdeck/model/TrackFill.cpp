@@ -22,7 +22,8 @@ CKey* CTrackFill::Place(std::unique_ptr<CKey> pKey)
         PlaceRaised();
         // Behind all keys that don't start later, as a stable sort leaves it.
         const int32_t nStart = pPlaced->m_nStartTime;
-        Fit(Insert(Search([nStart](const CKey& key) { return key.m_nStartTime <= nStart; }), std::move(pKey)));
+        Fit(Insert(Search([nStart](const CKey& key) { return key.m_nStartTime <= nStart; }),
+                   std::move(pKey)));
     };
     return pPlaced && TryAllocating(place) ? pPlaced : nullptr;
 }

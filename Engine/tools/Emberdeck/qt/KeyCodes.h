@@ -54,8 +54,10 @@ inline int QtKey(uint16_t nKey)
 inline bool IsTimelineAccelerator(uint16_t nKey, Qt::KeyboardModifiers modifiers)
 {
     for (const CAccelerator& accelerator : c_TimelineAccelerators)
-        if (nKey && accelerator.m_nKey == nKey && accelerator.m_bCtrl == bool(modifiers & Qt::ControlModifier) &&
-            accelerator.m_bShift == bool(modifiers & Qt::ShiftModifier) && accelerator.m_bAlt == bool(modifiers & Qt::AltModifier))
+        if (nKey && accelerator.m_nKey == nKey &&
+            accelerator.m_bCtrl == bool(modifiers & Qt::ControlModifier) &&
+            accelerator.m_bShift == bool(modifiers & Qt::ShiftModifier) &&
+            accelerator.m_bAlt == bool(modifiers & Qt::AltModifier))
             return true;
     return false;
 }

@@ -15,11 +15,15 @@
 
 namespace
 {
-CPoint PointOf(const QPointF& pt) { return CPoint{int32_t(std::floor(pt.x())), int32_t(std::floor(pt.y()))}; }
+CPoint PointOf(const QPointF& pt)
+{
+    return CPoint{int32_t(std::floor(pt.x())), int32_t(std::floor(pt.y()))};
+}
 
 CModifiers ModifiersOf(const QInputEvent* pEvent)
 {
-    return CModifiers{bool(pEvent->modifiers() & Qt::ControlModifier), bool(pEvent->modifiers() & Qt::ShiftModifier)};
+    return CModifiers{bool(pEvent->modifiers() & Qt::ControlModifier),
+                      bool(pEvent->modifiers() & Qt::ShiftModifier)};
 }
 
 ETreeKey TreeKey(const QKeyEvent* pEvent)
@@ -160,7 +164,8 @@ void LibraryTreeView::keyPressEvent(QKeyEvent* pEvent)
     if (m_pPanel->OnKey(key) || (key.m_Modifiers.m_bCtrl && ScrollBy(key.m_eKey)))
         return;
     const QString sText = pEvent->text();
-    if (!sText.isEmpty() && sText.at(0).isPrint() && !(pEvent->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) &&
+    if (!sText.isEmpty() && sText.at(0).isPrint() &&
+        !(pEvent->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) &&
         m_pPanel->OnCharacter(QtText::FromQt(sText), uint64_t(m_Clock.elapsed())))
         return;
     pEvent->ignore();
@@ -172,11 +177,14 @@ bool LibraryTreeView::ScrollBy(ETreeKey eKey)
     const bool bAcross = eKey == ETreeKey::eLeft || eKey == ETreeKey::eRight;
     QAbstractSlider::SliderAction eAction = QAbstractSlider::SliderNoAction;
     if (eKey == ETreeKey::eHome || eKey == ETreeKey::eEnd)
-        eAction = eKey == ETreeKey::eHome ? QAbstractSlider::SliderToMinimum : QAbstractSlider::SliderToMaximum;
+        eAction =
+            eKey == ETreeKey::eHome ? QAbstractSlider::SliderToMinimum : QAbstractSlider::SliderToMaximum;
     else if (eKey == ETreeKey::ePageUp || eKey == ETreeKey::ePageDown)
-        eAction = eKey == ETreeKey::ePageUp ? QAbstractSlider::SliderPageStepSub : QAbstractSlider::SliderPageStepAdd;
+        eAction = eKey == ETreeKey::ePageUp ? QAbstractSlider::SliderPageStepSub
+                                            : QAbstractSlider::SliderPageStepAdd;
     else if (bAcross)
-        eAction = eKey == ETreeKey::eLeft ? QAbstractSlider::SliderSingleStepSub : QAbstractSlider::SliderSingleStepAdd;
+        eAction = eKey == ETreeKey::eLeft ? QAbstractSlider::SliderSingleStepSub
+                                          : QAbstractSlider::SliderSingleStepAdd;
     (bAcross ? horizontalScrollBar() : verticalScrollBar())->triggerAction(eAction);
     return eAction != QAbstractSlider::SliderNoAction;
 }

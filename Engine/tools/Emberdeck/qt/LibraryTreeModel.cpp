@@ -7,7 +7,10 @@
 #include "qt/QtText.h"
 
 LibraryTreeModel::LibraryTreeModel(const CLibraryTree& tree, QIcon leaf, QObject* pParent)
-    : QAbstractItemModel(pParent), m_Tree(tree), m_Leaf(std::move(leaf)), m_Closed(ArtIcon(c_FolderClosedIcon)),
+    : QAbstractItemModel(pParent),
+      m_Tree(tree),
+      m_Leaf(std::move(leaf)),
+      m_Closed(ArtIcon(c_FolderClosedIcon)),
       m_Open(ArtIcon(c_FolderOpenIcon))
 {
 }
@@ -18,7 +21,8 @@ const std::vector<HLibraryItem>& LibraryTreeModel::Children(HLibraryItem hParent
     if (it != m_Children.end())
         return it->second;
     std::vector<HLibraryItem>& list = m_Children[hParent.m_nID];
-    for (HLibraryItem h = hParent ? m_Tree.GetChildItem(hParent) : m_Tree.GetRootItem(); h; h = m_Tree.GetNextSiblingItem(h))
+    for (HLibraryItem h = hParent ? m_Tree.GetChildItem(hParent) : m_Tree.GetRootItem(); h;
+         h = m_Tree.GetNextSiblingItem(h))
     {
         m_Rows[h.m_nID] = static_cast<int>(list.size());
         list.push_back(h);

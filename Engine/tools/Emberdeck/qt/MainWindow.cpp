@@ -8,8 +8,8 @@
 
 #include "app/resources/Bars.h"
 #include "qt/AccessibleViews.h"
-#include "qt/LeftDockWidget.h"
 #include "qt/IconPainter.h"
+#include "qt/LeftDockWidget.h"
 #include "qt/ProgramIcon.h"
 #include "qt/PropertyControls.h"
 #include "qt/QtText.h"

@@ -123,7 +123,8 @@ ManualWindow::ManualWindow(const QString& sFolder, QWidget* pParent)
 
 void ManualWindow::ShowPage(const QString& sPage)
 {
-    m_pBrowser->setSource(QUrl::fromLocalFile(m_sFolder + QLatin1Char('/') + sPage), QTextDocument::MarkdownResource);
+    m_pBrowser->setSource(QUrl::fromLocalFile(m_sFolder + QLatin1Char('/') + sPage),
+                          QTextDocument::MarkdownResource);
 }
 
 // Headings have no anchors of their own in a page that was read from Markdown.

@@ -34,4 +34,4 @@ private:
 // Puts the items Manual (F1) and Keyboard and Mouse, one of its pages, before the others of the Help menu. Shows a
 // message with the folders that were looked at when the manual is in none of them.
 void AddManualItems(QMenu& helpMenu, QWidget* pOwner, IPrompts& prompts,
-                   const QStringList& folders = ManualWindow::GetFolders());
+                    const QStringList& folders = ManualWindow::GetFolders());

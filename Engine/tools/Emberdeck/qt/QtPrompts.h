@@ -33,6 +33,6 @@ private:
     std::string m_sAdvice; // for the next message
     int m_nWaits = 0;
     QElapsedTimer m_Clock;
-    qint64 m_nShownAt = 0; // on that clock, when the progress was brought up to date
+    qint64 m_nShownAt = 0;                 // on that clock, when the progress was brought up to date
     QPointer<QProgressDialog> m_pProgress; // its owner may take it along
 };

@@ -8,7 +8,9 @@
 #include "qt/QtText.h"
 
 QtSurface::QtSurface(QPainter& painter, const QRect& bounds, const QPalette& palette)
-    : m_Painter(painter), m_Bounds(bounds), m_Palette(palette),
+    : m_Painter(painter),
+      m_Bounds(bounds),
+      m_Palette(palette),
       m_bPlainScale(painter.deviceTransform().type() <= QTransform::TxTranslate)
 {
     QColor face = m_Palette.color(QPalette::Button);
@@ -31,7 +33,8 @@ CRect QtSurface::Visible(const CRect& rc) const
 {
     constexpr int32_t c_nMargin = 64;
     return CRect{std::max(rc.left, m_Bounds.left() - c_nMargin), std::max(rc.top, m_Bounds.top() - c_nMargin),
-                 std::min(rc.right, m_Bounds.right() + c_nMargin), std::min(rc.bottom, m_Bounds.bottom() + c_nMargin)};
+                 std::min(rc.right, m_Bounds.right() + c_nMargin),
+                 std::min(rc.bottom, m_Bounds.bottom() + c_nMargin)};
 }
 
 void QtSurface::FillRect(const CRect& rc, CColorRef nColor)
@@ -47,7 +50,8 @@ bool QtSurface::Clip(QPointF& from, QPointF& to) const
     const double dx = to.x() - from.x(), dy = to.y() - from.y();
     double fFirst = 0.0, fLast = 1.0;
     const double p[4] = {-dx, dx, -dy, dy};
-    const double q[4] = {from.x() - area.left(), area.right() - from.x(), from.y() - area.top(), area.bottom() - from.y()};
+    const double q[4] = {from.x() - area.left(), area.right() - from.x(), from.y() - area.top(),
+                         area.bottom() - from.y()};
     for (int i = 0; i < 4; ++i)
     {
         if (p[i] == 0.0)
@@ -140,8 +144,9 @@ void QtSurface::DrawLine(CPoint from, CPoint to, const CPenSpec& pen)
         for (int i = 0; i <= nSteps; i += 2)
         {
             const double t = nSteps ? double(i) / nSteps : 0.0;
-            m_Painter.fillRect(QRect(qRound(a.x() + (b.x() - a.x()) * t), qRound(a.y() + (b.y() - a.y()) * t), 1, 1),
-                               ToQt(pen.m_nColor));
+            m_Painter.fillRect(
+                QRect(qRound(a.x() + (b.x() - a.x()) * t), qRound(a.y() + (b.y() - a.y()) * t), 1, 1),
+                ToQt(pen.m_nColor));
         }
         return;
     }
@@ -186,7 +191,8 @@ void QtSurface::DrawPolygon(const CPoint* pPoints, int nCount, const CPenSpec& p
 {
     QVarLengthArray<QPoint, 8> points;
     for (int i = 0; i < nCount; ++i)
-        points.append(QPoint(std::clamp(pPoints[i].x, -32000, 32000), std::clamp(pPoints[i].y, -32000, 32000)));
+        points.append(
+            QPoint(std::clamp(pPoints[i].x, -32000, 32000), std::clamp(pPoints[i].y, -32000, 32000)));
     SetTools(pen, brush);
     m_Painter.drawPolygon(points.constData(), nCount);
 }
@@ -200,7 +206,8 @@ void QtSurface::DrawEllipse(const CRect& rc, const CPenSpec& pen, const CBrushSp
     const int nPen = pen.m_eStyle == EPenStyle::eNone ? 0 : 1;
     m_Painter.save();
     m_Painter.setRenderHint(QPainter::Antialiasing);
-    m_Painter.drawEllipse(QRectF(rc.left + nPen * 0.5, rc.top + nPen * 0.5, rc.Width() - nPen, rc.Height() - nPen));
+    m_Painter.drawEllipse(
+        QRectF(rc.left + nPen * 0.5, rc.top + nPen * 0.5, rc.Width() - nPen, rc.Height() - nPen));
     m_Painter.restore();
 }
 
@@ -283,7 +290,8 @@ void QtSurface::DrawTextCentered(const CRect& rc, std::string_view sText, CColor
 {
     m_bTools = false;
     m_Painter.setPen(ToQt(nColor));
-    m_Painter.drawText(ToQt(rc), Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip, QtText::ToQt(sText));
+    m_Painter.drawText(ToQt(rc), Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip,
+                       QtText::ToQt(sText));
 }
 
 // The face anew in a part of it; its edges stay.
@@ -298,9 +306,9 @@ void QtSurface::ClearFace(const CRect& rcFace, const CRect& rcPart)
     }
     const QImage& image = FaceImage(rcFace.Height());
     for (int x = part.left(); x <= part.right(); x += image.width())
-        m_Painter.drawImage(QPoint(x, part.top()), image,
-                            QRect(0, part.top() - rcFace.top, std::min(part.right() + 1 - x, image.width()),
-                                  part.height()));
+        m_Painter.drawImage(
+            QPoint(x, part.top()), image,
+            QRect(0, part.top() - rcFace.top, std::min(part.right() + 1 - x, image.width()), part.height()));
 }
 
 void QtSurface::DrawFaceLabel(const CRect& rcFace, const CRect& rc, std::string_view sText, CColorRef nColor)
@@ -344,7 +352,10 @@ int32_t QtSurface::TextWidth(std::string_view sText) const
     return it->second;
 }
 
-int32_t QtSurface::TextHeight() const { return m_Painter.fontMetrics().height(); }
+int32_t QtSurface::TextHeight() const
+{
+    return m_Painter.fontMetrics().height();
+}
 
 CColorRef QtSurface::SystemColor(ESystemColor eColor) const
 {

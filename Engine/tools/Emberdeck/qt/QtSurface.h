@@ -9,11 +9,26 @@
 
 #include "platform/IDrawSurface.h"
 
-inline QRect ToQt(const CRect& rc) { return QRect(rc.left, rc.top, rc.Width(), rc.Height()); }
-inline QPoint ToQt(CPoint pt) { return QPoint(pt.x, pt.y); }
-inline QColor ToQt(CColorRef nColor) { return QColor(nColor & 0xFF, nColor >> 8 & 0xFF, nColor >> 16 & 0xFF); }
-inline CRect FromQt(const QRect& rc) { return CRect{rc.left(), rc.top(), rc.left() + rc.width(), rc.top() + rc.height()}; }
-inline CPoint FromQt(const QPoint& pt) { return CPoint{pt.x(), pt.y()}; }
+inline QRect ToQt(const CRect& rc)
+{
+    return QRect(rc.left, rc.top, rc.Width(), rc.Height());
+}
+inline QPoint ToQt(CPoint pt)
+{
+    return QPoint(pt.x, pt.y);
+}
+inline QColor ToQt(CColorRef nColor)
+{
+    return QColor(nColor & 0xFF, nColor >> 8 & 0xFF, nColor >> 16 & 0xFF);
+}
+inline CRect FromQt(const QRect& rc)
+{
+    return CRect{rc.left(), rc.top(), rc.left() + rc.width(), rc.top() + rc.height()};
+}
+inline CPoint FromQt(const QPoint& pt)
+{
+    return CPoint{pt.x(), pt.y()};
+}
 inline CColorRef FromQt(const QColor& color)
 {
     return MakeColorRef(uint32_t(color.red()), uint32_t(color.green()), uint32_t(color.blue()));
@@ -28,13 +43,15 @@ public:
 
     void FillRect(const CRect& rc, CColorRef nColor) override;
     void DrawLine(CPoint from, CPoint to, const CPenSpec& pen) override;
-    void DrawPolygon(const CPoint* pPoints, int nCount, const CPenSpec& pen, const CBrushSpec& brush) override;
+    void DrawPolygon(const CPoint* pPoints, int nCount, const CPenSpec& pen,
+                     const CBrushSpec& brush) override;
     void DrawEllipse(const CRect& rc, const CPenSpec& pen, const CBrushSpec& brush) override;
     void DrawRectangle(const CRect& rc, const CPenSpec& pen, const CBrushSpec& brush) override;
     void DrawRaisedFace(const CRect& rc) override;
     void DrawSunkenFace(const CRect& rc) override;
     void DrawTextCentered(const CRect& rc, std::string_view sText, CColorRef nColor) override;
-    void DrawFaceLabel(const CRect& rcFace, const CRect& rc, std::string_view sText, CColorRef nColor) override;
+    void DrawFaceLabel(const CRect& rcFace, const CRect& rc, std::string_view sText,
+                       CColorRef nColor) override;
     void DrawTextAt(CPoint pt, std::string_view sText, CColorRef nColor) override;
     int32_t TextWidth(std::string_view sText) const override;
     int32_t TextHeight() const override;
@@ -53,7 +70,7 @@ private:
     QPainter& m_Painter;
     QRect m_Bounds;
     const QPalette& m_Palette;
-    const bool m_bPlainScale; // a logical pixel is a pixel
+    const bool m_bPlainScale;       // a logical pixel is a pixel
     QColor m_FaceTop, m_FaceBottom; // of a raised face, from top to bottom
     QColor m_SunkenFace;
     CColorRef m_nFaceEdge, m_nFaceLight;

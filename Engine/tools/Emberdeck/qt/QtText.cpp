@@ -7,10 +7,10 @@ namespace
 {
 bool s_bLegacy = false;
 
-constexpr char16_t c_aWindows1252[32] = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+constexpr char16_t c_aWindows1252[32] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                         0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+                                         0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                         0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
 // 0 for a character that the code page doesn't have.
 unsigned char ToWindows1252(char16_t c)
@@ -28,7 +28,8 @@ bool QtText::IsUtf8(std::string_view sBytes)
 {
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString sText = decoder(QByteArrayView(sBytes.data(), static_cast<qsizetype>(sBytes.size())));
-    return !decoder.hasError() && sText.toUtf8() == QByteArrayView(sBytes.data(), static_cast<qsizetype>(sBytes.size()));
+    return !decoder.hasError() &&
+           sText.toUtf8() == QByteArrayView(sBytes.data(), static_cast<qsizetype>(sBytes.size()));
 }
 
 QString QtText::ToQt(std::string_view sBytes)
@@ -57,10 +58,22 @@ std::string QtText::FromQt(const QString& sText)
     return sBytes;
 }
 
-void QtText::SetLegacyForm(bool bLegacy) { s_bLegacy = bLegacy; }
+void QtText::SetLegacyForm(bool bLegacy)
+{
+    s_bLegacy = bLegacy;
+}
 
-QString QtText::PathToQt(const std::string& sPath) { return QFile::decodeName(QByteArray::fromStdString(sPath)); }
+QString QtText::PathToQt(const std::string& sPath)
+{
+    return QFile::decodeName(QByteArray::fromStdString(sPath));
+}
 
-std::string QtText::PathFromQt(const QString& sPath) { return QFile::encodeName(sPath).toStdString(); }
+std::string QtText::PathFromQt(const QString& sPath)
+{
+    return QFile::encodeName(sPath).toStdString();
+}
 
-QString QtText::Plain(const QString& sText) { return QString(sText).replace(QLatin1Char('&'), QLatin1String("&&")); }
+QString QtText::Plain(const QString& sText)
+{
+    return QString(sText).replace(QLatin1Char('&'), QLatin1String("&&"));
+}

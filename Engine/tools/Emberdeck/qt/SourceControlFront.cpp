@@ -59,7 +59,9 @@ class CLocator final : public ISourceControlLocator
 {
 public:
     CLocator(const CProviderRegistry& registry, const QtSourceControl& front, IPrompts* pPrompts)
-        : m_Registry(registry), m_Front(front), m_pPrompts(pPrompts)
+        : m_Registry(registry),
+          m_Front(front),
+          m_pPrompts(pPrompts)
     {
     }
 
@@ -92,7 +94,8 @@ private:
     bool KnowsOthers() const
     {
         return !std::all_of(m_Registry.Entries().begin(), m_Registry.Entries().end(),
-                            [](const CProviderRegistry::CEntry& entry) { return IsBuiltInProvider(entry.m_Id); });
+                            [](const CProviderRegistry::CEntry& entry)
+                            { return IsBuiltInProvider(entry.m_Id); });
     }
 
     const CProviderRegistry& m_Registry;
@@ -104,7 +107,9 @@ private:
 } // namespace
 
 ProviderChooser::ProviderChooser(const CProviderRegistry& registry, const CClassId& first, QWidget* pParent)
-    : QDialog(pParent), m_Registry(registry), m_pList(new QListWidget)
+    : QDialog(pParent),
+      m_Registry(registry),
+      m_pList(new QListWidget)
 {
     setWindowTitle(tr("Source Control Provider"));
     QVBoxLayout* pLayout = MakeLayout(this);
@@ -121,8 +126,9 @@ ProviderChooser::ProviderChooser(const CProviderRegistry& registry, const CClass
         m_pList->setCurrentRow(m_pList->count() - 1);
     connect(m_pList, &QListWidget::itemDoubleClicked, this, &QDialog::accept);
     pLayout->addWidget(m_pList, 1);
-    pLayout->addWidget(MakeLabel(tr("To answer for good, name a Provider under [Source Control] in the project locator file. "
-                                    "\"No source control\" holds until Connect is used or the program ends.")));
+    pLayout->addWidget(MakeLabel(
+        tr("To answer for good, name a Provider under [Source Control] in the project locator file. "
+           "\"No source control\" holds until Connect is used or the program ends.")));
     pLayout->addWidget(MakeButtons(this));
     resize(fontMetrics().averageCharWidth() * 60, fontMetrics().height() * 15);
     m_pList->setFocus();
@@ -135,14 +141,16 @@ CClassId ProviderChooser::Choice() const
 }
 
 ChangeDescription::ChangeDescription(const std::string& sPath, const std::string& sText, QWidget* pParent)
-    : QDialog(pParent), m_pText(new QPlainTextEdit)
+    : QDialog(pParent),
+      m_pText(new QPlainTextEdit)
 {
     const QString sFile = QtText::PathToQt(sPath);
     setWindowTitle(tr("Submit Pending Changes"));
     setSizeGripEnabled(true);
     QVBoxLayout* pLayout = MakeLayout(this);
-    pLayout->addWidget(MakeLabel(tr("What has changed in %1?")
-                                     .arg(sFile.endsWith(QLatin1Char('/')) ? sFile : QFileInfo(sFile).fileName())));
+    pLayout->addWidget(
+        MakeLabel(tr("What has changed in %1?")
+                      .arg(sFile.endsWith(QLatin1Char('/')) ? sFile : QFileInfo(sFile).fileName())));
     m_pText->setPlainText(QString::fromStdString(sText));
     m_pText->setTabChangesFocus(true);
     m_pText->setAccessibleName(tr("Description of the change"));
@@ -157,7 +165,10 @@ ChangeDescription::ChangeDescription(const std::string& sPath, const std::string
 }
 
 // Always UTF-8: it goes to the version control system, not into the library.
-std::string ChangeDescription::Text() const { return m_pText->toPlainText().trimmed().toStdString(); }
+std::string ChangeDescription::Text() const
+{
+    return m_pText->toPlainText().trimmed().toStdString();
+}
 
 QWidget* QtSourceControl::Owner() const
 {
@@ -171,7 +182,8 @@ void QtSourceControl::SetOwner(QWidget* pOwner, std::function<std::string()> cur
     m_CurrentFile = std::move(currentFile);
 }
 
-std::unique_ptr<ISourceControlLocator> QtSourceControl::MakeLocator(const CProviderRegistry& registry, IPrompts* pPrompts) const
+std::unique_ptr<ISourceControlLocator> QtSourceControl::MakeLocator(const CProviderRegistry& registry,
+                                                                    IPrompts* pPrompts) const
 {
     return std::make_unique<CLocator>(registry, *this, pPrompts);
 }
@@ -185,13 +197,15 @@ bool QtSourceControl::DescribeChange(const std::string& sPath, std::string& sTex
     return !sText.empty();
 }
 
-bool QtSourceControl::ChooseWorkCopy(const std::string& sSystem, const std::string& sWhy, std::string& sFolder)
+bool QtSourceControl::ChooseWorkCopy(const std::string& sSystem, const std::string& sWhy,
+                                     std::string& sFolder)
 {
     QFileDialog dialog(Owner(), QString(), QFileInfo(QtText::PathToQt(CurrentFile())).path());
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
-    dialog.setWindowTitle(QApplication::translate("QtSourceControl", "Folder of the %1 Work Copy").arg(QtText::ToQt(sSystem)));
+    dialog.setWindowTitle(
+        QApplication::translate("QtSourceControl", "Folder of the %1 Work Copy").arg(QtText::ToQt(sSystem)));
     if (auto* pGrid = qobject_cast<QGridLayout*>(dialog.layout()))
         pGrid->addWidget(MakeLabel(QtText::ToQt(sWhy)), pGrid->rowCount(), 0, 1, pGrid->columnCount());
     if (Execute(dialog) != QDialog::Accepted || dialog.selectedFiles().isEmpty())

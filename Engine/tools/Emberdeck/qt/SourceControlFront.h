@@ -52,7 +52,8 @@ public:
     std::string CurrentFile() const { return m_pOwner && m_CurrentFile ? m_CurrentFile() : std::string(); }
 
     // All of it outlives the locator, and so does this object. Without prompts nobody sees what it waits for.
-    std::unique_ptr<ISourceControlLocator> MakeLocator(const CProviderRegistry& registry, IPrompts* pPrompts) const;
+    std::unique_ptr<ISourceControlLocator> MakeLocator(const CProviderRegistry& registry,
+                                                       IPrompts* pPrompts) const;
 
     bool DescribeChange(const std::string& sPath, std::string& sText) override;
     bool ChooseWorkCopy(const std::string& sSystem, const std::string& sWhy, std::string& sFolder) override;

@@ -14,14 +14,23 @@
 
 namespace
 {
-enum EColumn { eRevision, eDate, eAuthor, eMessage, eColumns };
+enum EColumn
+{
+    eRevision,
+    eDate,
+    eAuthor,
+    eMessage,
+    eColumns
+};
 constexpr int c_nWholeMessage = Qt::UserRole;
 constexpr int c_nMargin = 8;
 } // namespace
 
-SourceControlHistory::SourceControlHistory(const std::string& sPath, const std::vector<CHistoryEntry>& entries,
-                                           QWidget* pParent)
-    : QDialog(pParent), m_pList(new QTreeWidget), m_pMessage(new QPlainTextEdit)
+SourceControlHistory::SourceControlHistory(const std::string& sPath,
+                                           const std::vector<CHistoryEntry>& entries, QWidget* pParent)
+    : QDialog(pParent),
+      m_pList(new QTreeWidget),
+      m_pMessage(new QPlainTextEdit)
 {
     const QString sFile = QtText::PathToQt(sPath);
     setWindowTitle(tr("History - %1").arg(QFileInfo(sFile).fileName()));
@@ -40,9 +49,10 @@ SourceControlHistory::SourceControlHistory(const std::string& sPath, const std::
     m_pMessage->setReadOnly(true);
     m_pMessage->setTabChangesFocus(true);
     m_pMessage->setAccessibleName(tr("Description of the selected change"));
-    connect(m_pList, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* pItem) {
-        m_pMessage->setPlainText(pItem ? pItem->data(eMessage, c_nWholeMessage).toString() : QString());
-    });
+    connect(
+        m_pList, &QTreeWidget::currentItemChanged, this,
+        [this](QTreeWidgetItem* pItem)
+        { m_pMessage->setPlainText(pItem ? pItem->data(eMessage, c_nWholeMessage).toString() : QString()); });
 
     auto* pSplit = new QSplitter(Qt::Vertical);
     pSplit->addWidget(m_pList);

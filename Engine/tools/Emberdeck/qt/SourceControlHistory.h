@@ -13,7 +13,8 @@ class SourceControlHistory : public QDialog
     Q_OBJECT
 
 public:
-    SourceControlHistory(const std::string& sPath, const std::vector<CHistoryEntry>& entries, QWidget* pParent);
+    SourceControlHistory(const std::string& sPath, const std::vector<CHistoryEntry>& entries,
+                         QWidget* pParent);
 
 private:
     void Fill(const std::vector<CHistoryEntry>& entries);

@@ -60,7 +60,8 @@ public:
 protected:
     void keyPressEvent(QKeyEvent* pEvent) override
     {
-        const bool bFirst = pEvent->key() == Qt::Key_Down || pEvent->key() == Qt::Key_Up || pEvent->key() == Qt::Key_Home;
+        const bool bFirst =
+            pEvent->key() == Qt::Key_Down || pEvent->key() == Qt::Key_Up || pEvent->key() == Qt::Key_Home;
         if (bFirst && currentItem() && selectedItems().isEmpty())
             currentItem()->setSelected(true);
         else

@@ -10,7 +10,10 @@
 #include "qt/TrackWidget.h"
 
 KeyInfoWidget::KeyInfoWidget(CKeyInfoBar& bar, QWidget* pParent)
-    : QWidget(pParent), m_Bar(bar), m_Controls(this, *FindDialogTemplate(145)), m_pGroup(m_Controls.Find(1074))
+    : QWidget(pParent),
+      m_Bar(bar),
+      m_Controls(this, *FindDialogTemplate(145)),
+      m_pGroup(m_Controls.Find(1074))
 {
     auto* pButton = m_Controls.Get<QPushButton>(1004);
     pButton->setAccessibleName(tr("Phase Length"));
@@ -21,7 +24,8 @@ KeyInfoWidget::KeyInfoWidget(CKeyInfoBar& bar, QWidget* pParent)
 void KeyInfoWidget::ShowInfo()
 {
     const CKeyInfo& info = m_Bar.GetInfo();
-    const auto show = [&](int32_t nID, const std::string& sText) {
+    const auto show = [&](int32_t nID, const std::string& sText)
+    {
         auto* pLabel = m_Controls.Get<QLabel>(nID);
         pLabel->setText(QtText::ToQt(sText));
         pLabel->resize(std::max(pLabel->width(), pLabel->sizeHint().width()), pLabel->height());
@@ -43,7 +47,10 @@ void KeyInfoWidget::ShowInfo()
 }
 
 TimeBarWidget::TimeBarWidget(CTimeBar& bar, QWidget* pParent)
-    : QWidget(pParent), m_Bar(bar), m_Controls(this, *FindDialogTemplate(146)), m_pRuler(new QWidget(this))
+    : QWidget(pParent),
+      m_Bar(bar),
+      m_Controls(this, *FindDialogTemplate(146)),
+      m_pRuler(new QWidget(this))
 {
     m_pRuler->setGeometry(m_Controls.PlaceOf(1046));
     m_pRuler->installEventFilter(this);
@@ -74,7 +81,8 @@ TimeBarWidget::TimeBarWidget(CTimeBar& bar, QWidget* pParent)
 QColor TimeBarWidget::Shade() const
 {
     const QColor ground = palette().color(QPalette::Window), text = palette().color(QPalette::WindowText);
-    return QColor((ground.red() + text.red()) / 2, (ground.green() + text.green()) / 2, (ground.blue() + text.blue()) / 2);
+    return QColor((ground.red() + text.red()) / 2, (ground.green() + text.green()) / 2,
+                  (ground.blue() + text.blue()) / 2);
 }
 
 // The style draws grooves and handles with the window's colour, darkened, which on a dark window nobody sees.
@@ -95,11 +103,14 @@ void TimeBarWidget::paintEvent(QPaintEvent*)
     {
         const auto* pSlider = m_Controls.Get<QSlider>(nID);
         const int nHandle = style()->pixelMetric(QStyle::PM_SliderLength, nullptr, pSlider);
-        const int nTop = pSlider->y() + (pSlider->height() + style()->pixelMetric(QStyle::PM_SliderThickness, nullptr, pSlider)) / 2 + 2;
+        const int nTop =
+            pSlider->y() +
+            (pSlider->height() + style()->pixelMetric(QStyle::PM_SliderThickness, nullptr, pSlider)) / 2 + 2;
         const int nInterval = pSlider->tickInterval();
         for (int n = 0; n <= pSlider->maximum(); n += nInterval)
         {
-            const int x = QStyle::sliderPositionFromValue(0, pSlider->maximum(), n, pSlider->width() - nHandle);
+            const int x =
+                QStyle::sliderPositionFromValue(0, pSlider->maximum(), n, pSlider->width() - nHandle);
             painter.fillRect(pSlider->x() + nHandle / 2 + x, nTop, 1, n % (5 * nInterval) ? 3 : 6, color);
         }
     }
@@ -112,13 +123,17 @@ void TimeBarWidget::changeEvent(QEvent* pEvent)
     QWidget::changeEvent(pEvent);
 }
 
-void TimeBarWidget::ShowViewStart() { m_Controls.Get<QSlider>(1048)->setValue(m_Bar.GetPhasePos()); }
+void TimeBarWidget::ShowViewStart()
+{
+    m_Controls.Get<QSlider>(1048)->setValue(m_Bar.GetPhasePos());
+}
 
 void TimeBarWidget::resizeEvent(QResizeEvent*)
 {
     m_pRuler->setGeometry(0, m_pRuler->y(), width(), m_pRuler->height());
     QWidget* pScale = m_Controls.Find(1047);
-    pScale->resize(std::max(std::min(m_Controls.PlaceOf(1047).width(), width() - pScale->x()), 0), pScale->height());
+    pScale->resize(std::max(std::min(m_Controls.PlaceOf(1047).width(), width() - pScale->x()), 0),
+                   pScale->height());
     QWidget* pPhase = m_Controls.Find(1048);
     pPhase->setGeometry(0, pPhase->y(), width(), pPhase->height());
 }
@@ -130,7 +145,8 @@ bool TimeBarWidget::eventFilter(QObject* pObject, QEvent* pEvent)
         QPainter painter(m_pRuler);
         QtSurface surface(painter, m_pRuler->rect(), palette());
         m_Bar.DrawRuler(surface, m_pRuler->width(), m_pRuler->height());
-        if (palette().color(QPalette::Window).lightness() < 128) // in a dark window so light a strip would glare
+        if (palette().color(QPalette::Window).lightness() <
+            128) // in a dark window so light a strip would glare
             painter.fillRect(m_pRuler->rect(), QColor(0, 0, 0, 64));
         return true;
     }

@@ -18,13 +18,25 @@
 
 namespace
 {
-CPoint PointOf(const QPointF& pt) { return CPoint{int32_t(std::floor(pt.x())), int32_t(std::floor(pt.y()))}; }
-bool HasCtrl(const QInputEvent* pEvent) { return pEvent->modifiers() & Qt::ControlModifier; }
-bool HasShift(const QInputEvent* pEvent) { return pEvent->modifiers() & Qt::ShiftModifier; }
+CPoint PointOf(const QPointF& pt)
+{
+    return CPoint{int32_t(std::floor(pt.x())), int32_t(std::floor(pt.y()))};
+}
+bool HasCtrl(const QInputEvent* pEvent)
+{
+    return pEvent->modifiers() & Qt::ControlModifier;
+}
+bool HasShift(const QInputEvent* pEvent)
+{
+    return pEvent->modifiers() & Qt::ShiftModifier;
+}
 } // namespace
 
 TrackWidget::TrackWidget(CEditContext& context, CSpell& spell, QWidget* pParent)
-    : QWidget(pParent), m_Context(context), m_Spell(spell), m_Track(context, spell, *this)
+    : QWidget(pParent),
+      m_Context(context),
+      m_Spell(spell),
+      m_Track(context, spell, *this)
 {
     setWindowTitle(QString::fromUtf8(c_szTrackWindowTitle));
     setAccessibleName(tr("Timeline"));
@@ -47,48 +59,57 @@ TrackWidget::TrackWidget(CEditContext& context, CSpell& spell, QWidget* pParent)
     m_pScrollBar->setRange(0, CTrackWnd::c_nMaxScrollPos);
     m_pScrollBar->setPageStep(CTrackWnd::c_nScrollPage);
     m_pScrollBar->setAccessibleName(tr("Rows"));
-    connect(m_pScrollBar, &QScrollBar::actionTriggered, this, [this](int nAction) {
-        switch (nAction)
-        {
-        case QAbstractSlider::SliderSingleStepAdd:
-            m_Track.OnScroll(EScrollEvent::eLineDown);
-            break;
-        case QAbstractSlider::SliderSingleStepSub:
-            m_Track.OnScroll(EScrollEvent::eLineUp);
-            break;
-        case QAbstractSlider::SliderPageStepAdd:
-            m_Track.OnScroll(EScrollEvent::ePageDown);
-            break;
-        case QAbstractSlider::SliderPageStepSub:
-            m_Track.OnScroll(EScrollEvent::ePageUp);
-            break;
-        case QAbstractSlider::SliderMove:
-            m_Track.OnScroll(EScrollEvent::eThumbTrack, m_pScrollBar->sliderPosition());
-            break;
-        default:
-            m_Track.OnScroll(EScrollEvent::eOther);
-            break;
-        }
-        m_pScrollBar->setSliderPosition(m_Track.GetScrollPos());
-    });
+    connect(m_pScrollBar, &QScrollBar::actionTriggered, this,
+            [this](int nAction)
+            {
+                switch (nAction)
+                {
+                case QAbstractSlider::SliderSingleStepAdd:
+                    m_Track.OnScroll(EScrollEvent::eLineDown);
+                    break;
+                case QAbstractSlider::SliderSingleStepSub:
+                    m_Track.OnScroll(EScrollEvent::eLineUp);
+                    break;
+                case QAbstractSlider::SliderPageStepAdd:
+                    m_Track.OnScroll(EScrollEvent::ePageDown);
+                    break;
+                case QAbstractSlider::SliderPageStepSub:
+                    m_Track.OnScroll(EScrollEvent::ePageUp);
+                    break;
+                case QAbstractSlider::SliderMove:
+                    m_Track.OnScroll(EScrollEvent::eThumbTrack, m_pScrollBar->sliderPosition());
+                    break;
+                default:
+                    m_Track.OnScroll(EScrollEvent::eOther);
+                    break;
+                }
+                m_pScrollBar->setSliderPosition(m_Track.GetScrollPos());
+            });
     // Wheel, Home and End leave the bar alone; the program's own presses during a link come here first.
     m_pScrollBar->installEventFilter(this);
     qApp->installEventFilter(this);
 }
 
-TrackWidget::~TrackWidget() { qApp->removeEventFilter(this); }
+TrackWidget::~TrackWidget()
+{
+    qApp->removeEventFilter(this);
+}
 
 void TrackWidget::Layout()
 {
     const int nScrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
-    if (!m_Track.OnSize(width(), height(), m_pKeyInfo->sizeHint().height(), m_pTimeBar->sizeHint().height(), nScrollBar))
+    if (!m_Track.OnSize(width(), height(), m_pKeyInfo->sizeHint().height(), m_pTimeBar->sizeHint().height(),
+                        nScrollBar))
         return;
     m_pKeyInfo->setGeometry(ToQt(m_Track.Layout().m_rcKeyInfo));
     m_pTimeBar->setGeometry(ToQt(m_Track.Layout().m_rcTimeBar));
     m_pScrollBar->setGeometry(ToQt(m_Track.Layout().m_rcScrollBar));
 }
 
-void TrackWidget::resizeEvent(QResizeEvent*) { Layout(); }
+void TrackWidget::resizeEvent(QResizeEvent*)
+{
+    Layout();
+}
 
 void TrackWidget::paintEvent(QPaintEvent* pEvent)
 {
@@ -210,7 +231,8 @@ bool TrackWidget::IsLinkPress(QEvent* pEvent)
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
         if (static_cast<QMouseEvent*>(pEvent)->button() == Qt::LeftButton)
-            m_Track.OnLeftPress(PointOf(mapFromGlobal(static_cast<QMouseEvent*>(pEvent)->globalPosition())), false, false);
+            m_Track.OnLeftPress(PointOf(mapFromGlobal(static_cast<QMouseEvent*>(pEvent)->globalPosition())),
+                                false, false);
         return true;
     case QEvent::MouseButtonRelease:
     case QEvent::KeyPress:
@@ -239,8 +261,8 @@ bool TrackWidget::eventFilter(QObject* pObject, QEvent* pEvent)
         }
     }
     // Keys of the window and its children are offered to the timeline's accelerators first.
-    if ((pEvent->type() == QEvent::KeyPress || pEvent->type() == QEvent::ShortcutOverride) && pObject->isWidgetType() &&
-        (pObject == this || isAncestorOf(static_cast<QWidget*>(pObject))))
+    if ((pEvent->type() == QEvent::KeyPress || pEvent->type() == QEvent::ShortcutOverride) &&
+        pObject->isWidgetType() && (pObject == this || isAncestorOf(static_cast<QWidget*>(pObject))))
     {
         auto* pKey = static_cast<QKeyEvent*>(pEvent);
         const uint16_t nKey = VirtualKey(pKey->key());
@@ -250,18 +272,23 @@ bool TrackWidget::eventFilter(QObject* pObject, QEvent* pEvent)
                 pEvent->accept();
             return false;
         }
-        return nKey && m_Track.OnKeyPress(nKey, HasCtrl(pKey), HasShift(pKey), pKey->modifiers() & Qt::AltModifier);
+        return nKey &&
+               m_Track.OnKeyPress(nKey, HasCtrl(pKey), HasShift(pKey), pKey->modifiers() & Qt::AltModifier);
     }
     return QWidget::eventFilter(pObject, pEvent);
 }
 
 QString TrackWidget::TipFor(CPoint pt) const
 {
-    const CKey* pKey = m_Track.IsBusy() || !m_Track.Layout().VisibleTrackArea().Contains(pt) ? nullptr : m_Track.KeyFromRect(pt);
+    const CKey* pKey = m_Track.IsBusy() || !m_Track.Layout().VisibleTrackArea().Contains(pt)
+                           ? nullptr
+                           : m_Track.KeyFromRect(pt);
     if (!pKey)
         return QString();
-    return QtText::ToQt(pKey->GetDisplayName()) +
-           tr("\n%1 ms to %2 ms, %3 ms long").arg(pKey->m_nStartTime).arg(pKey->m_nEndTime).arg(int64_t(pKey->m_nEndTime) - pKey->m_nStartTime);
+    return QtText::ToQt(pKey->GetDisplayName()) + tr("\n%1 ms to %2 ms, %3 ms long")
+                                                      .arg(pKey->m_nStartTime)
+                                                      .arg(pKey->m_nEndTime)
+                                                      .arg(int64_t(pKey->m_nEndTime) - pKey->m_nStartTime);
 }
 
 bool TrackWidget::event(QEvent* pEvent)
@@ -272,17 +299,24 @@ bool TrackWidget::event(QEvent* pEvent)
         const QString sTip = TipFor(FromQt(pt));
         // Names are plain text: what looks like mark-up is shown as it stands.
         QToolTip::showText(static_cast<QHelpEvent*>(pEvent)->globalPos(),
-                           sTip.isEmpty() ? sTip : QLatin1String("<p style='white-space:pre'>") + sTip.toHtmlEscaped() + QLatin1String("</p>"), this);
+                           sTip.isEmpty() ? sTip
+                                          : QLatin1String("<p style='white-space:pre'>") +
+                                                sTip.toHtmlEscaped() + QLatin1String("</p>"),
+                           this);
         return true;
     }
     if (pEvent->type() == QEvent::UngrabMouse && m_Track.IsDragging())
         m_Track.OnMouseLost();
-    if (pEvent->type() == QEvent::FocusIn || pEvent->type() == QEvent::FocusOut || pEvent->type() == QEvent::PaletteChange)
+    if (pEvent->type() == QEvent::FocusIn || pEvent->type() == QEvent::FocusOut ||
+        pEvent->type() == QEvent::PaletteChange)
         update();
     return QWidget::event(pEvent);
 }
 
-void TrackWidget::Invalidate() { update(); }
+void TrackWidget::Invalidate()
+{
+    update();
+}
 
 void TrackWidget::PaintNow()
 {
@@ -309,9 +343,15 @@ void TrackWidget::SetCursorShape(ECursorShape eShape)
                                                       : Qt::ArrowCursor);
 }
 
-CPoint TrackWidget::PointerPosition() const { return PointOf(mapFromGlobal(QPointF(QCursor::pos()))); }
+CPoint TrackWidget::PointerPosition() const
+{
+    return PointOf(mapFromGlobal(QPointF(QCursor::pos())));
+}
 
-bool TrackWidget::IsLeftButtonDown() const { return QGuiApplication::mouseButtons() & Qt::LeftButton; }
+bool TrackWidget::IsLeftButtonDown() const
+{
+    return QGuiApplication::mouseButtons() & Qt::LeftButton;
+}
 
 void TrackWidget::PostPhaseLengthEntered()
 {

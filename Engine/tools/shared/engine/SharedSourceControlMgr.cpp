@@ -123,8 +123,7 @@ bool CSharedSourceControlMgr::CheckOut(const char* szFile, int nFlag)
 bool CSharedSourceControlMgr::EnsureCheckedOut(const char* szFile, int nFlag)
 {
     return OnFile(
-        szFile,
-        [=](auto& client, const std::string& sPath) { return client.EnsureCheckedOut(sPath, nFlag); },
+        szFile, [=](auto& client, const std::string& sPath) { return client.EnsureCheckedOut(sPath, nFlag); },
         false);
 }
 

@@ -36,7 +36,7 @@ public:
 // What a provider is given by the program; all of it outlives it and may be null.
 struct CProviderHost
 {
-    IPrompts* m_pPrompts = nullptr;          // the wait sign, and the user's wish to stop. Null: neither
-    ISourceControlFront* m_pFront = nullptr; // null: nobody can be asked or shown anything
+    IPrompts* m_pPrompts = nullptr;             // the wait sign, and the user's wish to stop. Null: neither
+    ISourceControlFront* m_pFront = nullptr;    // null: nobody can be asked or shown anything
     std::function<std::string()> m_CurrentFile; // the library that is worked on; empty when it has no name
 };
