@@ -7,8 +7,8 @@
 
 #include "app/EditScope.h"
 #include "platform/Profile.h"
-#include "qt/MainWindow.h"
-#include "qt/TrackWidget.h"
+#include "qt/frame/MainWindow.h"
+#include "qt/timeline/TrackWidget.h"
 #include "shared/engine/SharedSourceControlMgr.h"
 
 namespace

@@ -1,7 +1,7 @@
 #include "desktop/Inspection.h"
-#include "qt/ColorViews.h"
-#include "qt/PropertyControls.h"
-#include "qt/SourceControlFront.h"
+#include "qt/properties/ColorViews.h"
+#include "qt/sourcecontrol/SourceControlFront.h"
+#include "qt/toolkit/PropertyControls.h"
 
 // Who can't see the screen, or doesn't use the mouse: each control has a name, each painted view says what it is, and
 // no two letters of a dialog are the same.

@@ -1,4 +1,4 @@
-#include "qt/DialogPlaces.h"
+#include "qt/toolkit/DialogPlaces.h"
 
 #include <QListWidget>
 #include <QScreen>

@@ -4,7 +4,7 @@
 #include <QToolButton>
 
 #include "desktop/LibraryBench.h"
-#include "qt/ToolBarWidget.h"
+#include "qt/toolkit/ToolBarWidget.h"
 
 // Where the keyboard is after something has gone: never in another effect than the one that was active, and
 // never on a button that nobody chose.

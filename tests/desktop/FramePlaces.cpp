@@ -1,11 +1,11 @@
-#include "qt/FramePlaces.h"
+#include "qt/toolkit/FramePlaces.h"
 
 #include <QScreen>
 #include <QStatusBar>
 
 #include "desktop/LibraryBench.h"
-#include "qt/DialogPlaces.h"
-#include "qt/ToolBarWidget.h"
+#include "qt/toolkit/DialogPlaces.h"
+#include "qt/toolkit/ToolBarWidget.h"
 
 // The window, its dock and its bars come back as they were left.
 

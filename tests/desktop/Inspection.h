@@ -10,7 +10,7 @@
 #include <set>
 
 #include "desktop/LibraryBench.h"
-#include "qt/ManualWindow.h"
+#include "qt/frame/ManualWindow.h"
 
 // Looks at the windows as those do who can't see the screen, or don't use the mouse.
 namespace Inspection

@@ -1,7 +1,7 @@
 #include <QListWidget>
 
 #include "desktop/Inspection.h"
-#include "qt/FunctionCurveDialog.h"
+#include "qt/properties/FunctionCurveDialog.h"
 
 using namespace Inspection;
 

@@ -7,9 +7,9 @@
 #include <QTabBar>
 
 #include "desktop/DesktopBench.h"
-#include "qt/LeftDockWidget.h"
-#include "qt/LibraryTreeView.h"
-#include "qt/TemplateDialog.h"
+#include "qt/library/LeftDockWidget.h"
+#include "qt/library/LibraryTreeView.h"
+#include "qt/toolkit/TemplateDialog.h"
 
 // The pages of the library in the real window: rows by the text of their items.
 struct CLibraryDesktop : CDesktopBench

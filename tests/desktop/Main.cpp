@@ -5,7 +5,7 @@
 #include <cstdlib>
 
 #include "desktop/Desktop.h"
-#include "qt/MenuStyle.h"
+#include "qt/toolkit/MenuStyle.h"
 #include "support/TempDir.h"
 
 namespace

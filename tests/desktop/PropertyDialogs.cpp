@@ -4,11 +4,11 @@
 #include <QScrollBar>
 
 #include "desktop/LibraryBench.h"
-#include "qt/ColorViews.h"
-#include "qt/EditVectorDialog.h"
-#include "qt/FunctionCurveDialog.h"
-#include "qt/PropertyControls.h"
-#include "qt/QtSurface.h"
+#include "qt/properties/ColorViews.h"
+#include "qt/properties/EditVectorDialog.h"
+#include "qt/properties/FunctionCurveDialog.h"
+#include "qt/toolkit/PropertyControls.h"
+#include "qt/toolkit/QtSurface.h"
 
 // The property dialogs over the timeline, by pointer and keys.
 

@@ -8,8 +8,8 @@
 #include <QToolTip>
 
 #include "desktop/DesktopBench.h"
-#include "qt/LeftDockWidget.h"
-#include "qt/LibraryTreeView.h"
+#include "qt/library/LeftDockWidget.h"
+#include "qt/library/LibraryTreeView.h"
 
 namespace
 {

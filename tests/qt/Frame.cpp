@@ -17,14 +17,14 @@
 #include <thread>
 
 #include "platform/Profile.h"
-#include "qt/Appearance.h"
-#include "qt/AssertDialog.h"
-#include "qt/LibraryTreeView.h"
-#include "qt/MainWindow.h"
-#include "qt/MenuStyle.h"
-#include "qt/QtSurface.h"
-#include "qt/ShellPainter.h"
-#include "qt/ToolBarWidget.h"
+#include "qt/frame/AssertDialog.h"
+#include "qt/frame/MainWindow.h"
+#include "qt/library/LibraryTreeView.h"
+#include "qt/toolkit/Appearance.h"
+#include "qt/toolkit/MenuStyle.h"
+#include "qt/toolkit/QtSurface.h"
+#include "qt/toolkit/ShellPainter.h"
+#include "qt/toolkit/ToolBarWidget.h"
 #include "support/LibraryBuilder.h"
 #include "support/RecordingSourceControl.h"
 

@@ -3,7 +3,7 @@
 #include "app/resources/Bars.h"
 #include "app/resources/DialogIcons.h"
 #include "app/resources/TreeIcons.h"
-#include "qt/IconPainter.h"
+#include "qt/toolkit/IconPainter.h"
 
 namespace
 {

@@ -1,4 +1,4 @@
-#include "qt/ManualWindow.h"
+#include "qt/frame/ManualWindow.h"
 
 #include <gtest/gtest.h>
 

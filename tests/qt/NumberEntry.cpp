@@ -7,7 +7,7 @@
 #include <QMessageBox>
 #include <QTimer>
 
-#include "qt/QtPrompts.h"
+#include "qt/toolkit/QtPrompts.h"
 
 TEST(NumberEntry, StaysOpenUntilItHasANumber)
 {

@@ -10,13 +10,13 @@
 #include <QWheelEvent>
 
 #include "properties/PropertyBench.h"
-#include "qt/ColorViews.h"
-#include "qt/EditVectorDialog.h"
-#include "qt/FunctionCurveDialog.h"
-#include "qt/FxPropertiesDialog.h"
-#include "qt/PropertyControls.h"
-#include "qt/QtPropertyDialogs.h"
-#include "qt/QtSurface.h"
+#include "qt/properties/ColorViews.h"
+#include "qt/properties/EditVectorDialog.h"
+#include "qt/properties/FunctionCurveDialog.h"
+#include "qt/properties/FxPropertiesDialog.h"
+#include "qt/properties/QtPropertyDialogs.h"
+#include "qt/toolkit/PropertyControls.h"
+#include "qt/toolkit/QtSurface.h"
 
 namespace
 {

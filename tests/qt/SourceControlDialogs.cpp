@@ -14,8 +14,8 @@
 #include <gtest/gtest.h>
 
 #include "platform/Process.h"
-#include "qt/SourceControlFront.h"
-#include "qt/SourceControlHistory.h"
+#include "qt/sourcecontrol/SourceControlFront.h"
+#include "qt/sourcecontrol/SourceControlHistory.h"
 #include "shared/engine/BuiltInProviders.h"
 #include "support/TempDir.h"
 

@@ -1,0 +1,148 @@
+#include "qt/properties/EditVectorDialog.h"
+
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPushButton>
+
+#include "qt/toolkit/QtSurface.h"
+#include "qt/toolkit/QtText.h"
+
+namespace
+{
+
+constexpr int32_t c_nTemplate = 169;
+constexpr int32_t c_nSideView = 1104;
+constexpr int32_t c_nTopView = 1105;
+constexpr int32_t c_nMagnitude = 1106;
+constexpr int32_t c_nPresets = 1013;
+
+} // namespace
+
+VectorView::VectorView(CEditVectorDlg& dialog, EVectorView eView, QWidget* pParent)
+    : QWidget(pParent),
+      m_Dialog(dialog),
+      m_eView(eView)
+{
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setAccessibleName(eView == EVectorView::eSide ? QStringLiteral("Side view") : QStringLiteral("Top view"));
+}
+
+CPoint VectorView::InDialog(const QMouseEvent& event) const
+{
+    return FromQt(mapToParent(event.position().toPoint()));
+}
+
+void VectorView::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    QtSurface surface(painter, rect(), palette());
+    m_Dialog.PaintView(surface, m_eView, FromQt(rect()));
+}
+
+void VectorView::mousePressEvent(QMouseEvent* pEvent)
+{
+    if (pEvent->button() == Qt::LeftButton)
+        m_Dialog.OnLeftDown(InDialog(*pEvent));
+}
+
+void VectorView::mouseMoveEvent(QMouseEvent* pEvent)
+{
+    if (!(pEvent->buttons() & Qt::LeftButton))
+        m_Dialog.OnLeftUp(); // the release went elsewhere
+    m_Dialog.OnMouseMove(InDialog(*pEvent));
+}
+
+void VectorView::mouseReleaseEvent(QMouseEvent* pEvent)
+{
+    if (pEvent->button() == Qt::LeftButton)
+        m_Dialog.OnLeftUp();
+}
+
+void VectorView::hideEvent(QHideEvent* pEvent)
+{
+    m_Dialog.OnLeftUp();
+    QWidget::hideEvent(pEvent);
+}
+
+EditVectorDialog::EditVectorDialog(CEditVectorDlg& dialog, QWidget* pParent)
+    : TemplateDialog(c_nTemplate, pParent),
+      m_Dialog(dialog),
+      m_pSide(new VectorView(dialog, EVectorView::eSide, this)),
+      m_pTop(new VectorView(dialog, EVectorView::eTop, this)),
+      m_pMagnitude(m_Controls.Get<QLineEdit>(c_nMagnitude)),
+      m_pPresets(m_Controls.Get<QComboBox>(c_nPresets))
+{
+    m_pSide->setGeometry(m_Controls.PlaceOf(c_nSideView));
+    m_pTop->setGeometry(m_Controls.PlaceOf(c_nTopView));
+    m_Dialog.OnInitDialog(FromQt(m_pSide->geometry()), FromQt(m_pTop->geometry()));
+    m_pMagnitude->setText(QtText::ToQt(m_Dialog.GetMagnitudeText()));
+    connect(m_pMagnitude, &QLineEdit::textEdited, this,
+            [this](const QString& sText) { m_Dialog.SetMagnitudeText(QtText::FromQt(sText)); });
+
+    for (const CVectorPreset& preset : c_VectorPresets)
+        m_pPresets->addItem(QString::fromUtf8(preset.m_pszText));
+    m_pPresets->setCurrentIndex(-1);
+    m_pPresets->installEventFilter(this);
+    connect(m_pPresets, &QComboBox::activated, this,
+            [this](int nItem)
+            {
+                m_Dialog.OnPreset(nItem);
+                m_pPresets->setCurrentIndex(-1);
+            });
+    for (QPushButton* pButton : findChildren<QPushButton*>())
+        pButton->setAutoDefault(true); // Enter presses the one that has the focus
+    m_Dialog.SetView(this);
+    SelectMagnitude();
+}
+
+EditVectorDialog::~EditVectorDialog()
+{
+    m_Dialog.SetView(nullptr);
+}
+
+void EditVectorDialog::accept()
+{
+    if (m_Dialog.OnOK())
+        TemplateDialog::accept();
+}
+
+void EditVectorDialog::RepaintViews()
+{
+    m_pSide->update();
+    m_pTop->update();
+}
+
+void EditVectorDialog::SelectMagnitude()
+{
+    m_pMagnitude->setFocus(Qt::OtherFocusReason);
+    m_pMagnitude->selectAll();
+}
+
+// The list shows nothing, so an arrow key would always begin at its first item: it goes on from where the direction is.
+bool EditVectorDialog::eventFilter(QObject* pWatched, QEvent* pEvent)
+{
+    if (pWatched == m_pPresets && pEvent->type() == QEvent::KeyPress)
+    {
+        const auto* pKey = static_cast<const QKeyEvent*>(pEvent);
+        const int nKey = pKey->key();
+        const bool bNext = nKey == Qt::Key_Down || nKey == Qt::Key_PageDown;
+        const bool bStep = bNext || nKey == Qt::Key_Up || nKey == Qt::Key_PageUp;
+        if (bStep && !(pKey->modifiers() & ~Qt::KeypadModifier)) // with Alt it opens the list
+        {
+            m_Dialog.OnStepPreset(bNext);
+            return true;
+        }
+    }
+    return TemplateDialog::eventFilter(pWatched, pEvent);
+}
+
+// Without the mouse there is no release to come.
+void EditVectorDialog::changeEvent(QEvent* pEvent)
+{
+    if (pEvent->type() == QEvent::ActivationChange && !isActiveWindow())
+        m_Dialog.OnLeftUp();
+    TemplateDialog::changeEvent(pEvent);
+}
