@@ -6,7 +6,7 @@
 #include "FuzzTools.h"
 #include "platform/Paths.h"
 #include "shared/engine/ProjectLocator.h"
-#include "shared/engine/TokenStringUtils.h"
+#include "shared/sourcecontrol/TokenStringUtils.h"
 
 namespace
 {

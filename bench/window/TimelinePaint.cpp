@@ -9,7 +9,7 @@
 #include "platform/Profile.h"
 #include "qt/frame/MainWindow.h"
 #include "qt/timeline/TrackWidget.h"
-#include "shared/engine/SharedSourceControlMgr.h"
+#include "shared/sourcecontrol/SharedSourceControlMgr.h"
 
 namespace
 {

@@ -3,7 +3,7 @@
 #include <cstring>
 #include <memory>
 
-#include "shared/engine/SourceControlProvider.h"
+#include "shared/sourcecontrol/SourceControlProvider.h"
 
 namespace
 {

@@ -16,7 +16,7 @@
 #include "platform/Process.h"
 #include "qt/sourcecontrol/SourceControlFront.h"
 #include "qt/sourcecontrol/SourceControlHistory.h"
-#include "shared/engine/BuiltInProviders.h"
+#include "shared/sourcecontrol/BuiltInProviders.h"
 #include "support/TempDir.h"
 
 namespace

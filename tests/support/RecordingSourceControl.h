@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "shared/engine/SourceControl.h"
+#include "shared/sourcecontrol/SourceControl.h"
 
 // Writes down what the workflow asks of source control: "CheckOut PATH 0".
 class CRecordingSourceControl : public ISourceControl

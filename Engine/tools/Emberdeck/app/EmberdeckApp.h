@@ -11,7 +11,7 @@
 #include "platform/CrashMark.h"
 #include "platform/IProfile.h"
 #include "shared/engine/ProjectLocator.h"
-#include "shared/engine/SourceControl.h"
+#include "shared/sourcecontrol/SourceControl.h"
 
 // What the application is given by its front; all of it outlives the application.
 struct CAppServices

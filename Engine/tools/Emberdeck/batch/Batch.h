@@ -8,7 +8,7 @@
 #include "app/EmberdeckApp.h"
 #include "batch/BatchPrompts.h"
 #include "batch/LoadRules.h"
-#include "shared/engine/ProviderRegistry.h"
+#include "shared/sourcecontrol/ProviderRegistry.h"
 
 class CCheckOutWatch;
 

@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "platform/Paths.h"
-#include "shared/engine/BuiltInProviders.h"
+#include "shared/sourcecontrol/BuiltInProviders.h"
 
 namespace
 {

@@ -3,7 +3,7 @@
 #include <set>
 #include <string>
 
-#include "shared/engine/SharedSourceControlMgr.h"
+#include "shared/sourcecontrol/SharedSourceControlMgr.h"
 
 // Source control for a run that was told to check files out. The work goes on over a file that isn't, as in the
 // window; but it is told in one line on standard error, once for each file, and counted, so that the run fails.

@@ -6,8 +6,8 @@
 #include "batch/Batch.h"
 #include "batch/CheckOutWatch.h"
 #include "platform/Profile.h"
-#include "shared/engine/BuiltInProviders.h"
-#include "shared/engine/ProviderLibraries.h"
+#include "shared/sourcecontrol/BuiltInProviders.h"
+#include "shared/sourcecontrol/ProviderLibraries.h"
 
 namespace
 {

@@ -18,9 +18,9 @@
 #include "qt/toolkit/DialogPlaces.h"
 #include "qt/toolkit/ProgramIcon.h"
 #include "qt/toolkit/QtText.h"
-#include "shared/engine/BuiltInProviders.h"
-#include "shared/engine/ProviderLibraries.h"
-#include "shared/engine/SharedSourceControlMgr.h"
+#include "shared/sourcecontrol/BuiltInProviders.h"
+#include "shared/sourcecontrol/ProviderLibraries.h"
+#include "shared/sourcecontrol/SharedSourceControlMgr.h"
 
 namespace
 {

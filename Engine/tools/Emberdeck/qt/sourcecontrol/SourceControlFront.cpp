@@ -16,7 +16,7 @@
 
 #include "qt/sourcecontrol/SourceControlHistory.h"
 #include "qt/toolkit/QtText.h"
-#include "shared/engine/BuiltInProviders.h"
+#include "shared/sourcecontrol/BuiltInProviders.h"
 
 namespace
 {

@@ -6,8 +6,8 @@
 #include <QDialog>
 #include <QPointer>
 
-#include "shared/engine/ProviderRegistry.h"
-#include "shared/engine/SourceControlFront.h"
+#include "shared/sourcecontrol/ProviderRegistry.h"
+#include "shared/sourcecontrol/SourceControlFront.h"
 
 class IPrompts;
 class QListWidget;

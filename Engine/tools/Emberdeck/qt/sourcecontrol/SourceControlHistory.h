@@ -2,7 +2,7 @@
 
 #include <QDialog>
 
-#include "shared/engine/SourceControlFront.h"
+#include "shared/sourcecontrol/SourceControlFront.h"
 
 class QPlainTextEdit;
 class QTreeWidget;

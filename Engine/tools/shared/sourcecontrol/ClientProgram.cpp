@@ -1,4 +1,4 @@
-#include "shared/engine/ClientProgram.h"
+#include "shared/sourcecontrol/ClientProgram.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "shared/engine/GitProvider.h"
+#include "shared/sourcecontrol/GitProvider.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -3,8 +3,8 @@
 #include <memory>
 #include <string>
 
-#include "shared/engine/SourceControl.h"
-#include "shared/engine/SourceControlClient.h"
+#include "shared/sourcecontrol/SourceControl.h"
+#include "shared/sourcecontrol/SourceControlClient.h"
 
 // The one source control object of the process, which the file workflow calls. The connection is lazy:
 // the first call that names a file makes it, and one that failed is tried again at each call.

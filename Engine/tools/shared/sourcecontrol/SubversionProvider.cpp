@@ -1,4 +1,4 @@
-#include "shared/engine/SubversionProvider.h"
+#include "shared/sourcecontrol/SubversionProvider.h"
 
 #include <algorithm>
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "shared/engine/SourceControlProvider.h"
+#include "shared/sourcecontrol/SourceControlProvider.h"
 
 // The source control providers that this program has.
 class CProviderRegistry

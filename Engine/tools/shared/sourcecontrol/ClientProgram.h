@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "shared/engine/SourceControlProvider.h"
+#include "shared/sourcecontrol/SourceControlProvider.h"
 
 class IPrompts;
 

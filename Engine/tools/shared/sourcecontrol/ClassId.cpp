@@ -1,4 +1,4 @@
-#include "shared/engine/ClassId.h"
+#include "shared/sourcecontrol/ClassId.h"
 
 namespace
 {

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "shared/engine/ClientProgram.h"
-#include "shared/engine/SourceControlFront.h"
+#include "shared/sourcecontrol/ClientProgram.h"
+#include "shared/sourcecontrol/SourceControlFront.h"
 
 // What providers have in common that work on a work copy on this machine through a client program. The
 // database is a folder of the work copy. Where the project has named none, each file is worked on in the work

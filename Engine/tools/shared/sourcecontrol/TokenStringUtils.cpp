@@ -1,4 +1,4 @@
-#include "shared/engine/TokenStringUtils.h"
+#include "shared/sourcecontrol/TokenStringUtils.h"
 
 #include <string_view>
 

@@ -1,7 +1,7 @@
-#include "shared/engine/BuiltInProviders.h"
+#include "shared/sourcecontrol/BuiltInProviders.h"
 
-#include "shared/engine/GitProvider.h"
-#include "shared/engine/SubversionProvider.h"
+#include "shared/sourcecontrol/GitProvider.h"
+#include "shared/sourcecontrol/SubversionProvider.h"
 
 void RegisterBuiltInProviders(CProviderRegistry& registry, const CProviderHost& host)
 {

@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "shared/engine/ClassId.h"
+#include "shared/sourcecontrol/ClassId.h"
 
 // What an operation of a provider or locator gives: a code, of which the highest bit means failure,
 // and for a failure a sentence to show, which may be empty.

@@ -1,4 +1,4 @@
-#include "shared/engine/SharedSourceControlMgr.h"
+#include "shared/sourcecontrol/SharedSourceControlMgr.h"
 
 #include <new>
 

@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include "shared/engine/WorkCopyProvider.h"
+#include "shared/sourcecontrol/WorkCopyProvider.h"
 
 // Subversion, through its client program. A file with the property svn:needs-lock is checked out by locking
 // it; others need no check-out. Names that aren't UTF-8 can't be kept there, and are unknown.

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "shared/engine/ProviderRegistry.h"
+#include "shared/sourcecontrol/ProviderRegistry.h"
 
 // Providers of a team's own live in shared libraries that a small text file names, one a line:
 //

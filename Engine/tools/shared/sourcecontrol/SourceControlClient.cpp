@@ -1,9 +1,9 @@
-#include "shared/engine/SourceControlClient.h"
+#include "shared/sourcecontrol/SourceControlClient.h"
 
 #include <vector>
 
 #include "platform/Files.h"
-#include "shared/engine/TokenStringUtils.h"
+#include "shared/sourcecontrol/TokenStringUtils.h"
 
 namespace
 {

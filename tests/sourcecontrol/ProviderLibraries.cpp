@@ -1,8 +1,8 @@
-#include "shared/engine/ProviderLibraries.h"
+#include "shared/sourcecontrol/ProviderLibraries.h"
 
 #include <filesystem>
 
-#include "shared/engine/SharedSourceControlMgr.h"
+#include "shared/sourcecontrol/SharedSourceControlMgr.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TempDir.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "shared/engine/ProviderRegistry.h"
-#include "shared/engine/SourceControlFront.h"
+#include "shared/sourcecontrol/ProviderRegistry.h"
+#include "shared/sourcecontrol/SourceControlFront.h"
 
 // The providers that come with the program: Git and Subversion.
 void RegisterBuiltInProviders(CProviderRegistry& registry, const CProviderHost& host);

@@ -6,8 +6,8 @@
 #include <optional>
 
 #include "platform/Process.h"
-#include "shared/engine/BuiltInProviders.h"
-#include "shared/engine/SharedSourceControlMgr.h"
+#include "shared/sourcecontrol/BuiltInProviders.h"
+#include "shared/sourcecontrol/SharedSourceControlMgr.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TempDir.h"
 

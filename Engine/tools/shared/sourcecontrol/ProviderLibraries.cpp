@@ -1,4 +1,4 @@
-#include "shared/engine/ProviderLibraries.h"
+#include "shared/sourcecontrol/ProviderLibraries.h"
 
 #include <algorithm>
 #include <utility>

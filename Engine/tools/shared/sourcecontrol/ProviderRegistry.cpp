@@ -1,4 +1,4 @@
-#include "shared/engine/ProviderRegistry.h"
+#include "shared/sourcecontrol/ProviderRegistry.h"
 
 #include "platform/NameFold.h"
 

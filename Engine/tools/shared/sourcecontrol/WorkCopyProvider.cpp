@@ -1,4 +1,4 @@
-#include "shared/engine/WorkCopyProvider.h"
+#include "shared/sourcecontrol/WorkCopyProvider.h"
 
 #include <algorithm>
 #include <utility>

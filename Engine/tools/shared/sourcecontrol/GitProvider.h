@@ -2,7 +2,7 @@
 
 #include <set>
 
-#include "shared/engine/WorkCopyProvider.h"
+#include "shared/sourcecontrol/WorkCopyProvider.h"
 
 // Git, through its client program. Files are committed one by one to the branch that is checked out; nothing
 // is pushed. Git has no check-out of its own: it is a mark in the repository's own folder, which a submit or

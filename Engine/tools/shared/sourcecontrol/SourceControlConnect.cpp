@@ -1,4 +1,4 @@
-#include "shared/engine/SourceControlClient.h"
+#include "shared/sourcecontrol/SourceControlClient.h"
 
 namespace
 {

@@ -6,8 +6,8 @@
 #include <string>
 
 #include "platform/IPrompts.h"
-#include "shared/engine/ProviderRegistry.h"
-#include "shared/engine/SourceControl.h"
+#include "shared/sourcecontrol/ProviderRegistry.h"
+#include "shared/sourcecontrol/SourceControl.h"
 
 // What source control is given by its front; all of it outlives the manager and its client.
 struct CSourceControlServices

@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-#include "shared/engine/SharedSourceControlMgr.h"
+#include "shared/sourcecontrol/SharedSourceControlMgr.h"
 #include "support/ScriptedPrompts.h"
 
 // A version control system that does as it is told and writes down each call. Two providers, ids A
