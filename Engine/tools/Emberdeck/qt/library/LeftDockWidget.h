@@ -6,16 +6,18 @@
 #include "browser/EffectTreePanel.h"
 #include "browser/LeftDock.h"
 #include "browser/PrefabTreePanel.h"
+#include "qt/toolkit/AccessibleViews.h"
 
 class LibraryTreeView;
 
 // The thin bar along the dock's right edge.
-class SizeBarWidget : public QWidget
+class SizeBarWidget : public QWidget, public IAccessibleView
 {
     Q_OBJECT
 
 public:
     SizeBarWidget(QWidget* pParent);
+    QAccessible::Role AccessibleRole() const override { return QAccessible::Splitter; }
     void SetBar(CSizeBar* pBar) // borrowed; null before it goes
     {
         m_pBar = pBar;

@@ -8,6 +8,7 @@
 
 #include "qt/toolkit/PropertyControls.h"
 #include "qt/toolkit/QtSurface.h"
+#include "qt/toolkit/QtText.h"
 
 namespace
 {
@@ -71,6 +72,15 @@ BasicColorsView::BasicColorsView(CKRColorDialog& dialog, QWidget* pParent)
     setFocusPolicy(Qt::StrongFocus);
 }
 
+QString BasicColorsView::AccessibleText() const
+{
+    const int nCell = m_Dialog.GetChooser().GetBasicFocus();
+    return tr("%1 of %2: %3")
+        .arg(nCell + 1)
+        .arg(CColorChooser::c_nBasicColors)
+        .arg(ColorText(CColorChooser::GetBasicColor(nCell)));
+}
+
 void BasicColorsView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
@@ -121,6 +131,12 @@ ColorSquareView::ColorSquareView(CKRColorDialog& dialog, QWidget* pParent)
     setCursor(Qt::CrossCursor);
 }
 
+QString ColorSquareView::AccessibleText() const
+{
+    return tr("hue %1, saturation %2")
+        .arg(QtText::ToQt(m_Dialog.GetText(eColor_HueBox)), QtText::ToQt(m_Dialog.GetText(eColor_SatBox)));
+}
+
 void ColorSquareView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
@@ -160,6 +176,11 @@ QRect LuminanceView::Bar() const
     return rect().adjusted(0, c_nMarkHalf, -c_nMarkWidth, -c_nMarkHalf);
 }
 
+QString LuminanceView::AccessibleText() const
+{
+    return QtText::ToQt(m_Dialog.GetText(eColor_LumBox));
+}
+
 void LuminanceView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
@@ -190,6 +211,11 @@ CurrentColorView::CurrentColorView(CKRColorDialog& dialog, QWidget* pParent)
 {
 }
 
+QString CurrentColorView::AccessibleText() const
+{
+    return ColorText(m_Dialog.GetChooser().GetRgb());
+}
+
 void CurrentColorView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
@@ -202,6 +228,18 @@ PaletteView::PaletteView(CKRColorDialog& dialog, QWidget* pParent)
 {
     // A press between the cells takes nothing from the box that has the focus.
     setFocusPolicy(Qt::TabFocus);
+}
+
+QString PaletteView::AccessibleText() const
+{
+    const CCustomColorPalette& cells = m_Dialog.GetPalette();
+    const int nCell = cells.GetFocus();
+    const QString sText = tr("%1 of %2: %3")
+                              .arg(nCell + 1)
+                              .arg(CCustomColorPalette::c_nNumCells)
+                              .arg(ColorText(cells.GetColor(nCell)));
+    const QString sDescription = QtText::ToQt(m_Dialog.GetDescription(nCell));
+    return sDescription.isEmpty() ? sText : sText + QLatin1String(", ") + sDescription;
 }
 
 void PaletteView::paintEvent(QPaintEvent*)

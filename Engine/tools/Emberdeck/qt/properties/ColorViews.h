@@ -4,15 +4,16 @@
 #include <QWidget>
 
 #include "properties/ColorDialog.h"
+#include "qt/toolkit/AccessibleViews.h"
 
 // The painted parts of the colour dialog.
-class ColorView : public QWidget
+class ColorView : public QWidget, public IAccessibleView
 {
     Q_OBJECT
 
 public:
     ColorView(CKRColorDialog& dialog, const QString& sName, QWidget* pParent);
-    CKRColorDialog& Dialog() const { return m_Dialog; }
+    QAccessible::Role AccessibleRole() const override { return QAccessible::ColorChooser; }
 
 protected:
     CKRColorDialog& m_Dialog;
@@ -25,6 +26,7 @@ class BasicColorsView : public ColorView
 
 public:
     BasicColorsView(CKRColorDialog& dialog, QWidget* pParent);
+    QString AccessibleText() const override;
 
 protected:
     void paintEvent(QPaintEvent* pEvent) override;
@@ -41,6 +43,7 @@ class ColorSquareView : public ColorView
 
 public:
     ColorSquareView(CKRColorDialog& dialog, QWidget* pParent);
+    QString AccessibleText() const override;
 
 protected:
     void paintEvent(QPaintEvent* pEvent) override;
@@ -62,6 +65,8 @@ public:
     static constexpr int c_nMarkHalf = 4;
 
     LuminanceView(CKRColorDialog& dialog, QWidget* pParent);
+    QAccessible::Role AccessibleRole() const override { return QAccessible::Slider; }
+    QString AccessibleText() const override;
 
 protected:
     void paintEvent(QPaintEvent* pEvent) override;
@@ -79,6 +84,8 @@ class CurrentColorView : public ColorView
 
 public:
     CurrentColorView(CKRColorDialog& dialog, QWidget* pParent);
+    QAccessible::Role AccessibleRole() const override { return QAccessible::Graphic; }
+    QString AccessibleText() const override;
 
 protected:
     void paintEvent(QPaintEvent* pEvent) override;
@@ -91,6 +98,7 @@ class PaletteView : public ColorView
 
 public:
     PaletteView(CKRColorDialog& dialog, QWidget* pParent);
+    QString AccessibleText() const override;
 
 protected:
     void paintEvent(QPaintEvent* pEvent) override;

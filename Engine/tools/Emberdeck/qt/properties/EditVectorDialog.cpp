@@ -30,6 +30,11 @@ VectorView::VectorView(CEditVectorDlg& dialog, EVectorView eView, QWidget* pPare
     setAccessibleName(eView == EVectorView::eSide ? QStringLiteral("Side view") : QStringLiteral("Top view"));
 }
 
+QString VectorView::AccessibleText() const
+{
+    return tr("magnitude %1").arg(QtText::ToQt(m_Dialog.GetMagnitudeText()));
+}
+
 CPoint VectorView::InDialog(const QMouseEvent& event) const
 {
     return FromQt(mapToParent(event.position().toPoint()));

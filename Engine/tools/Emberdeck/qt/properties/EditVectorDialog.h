@@ -1,18 +1,21 @@
 #pragma once
 
 #include "properties/VectorEditor.h"
+#include "qt/toolkit/AccessibleViews.h"
 #include "qt/toolkit/TemplateDialog.h"
 
 class QComboBox;
 class QLineEdit;
 
 // One of the two views of a direction.
-class VectorView : public QWidget
+class VectorView : public QWidget, public IAccessibleView
 {
     Q_OBJECT
 
 public:
     VectorView(CEditVectorDlg& dialog, EVectorView eView, QWidget* pParent);
+    QAccessible::Role AccessibleRole() const override { return QAccessible::Graphic; }
+    QString AccessibleText() const override;
 
 protected:
     void paintEvent(QPaintEvent* pEvent) override;

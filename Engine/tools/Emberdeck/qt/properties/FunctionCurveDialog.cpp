@@ -11,7 +11,6 @@
 
 #include "app/resources/Accelerators.h"
 #include "app/resources/DialogIcons.h"
-#include "qt/toolkit/AccessibleViews.h"
 #include "qt/toolkit/KeyCodes.h"
 #include "qt/toolkit/PropertyControls.h"
 #include "qt/toolkit/QtSurface.h"
@@ -50,6 +49,17 @@ CurveArea::CurveArea(CFunctionCurveDlg& dialog, QWidget* pParent) : QWidget(pPar
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAccessibleName(QStringLiteral("Curve"));
     setFocusPolicy(Qt::TabFocus); // a press leaves the focus where it is
+}
+
+QString CurveArea::AccessibleText() const
+{
+    const auto text = [this](uint32_t nID) { return QtText::ToQt(m_Dialog.GetControl(nID).m_sText); };
+    const QString sRange =
+        tr("time %1 to %2, value %3 to %4")
+            .arg(text(eCurve_Start), text(eCurve_End), text(eCurve_YMin), text(eCurve_YMax));
+    if (!m_Dialog.GetControl(eCurve_Time).m_bEnabled)
+        return sRange;
+    return tr("%1; selected key at time %2").arg(sRange, text(eCurve_Time));
 }
 
 CPoint CurveArea::InDialog(const QMouseEvent& event) const

@@ -4,18 +4,21 @@
 
 #include "properties/FunctionCurveEditor.h"
 #include "qt/properties/PropertyRow.h"
+#include "qt/toolkit/AccessibleViews.h"
 #include "qt/toolkit/TemplateDialog.h"
 
 class QComboBox;
 class QLabel;
 
 // The curve itself.
-class CurveArea : public QWidget
+class CurveArea : public QWidget, public IAccessibleView
 {
     Q_OBJECT
 
 public:
     CurveArea(CFunctionCurveDlg& dialog, QWidget* pParent);
+    QAccessible::Role AccessibleRole() const override { return QAccessible::Chart; }
+    QString AccessibleText() const override;
 
 protected:
     void paintEvent(QPaintEvent* pEvent) override;

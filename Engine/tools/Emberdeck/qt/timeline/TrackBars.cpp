@@ -46,16 +46,45 @@ void KeyInfoWidget::ShowInfo()
         m_Controls.Find(nID)->setEnabled(info.m_bKey);
 }
 
+QString KeyInfoWidget::Summary() const
+{
+    const CKeyInfo& info = m_Bar.GetInfo();
+    const QString sAll =
+        tr("%1 tracks, %2 keys").arg(QtText::ToQt(info.m_sTotalTracks), QtText::ToQt(info.m_sTotalKeys));
+    if (!info.m_bKey)
+        return sAll;
+    const QString sName = QtText::ToQt(info.m_sTitle).replace(QLatin1String("&&"), QLatin1String("&"));
+    return tr("%1; %2, from %3 to %4")
+        .arg(sAll, sName, QtText::ToQt(info.m_sStart), QtText::ToQt(info.m_sEnd));
+}
+
+RulerWidget::RulerWidget(CTimeBar& bar, QWidget* pParent) : QWidget(pParent), m_Bar(bar)
+{
+    setObjectName(QStringLiteral("ruler"));
+    setAccessibleName(tr("Time ruler"));
+}
+
+QString RulerWidget::AccessibleText() const
+{
+    return tr("%1 to %2 milliseconds").arg(m_Bar.m_nViewStart).arg(TimeFromPixel(m_Bar, width()));
+}
+
+void RulerWidget::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    QtSurface surface(painter, rect(), palette());
+    m_Bar.DrawRuler(surface, width(), height());
+    if (palette().color(QPalette::Window).lightness() < 128) // in a dark window so light a strip would glare
+        painter.fillRect(rect(), QColor(0, 0, 0, 64));
+}
+
 TimeBarWidget::TimeBarWidget(CTimeBar& bar, QWidget* pParent)
     : QWidget(pParent),
       m_Bar(bar),
       m_Controls(this, *FindDialogTemplate(146)),
-      m_pRuler(new QWidget(this))
+      m_pRuler(new RulerWidget(bar, this))
 {
     m_pRuler->setGeometry(m_Controls.PlaceOf(1046));
-    m_pRuler->installEventFilter(this);
-    m_pRuler->setObjectName(QStringLiteral("ruler"));
-    m_pRuler->setAccessibleName(tr("Time ruler"));
     auto* pScale = m_Controls.Get<QSlider>(1047);
     pScale->setRange(0, CTimeBar::c_nMaxScalePos);
     pScale->setAccessibleName(tr("Scale"));
@@ -136,19 +165,4 @@ void TimeBarWidget::resizeEvent(QResizeEvent*)
                    pScale->height());
     QWidget* pPhase = m_Controls.Find(1048);
     pPhase->setGeometry(0, pPhase->y(), width(), pPhase->height());
-}
-
-bool TimeBarWidget::eventFilter(QObject* pObject, QEvent* pEvent)
-{
-    if (pObject == m_pRuler && pEvent->type() == QEvent::Paint)
-    {
-        QPainter painter(m_pRuler);
-        QtSurface surface(painter, m_pRuler->rect(), palette());
-        m_Bar.DrawRuler(surface, m_pRuler->width(), m_pRuler->height());
-        if (palette().color(QPalette::Window).lightness() <
-            128) // in a dark window so light a strip would glare
-            painter.fillRect(m_pRuler->rect(), QColor(0, 0, 0, 64));
-        return true;
-    }
-    return QWidget::eventFilter(pObject, pEvent);
 }

@@ -11,7 +11,6 @@
 #include <QToolTip>
 #include <cmath>
 
-#include "qt/toolkit/AccessibleViews.h"
 #include "qt/toolkit/KeyCodes.h"
 #include "qt/toolkit/QtSurface.h"
 #include "qt/toolkit/QtText.h"
@@ -328,6 +327,11 @@ void TrackWidget::PaintRulerNow()
 {
     if (isVisible())
         m_pTimeBar->Ruler()->repaint();
+}
+
+QString TrackWidget::AccessibleText() const
+{
+    return m_pKeyInfo->Summary();
 }
 
 void TrackWidget::KeyInfoChanged()

@@ -5,15 +5,15 @@
 #include <QWheelEvent>
 #include <QWidget>
 
+#include "qt/toolkit/AccessibleViews.h"
 #include "qt/toolkit/TemplateDialog.h"
 #include "timeline/TrackWnd.h"
 
-class RulerWidget;
 class KeyInfoWidget;
 class TimeBarWidget;
 
 // The timeline of one effect on the screen: forwards events to CTrackWnd and paints what it says.
-class TrackWidget : public QWidget, private ITrackView
+class TrackWidget : public QWidget, public IAccessibleView, private ITrackView
 {
     Q_OBJECT
 
@@ -23,6 +23,8 @@ public:
 
     CSpell& GetSpell() const { return m_Spell; }
     CTrackWnd& Logic() { return m_Track; }
+    QAccessible::Role AccessibleRole() const override { return QAccessible::Chart; }
+    QString AccessibleText() const override;
 
 protected:
     void paintEvent(QPaintEvent* pEvent) override;
@@ -70,12 +72,30 @@ class KeyInfoWidget : public QWidget
 public:
     KeyInfoWidget(CKeyInfoBar& bar, QWidget* pParent);
     void ShowInfo();
+    QString Summary() const; // counts, and the key that is worked on
     QSize sizeHint() const override { return m_Controls.GetSize(); }
 
 private:
     CKeyInfoBar& m_Bar;
     CTemplateControls m_Controls;
     QWidget* m_pGroup;
+};
+
+// The times of the part of the phase in view.
+class RulerWidget : public QWidget, public IAccessibleView
+{
+    Q_OBJECT
+
+public:
+    RulerWidget(CTimeBar& bar, QWidget* pParent);
+    QAccessible::Role AccessibleRole() const override { return QAccessible::Graphic; }
+    QString AccessibleText() const override;
+
+protected:
+    void paintEvent(QPaintEvent* pEvent) override;
+
+private:
+    CTimeBar& m_Bar;
 };
 
 // The bar below the rows: ruler and sliders.
@@ -85,13 +105,12 @@ class TimeBarWidget : public QWidget
 
 public:
     TimeBarWidget(CTimeBar& bar, QWidget* pParent);
-    QWidget* Ruler() const { return m_pRuler; }
+    RulerWidget* Ruler() const { return m_pRuler; }
     void ShowViewStart(); // the slider where the view is
     QSize sizeHint() const override { return m_Controls.GetSize(); }
 
 protected:
     void resizeEvent(QResizeEvent* pEvent) override;
-    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
     void changeEvent(QEvent* pEvent) override;
     void paintEvent(QPaintEvent* pEvent) override;
 
@@ -101,5 +120,5 @@ private:
 
     CTimeBar& m_Bar;
     CTemplateControls m_Controls;
-    QWidget* m_pRuler;
+    RulerWidget* m_pRuler;
 };

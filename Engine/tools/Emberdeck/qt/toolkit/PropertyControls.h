@@ -9,6 +9,7 @@
 
 #include "platform/IDrawSurface.h"
 #include "properties/RowMetrics.h"
+#include "qt/toolkit/AccessibleViews.h"
 
 // The small widgets that property rows are made of, beside the toolkit's own.
 
@@ -55,12 +56,13 @@ private:
 };
 
 // Two arrows, one above the other. Holding one repeats its step.
-class SpinArrows : public QWidget
+class SpinArrows : public QWidget, public IAccessibleView
 {
     Q_OBJECT
 
 public:
     explicit SpinArrows(QWidget* pParent);
+    QAccessible::Role AccessibleRole() const override { return QAccessible::SpinBox; }
 
 signals:
     void Stepped(int nDelta); // -1: the upper arrow
@@ -98,7 +100,7 @@ private:
 };
 
 // Shows a colour, with a raised edge.
-class SwatchButton : public QAbstractButton
+class SwatchButton : public QAbstractButton, public IAccessibleView
 {
     Q_OBJECT
 
@@ -106,6 +108,8 @@ public:
     explicit SwatchButton(QWidget* pParent);
     void SetColor(CColorRef nColor);
     CColorRef GetColor() const { return m_nColor; }
+    QAccessible::Role AccessibleRole() const override { return QAccessible::Button; }
+    QString AccessibleText() const override { return ColorText(m_nColor); }
 
 protected:
     void paintEvent(QPaintEvent* pEvent) override;
