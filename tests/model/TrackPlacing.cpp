@@ -138,24 +138,19 @@ TEST(TrackPlacing, LongTracksFillInAnyOrder)
     }
 }
 
-TEST(TrackPlacing, KeysKnowTheirNeighbours)
+TEST(TrackPlacing, LooksOnlyAtKeysOfTheTrack)
 {
     CTrack track;
-    CKey* pB = track.AppendKey(MakeKey({2, 10, 20}));
+    track.AppendKey(MakeKey({2, 10, 20}));
     CKey* pA = track.AppendKey(MakeKey({1, -500, 5}));
     track.PlaceKey(pA);
     EXPECT_EQ((CSpans{{1, 0, 5}, {2, 10, 20}}), SpansOf(track));
-    EXPECT_EQ(pB, track.GetNextKey(pA));
-    EXPECT_EQ(pA, track.GetPrevKey(pB));
-    EXPECT_EQ(nullptr, track.GetNextKey(pB));
-    EXPECT_EQ(nullptr, track.GetPrevKey(pA));
     EXPECT_EQ(nullptr, track.AppendKey(nullptr));
     EXPECT_EQ(nullptr, CTrackFill().Place(nullptr));
 
     const std::unique_ptr<CKey> pRemoved = track.RemoveKey(pA);
     EXPECT_EQ(pA, pRemoved.get());
     EXPECT_EQ(nullptr, track.RemoveKey(pA));
-    EXPECT_EQ(nullptr, track.GetNextKey(pA));
     EXPECT_EQ(-1, track.IndexOf(pA));
     track.PlaceKey(pA); // not here: nothing is cut
     EXPECT_EQ((CSpans{{2, 10, 20}}), SpansOf(track));

@@ -241,10 +241,9 @@ public:
     // To the first key of that name in the effect.
     CLibraryBuilder& linkTo(const std::string& sKeyName)
     {
-        for (const auto& pTrack : m_pSpell->m_Tracks.Tracks())
-            for (const auto& pKey : pTrack->Keys())
-                if (pKey->m_sName == sKeyName)
-                    return link(pKey->m_nKeyID);
+        for (const CKey& key : m_pSpell->m_Tracks.AllKeys())
+            if (key.m_sName == sKeyName)
+                return link(key.m_nKeyID);
         ADD_FAILURE() << "no key " << sKeyName;
         return *this;
     }

@@ -240,11 +240,8 @@ bool CLibraryEditor::FlattenAll(const std::vector<std::unique_ptr<CSpell>>& spel
         const double fDone = static_cast<double>(i) / static_cast<double>(spells.size());
         if (!m_Context.m_Prompts.Progress("Importing the effects", fDone))
             return false;
-        for (const auto& pTrack : spells[i]->m_Tracks.Tracks())
-        {
-            for (const auto& pKey : pTrack->Keys())
-                pKey->Flatten();
-        }
+        for (CKey& key : spells[i]->m_Tracks.AllKeys())
+            key.Flatten();
     }
     return true;
 }

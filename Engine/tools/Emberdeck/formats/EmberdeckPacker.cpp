@@ -100,16 +100,6 @@ public:
     bool Write(const std::string& sPath, const char* pszTarget); // what was planned
 
 private:
-    template <class TVisit>
-    void ForEachKey(const CSpell& spell, TVisit&& visit)
-    {
-        for (const auto& pTrack : spell.m_Tracks.Tracks())
-        {
-            for (const auto& pKey : pTrack->Keys())
-                visit(*pKey);
-        }
-    }
-
     bool HaveKeysTypes();
     bool HasRoom();
     void WriteHeader();
@@ -203,12 +193,11 @@ bool CPacker::HaveKeysTypes()
     bool bSound = true;
     for (const auto& pSpell : m_SpellMgr.Spells())
     {
-        ForEachKey(*pSpell,
-                   [&](const CKey& key)
-                   {
-                       if (!key.m_pTypeDesc || key.m_pTypeDesc->m_nTypeID >= m_Module.GetNumTypes())
-                           bSound = false;
-                   });
+        for (const CKey& key : pSpell->m_Tracks.AllKeys())
+        {
+            if (!key.m_pTypeDesc || key.m_pTypeDesc->m_nTypeID >= m_Module.GetNumTypes())
+                bSound = false;
+        }
     }
     return bSound;
 }
@@ -235,7 +224,8 @@ void CPacker::Collect()
     {
         m_Strings.Add(pSpell->m_szName);
         m_nRecordBytes += c_nEffectHeadSize + 4; // and its name at the end
-        ForEachKey(*pSpell, [&](const CKey& key) { CollectKey(key); });
+        for (const CKey& key : pSpell->m_Tracks.AllKeys())
+            CollectKey(key);
         ++m_Header.m_nNumEffects;
     }
 }
@@ -341,7 +331,8 @@ void CPacker::WriteEffect(const CSpell& spell)
     WriteString(spell.m_szName);
     m_pOut->WriteUint32(static_cast<uint32_t>(spell.m_Tracks.m_nPhaseLength));
     m_pOut->WriteUint32(spell.m_Tracks.GetNumKeys());
-    ForEachKey(spell, [&](const CKey& key) { WriteKey(key); });
+    for (const CKey& key : spell.m_Tracks.AllKeys())
+        WriteKey(key);
 }
 
 void CPacker::WriteKey(const CKey& key)

@@ -171,11 +171,8 @@ public:
         m_Out.TextLine(nDepth + 1, "name", spell.m_szName);
         m_Out.ValueLine(nDepth + 1, "length", spell.m_Tracks.m_nPhaseLength);
         m_Out.Line(nDepth + 1, "( key-list");
-        for (const auto& pTrack : spell.m_Tracks.Tracks())
-        {
-            for (const auto& pKey : pTrack->Keys())
-                WriteKey(*pKey, nDepth + 2);
-        }
+        for (const CKey& key : spell.m_Tracks.AllKeys())
+            WriteKey(key, nDepth + 2);
         m_Out.Line(nDepth + 1, ")");
         m_Out.Line(nDepth, ")");
     }

@@ -234,11 +234,8 @@ void CLoadFindings::ValidateAndTell(CEffectProperty* pProp, const CPropRange& ra
 void CLoadFindings::NoteIds(const CSpell& spell)
 {
     m_Ids.clear();
-    for (const auto& pTrack : spell.m_Tracks.Tracks())
-    {
-        for (const auto& pKey : pTrack->Keys())
-            m_Ids.push_back(pKey->m_nKeyID);
-    }
+    for (const CKey& key : spell.m_Tracks.AllKeys())
+        m_Ids.push_back(key.m_nKeyID);
     if (!std::is_sorted(m_Ids.begin(), m_Ids.end()))
         std::sort(m_Ids.begin(), m_Ids.end());
 }
@@ -246,14 +243,11 @@ void CLoadFindings::NoteIds(const CSpell& spell)
 void CLoadFindings::TellEqualIds(const CSpell& spell)
 {
     std::unordered_set<uint32_t> ids;
-    for (const auto& pTrack : spell.m_Tracks.Tracks())
+    for (const CKey& key : spell.m_Tracks.AllKeys())
     {
-        for (const auto& pKey : pTrack->Keys())
-        {
-            EnterKey(pKey.get());
-            if (!ids.insert(pKey->m_nKeyID).second)
-                Tell("Another key of the effect has this id; links go to the first one.");
-        }
+        EnterKey(&key);
+        if (!ids.insert(key.m_nKeyID).second)
+            Tell("Another key of the effect has this id; links go to the first one.");
     }
 }
 
@@ -262,18 +256,15 @@ void CLoadFindings::TellLinks(const CSpell& spell)
     NoteIds(spell);
     if (std::adjacent_find(m_Ids.begin(), m_Ids.end()) != m_Ids.end())
         TellEqualIds(spell);
-    for (const auto& pTrack : spell.m_Tracks.Tracks())
+    for (const CKey& key : spell.m_Tracks.AllKeys())
     {
-        for (const auto& pKey : pTrack->Keys())
-        {
-            if (!pKey->m_bMotionLinked)
-                continue;
-            EnterKey(pKey.get());
-            if (!std::binary_search(m_Ids.begin(), m_Ids.end(), pKey->m_nMotionLinkID))
-                Tell(QSFormat("The key is linked to key %u, which isn't there.", pKey->m_nMotionLinkID));
-            else if (pKey->m_nMotionLinkID == pKey->m_nKeyID)
-                Tell("The key is linked to itself.");
-        }
+        if (!key.m_bMotionLinked)
+            continue;
+        EnterKey(&key);
+        if (!std::binary_search(m_Ids.begin(), m_Ids.end(), key.m_nMotionLinkID))
+            Tell(QSFormat("The key is linked to key %u, which isn't there.", key.m_nMotionLinkID));
+        else if (key.m_nMotionLinkID == key.m_nKeyID)
+            Tell("The key is linked to itself.");
     }
     EnterKey(nullptr);
 }

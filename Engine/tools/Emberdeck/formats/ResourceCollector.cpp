@@ -71,16 +71,13 @@ void CollectFromProperty(CAssetLibrarySource& source, const std::string& sEffect
 template <class TCall>
 void ForEachProperty(const CSpell& spell, const TCall& call)
 {
-    for (const auto& pTrack : spell.m_Tracks.Tracks())
+    for (const CKey& key : spell.m_Tracks.AllKeys())
     {
-        for (const auto& pKey : pTrack->Keys())
+        const uint32_t nNumProps = key.m_pTypeDesc ? key.GetNumProps() : 0;
+        for (uint32_t i = 0; i < nNumProps; ++i)
         {
-            const uint32_t nNumProps = pKey->m_pTypeDesc ? pKey->GetNumProps() : 0;
-            for (uint32_t i = 0; i < nNumProps; ++i)
-            {
-                if (const CEffectProperty* pProp = pKey->GetProperty(i))
-                    call(*pKey, *pProp);
-            }
+            if (const CEffectProperty* pProp = key.GetProperty(i))
+                call(key, *pProp);
         }
     }
 }

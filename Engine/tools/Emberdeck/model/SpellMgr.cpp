@@ -141,10 +141,7 @@ void CSpellMgr::ForEachKey(const std::function<void(CSpell&, CKey&)>& visit) con
 {
     for (const std::unique_ptr<CSpell>& pSpell : m_Spells)
     {
-        for (const std::unique_ptr<CTrack>& pTrack : pSpell->m_Tracks.Tracks())
-        {
-            for (const std::unique_ptr<CKey>& pKey : pTrack->Keys())
-                visit(*pSpell, *pKey);
-        }
+        for (CKey& key : pSpell->m_Tracks.AllKeys())
+            visit(*pSpell, key);
     }
 }

@@ -25,18 +25,6 @@ int32_t CTrack::IndexOf(const CKey* pKey) const
     return -1;
 }
 
-CKey* CTrack::GetPrevKey(const CKey* pKey) const
-{
-    const int32_t nIndex = IndexOf(pKey);
-    return nIndex > 0 ? m_Keys[nIndex - 1].get() : nullptr;
-}
-
-CKey* CTrack::GetNextKey(const CKey* pKey) const
-{
-    const int32_t nIndex = IndexOf(pKey);
-    return nIndex >= 0 ? GetKey(static_cast<uint32_t>(nIndex) + 1) : nullptr;
-}
-
 bool CTrack::ReserveKey()
 {
     if (m_Keys.size() < m_Keys.capacity())

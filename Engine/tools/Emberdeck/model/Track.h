@@ -17,9 +17,7 @@ public:
 
     uint32_t GetNumKeys() const { return static_cast<uint32_t>(m_Keys.size()); }
     CKey* GetKey(uint32_t nIndex) const { return nIndex < m_Keys.size() ? m_Keys[nIndex].get() : nullptr; }
-    int32_t IndexOf(const CKey* pKey) const;  // -1 when it isn't here
-    CKey* GetPrevKey(const CKey* pKey) const; // null at the ends, or when pKey isn't here
-    CKey* GetNextKey(const CKey* pKey) const;
+    int32_t IndexOf(const CKey* pKey) const; // -1 when it isn't here
 
     bool ReserveKey(); // room for one more; false when out of memory, true: the next AppendKey won't be
     // At the end; not in order until PlaceKey has run. Null, and the key is gone, when out of memory.

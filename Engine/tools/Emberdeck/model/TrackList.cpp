@@ -75,13 +75,10 @@ void CTrackList::Clear()
 
 CKey* CTrackList::FindKey(uint32_t nID) const
 {
-    for (const std::unique_ptr<CTrack>& pTrack : m_Tracks)
+    for (CKey& key : AllKeys())
     {
-        for (const std::unique_ptr<CKey>& pKey : pTrack->Keys())
-        {
-            if (pKey->m_nKeyID == nID)
-                return pKey.get();
-        }
+        if (key.m_nKeyID == nID)
+            return &key;
     }
     return nullptr;
 }
@@ -107,11 +104,8 @@ uint32_t CTrackList::GetNumKeys() const
 
 void CTrackList::RecalcNextKeyID()
 {
-    for (const std::unique_ptr<CTrack>& pTrack : m_Tracks)
-    {
-        for (const std::unique_ptr<CKey>& pKey : pTrack->Keys())
-            m_nNextKeyID = std::max(m_nNextKeyID, pKey->m_nKeyID);
-    }
+    for (const CKey& key : AllKeys())
+        m_nNextKeyID = std::max(m_nNextKeyID, key.m_nKeyID);
     ++m_nNextKeyID;
 }
 
@@ -122,13 +116,10 @@ uint32_t CTrackList::TakeKeyID()
 
     // Ids of a file have run the counter over its end. Among one number more than there are keys, one is free.
     std::vector<bool> used(size_t(GetNumKeys()) + 1);
-    for (const std::unique_ptr<CTrack>& pTrack : m_Tracks)
+    for (const CKey& key : AllKeys())
     {
-        for (const std::unique_ptr<CKey>& pKey : pTrack->Keys())
-        {
-            if (pKey->m_nKeyID < used.size())
-                used[pKey->m_nKeyID] = true;
-        }
+        if (key.m_nKeyID < used.size())
+            used[key.m_nKeyID] = true;
     }
     const auto nID = static_cast<uint32_t>(std::find(used.begin(), used.end(), false) - used.begin());
     m_nNextKeyID = nID + 1;

@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "model/KeyView.h"
 #include "model/Track.h"
 
 // The tracks of one effect, from the top of the timeline down, owned.
@@ -37,6 +38,7 @@ public:
     uint32_t TakeKeyID();
 
     const std::vector<std::unique_ptr<CTrack>>& Tracks() const { return m_Tracks; }
+    CKeyView AllKeys() const { return CKeyView(m_Tracks); }
 
     int32_t m_nPhaseLength = 10000; // milliseconds
     uint32_t m_nNextKeyID = 0;
