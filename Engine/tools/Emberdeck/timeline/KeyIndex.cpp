@@ -8,11 +8,8 @@ const CKey* CKeyIndex::TargetOf(const CKey& key)
     {
         m_bFilled = true;
         m_Keys.reserve(m_Tracks.GetNumKeys());
-        for (const std::unique_ptr<CTrack>& pTrack : m_Tracks.Tracks())
-        {
-            for (const std::unique_ptr<CKey>& pKey : pTrack->Keys())
-                m_Keys.emplace(pKey->m_nKeyID, pKey.get()); // the first one stays
-        }
+        for (const CKey& other : m_Tracks.AllKeys())
+            m_Keys.emplace(other.m_nKeyID, &other); // the first one stays
     }
     const auto it = m_Keys.find(key.m_nMotionLinkID);
     return it == m_Keys.end() || it->second == &key ? nullptr : it->second;

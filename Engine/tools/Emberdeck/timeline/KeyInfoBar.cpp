@@ -32,33 +32,29 @@ std::string CIntButton::GetText() const
     return m_pValue ? std::to_string(*m_pValue) : std::string();
 }
 
-CKeyInfoBar::CKeyInfoBar(CEditContext& context, CSpell& spell, CTimeBar& timeBar, ITrackView& view)
+CKeyInfoBar::CKeyInfoBar(CEditContext& context, CSpell& spell, const CKeySelection& selection,
+                         CTimeBar& timeBar, ITrackView& view)
     : m_nPhaseLength(timeBar.m_nPhaseLength),
       m_Context(context),
       m_Spell(spell),
+      m_Selection(selection),
       m_TimeBar(timeBar),
       m_View(view)
 {
     m_Button.Bind("Choose phase length in Milliseconds", &m_nPhaseLength);
-    m_Info = MakeInfo(nullptr, nullptr);
+    m_Info = MakeInfo(nullptr);
 }
 
-CKeyInfo CKeyInfoBar::MakeInfo(const CKey* pCurKey, const CKeySpan* pTimes) const
+CKeyInfo CKeyInfoBar::MakeInfo(const CKeySpan* pTimes) const
 {
-    uint32_t nSelected = 0;
-    for (const std::unique_ptr<CTrack>& pTrack : m_Spell.m_Tracks.Tracks())
-    {
-        for (const std::unique_ptr<CKey>& pKey : pTrack->Keys())
-            nSelected += pKey->m_bSelected ? 1 : 0;
-    }
-
+    const CKey* pCurKey = m_Selection.GetCurKey();
     CKeyInfo info;
     info.m_sPhaseLength = m_Button.GetText();
     info.m_sTotalKeys = std::to_string(m_Spell.m_Tracks.GetNumKeys());
     info.m_sTotalTracks = std::to_string(m_Spell.m_Tracks.GetNumTracks());
     info.m_bKey = pCurKey != nullptr;
     info.m_sTitle = pCurKey ? "Key Info [" + DoubleAmpersands(pCurKey->GetDisplayName()) + "]" : "Key Info";
-    if (pCurKey && nSelected > 1)
+    if (pCurKey && m_Selection.GetCount() > 1)
     {
         info.m_sStart = info.m_sEnd = info.m_sLength = "---";
     }
@@ -73,9 +69,9 @@ CKeyInfo CKeyInfoBar::MakeInfo(const CKey* pCurKey, const CKeySpan* pTimes) cons
     return info;
 }
 
-void CKeyInfoBar::UpdateInfo(const CKey* pCurKey, const CKeySpan* pTimes)
+void CKeyInfoBar::UpdateInfo(const CKeySpan* pTimes)
 {
-    CKeyInfo info = MakeInfo(pCurKey, pTimes);
+    CKeyInfo info = MakeInfo(pTimes);
     if (info == m_Info)
         return;
     m_Info = std::move(info);

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "app/EditContext.h"
+#include "timeline/KeySelection.h"
 #include "timeline/TimeBar.h"
 
 // Names are plain text: what a menu or a group box would take for the mark of a shortcut is doubled.
@@ -42,14 +43,15 @@ struct CKeyInfo
 class CKeyInfoBar
 {
 public:
-    // All borrowed. Shows the effect without a key.
-    CKeyInfoBar(CEditContext& context, CSpell& spell, CTimeBar& timeBar, ITrackView& view);
+    // All borrowed. Nothing is selected yet.
+    CKeyInfoBar(CEditContext& context, CSpell& spell, const CKeySelection& selection, CTimeBar& timeBar,
+                ITrackView& view);
     CKeyInfoBar(const CKeyInfoBar&) = delete;
     CKeyInfoBar& operator=(const CKeyInfoBar&) = delete;
 
-    // Looks at everything anew and tells the view when it shows otherwise than before. pCurKey may be null.
-    // pTimes: shown in place of the key's own; null: those.
-    void UpdateInfo(const CKey* pCurKey, const CKeySpan* pTimes = nullptr);
+    // Looks at everything anew and tells the view when it shows otherwise than before. pTimes: shown in place of
+    // the current key's own; null: those.
+    void UpdateInfo(const CKeySpan* pTimes);
     const CKeyInfo& GetInfo() const { return m_Info; }
 
     // A click on the button. Its outcome waits for the dialog to be gone: see PostPhaseLengthEntered.
@@ -60,10 +62,11 @@ public:
     int32_t m_nPhaseLength; // the number on the button, milliseconds
 
 private:
-    CKeyInfo MakeInfo(const CKey* pCurKey, const CKeySpan* pTimes) const;
+    CKeyInfo MakeInfo(const CKeySpan* pTimes) const;
 
     CEditContext& m_Context;
     CSpell& m_Spell;
+    const CKeySelection& m_Selection;
     CTimeBar& m_TimeBar;
     ITrackView& m_View;
     CIntButton m_Button;

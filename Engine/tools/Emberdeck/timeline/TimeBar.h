@@ -35,7 +35,6 @@ public:
     // Into the ruler's rectangle, whose origin is the surface's.
     void DrawRuler(IDrawSurface& surface, int32_t nWidth, int32_t nHeight) const;
 
-    int32_t GetScalePos() const { return m_nScalePos; }
     int32_t GetPhasePos() const { return m_nPhasePos; }
 
     int32_t m_nPhaseLength; // milliseconds, a copy of the effect's

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "model/MakeOrNull.h"
-#include "timeline/KeyIndex.h"
 #include "timeline/TrackStatus.h"
 #include "timeline/gestures/CarryKey.h"
 #include "timeline/gestures/MoveKeys.h"
@@ -14,7 +13,7 @@ void CTrackWnd::OnLeftPress(CPoint pt, bool bCtrl, bool bShift)
     if (IsLinking())
     {
         m_bPressSwallowed = true;
-        EndLinkLine(pt);
+        m_Links.EndLine(pt);
         return;
     }
     m_bPressSwallowed = false;
@@ -23,16 +22,16 @@ void CTrackWnd::OnLeftPress(CPoint pt, bool bCtrl, bool bShift)
 
     m_View.TakeFocus();
     const bool bCleared = !bCtrl && ClearSelection();
-    m_pCurTrack = TrackFromY(pt.y);
-    if (!m_pCurTrack)
+    m_Selection.SetCurTrack(TrackFromY(pt.y));
+    if (!GetCurTrack())
     {
         // Below the rows the current key stays, unselected.
         if (bCleared)
-            Refresh();
+            m_Scene.Refresh();
         return;
     }
     SetCurKey(KeyFromPoint(pt));
-    if (!m_pCurKey)
+    if (!GetCurKey())
     {
         if (bCleared)
             m_View.Invalidate();
@@ -51,7 +50,7 @@ void CTrackWnd::OnLeftPress(CPoint pt, bool bCtrl, bool bShift)
     }
     // The key was found by its times, the zone goes by pixels: in a column that both tests don't share, the
     // press selects and does nothing more.
-    switch (HitTestKey(*m_pCurKey, pt))
+    switch (HitTestKey(*GetCurKey(), pt))
     {
     case EKeyZone::eBody:
         MoveKeys();
@@ -80,13 +79,13 @@ void CTrackWnd::OnMove(CPoint pt, bool bLeftDown)
 {
     if (IsLinking())
     {
-        if (m_LinkLine.MoveTo(pt))
+        if (m_Scene.LinkLine().MoveTo(pt))
             m_View.PaintNow();
         return;
     }
     if (!IsDragging())
     {
-        SetCursor(m_Layout.IsOverEdge(pt) ? ECursorShape::eSizeHorizontal : ECursorShape::eArrow);
+        m_Scene.SetCursor(Layout().IsOverEdge(pt) ? ECursorShape::eSizeHorizontal : ECursorShape::eArrow);
         return;
     }
     StepGesture(pt);
@@ -112,44 +111,45 @@ void CTrackWnd::OnDeactivate()
 {
     if (!IsLinking())
         return;
-    m_LinkLine.End();
+    m_Scene.LinkLine().End();
     m_View.Invalidate();
 }
 
 void CTrackWnd::MoveKeys()
 {
-    if (!RefuseLinkedTo())
+    if (!m_Links.AskAboutTarget())
         StartGesture(std::make_unique<CMoveKeys>(GestureContext(), m_ptDown), ECursorShape::eSizeHorizontal);
 }
 
 void CTrackWnd::ResizeKeysLeft()
 {
-    if (!RefuseLinkedTo())
+    if (!m_Links.AskAboutTarget())
         StartGesture(std::make_unique<CResizeKeysLeft>(GestureContext(), m_ptDown),
                      ECursorShape::eSizeHorizontal);
 }
 
 void CTrackWnd::ResizeKeysRight()
 {
-    if (!RefuseLinkedTo())
+    if (!m_Links.AskAboutTarget())
         StartGesture(std::make_unique<CResizeKeysRight>(GestureContext(), m_ptDown),
                      ECursorShape::eSizeHorizontal);
 }
 
 void CTrackWnd::CarryKey(bool bMove)
 {
-    if (!m_pCurKey || !m_pCurTrack)
+    if (!GetCurKey() || !GetCurTrack())
         return;
-    const bool bUnlink = bMove && (CKeyIndex(Tracks()).TargetOf(*m_pCurKey) || IsLinkedTo(m_pCurKey));
+    const bool bUnlink = bMove && m_Links.IsBound(*GetCurKey());
     if (bUnlink && m_Context.m_Prompts.Ask("You must unlink this key first, would you like to unlink it?",
                                            "Move Key", EButtons::eYesNo, EIcon::eQuestion) != EAnswer::eYes)
         return;
-    if (!m_pCurKey || !m_pCurTrack)
+    if (!GetCurKey() || !GetCurTrack())
         return;
     CEditScope scope(m_Context.m_Edits, "Move Key To Track"); // one edit with the gesture's own
     if (bUnlink)
-        UnlinkKey(m_pCurKey);
-    auto pCarry = std::make_unique<CCarryKey>(GestureContext(), *m_pCurTrack, *m_pCurKey, bMove, m_ptDown);
+        UnlinkKey(GetCurKey());
+    auto pCarry =
+        std::make_unique<CCarryKey>(GestureContext(), *GetCurTrack(), *GetCurKey(), bMove, m_ptDown);
     if (pCarry->IsCarrying())
         StartGesture(std::move(pCarry), ECursorShape::eArrow);
 }
@@ -157,7 +157,8 @@ void CTrackWnd::CarryKey(bool bMove)
 void CTrackWnd::StartGesture(std::unique_ptr<CTrackGesture> pGesture, ECursorShape eShape)
 {
     m_pGesture = std::move(pGesture);
-    SetCursor(eShape);
+    m_Scene.ShowGesture(m_pGesture.get());
+    m_Scene.SetCursor(eShape);
     m_View.Invalidate();
     // A focus change or a question within the press may have taken the release.
     if (!m_View.IsLeftButtonDown())
@@ -171,15 +172,15 @@ void CTrackWnd::StepGesture(CPoint pt)
     if (!m_pGesture->PaintsAtOnce())
     {
         m_View.Invalidate();
-        if (const std::optional<CLanding> landing = Landing())
+        if (const std::optional<CLanding> landing = m_Scene.Landing())
         {
-            SetCursor(landing->m_bRoom ? ECursorShape::eArrow : ECursorShape::eForbidden);
-            UpdateKeyInfo();
+            m_Scene.SetCursor(landing->m_bRoom ? ECursorShape::eArrow : ECursorShape::eForbidden);
+            m_Scene.UpdateKeyInfo();
         }
         return;
     }
     m_View.PaintNow();
-    UpdateKeyInfo();
+    m_Scene.UpdateKeyInfo();
 }
 
 void CTrackWnd::EndGesture()
@@ -189,33 +190,34 @@ void CTrackWnd::EndGesture()
     // Behind the drop: without memory for the words the key is where it belongs.
     if (landing)
         TryAllocating([&] { m_Context.m_Host.ShowStatus(landing->m_bRoom ? "" : c_szCarryRefused); });
+    m_Scene.ShowGesture(nullptr);
     m_pGesture.reset();
-    SetCursor(ECursorShape::eArrow);
-    Refresh();
+    m_Scene.SetCursor(ECursorShape::eArrow);
+    m_Scene.Refresh();
 }
 
 std::vector<CMenuEntry> CTrackWnd::OnRightRelease(CPoint pt, bool bCtrl)
 {
-    if (IsBusy() || !m_Layout.VisibleTrackArea().Contains(pt))
+    if (IsBusy() || !Layout().VisibleTrackArea().Contains(pt))
         return {};
-    m_pCurTrack = TrackFromY(pt.y);
+    m_Selection.SetCurTrack(TrackFromY(pt.y));
     SetCurKey(KeyFromPoint(pt));
     m_View.PaintNow();
     const bool bCleared = !bCtrl && ClearSelection();
-    m_ptMenu = pt;
-    if (m_pCurKey)
-        SetCurKey(m_pCurKey);
-    if (m_pCurKey || bCleared)
-        Refresh();
+    m_Commands.SetMenuPoint(pt);
+    if (GetCurKey())
+        SetCurKey(GetCurKey());
+    if (GetCurKey() || bCleared)
+        m_Scene.Refresh();
     return BuildTrackMenu(MenuState());
 }
 
 CTrackMenuState CTrackWnd::MenuState() const
 {
     CTrackMenuState state;
-    state.m_bTrack = m_pCurTrack != nullptr;
-    state.m_pKey = m_pCurKey;
-    state.m_bLinkedTo = IsLinkedTo(m_pCurKey);
+    state.m_bTrack = GetCurTrack() != nullptr;
+    state.m_pKey = GetCurKey();
+    state.m_bLinkedTo = IsLinkedTo(GetCurKey());
     state.m_nSelected = GetSelectedKeyCount();
     state.m_pActivePrefab = m_Context.m_Host.GetActivePrefab();
     state.m_bKeyOnClipboard = m_Context.m_Clipboard.GetKey() != nullptr;

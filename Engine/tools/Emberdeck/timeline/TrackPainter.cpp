@@ -208,16 +208,13 @@ void CTrackPainter::PaintEndMark(int32_t x)
 void CTrackPainter::PaintGuides()
 {
     std::vector<CRect> selected;
-    for (const std::unique_ptr<CTrack>& pTrack : m_Tracks.Tracks())
+    for (const CKey& key : m_Tracks.AllKeys())
     {
-        for (const std::unique_ptr<CKey>& pKey : pTrack->Keys())
-        {
-            if (!pKey->m_bSelected)
-                continue;
-            const CRect rc = SurfaceRect(*pKey);
-            if (rc.right >= -c_nMark && rc.left <= m_nWidth + c_nMark)
-                selected.push_back(rc);
-        }
+        if (!key.m_bSelected)
+            continue;
+        const CRect rc = SurfaceRect(key);
+        if (rc.right >= -c_nMark && rc.left <= m_nWidth + c_nMark)
+            selected.push_back(rc);
     }
     if (selected.size() > c_nManyGuides)
     {
@@ -331,24 +328,21 @@ void CTrackPainter::FillColumns(const std::vector<CColumn>& columns, int32_t nBo
 void CTrackPainter::PaintLinks()
 {
     CKeyIndex index(m_Tracks);
-    for (const std::unique_ptr<CTrack>& pTrack : m_Tracks.Tracks())
+    for (const CKey& key : m_Tracks.AllKeys())
     {
-        for (const std::unique_ptr<CKey>& pKey : pTrack->Keys())
-        {
-            const CKey* pTarget = pKey->m_bMotionLinked ? index.TargetOf(*pKey) : nullptr;
-            if (!pTarget)
-                continue;
-            const CPoint from = Centre(SurfaceRect(*pKey));
-            const CPoint to = Centre(SurfaceRect(*pTarget));
-            const bool bInView =
-                std::max(from.x, to.x) >= -c_nMark - 1 && std::min(from.x, to.x) <= m_nWidth + c_nMark &&
-                std::max(from.y, to.y) >= -c_nMark - 1 && std::min(from.y, to.y) <= m_nHeight + c_nMark;
-            if (!bInView)
-                continue;
-            PaintLink(from, to);
-            if (m_Options.m_bReadableNames)
-                m_Targets.insert(pTarget);
-        }
+        const CKey* pTarget = index.TargetOf(key);
+        if (!pTarget)
+            continue;
+        const CPoint from = Centre(SurfaceRect(key));
+        const CPoint to = Centre(SurfaceRect(*pTarget));
+        const bool bInView =
+            std::max(from.x, to.x) >= -c_nMark - 1 && std::min(from.x, to.x) <= m_nWidth + c_nMark &&
+            std::max(from.y, to.y) >= -c_nMark - 1 && std::min(from.y, to.y) <= m_nHeight + c_nMark;
+        if (!bInView)
+            continue;
+        PaintLink(from, to);
+        if (m_Options.m_bReadableNames)
+            m_Targets.insert(pTarget);
     }
 }
 

@@ -1,18 +1,16 @@
 #include "timeline/TrackWnd.h"
 
-#include <algorithm>
-
 #include "qsassert.h"
 #include "timeline/TrackCommands.h"
-#include "timeline/TrackPainter.h"
 
 CTrackWnd::CTrackWnd(CEditContext& context, CSpell& spell, ITrackView& view)
     : m_Context(context),
       m_Spell(spell),
       m_View(view),
-      m_TimeBar(view, spell.m_Tracks.m_nPhaseLength),
-      m_KeyInfo(context, spell, m_TimeBar, view),
-      m_Layout(spell.m_Tracks, m_TimeBar)
+      m_Selection(spell.m_Tracks),
+      m_Scene(context, spell, m_Selection, view),
+      m_Links(context, spell, m_Selection, m_Scene, view),
+      m_Commands(context, spell, m_Selection, m_Links, m_Scene, view)
 {
     m_Context.m_Edits.AddListener(this);
 }
@@ -24,151 +22,24 @@ CTrackWnd::~CTrackWnd()
         m_pGesture->Cancel();
 }
 
-bool CTrackWnd::OnSize(int32_t nWidth, int32_t nHeight, int32_t nKeyInfoHeight, int32_t nTimeBarHeight,
-                       int32_t nScrollBarWidth)
-{
-    if (!m_Layout.SetSize(nWidth, nHeight, nKeyInfoHeight, nTimeBarHeight, nScrollBarWidth))
-        return false;
-    m_TimeBar.SetWidth(m_Layout.m_rcTimeBar.Width());
-    m_View.Invalidate();
-    return true;
-}
-
-void CTrackWnd::OnScroll(EScrollEvent eEvent, int32_t nThumbPos)
-{
-    constexpr int32_t nLine = 5;
-    constexpr int32_t nPage = 20;
-    constexpr int32_t nPixels = 4; // for each position
-    int32_t nPos = m_nScrollPos;
-    switch (eEvent)
-    {
-    case EScrollEvent::eLineUp:
-        nPos -= nLine;
-        break;
-    case EScrollEvent::eLineDown:
-        nPos += nLine;
-        break;
-    case EScrollEvent::ePageUp:
-        nPos -= nPage;
-        break;
-    case EScrollEvent::ePageDown:
-        nPos += nPage;
-        break;
-    case EScrollEvent::eThumbTrack:
-        nPos = nThumbPos;
-        break;
-    case EScrollEvent::eOther:
-        break;
-    }
-    m_nScrollPos = std::clamp(nPos, 0, c_nMaxScrollPos);
-    m_Layout.m_nScrollY = nPixels * m_nScrollPos;
-    m_View.PaintNow();
-}
-
-void CTrackWnd::Paint(IDrawSurface& surface) const
-{
-    CCarriedKey carried;
-    if (m_pGesture)
-        carried.m_pKey = m_pGesture->CarriedKey(carried.m_rc);
-    const std::optional<CLanding> landing = Landing();
-    if (landing && landing->m_bRoom)
-    {
-        carried.m_bLanding = true;
-        carried.m_rcLanding = m_Layout.GetRect(landing->m_nTrack, landing->m_Span);
-    }
-    CTrackPainter(Tracks(), m_Layout, m_Options, surface).Paint(carried, m_LinkLine.GetPoints());
-}
-
-void CTrackWnd::SetOptions(const CTrackViewOptions& options)
-{
-    m_Options = options;
-    m_TimeBar.SetWholeLabels(options.m_bWholeRulerLabels);
-}
-
-// Of a carried key, as far as it is shown.
-std::optional<CLanding> CTrackWnd::Landing() const
-{
-    return m_pGesture && m_Options.m_bShowLanding ? m_pGesture->Landing() : std::nullopt;
-}
-
-void CTrackWnd::UpdateKeyInfo()
-{
-    const std::optional<CLanding> landing = Landing();
-    m_KeyInfo.UpdateInfo(m_pCurKey, landing && landing->m_bRoom ? &landing->m_Span : nullptr);
-}
-
 CRect CTrackWnd::GetKeyRect(const CKey* pKey) const
 {
     QS_ASSERT_MSG(pKey, "Error: Unexpected NULL key passed into GetKeyRect");
-    return pKey ? m_Layout.GetKeyRect(*pKey) : CRect();
+    return pKey ? Layout().GetKeyRect(*pKey) : CRect();
 }
 
 void CTrackWnd::SetCurKey(CKey* pKey)
 {
-    if (pKey)
-        pKey->m_bSelected = true;
-    m_pCurKey = pKey;
-    UpdateKeyInfo();
+    m_Selection.SetCurKey(pKey);
+    m_Scene.UpdateKeyInfo();
 }
 
-bool CTrackWnd::ClearSelection()
+void CTrackWnd::OnStep(EKeyStep eStep, bool bAdd)
 {
-    bool bChanged = false;
-    for (const std::unique_ptr<CTrack>& pTrack : Tracks().Tracks())
-    {
-        for (const std::unique_ptr<CKey>& pKey : pTrack->Keys())
-        {
-            bChanged = bChanged || pKey->m_bSelected;
-            pKey->m_bSelected = false;
-        }
-    }
-    return bChanged;
-}
-
-std::vector<CKey*> CTrackWnd::GetSelectedKeys() const
-{
-    std::vector<CKey*> selected;
-    for (const std::unique_ptr<CTrack>& pTrack : Tracks().Tracks())
-    {
-        for (const std::unique_ptr<CKey>& pKey : pTrack->Keys())
-        {
-            if (pKey->m_bSelected)
-                selected.push_back(pKey.get());
-        }
-    }
-    return selected;
-}
-
-CKey* CTrackWnd::GetFirstSelectedKey() const
-{
-    for (const std::unique_ptr<CTrack>& pTrack : Tracks().Tracks())
-    {
-        for (const std::unique_ptr<CKey>& pKey : pTrack->Keys())
-        {
-            if (pKey->m_bSelected)
-                return pKey.get();
-        }
-    }
-    return nullptr;
-}
-
-uint32_t CTrackWnd::GetSelectedKeyCount() const
-{
-    return static_cast<uint32_t>(GetSelectedKeys().size());
-}
-
-void CTrackWnd::Refresh()
-{
-    m_View.Invalidate();
-    UpdateKeyInfo();
-}
-
-void CTrackWnd::SetCursor(ECursorShape eShape)
-{
-    if (eShape == m_eCursor)
+    if (IsBusy() || !m_Selection.Step(eStep, bAdd))
         return;
-    m_eCursor = eShape;
-    m_View.SetCursorShape(eShape);
+    m_Scene.ShowCurrent();
+    m_Scene.Refresh();
 }
 
 void CTrackWnd::Command(int32_t nID)
@@ -200,21 +71,12 @@ bool CTrackWnd::OnKeyPress(uint16_t nKey, bool bCtrl, bool bShift, bool bAlt)
     return false;
 }
 
-// The effect may have been changed from anywhere: nothing here may point to what has gone.
 void CTrackWnd::OnEdit(const CEdit& edit)
 {
     if (!edit.Touches(&m_Spell) && !edit.Touches(ETouched::eLibrary))
         return;
-    if (m_pCurKey && !Tracks().FindTrackOf(m_pCurKey))
-        m_pCurKey = nullptr;
-    if (m_pCurTrack && Tracks().GetTrackNumber(m_pCurTrack) >= Tracks().GetNumTracks())
-        m_pCurTrack = nullptr;
-    if (!m_pCurKey)
-        m_LinkLine.End();
-    if (m_TimeBar.m_nPhaseLength != Tracks().m_nPhaseLength)
-    {
-        m_KeyInfo.m_nPhaseLength = Tracks().m_nPhaseLength;
-        m_TimeBar.SetPhaseLength(Tracks().m_nPhaseLength);
-    }
-    Refresh();
+    m_Selection.ForgetGone();
+    if (!GetCurKey())
+        m_Scene.LinkLine().End();
+    m_Scene.FollowEffect();
 }

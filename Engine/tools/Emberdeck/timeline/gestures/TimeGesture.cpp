@@ -10,15 +10,12 @@ CTimeGesture::CTimeGesture(const CGestureContext& context, const char* pszLabel,
       m_ptCur(ptDown)
 {
     const int64_t nTime = TimeFromPixel(context.m_Scale, ptDown.x);
-    for (const std::unique_ptr<CTrack>& pTrack : Tracks().Tracks())
+    for (CKey& key : Tracks().AllKeys())
     {
-        for (const std::unique_ptr<CKey>& pKey : pTrack->Keys())
-        {
-            if (!pKey->m_bSelected)
-                continue;
-            pKey->m_nDragStart = SaturateTime(nTime - pKey->m_nStartTime);
-            pKey->m_nDragEnd = SaturateTime(int64_t(pKey->m_nEndTime) - pKey->m_nStartTime);
-        }
+        if (!key.m_bSelected)
+            continue;
+        key.m_nDragStart = SaturateTime(nTime - key.m_nStartTime);
+        key.m_nDragEnd = SaturateTime(int64_t(key.m_nEndTime) - key.m_nStartTime);
     }
 }
 

@@ -1,4 +1,4 @@
-#include "timeline/TrackCommands.h"
+#include "timeline/KeyCommands.h"
 
 #include <algorithm>
 #include <utility>
@@ -23,9 +23,9 @@ const CEffectPropertySet* IncompleteRoot(const CEffectPropertySet* pSet)
 
 } // namespace
 
-bool CTrackWnd::AddKey(const CEffectTypeDesc* pType, CEffectPropertySet* pPrefab)
+bool CKeyCommands::AddKey(const CEffectTypeDesc* pType, CEffectPropertySet* pPrefab)
 {
-    if (!pType || !m_pCurTrack)
+    if (!pType || !CurTrack())
         return false;
     std::unique_ptr<CKey> pKey = MakeOrNull<CKey>(pType);
     if (!pKey)
@@ -34,7 +34,7 @@ bool CTrackWnd::AddKey(const CEffectTypeDesc* pType, CEffectPropertySet* pPrefab
     if (pPrefab && pKey->SetParent(pPrefab))
         scope.TouchPrefab(IncompleteRoot(pPrefab));
     EnsureComplete(pKey.get());
-    if (PlaceNewKey(*m_pCurTrack, std::move(pKey), m_ptMenu, "Add Key"))
+    if (PlaceNewKey(*CurTrack(), std::move(pKey), m_ptMenu, "Add Key"))
         return true;
     m_Context.m_Host.ShowStatus(c_szNoRoomToAdd);
     return false;
@@ -42,10 +42,10 @@ bool CTrackWnd::AddKey(const CEffectTypeDesc* pType, CEffectPropertySet* pPrefab
 
 // A new key lasts two seconds about the point, less what the free gap there doesn't hold. Without this cut
 // the sort would put a new key before one that starts within its first second.
-bool CTrackWnd::PlaceNewKey(CTrack& track, std::unique_ptr<CKey> pKey, CPoint pt, const char* pszLabel)
+bool CKeyCommands::PlaceNewKey(CTrack& track, std::unique_ptr<CKey> pKey, CPoint pt, const char* pszLabel)
 {
     constexpr int64_t nHalf = 1000;
-    const int32_t nTime = TimeFromPixel(m_TimeBar, pt.x);
+    const int32_t nTime = TimeFromPixel(m_Scene.TimeBar(), pt.x);
     int64_t nStart = nTime - nHalf;
     int64_t nEnd = nTime + nHalf;
     for (const std::unique_ptr<CKey>& pOther : track.Keys())
@@ -71,51 +71,51 @@ bool CTrackWnd::PlaceNewKey(CTrack& track, std::unique_ptr<CKey> pKey, CPoint pt
     return true;
 }
 
-void CTrackWnd::OnTrackAddKey()
+void CKeyCommands::AddChosenKey()
 {
-    if (m_pCurTrack)
+    if (CurTrack())
         AddKey(m_Context.m_Host.ChooseEffectType(), nullptr);
 }
 
-void CTrackWnd::OnTrackAddChildKey()
+void CKeyCommands::AddChildKey()
 {
     CEffectPropertySet* pPrefab = m_Context.m_Host.GetActivePrefab();
     if (pPrefab)
         AddKey(pPrefab->m_pTypeDesc, pPrefab);
 }
 
-void CTrackWnd::OnTrackInsertTrack()
+void CKeyCommands::InsertTrack()
 {
     CEditScope scope(m_Context.m_Edits, "Insert Track");
     scope.Touch(&m_Spell);
-    if (m_pCurTrack)
-        Tracks().InsertTrackAfter(m_pCurTrack);
+    if (CurTrack())
+        Tracks().InsertTrackAfter(CurTrack());
     else
         Tracks().AddTrack();
 }
 
-void CTrackWnd::OnTrackDeleteTrack()
+void CKeyCommands::DeleteTrack()
 {
-    if (!m_pCurTrack)
+    if (!CurTrack())
         return;
     const std::string sQuestion = "Are you sure you want to delete this track and the " +
-                                  std::to_string(m_pCurTrack->GetNumKeys()) + " keys it contains?";
+                                  std::to_string(CurTrack()->GetNumKeys()) + " keys it contains?";
     const EAnswer eAnswer =
         m_Context.m_Prompts.Ask(sQuestion, "Delete Track", EButtons::eYesNo, EIcon::eQuestion);
-    if (eAnswer == EAnswer::eNo || eAnswer == EAnswer::eCancel || !m_pCurTrack)
+    if (eAnswer == EAnswer::eNo || eAnswer == EAnswer::eCancel || !CurTrack())
         return;
     CEditScope scope(m_Context.m_Edits, "Delete Track");
     scope.Touch(&m_Spell);
-    Tracks().RemoveTrack(m_pCurTrack);
-    m_pCurTrack = nullptr;
-    m_pCurKey = nullptr; // also one on another track
+    Tracks().RemoveTrack(CurTrack());
+    m_Selection.SetCurTrack(nullptr);
+    m_Selection.SetCurKey(nullptr); // also one on another track
 }
 
-void CTrackWnd::OnTrackDeleteKey()
+void CKeyCommands::DeleteKeys()
 {
     {
         CEditScope scope(m_Context.m_Edits, "Delete Keys");
-        UnlinkKeys(GetSelectedKeys(), scope);
+        m_Links.UnlinkKeys(m_Selection.GetKeys(), scope);
         for (const std::unique_ptr<CTrack>& pTrack : Tracks().Tracks())
         {
             for (uint32_t i = pTrack->GetNumKeys(); i-- > 0;)
@@ -126,13 +126,12 @@ void CTrackWnd::OnTrackDeleteKey()
                 pTrack->RemoveKey(pTrack->GetKey(i));
             }
         }
-        m_pCurKey = nullptr;
+        m_Selection.SetCurKey(nullptr);
     }
-    SetCurKey(nullptr);
-    m_View.Invalidate();
+    m_Scene.Refresh();
 }
 
-void CTrackWnd::OnTrackExpandKey()
+void CKeyCommands::ExpandKeys()
 {
     {
         CEditScope scope(m_Context.m_Edits, "Expand Keys");
@@ -156,19 +155,19 @@ void CTrackWnd::OnTrackExpandKey()
             }
         }
     }
-    Refresh();
+    m_Scene.Refresh();
 }
 
-void CTrackWnd::OnTrackSetKeyLength()
+void CKeyCommands::SetKeyLength()
 {
-    int32_t nLength = m_pCurKey ? SaturateTime(int64_t(m_pCurKey->m_nEndTime) - m_pCurKey->m_nStartTime) : 0;
+    int32_t nLength = CurKey() ? SaturateTime(int64_t(CurKey()->m_nEndTime) - CurKey()->m_nStartTime) : 0;
     const CNumberEntry request = {"Enter Key Length in Milliseconds", "", c_nMinLength, c_nMaxLength};
     if (m_Context.m_Prompts.EnterNumber(request, nLength) && nLength >= c_nMinLength)
     {
         CEditScope scope(m_Context.m_Edits, "Set Key Length");
-        for (CKey* pKey : GetSelectedKeys()) // a list of its own, since placing sorts
+        for (CKey* pKey : m_Selection.GetKeys()) // a list of its own, since placing sorts
         {
-            CTrack* pTrack = TrackFromKey(pKey);
+            CTrack* pTrack = m_Scene.Layout().TrackFromKey(pKey);
             if (!pTrack)
                 continue;
             scope.Touch(&m_Spell);
@@ -176,15 +175,15 @@ void CTrackWnd::OnTrackSetKeyLength()
             pTrack->PlaceKey(pKey);
         }
     }
-    Refresh();
+    m_Scene.Refresh();
 }
 
-void CTrackWnd::OnTrackNameKey()
+void CKeyCommands::NameKeys()
 {
-    const uint32_t nSelected = GetSelectedKeyCount();
+    const uint32_t nSelected = m_Selection.GetCount();
     if (nSelected == 0)
         return;
-    const CKey* pFirstSel = GetFirstSelectedKey();
+    const CKey* pFirstSel = m_Selection.GetFirst();
     QS_ASSERT_MSG(pFirstSel, "Error: Selection out of sync some how");
     if (!pFirstSel)
         return;
@@ -201,49 +200,49 @@ void CTrackWnd::OnTrackNameKey()
     {
         const std::string sName = CleanName(sText, c_nMaxEntryName); // may be empty
         CEditScope scope(m_Context.m_Edits, "Name Keys");
-        for (CKey* pKey : GetSelectedKeys())
+        for (CKey* pKey : m_Selection.GetKeys())
         {
             scope.Touch(&m_Spell);
             pKey->m_sName = sName;
         }
     }
-    Refresh();
+    m_Scene.Refresh();
 }
 
-void CTrackWnd::OnTrackEditKey()
+void CKeyCommands::EditKey()
 {
-    if (!m_pCurKey)
+    if (!CurKey())
         return;
-    m_Context.m_Host.EditProperties(*m_pCurKey);
-    Refresh();
+    m_Context.m_Host.EditProperties(*CurKey());
+    m_Scene.Refresh();
 }
 
 // The clipboard isn't the library's: no edit scope.
-void CTrackWnd::OnTrackCopyKey()
+void CKeyCommands::CopyKey()
 {
-    if (m_pCurKey)
-        m_Context.m_Clipboard.CopyKey(m_pCurKey, m_Spell.m_nSerial);
+    if (CurKey())
+        m_Context.m_Clipboard.CopyKey(CurKey(), m_Spell.m_nSerial);
 }
 
-void CTrackWnd::OnTrackCutKey()
+void CKeyCommands::CutKey()
 {
-    if (!m_pCurKey)
+    if (!CurKey())
         return;
-    OnTrackCopyKey();
+    CopyKey();
     if (!m_Context.m_Clipboard.GetKey())
         return; // no memory: what couldn't be copied stays
     CEditScope scope(m_Context.m_Edits, "Cut Keys");
-    OnTrackDeleteKey();
+    DeleteKeys();
 }
 
-void CTrackWnd::PasteKeyAt(CPoint pt)
+void CKeyCommands::PasteKeyAt(CPoint pt)
 {
-    CTrack* pTrack = TrackFromY(pt.y);
+    CTrack* pTrack = m_Scene.Layout().TrackFromY(pt.y);
     const CKey* pSource = m_Context.m_Clipboard.GetKey();
-    const char* pszProblem = !pSource           ? c_szNothingToPaste
-                             : !pTrack          ? c_szPasteOffTracks
-                             : KeyFromPoint(pt) ? c_szPasteOnKey
-                                                : nullptr;
+    const char* pszProblem = !pSource                            ? c_szNothingToPaste
+                             : !pTrack                           ? c_szPasteOffTracks
+                             : m_Scene.Layout().KeyFromPoint(pt) ? c_szPasteOnKey
+                                                                 : nullptr;
     if (pszProblem)
     {
         m_Context.m_Host.ShowStatus(pszProblem);
@@ -259,16 +258,37 @@ void CTrackWnd::PasteKeyAt(CPoint pt)
         m_Context.m_Host.ShowStatus(c_szNoRoomToPaste);
 }
 
-void CTrackWnd::OnTrackPasteKey()
-{
-    PasteKeyAt(m_ptMenu);
-}
-
-void CTrackWnd::OnTrackPasteKeyAtMouse()
+void CKeyCommands::PasteKeyAtMouse()
 {
     const CPoint pt = m_View.PointerPosition();
-    if (m_Layout.VisibleTrackArea().Contains(pt))
+    if (m_Scene.Layout().VisibleTrackArea().Contains(pt))
         PasteKeyAt(pt);
     else
         m_Context.m_Host.ShowStatus(m_Context.m_Clipboard.GetKey() ? c_szPasteOffTracks : c_szNothingToPaste);
+}
+
+void CKeyCommands::CreatePrefab()
+{
+    if (!CurKey())
+        return;
+    std::string sName;
+    if (m_Context.m_Prompts.EnterText("Enter the name of the prefab", "", sName) && CurKey())
+        CLibraryEditor(m_Context).CreatePrefabFromKey(*CurKey(), sName);
+}
+
+void CKeyCommands::AssignPrefab()
+{
+    CEffectPropertySet* pPrefab = m_Context.m_Host.GetActivePrefab();
+    if (!CurKey())
+        return;
+    if (!pPrefab || pPrefab->m_pTypeDesc != CurKey()->m_pTypeDesc)
+    {
+        m_Context.m_Host.ShowStatus(pPrefab ? c_szPrefabOfOtherType : c_szNoPrefabToAssign);
+        return;
+    }
+    if (pPrefab == CurKey()->GetParent())
+        return;
+    CEditScope scope(m_Context.m_Edits, "Assign Prefab To Key");
+    scope.Touch(&m_Spell);
+    CurKey()->SetParent(pPrefab);
 }
