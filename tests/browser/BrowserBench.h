@@ -107,7 +107,7 @@ struct CBrowserBench
     static void Key(CLibraryPanel& panel, ETreeKey eKey) { panel.OnKey({eKey, {}}); }
     // Types into the open edit box and presses Enter, or Esc.
     static void Type(CLibraryPanel& panel, CFakeTreeView& view, const std::string& s,
-                     int32_t nID = c_nPanelOK)
+                     int32_t nID = c_nControlOk)
     {
         EXPECT_TRUE(view.m_bEditBox);
         view.m_sBox = s;

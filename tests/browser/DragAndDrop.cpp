@@ -40,7 +40,7 @@ TEST(DragAndDrop, MovesTheSelectionToTheHighlightedGroup)
         EXPECT_FALSE(bench.effects.m_hDropTarget);
         EXPECT_EQ(0u, bench.effects.m_Tree.GetItemStateEx(bench.item("H"), 8));
     }
-    bench.effects.Command(32884); // refused meanwhile
+    bench.effects.Command(c_nCmdImportEffects); // refused meanwhile
     CBrowserBench::Key(bench.effects, ETreeKey::eDelete);
     bench.DropOn("t");
     EXPECT_EQ("[[Effects]]\n  [G]\n    [H]\n      b\n    a\n  [T]\n    d\n    t\n  c\n", bench.dump());

@@ -26,7 +26,7 @@ TEST(EffectPanel, MenuFollowsTheSelection)
               MenuText(bench.effects.GetMenu()));
     EXPECT_EQ("Delete Selection", bench.effects.GetMenu()[7].m_sLabel);
     EXPECT_EQ("Delete", bench.effects.GetMenu()[7].m_sKey);
-    bench.effects.Command(32881); // greyed
+    bench.effects.Command(c_nCmdNewEffectInGroup); // greyed
     EXPECT_EQ(2u, bench.lib->m_SpellMgr.Spells().size());
     EXPECT_TRUE(bench.effects.OnRightRelease({10, 500}).empty());
     EXPECT_EQ(12u, bench.effects.OnRightRelease({10, 10}).size());
@@ -37,7 +37,7 @@ TEST(EffectPanel, MenuFollowsTheSelection)
     // Enabled by the selection, acting on the caret.
     bench.Select({"G"});
     bench.effects.m_Tree.SetCaret(bench.item("Fire"));
-    bench.effects.Command(32881);
+    bench.effects.Command(c_nCmdNewEffectInGroup);
     EXPECT_EQ(2u, bench.lib->m_SpellMgr.Spells().size());
 }
 
@@ -46,7 +46,7 @@ TEST(EffectPanel, NewItemsAreSelectedAndNamedAtOnce)
     CBrowserBench bench("[G Smoke] Fire");
     CScopeChecker checker(bench.context);
     bench.effects.m_Tree.Expand(bench.item("G"), false);
-    bench.Run(bench.effects, {"G"}, 32881);
+    bench.Run(bench.effects, {"G"}, c_nCmdNewEffectInGroup);
     EXPECT_EQ(0u, bench.effectView.m_sBox.find("Untitled FX "));
     EXPECT_EQ("[" + bench.effectView.m_sBox + "]", bench.sel());
     checker.ExpectEdits(1);
@@ -56,7 +56,7 @@ TEST(EffectPanel, NewItemsAreSelectedAndNamedAtOnce)
     EXPECT_TRUE(bench.documents.m_Open.empty());
     EXPECT_EQ("[[Effects]]\n  [G]\n    A 'B'\n    Smoke\n  Fire\n", bench.dump()); // the name has sorted
 
-    bench.Run(bench.effects, {"G"}, 32880);
+    bench.Run(bench.effects, {"G"}, c_nCmdNewGroup);
     EXPECT_EQ("New_Group", bench.effectView.m_sBox);
     bench.Type(bench.effects, bench.effectView, "Fire"); // groups share names; no sort
     EXPECT_EQ("[[Effects]]\n  [G]\n    A 'B'\n    Smoke\n    [Fire]\n  Fire\n", bench.dump());
@@ -70,16 +70,16 @@ TEST(EffectPanel, RenamingTakesWhatIsFree)
 {
     CBrowserBench bench("Smoke Fire");
     bench.documents.Open(*bench.lib->m_SpellMgr.FindSpell("Smoke"));
-    const auto rename = [&](const std::string& s, int32_t nID = c_nPanelOK)
+    const auto rename = [&](const std::string& s, int32_t nID = c_nControlOk)
     {
         bench.Select({bench.lib->m_SpellMgr.Spells()[0]->m_szName});
-        bench.effects.Command(32888);
+        bench.effects.Command(c_nCmdRenameItem);
         bench.Type(bench.effects, bench.effectView, s, nID);
         return std::string(bench.lib->m_SpellMgr.Spells()[0]->m_szName);
     };
     EXPECT_EQ("Smoke", rename("SMOKE")); // case alone isn't taken
     EXPECT_EQ("Smoke", rename("  "));
-    EXPECT_EQ("Smoke", rename("Other", c_nPanelCancel));
+    EXPECT_EQ("Smoke", rename("Other", c_nControlCancel));
     bench.prompts.onAsk("An effect with the name 'FIRE' already exists.");
     bench.effectView.m_bFocus = false;
     EXPECT_EQ("Smoke", rename(" FIRE "));
@@ -97,7 +97,7 @@ TEST(EffectPanel, RenamingTakesWhatIsFree)
     bench.Select({"Able"});
     bench.effects.OnRenameItem();
     bench.effectView.m_sBox = "Baker";
-    bench.effects.Command(32883);
+    bench.effects.Command(c_nCmdDuplicate);
     EXPECT_NE(std::string::npos, bench.dump().find("Baker_1"));
     bench.effects.OnRenameItem();
     bench.effectView.m_sBox = "Charlie";
@@ -156,7 +156,7 @@ TEST(EffectPanel, DeletingCountsGroupsAndKeepsTheRoot)
     CBrowserBench::Key(bench.effects, ETreeKey::eDelete);
     EXPECT_EQ("[G] a H b I c", bench.sel()); // stays widened
     bench.prompts.onAsk("3 groups", EAnswer::eOk);
-    bench.effects.Command(32885);
+    bench.effects.Command(c_nCmdDeleteSelection);
     checker.ExpectEdits(1);
     EXPECT_EQ("[[Effects]]\n  d\n", bench.dump());
     EXPECT_EQ("[-d]", bench.sel());
@@ -187,7 +187,7 @@ TEST(EffectPanel, OpensByEnterDoubleClickAndMenu)
     bench.Select({"[Effects]"});
     bench.prompts.onAsk("5 effects in the selection...\n\nDo you really want to open these for editing?",
                         EAnswer::eOk);
-    bench.effects.Command(32887);
+    bench.effects.Command(c_nCmdOpenSelection);
     EXPECT_EQ("Open Effects?", bench.prompts.m_Asked[0].m_sCaption);
     EXPECT_EQ(5u, bench.documents.m_Open.size());
     bench.Select({});

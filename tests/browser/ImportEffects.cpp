@@ -31,7 +31,7 @@ TEST(ImportEffects, BringsChosenEffectsOnly)
     bench.Select({"Smoke"});
     bench.import.m_Selected = {1, 0, 77, 1};
     bench.prompts.onFile(sFile, "*.Fx00c");
-    bench.effects.Command(32884);
+    bench.effects.Command(c_nCmdImportEffects);
     checker.ExpectEdits(1);
     EXPECT_EQ((std::vector<std::string>{"Ash", "smoke", "Zinc"}), bench.import.m_Rows);
     EXPECT_EQ("[[Effects]]\n  [G]\n    Smoke\n  Ash\n  smoke_1\n", bench.dump());

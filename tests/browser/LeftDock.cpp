@@ -10,12 +10,12 @@ struct CFakeDockView : IDockView
     CRect GetClientRect() const override { return {0, 0, m_rcBar.Width(), m_rcBar.Height()}; }
     bool GetControlRect(uint32_t nID, CRect& rc) const override
     {
-        rc = nID == c_nDockTabID ? m_rcTabs : m_rcHolder;
-        return nID == c_nDockTabID || nID == c_nDockSizeBarID;
+        rc = nID == eLeftDock_Tabs ? m_rcTabs : m_rcHolder;
+        return nID == eLeftDock_Tabs || nID == eLeftDock_SizeBar;
     }
     void MoveControl(uint32_t nID, const CRect& rc) override
     {
-        (nID == c_nDockTabID ? m_rcTabs : m_rcHolder) = rc;
+        (nID == eLeftDock_Tabs ? m_rcTabs : m_rcHolder) = rc;
     }
     CRect GetBarRect() const override { return m_rcBar; }
     CRect GetParentRect() const override { return m_rcParent; }
@@ -29,7 +29,7 @@ struct CFakeDockView : IDockView
         const CDockSize size = m_pDock->CalcSize({0, 300}, {200, 300});
         m_rcBar = {10, 40, 10 + size.m_nWidth, 40 + size.m_nHeight};
     }
-    void HideControl(uint32_t nID) override { EXPECT_EQ(c_nDockSizeBarID, nID); }
+    void HideControl(uint32_t nID) override { EXPECT_EQ(eLeftDock_SizeBar, nID); }
     void CreateSizeBar(const CRect& rc) override { m_rcSizeBar = rc; }
     void MoveSizeBar(const CRect& rc) override { m_rcSizeBar = rc; }
     void AddTab(const char* pszText) override { m_sTabs += pszText; }
@@ -133,7 +133,7 @@ TEST(LeftDock, PagesFollowSizeAndTabs)
     const auto bands = CSizeBar::GetBands({0, 0, 8, 100});
     std::string sBands;
     for (const CSizeBarBand& band : bands)
-        sBands += std::to_string(band.m_nBitmap) + ":" + std::to_string(band.m_rc.bottom) + " ";
+        sBands += std::to_string(band.m_eBitmap) + ":" + std::to_string(band.m_rc.bottom) + " ";
     EXPECT_EQ("179:8 178:16 179:24 180:76 179:84 178:92 179:100 ", sBands);
     for (const CSizeBarBand& band : CSizeBar::GetBands({0, 0, 8, 10})) // too low for all of them
         EXPECT_TRUE(band.m_rc.top >= 0 && band.m_rc.bottom <= 10);

@@ -4,25 +4,25 @@ TEST(PrefabPanel, FirstNewPrefabBecomesActive)
 {
     CBrowserBench bench("Smoke");
     CScopeChecker checker(bench.context);
-    bench.Run(bench.prefabs, {"[Prefabs]"}, 32892); // no type was chosen
+    bench.Run(bench.prefabs, {"[Prefabs]"}, c_nCmdNewPrefab); // no type was chosen
     EXPECT_EQ("[[Prefabs]]\n", bench.prefabDump());
     bench.host.m_pChosen = bench.lib->Module().FindType("Sprite");
-    bench.prefabs.Command(32892);
+    bench.prefabs.Command(c_nCmdNewPrefab);
     checker.ExpectEdits(1);
     CEffectPropertySet* pFirst = bench.prefabs.GetActivePrefab();
     ASSERT_TRUE(pFirst);
     EXPECT_EQ("Sprite", bench.prefabView.m_sBox);
     EXPECT_EQ("Textures\\Smoke.Texture00a", TextOf(*pFirst, "Texture"));
     bench.Type(bench.prefabs, bench.prefabView, "Zeppelin");
-    bench.Run(bench.prefabs, {"[Prefabs]"}, 32892);
-    bench.Type(bench.prefabs, bench.prefabView, "", c_nPanelCancel);
-    bench.Run(bench.prefabs, {"[Prefabs]"}, 32892);
+    bench.Run(bench.prefabs, {"[Prefabs]"}, c_nCmdNewPrefab);
+    bench.Type(bench.prefabs, bench.prefabView, "", c_nControlCancel);
+    bench.Run(bench.prefabs, {"[Prefabs]"}, c_nCmdNewPrefab);
     EXPECT_EQ("Sprite_1", bench.prefabView.m_sBox);
     bench.prompts.onAsk("A prefab with the name 'zeppelin' already exists.");
     bench.Type(bench.prefabs, bench.prefabView, "zeppelin");
     EXPECT_EQ("Error Renaming Prefab", bench.prompts.m_Asked[0].m_sCaption);
     EXPECT_EQ(pFirst, bench.prefabs.GetActivePrefab());
-    bench.prefabs.Command(32888);
+    bench.prefabs.Command(c_nCmdRenameItem);
     bench.Type(bench.prefabs, bench.prefabView, std::string(300, 'y')); // longer than an effect's may be
     EXPECT_EQ(255u, bench.lib->m_SpellMgr.Prefabs()[2]->m_sName.size());
     EXPECT_EQ("[[Prefabs]]\n  Sprite\n  " + std::string(255, 'y') + "\n  Zeppelin\n", bench.prefabDump());
@@ -32,10 +32,10 @@ TEST(PrefabPanel, FirstNewPrefabBecomesActive)
         bench.Select(bench.prefabs, names);
         return bench.prefabs.GetMenu()[9].m_bEnabled;
     };
-    EXPECT_EQ(32866, bench.prefabs.GetMenu()[9].m_nID);
+    EXPECT_EQ(c_nCmdSetActivePrefab, bench.prefabs.GetMenu()[9].m_nID);
     EXPECT_FALSE(canSet({"[Prefabs]"}) || canSet({"Sprite", "Zeppelin"}) || canSet({}));
     EXPECT_TRUE(canSet({"Sprite"}));
-    bench.prefabs.Command(32866);
+    bench.prefabs.Command(c_nCmdSetActivePrefab);
     EXPECT_EQ("Sprite", bench.prefabs.GetActivePrefab()->m_sName);
     bench.prefabs.m_Tree.SetCaret(bench.prefab("[Prefabs]"));
     bench.prefabs.OnSetActivePrefab(); // a group: nothing
@@ -45,10 +45,10 @@ TEST(PrefabPanel, FirstNewPrefabBecomesActive)
     bench.prompts.onAsk("0 groups selected.\n1 prefabs selected.", EAnswer::eOk);
     bench.prefabs.OnDeleteSelection();
     EXPECT_FALSE(bench.prefabs.GetActivePrefab());
-    bench.Run(bench.prefabs, {"Zeppelin"}, 32883);
+    bench.Run(bench.prefabs, {"Zeppelin"}, c_nCmdDuplicate);
     EXPECT_EQ("[Zeppelin_1]", SelectionOf(bench.prefabs.m_Tree));
     EXPECT_FALSE(bench.prefabs.GetActivePrefab());
-    bench.Run(bench.prefabs, {"[Prefabs]"}, 32892);
+    bench.Run(bench.prefabs, {"[Prefabs]"}, c_nCmdNewPrefab);
     EXPECT_EQ("Sprite", bench.prefabs.GetActivePrefab()->m_sName);
     bench.prefabs.CancelModes();
 }
@@ -80,7 +80,7 @@ TEST(PrefabPanel, OpensOneEditorAfterTheOther)
 TEST(PrefabPanel, ActivePrefabFollowsItsItem)
 {
     CBrowserBench bench("", "[G [H a]] b [T]");
-    bench.Run(bench.prefabs, {"a"}, 32866);
+    bench.Run(bench.prefabs, {"a"}, c_nCmdSetActivePrefab);
     CEffectPropertySet* pActive = bench.prefabs.GetActivePrefab();
     const HLibraryItem hOld = bench.prefabs.GetActiveItem();
     bench.Select(bench.prefabs, {"G"}); // moved inside of its group
@@ -105,9 +105,9 @@ TEST(PrefabPanel, ActivePrefabFollowsItsItem)
     // A tree without a root gets one with the first item.
     EXPECT_TRUE(bench.prefabs.CanInsert());
     bench.host.m_pChosen = bench.lib->Module().FindType("Light");
-    bench.prefabs.Command(32892);
+    bench.prefabs.Command(c_nCmdNewPrefab);
     EXPECT_EQ("[[Prefabs]]\n  Light\n", bench.prefabDump());
-    bench.effects.Command(32880);
+    bench.effects.Command(c_nCmdNewGroup);
     EXPECT_EQ("[[Effects]]\n  [New_Group]\n", bench.dump());
 }
 
@@ -124,7 +124,7 @@ TEST(PrefabPanel, DeletingManyLeavesTheirValues)
         keys[i] = KeyOf(bench.lib->m_SpellMgr, "Smoke", 0, i);
     bench.clipboard.CopyKey(keys[1], 1);
     bench.prompts.onAsk("1 groups selected.\n2 prefabs selected.", EAnswer::eOk);
-    bench.Run(bench.prefabs, {"G", "a"}, 32885);
+    bench.Run(bench.prefabs, {"G", "a"}, c_nCmdDeleteSelection);
     EXPECT_EQ("[[Prefabs]]\n  b\n", bench.prefabDump());
     EXPECT_EQ("3 5 4", std::to_string(IntOf(*keys[0], "Count")) + " " +
                            std::to_string(IntOf(*keys[1], "Count")) + " " +

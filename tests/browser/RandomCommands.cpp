@@ -53,8 +53,18 @@ public:
     }
     void Step(CBrowserBench& bench, CLibraryPanel& panel, CFakeTreeView& view)
     {
-        constexpr int32_t c_Commands[] = {32887, 32880, 32881, 32884, 32883, 32885,
-                                          32888, 32892, 32866, 32895, 1,     2};
+        constexpr int32_t c_Commands[] = {c_nCmdOpenSelection,
+                                          c_nCmdNewGroup,
+                                          c_nCmdNewEffectInGroup,
+                                          c_nCmdImportEffects,
+                                          c_nCmdDuplicate,
+                                          c_nCmdDeleteSelection,
+                                          c_nCmdRenameItem,
+                                          c_nCmdNewPrefab,
+                                          c_nCmdSetActivePrefab,
+                                          c_nCmdFindNext,
+                                          1,
+                                          2};
         constexpr ETreeKey c_Keys[] = {ETreeKey::eUp,       ETreeKey::eDown,   ETreeKey::eLeft,
                                        ETreeKey::eRight,    ETreeKey::eInsert, ETreeKey::eDelete,
                                        ETreeKey::eEnd,      ETreeKey::eHome,   ETreeKey::eEscape,
@@ -94,7 +104,7 @@ public:
         const bool bMany = spellMgr.Spells().size() > 40 || spellMgr.Prefabs().size() > 40;
         if (bMany)
             panel.m_Tree.SelectAllItems(true, {});
-        panel.Command(bMany ? 32885 : nID);
+        panel.Command(bMany ? c_nCmdDeleteSelection : nID);
     }
     void Gesture(CLibraryPanel& panel, const CFakeTreeView& view, CPoint pt, CModifiers modifiers)
     {

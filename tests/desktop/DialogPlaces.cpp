@@ -74,7 +74,8 @@ TEST(DialogPlaces, DialogsComeBackWhereTheyWere)
                     EXPECT_TRUE(rcScreen.contains(pPrefab->frameGeometry()));
                     Desktop::Key("Escape");
                 });
-            Desktop::Click(Desktop::On(qobject_cast<TemplateDialog*>(pKey)->Controls().Find(1000)));
+            Desktop::Click(
+                Desktop::On(qobject_cast<TemplateDialog*>(pKey)->Controls().Find(eFXProps_OpenParent)));
             Desktop::Key("Escape");
         });
     desk.window.EditProperties(key);

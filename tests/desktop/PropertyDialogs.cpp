@@ -146,9 +146,9 @@ TEST(DesktopProperties, TypeSpinCheckAndChoose)
         [&](TemplateDialog& dialog)
         {
             Next([](TemplateDialog& nested) { Enter(Part<QLineEdit>(nested, "Label"), "say \"hi\""); });
-            ClickOn(dialog.Controls().Find(1000));
+            ClickOn(dialog.Controls().Find(eFXProps_OpenParent));
             EXPECT_EQ("say 'hi'", Part<QLineEdit>(dialog, "Label")->text());
-            ClickOn(dialog.Controls().Find(1001));
+            ClickOn(dialog.Controls().Find(eFXProps_Disconnect));
             EXPECT_FALSE(desk.Check(dialog, "Label"));
         },
         false);
@@ -164,7 +164,7 @@ TEST(DesktopProperties, CurvesAreDraggedFittedCopiedAndPasted)
               {
                   const auto shape = [](TemplateDialog& curve)
                   {
-                      auto* pTime = curve.Controls().Get<QPushButton>(1103);
+                      auto* pTime = curve.Controls().Get<QPushButton>(eCurve_Time);
                       Desktop::Click(InCurve(curve, 0.5, 0.25), 3);
                       EXPECT_NEAR(0.5, pTime->text().toDouble(), 0.01);
                       EXPECT_EQ("6.5", Part<QLineEdit>(curve, "Size")->text().left(3))
@@ -174,9 +174,9 @@ TEST(DesktopProperties, CurvesAreDraggedFittedCopiedAndPasted)
                       EXPECT_NEAR(2.5, Part<QLineEdit>(curve, "Size")->text().toDouble(), 0.15);
                       Enter(Part<QLineEdit>(curve, "Size"), "21.5");
                       Desktop::Key("ctrl+f");
-                      EXPECT_EQ("0.50", curve.Controls().Get<QPushButton>(1107)->text());
-                      EXPECT_EQ("22.50", curve.Controls().Get<QPushButton>(1110)->text());
-                      ClickOn(curve.Controls().Find(1104));
+                      EXPECT_EQ("0.50", curve.Controls().Get<QPushButton>(eCurve_YMin)->text());
+                      EXPECT_EQ("22.50", curve.Controls().Get<QPushButton>(eCurve_YMax)->text());
+                      ClickOn(curve.Controls().Find(eCurve_Copy));
                   };
                   desk.EditCurve(dialog, "Size", shape, false);
                   desk.EditCurve(
@@ -191,20 +191,20 @@ TEST(DesktopProperties, CurvesAreDraggedFittedCopiedAndPasted)
                   desk.EditCurve(dialog, "Size",
                                  [](TemplateDialog& curve)
                                  {
-                                     EXPECT_FALSE(curve.Controls().Find(1105)->isEnabled());
+                                     EXPECT_FALSE(curve.Controls().Find(eCurve_Paste)->isEnabled());
                                      Desktop::Click(InCurve(curve, 0.5, 0.5), 3);
-                                     EXPECT_EQ("--", curve.Controls().Get<QPushButton>(1103)->text())
+                                     EXPECT_EQ("--", curve.Controls().Get<QPushButton>(eCurve_Time)->text())
                                          << "read-only";
                                  });
                   ClickOn(desk.Check(dialog, "Size"));
                   desk.EditCurve(dialog, "Size",
                                  [](TemplateDialog& curve)
                                  {
-                                     ClickOn(curve.Controls().Find(1105));
+                                     ClickOn(curve.Controls().Find(eCurve_Paste));
                                      Desktop::Key("ctrl+f");
                                      Desktop::Click(InCurve(curve, 0.75, 1.0 / 22.0)); // the high one
                                      Next([](TemplateDialog&) { Desktop::Type("0.25"); });
-                                     ClickOn(curve.Controls().Find(1103));
+                                     ClickOn(curve.Controls().Find(eCurve_Time));
                                  });
               });
     EXPECT_EQ("0 0.25 1", TimesOf(desk.Key(0), "Size"));
@@ -223,7 +223,7 @@ TEST(DesktopProperties, VectorsSwingAndColorsAreStored)
                 auto* pSide = vector.findChildren<VectorView*>().value(0);
                 Desktop::Drag(Desktop::On(pSide, {pSide->width() / 2, 4}),
                               Desktop::On(pSide, {pSide->width() - 4, pSide->height() / 2}));
-                Enter(vector.Controls().Find(1106), "10");
+                Enter(vector.Controls().Find(eVector_Magnitude), "10");
             },
             bOk);
         for (QPushButton* p : dialog.findChildren<QPushButton*>())
@@ -246,17 +246,18 @@ TEST(DesktopProperties, VectorsSwingAndColorsAreStored)
                         Desktop::Click(Desktop::On(
                             pBasic, ToQt(CColorChooser::GetBasicRect(FromQt(pBasic->rect()), 17)).center()));
                         EXPECT_EQ("255,0,0",
-                                  (box(706)->text() + "," + box(707)->text() + "," + box(708)->text())
+                                  (box(eColor_RedBox)->text() + "," + box(eColor_GreenBox)->text() + "," +
+                                   box(eColor_BlueBox)->text())
                                       .toStdString());
-                        Enter(box(707), "12");
-                        Enter(box(1006), "300");
+                        Enter(box(eColor_GreenBox), "12");
+                        Enter(box(eColor_AlphaBox), "300");
                         auto* pPalette = chooser.findChild<PaletteView*>();
                         Desktop::Click(
                             Desktop::On(pPalette, ToQt(CCustomColorPalette::GetCellRect(9)).center()), 1,
                             "ctrl");
-                        ClickOn(chooser.Controls().Find(9040));
+                        ClickOn(chooser.Controls().Find(eColor_DescriptionBox));
                         Desktop::Type("ember");
-                        ClickOn(chooser.Controls().Find(712));
+                        ClickOn(chooser.Controls().Find(eColor_AddButton));
                     },
                     bOk);
                 ClickOn(Part<SwatchButton>(curve, "Color"));

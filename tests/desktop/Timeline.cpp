@@ -166,7 +166,7 @@ TEST(DesktopTimeline, MovesAndResizesKeysByTheirParts)
     Desktop::LetKeyGo("ctrl");
     Desktop::Move(line.Body(other) + QPoint(40, 0));
     EXPECT_TRUE(line.Logic().IsDragging());
-    EXPECT_FALSE(line.window.Frame().Run(57600)) << "a command waits for the hand";
+    EXPECT_FALSE(line.window.Frame().Run(c_nCmdNew)) << "a command waits for the hand";
     Desktop::Move({2, 2});
     Desktop::Release();
     EXPECT_FALSE(line.Logic().IsDragging());

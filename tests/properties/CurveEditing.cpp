@@ -122,12 +122,12 @@ TEST(CurveEditing, GroupsMoveTogetherAndPinnedKeysKeepTheirTime)
 {
     CCurveBench bench("Line", {{0, 1}, {0.5f, 5}, {0.9f, 5}, {1, 1}});
     bench.Range(0, 10);
-    bench.dlg->OnCommand(eCurve_CmdSelectAll);
+    bench.dlg->OnCommand(c_nCmdSelectAllCurveKeys);
     bench.dlg->OnLeftDown(bench.At(0.5, 5), true); // without Ctrl it would be alone
     bench.dlg->OnMouseMove(CPoint{80, 60}, false);
     EXPECT_EQ("0:2* 0.7:6* 1:6* 1:2*", bench.Keys()); // pressed against 1 it loses its spacing
     bench.dlg->OnLeftUp();
-    bench.dlg->OnCommand(eCurve_CmdDeleteKeys);
+    bench.dlg->OnCommand(c_nCmdDeleteCurveKeys);
     EXPECT_EQ("0:2 1:2", bench.Keys());
 
     CCurveBench steps("Steps", {{0, 1}, {0.5f, 5}, {1, 1}});
@@ -137,8 +137,8 @@ TEST(CurveEditing, GroupsMoveTogetherAndPinnedKeysKeepTheirTime)
     steps.dlg->OnMouseMove(CPoint{95, 110}, false); // the last of a step curve is free
     steps.dlg->OnLeftUp();
     EXPECT_EQ("0:1 0.5:5 0.9:1*", steps.Keys());
-    steps.dlg->OnCommand(eCurve_CmdSelectAll);
-    steps.dlg->OnCommand(eCurve_CmdDeleteKeys);
+    steps.dlg->OnCommand(c_nCmdSelectAllCurveKeys);
+    steps.dlg->OnCommand(c_nCmdDeleteCurveKeys);
     EXPECT_EQ("0:1", steps.Keys());
 }
 
@@ -267,7 +267,7 @@ TEST(CurveEditing, ReadOnlyCurvesCanOnlyBeLookedAt)
     bench.dlg->OnCommand(eCurve_Copy);
     bench.dlg->OnCommand(eCurve_Paste);
     EXPECT_FALSE(bench.dlg->GetControl(eCurve_Paste).m_bEnabled);
-    bench.dlg->OnCommand(eCurve_CmdDeleteKeys);
+    bench.dlg->OnCommand(c_nCmdDeleteCurveKeys);
     EXPECT_EQ("0:1 0.5:5 1:1", bench.Keys());
     bench.dlg->OnBestFit();
     EXPECT_EQ("0.80", bench.dlg->GetControl(eCurve_YMin).m_sText);
@@ -361,12 +361,12 @@ TEST(CurveEditing, TimesAreEnteredWithoutSorting)
 TEST(CurveEditing, TheRowWritesWholeValuesToAllSelectedKeys)
 {
     CCurveBench bench("Vector", {{0, 1}, {0.5f, 2}, {1, 3}});
-    bench.dlg->OnCommand(eCurve_CmdSelectAll);
+    bench.dlg->OnCommand(c_nCmdSelectAllCurveKeys);
     bench.dlg->GetRow().SetText(4, "8"); // all of X, Y and Z of the first key
     EXPECT_EQ((CVector3{1, 8, 0}), bench.dlg->m_Prop.GetKey(2)->m_Data.GetVector());
 
     CCurveBench limited("Limited", {{0, 1}, {1, 1}});
-    limited.dlg->OnCommand(eCurve_CmdSelectAll);
+    limited.dlg->OnCommand(c_nCmdSelectAllCurveKeys);
     limited.dlg->GetRow().Spin(2, 1); // from the row's 1 to 0.75
     limited.dlg->GetRow().SetText(1, "77");
     EXPECT_EQ("0:77* 1:77*", limited.Keys()); // unchecked until OK

@@ -162,7 +162,7 @@ TEST(PropertiesDialog, CurvesOpenReadOnlyWhileTheyAreInherited)
     const uint32_t nSize = SlotOf(*bench.pKey, "Size");
     bench.dialogs.m_Curve = [](CFunctionCurveDlg& dialog)
     {
-        dialog.OnCommand(eCurve_CmdSelectAll);
+        dialog.OnCommand(c_nCmdSelectAllCurveKeys);
         dialog.OnRightUp(CPoint{60, 70});
         return true;
     };

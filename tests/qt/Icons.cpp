@@ -12,10 +12,10 @@ std::vector<const CIconArt*> AllArt()
 {
     std::vector<const CIconArt*> all = {&c_FolderClosedIcon, &c_FolderOpenIcon, &c_EffectIcon,
                                         &c_PrefabIcon,       &c_CopyIcon,       &c_PasteIcon};
-    for (const CIconArt& art : c_StandardIcons)
-        all.push_back(&art);
-    for (const CIconArt& art : c_SourceControlIcons)
-        all.push_back(&art);
+    for (const CToolbarTable* pBar : {&c_StandardToolbar, &c_SourceControlToolbar})
+        for (const CToolbarButton& button : *pBar)
+            if (!button.IsGap())
+                all.push_back(button.m_pIcon);
     return all;
 }
 

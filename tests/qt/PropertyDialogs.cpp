@@ -103,7 +103,7 @@ TEST(PropertyDialogs, TypedSpunAndChosenValuesReachTheKeyOnOk)
     const auto edit = [&](TemplateDialog& dialog)
     {
         EXPECT_EQ("Free - Sprite", dialog.windowTitle().toStdString());
-        EXPECT_FALSE(dialog.Controls().Find(1000)->isVisible());
+        EXPECT_FALSE(dialog.Controls().Find(eFXProps_OpenParent)->isVisible());
         auto* pCount = bench.Part<QLineEdit>(dialog, "Count");
         Type(pCount, "41");
         SpinArrows* pSpin = bench.Part<SpinArrows>(dialog, "Count");
@@ -157,12 +157,12 @@ TEST(PropertyDialogs, CheckBoxesTieAValueToThePrefab)
                     Type(bench.Part<QLineEdit>(nested, "Count"), "9");
                     PressOk(nested);
                 });
-            Click(dialog.Controls().Find(1000));
+            Click(dialog.Controls().Find(eFXProps_OpenParent));
             EXPECT_EQ("9", pCount->text());
 
-            Click(dialog.Controls().Find(1001));
+            Click(dialog.Controls().Find(eFXProps_Disconnect));
             EXPECT_TRUE(pCount->isEnabled());
-            EXPECT_FALSE(dialog.Controls().Find(1001)->isVisible());
+            EXPECT_FALSE(dialog.Controls().Find(eFXProps_Disconnect)->isVisible());
             PressOk(dialog);
         });
     EXPECT_TRUE(bench.qt.EditProperties(*bench.pKey));
@@ -185,7 +185,7 @@ TEST(PropertyDialogs, AWheelScrollsTheListWhateverLiesUnderIt)
     InNext(
         [&](TemplateDialog& dialog)
         {
-            auto* pBar = dialog.Controls().Get<QScrollBar>(1097);
+            auto* pBar = dialog.Controls().Get<QScrollBar>(eFXProps_ScrollBar);
             const QList<QComboBox*> lists = dialog.findChildren<QComboBox*>();
             EXPECT_TRUE(lists[0]->hasFocus());
             const auto arrow = [&](bool bUp)
@@ -249,11 +249,11 @@ TEST(PropertyDialogs, ACurveIsDraggedAddedToAndFitted)
         [&](TemplateDialog& dialog)
         {
             auto* pArea = dialog.findChild<CurveArea*>();
-            auto* pTime = dialog.Controls().Get<QPushButton>(1103);
+            auto* pTime = dialog.Controls().Get<QPushButton>(eCurve_Time);
             auto* pSize = bench.Part<QLineEdit>(dialog, "Size");
             EXPECT_EQ("--", pTime->text());
             EXPECT_FALSE(pSize->isVisible());
-            EXPECT_FALSE(dialog.Controls().Find(1114)->isVisible());
+            EXPECT_FALSE(dialog.Controls().Find(eCurve_Axis)->isVisible());
             addKey(dialog);
             EXPECT_TRUE(pSize->isVisible() && pTime->isEnabled());
 
@@ -274,7 +274,7 @@ TEST(PropertyDialogs, ACurveIsDraggedAddedToAndFitted)
             pSize->setText(QString());
             QTest::keyClicks(pSize, "4");
             QTest::keyClick(pSize, Qt::Key_F, Qt::ControlModifier);
-            EXPECT_EQ("-6.00", dialog.Controls().Get<QPushButton>(1107)->text());
+            EXPECT_EQ("-6.00", dialog.Controls().Get<QPushButton>(eCurve_YMin)->text());
             QTest::keyClick(pSize, Qt::Key_U, Qt::ControlModifier);
             EXPECT_EQ(dialog.Controls().Find(c_nControlOk), dialog.focusWidget());
         },
@@ -297,10 +297,10 @@ TEST(PropertyDialogs, AVectorIsSwungAndGoesBackToItsBoxes)
             InNext(
                 [&](TemplateDialog& vector)
                 {
-                    auto* pMagnitude = vector.Controls().Get<QLineEdit>(1106);
+                    auto* pMagnitude = vector.Controls().Get<QLineEdit>(eVector_Magnitude);
                     auto* pSide = vector.findChildren<VectorView*>().value(0);
                     const QPoint centre = pSide->rect().center();
-                    auto* pPresets = vector.Controls().Get<QComboBox>(1013);
+                    auto* pPresets = vector.Controls().Get<QComboBox>(eVector_Presets);
                     for (Qt::Key eKey : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up})
                     {
                         QTest::keyClick(pPresets, eKey);
@@ -341,30 +341,30 @@ TEST(PropertyDialogs, AColorIsChosenAndThePaletteKept)
             [&](TemplateDialog& window)
             {
                 const CTemplateControls& controls = window.Controls();
-                EXPECT_EQ("48", controls.Get<QLineEdit>(706)->text());
+                EXPECT_EQ("48", controls.Get<QLineEdit>(eColor_RedBox)->text());
                 auto* pBasic = window.findChild<BasicColorsView*>();
                 QTest::mouseClick(pBasic, Qt::LeftButton, {},
                                   ToQt(CColorChooser::GetBasicRect(FromQt(pBasic->rect()), 17)).center());
-                EXPECT_EQ("255", controls.Get<QLineEdit>(706)->text());
-                Type(controls.Get<QLineEdit>(707), "12");
-                Type(controls.Get<QLineEdit>(708), "0");
-                Type(controls.Get<QLineEdit>(1006), "300");
+                EXPECT_EQ("255", controls.Get<QLineEdit>(eColor_RedBox)->text());
+                Type(controls.Get<QLineEdit>(eColor_GreenBox), "12");
+                Type(controls.Get<QLineEdit>(eColor_BlueBox), "0");
+                Type(controls.Get<QLineEdit>(eColor_AlphaBox), "300");
 
                 // The description belongs to the cell that was selected while it was typed.
-                auto* pDescription = controls.Get<QPlainTextEdit>(9040);
-                EXPECT_EQ(
-                    QRect(QPoint(9, controls.PlaceOf(9040).y()), QSize(195, controls.PlaceOf(9040).height())),
-                    pDescription->geometry());
+                auto* pDescription = controls.Get<QPlainTextEdit>(eColor_DescriptionBox);
+                EXPECT_EQ(QRect(QPoint(9, controls.PlaceOf(eColor_DescriptionBox).y()),
+                                QSize(195, controls.PlaceOf(eColor_DescriptionBox).height())),
+                          pDescription->geometry());
                 pDescription->setFocus();
-                EXPECT_EQ("255", controls.Get<QLineEdit>(1006)->text());
+                EXPECT_EQ("255", controls.Get<QLineEdit>(eColor_AlphaBox)->text());
                 QTest::keyClicks(pDescription, "skin");
                 auto* pPalette = window.findChild<PaletteView*>();
                 QTest::mouseClick(pPalette, Qt::LeftButton, Qt::ControlModifier,
                                   ToQt(CCustomColorPalette::GetCellRect(9)).center());
                 EXPECT_TRUE(pPalette->hasFocus());
                 EXPECT_EQ("", pDescription->toPlainText());
-                EXPECT_EQ("12", controls.Get<QLineEdit>(707)->text());
-                Click(controls.Find(712));
+                EXPECT_EQ("12", controls.Get<QLineEdit>(eColor_GreenBox)->text());
+                Click(controls.Find(eColor_AddButton));
                 if (bOk)
                     PressOk(window);
             });

@@ -21,7 +21,7 @@ std::string TextOf(const CAboutSharedDlg& dialog, int32_t nControlID)
 {
     for (const CAboutText& text : dialog.OnInitDialog())
     {
-        EXPECT_NE(nullptr, FindDialogTemplate(100)->Find(text.m_nControlID));
+        EXPECT_NE(nullptr, FindDialogTemplate(eDlg_About)->Find(text.m_nControlID));
         if (text.m_nControlID == nControlID)
             return text.m_sText;
     }
@@ -54,14 +54,14 @@ TEST(AboutAndVersion, FirstOneCodePageThenTheOther)
 TEST(AboutAndVersion, FillsTheTemplate)
 {
     const CAboutSharedDlg dialog(Reads(MakeVersionBlock("Emberdeck", "1.2.3", "Copyright")));
-    EXPECT_EQ("Emberdeck", TextOf(dialog, 1016));
-    EXPECT_EQ("Version: 1.2.3 - [unknown]", TextOf(dialog, 1017));
-    EXPECT_EQ("ANSI Edition", TextOf(dialog, 1018));
-    EXPECT_EQ("Copyright", TextOf(dialog, 1019));
-    EXPECT_EQ(FindString(c_nStrLegalNotice), TextOf(dialog, 1265));
+    EXPECT_EQ("Emberdeck", TextOf(dialog, eAbout_Title));
+    EXPECT_EQ("Version: 1.2.3 - [unknown]", TextOf(dialog, eAbout_Version));
+    EXPECT_EQ("ANSI Edition", TextOf(dialog, eAbout_Info));
+    EXPECT_EQ("Copyright", TextOf(dialog, eAbout_Copyright));
+    EXPECT_EQ(FindString(c_nStrLegalNotice), TextOf(dialog, eAbout_Warning));
 
     const CAboutSharedDlg bare{Reads({})};
-    EXPECT_EQ("", TextOf(bare, 1016));
-    EXPECT_EQ("Version:  - [unknown]", TextOf(bare, 1017));
-    EXPECT_EQ("", TextOf(bare, 1019));
+    EXPECT_EQ("", TextOf(bare, eAbout_Title));
+    EXPECT_EQ("Version:  - [unknown]", TextOf(bare, eAbout_Version));
+    EXPECT_EQ("", TextOf(bare, eAbout_Copyright));
 }

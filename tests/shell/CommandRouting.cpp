@@ -126,7 +126,7 @@ TEST(CommandRouting, NothingRunsUnderADialogOrInAGesture)
     EXPECT_EQ("/game/a.Fx00a", bench.app->m_sFileName);
 
     // Ids of the panels, of the toolkit and of nobody aren't the frame's.
-    for (int32_t nID : {c_nCmdOpenSelection, c_nCmdFind, 57634, 32825, 12345, 0})
+    for (int32_t nID : {c_nCmdOpenSelection, c_nCmdFind, c_nCmdToolkitCopy, c_nCmdCopyKey, 12345, 0})
     {
         EXPECT_FALSE(bench.frame.IsEnabled(nID)) << nID;
         EXPECT_FALSE(bench.frame.Run(nID)) << nID;

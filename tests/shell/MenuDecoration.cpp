@@ -124,8 +124,8 @@ TEST(MenuDecoration, IconsComeFromTheFirstToolbarThatHasThem)
     EXPECT_EQ(nullptr, decorator.FindIcon(c_nCmdAbout, EImageKind::eNormal));
     EXPECT_EQ(nullptr, decorator.FindIcon(0, EImageKind::eNormal)); // a gap between buttons is no image
     // Behind a gap the images still belong to their buttons.
-    EXPECT_EQ(MakeImage(c_StandardIcons[2]), *decorator.FindIcon(c_nCmdSave, EImageKind::eHot));
-    EXPECT_EQ(MakeImage(c_StandardIcons[6]), *decorator.FindIcon(c_nCmdSavePackLaunch, EImageKind::eHot));
+    EXPECT_EQ(MakeImage(c_SaveIcon), *decorator.FindIcon(c_nCmdSave, EImageKind::eHot));
+    EXPECT_EQ(MakeImage(c_SavePackLaunchIcon), *decorator.FindIcon(c_nCmdSavePackLaunch, EImageKind::eHot));
 }
 
 TEST(MenuDecoration, ItemsArePaintedByState)

@@ -87,19 +87,15 @@ TEST(ResourceTables, MenusAndToolbarsHoldKnownCommands)
 
     for (const CToolbarTable* pBar : {&c_StandardToolbar, &c_SourceControlToolbar})
     {
-        int32_t nCommands = 0;
-        for (int32_t i = 0; i < pBar->m_nButtons; ++i)
+        for (const CToolbarButton& button : *pBar)
         {
-            const int32_t nID = pBar->m_pButtons[i];
-            if (nID == 0)
+            EXPECT_EQ(button.IsGap(), button.m_pIcon == nullptr);
+            if (button.IsGap())
                 continue;
-            EXPECT_TRUE(CMainFrame::HasHandler(nID)) << nID;
-            EXPECT_FALSE(GetToolTip(nID).empty()) << nID;
-            ++nCommands;
+            EXPECT_TRUE(CMainFrame::HasHandler(button.m_nCommand)) << button.m_nCommand;
+            EXPECT_FALSE(GetToolTip(button.m_nCommand).empty()) << button.m_nCommand;
+            CheckArt(*button.m_pIcon);
         }
-        EXPECT_EQ(nCommands, pBar->m_nIcons);
-        for (int32_t i = 0; i < pBar->m_nIcons; ++i)
-            CheckArt(pBar->m_pIcons[i]);
     }
     for (const CIconArt* pArt :
          {&c_FolderClosedIcon, &c_FolderOpenIcon, &c_EffectIcon, &c_PrefabIcon, &c_CopyIcon, &c_PasteIcon})

@@ -29,12 +29,12 @@ TEST(KeyClipboard, PastesAStandardSpanWhereThereIsRoom)
     bench.checker.ExpectEdits(0);
 
     wnd.OnRightRelease(bench.At(3000, 0), false); // at the click, not at the pointer
-    wnd.OnMenuClosed(32827);
+    wnd.OnMenuClosed(c_nCmdPasteKey);
     wnd.OnRightRelease(bench.At(300, 1), false);
-    wnd.OnMenuClosed(32827);
+    wnd.OnMenuClosed(c_nCmdPasteKey);
     EXPECT_EQ("1000-1200 1999-3999 4000-5000 5999-7999 | 0-1299*", bench.Dump());
     wnd.OnRightRelease(bench.At(5300, 0), false);
-    wnd.OnMenuClosed(32827);
+    wnd.OnMenuClosed(c_nCmdPasteKey);
     EXPECT_EQ("1000-1200 1999-3999 4000-5000 5000-5999* 5999-7999 | 0-1299", bench.Dump());
 }
 
@@ -61,7 +61,7 @@ TEST(KeyClipboard, ALinkStaysWithinItsEffect)
     CTimelineBench bench("S0-9000#3 | L1000-2000>3");
     bench.Arrange([&] { bench.m_pLibrary->m_SpellMgr.AddSpell()->m_Tracks.AddTrack(); });
     bench.Click(bench.At(1500, 1));
-    bench.wnd->Command(32825);
+    bench.wnd->Command(c_nCmdCopyKey);
     bench.wnd->PasteKeyAt(bench.At(5000, 1));
     EXPECT_TRUE(bench.Key(1, 1).m_bMotionLinked);
     bench.Open(1);
@@ -79,12 +79,12 @@ TEST(KeyClipboard, TellsWhyNothingWasPasted)
     const auto paste = [&](CPoint pt)
     {
         bench.view.m_ptPointer = pt;
-        bench.wnd->Command(32841);
+        bench.wnd->Command(c_nCmdPasteKeyAtMouse);
         return bench.Status();
     };
     EXPECT_EQ("Nothing to paste: no key was copied or cut", paste(bench.At(1000, 1)));
     bench.Click(bench.At(1000, 0));
-    bench.wnd->Command(32825);
+    bench.wnd->Command(c_nCmdCopyKey);
     EXPECT_EQ("Not pasted: there is a key already", paste(bench.At(1000, 0)));
     EXPECT_EQ("Not pasted: the pointer is over no track", paste(bench.At(1000, 4)));
     EXPECT_EQ("Not pasted: the pointer is over no track", paste({-50, 80}));

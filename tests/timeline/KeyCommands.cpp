@@ -8,7 +8,7 @@ void AddAt(CTimelineBench& bench, CPoint pt, const char* pszType = "Light")
 {
     bench.host.m_pChosen = pszType ? bench.m_pLibrary->Module().FindType(pszType) : nullptr;
     bench.wnd->OnRightRelease(pt, false);
-    bench.wnd->OnMenuClosed(32790);
+    bench.wnd->OnMenuClosed(c_nCmdAddKey);
 }
 
 } // namespace
@@ -42,23 +42,23 @@ TEST(Tracks, InsertAndDeleteRenumber)
     CTimelineBench bench("S0-1000#3 | L100-200>3 L300-400");
     CTrackWnd& wnd = *bench.wnd;
     wnd.OnRightRelease(bench.At(500, 0), false);
-    wnd.Command(32789);
+    wnd.Command(c_nCmdInsertTrack);
     EXPECT_EQ("0-1000* | | 100-200 300-400", bench.Dump());
     bench.Click(bench.At(500, 9));
-    wnd.Command(32789); // without a current track: at the end
+    wnd.Command(c_nCmdInsertTrack); // without a current track: at the end
     EXPECT_EQ("0-1000 | | 100-200 300-400 |", bench.Dump());
     bench.checker.ExpectEdits(2);
 
-    wnd.Command(32809); // no current track
+    wnd.Command(c_nCmdDeleteTrack); // no current track
     bench.Click(bench.At(350, 2));
     bench.prompts.onAsk("Are you sure you want to delete this track and the 2 keys it contains?",
                         EAnswer::eNo);
-    wnd.Command(32809);
+    wnd.Command(c_nCmdDeleteTrack);
     EXPECT_EQ("Delete Track", bench.prompts.m_Asked.at(0).m_sCaption);
     bench.checker.ExpectEdits(0);
     wnd.OnRightRelease(bench.At(500, 0), false);
     bench.prompts.onAsk("the 1 keys", EAnswer::eYes);
-    wnd.Command(32809);
+    wnd.Command(c_nCmdDeleteTrack);
     EXPECT_EQ(" | 100-200 300-400 |", bench.Dump());
     EXPECT_FALSE(wnd.GetCurKey() || wnd.GetCurTrack());
     EXPECT_TRUE(bench.Key(1, 0).m_bMotionLinked); // links to what has gone stay
@@ -68,19 +68,19 @@ TEST(Tracks, InsertAndDeleteRenumber)
 TEST(DeleteKey, TakesAllSelectedAndTheirLinks)
 {
     CTimelineBench bench("S0-1000#3* S1000-1100* | L100-200>3 L300-400*");
-    bench.wnd->Command(32792);
+    bench.wnd->Command(c_nCmdDeleteKeys);
     EXPECT_EQ(" | 100-200", bench.Dump());
     EXPECT_FALSE(bench.Key(1, 0).m_bMotionLinked);
     EXPECT_EQ("1", bench.wnd->KeyInfo().GetInfo().m_sTotalKeys);
     bench.checker.ExpectEdits(1);
-    bench.wnd->Command(32792);
+    bench.wnd->Command(c_nCmdDeleteKeys);
     bench.checker.ExpectEdits(0);
 }
 
 TEST(ExpandKey, GrowsToNeighboursOriginAndPhase)
 {
     CTimelineBench bench("S1000-2000* S4000-5000* S8000-9000 | L300-400* | L12000-13000*");
-    bench.wnd->Command(32793);
+    bench.wnd->Command(c_nCmdExpandKeys);
     EXPECT_EQ("0-4000* 4000-8000* 8000-9000 | 0-10000* | 0-10000*", bench.Dump());
     bench.checker.ExpectEdits(1);
     // Behind a key that ends beyond the phase there is no end to grow to.
@@ -93,7 +93,7 @@ TEST(ExpandKey, GrowsToNeighboursOriginAndPhase)
             bench.Key(0, 2).m_nEndTime = 12500;
             bench.Key(0, 2).m_bSelected = true;
         });
-    bench.wnd->Command(32793);
+    bench.wnd->Command(c_nCmdExpandKeys);
     EXPECT_EQ("0-4000 4000-11000 11000-12500* | 0-10000 | 0-10000", bench.Dump());
 }
 
@@ -102,13 +102,13 @@ TEST(SetKeyLength, KeepsStartsAndNeighbours)
     CTimelineBench bench("S1000-2000* S4000-4500 | L9000-9100*");
     CTrackWnd& wnd = *bench.wnd;
     bench.prompts.onNumber(std::nullopt, "Enter Key Length in Milliseconds").onNumber(5000).onNumber(700);
-    wnd.Command(32816);
+    wnd.Command(c_nCmdSetKeyLength);
     bench.checker.ExpectEdits(0);
     EXPECT_EQ(1, bench.prompts.m_Numbers.at(0).m_nMin);
     EXPECT_EQ(1000000, bench.prompts.m_Numbers.at(0).m_nMax);
-    wnd.Command(32816);
+    wnd.Command(c_nCmdSetKeyLength);
     EXPECT_EQ("1000-4000* 4000-4500 | 9000-14000*", bench.Dump());
-    wnd.Command(32816);
+    wnd.Command(c_nCmdSetKeyLength);
     EXPECT_EQ("1000-1700* 4000-4500 | 9000-9700*", bench.Dump());
     bench.checker.ExpectEdits(2);
 }
@@ -119,17 +119,17 @@ TEST(NameKey, CleansTheTextAndNamesAllSelected)
     CTrackWnd& wnd = *bench.wnd;
     bench.prompts.onText(std::nullopt, "Enter Name For Sprite")
         .onText(" \t a \"b\" ", "Enter Name For Sprite");
-    wnd.Command(32823);
+    wnd.Command(c_nCmdNameKeys);
     bench.checker.ExpectEdits(0);
-    wnd.Command(32823);
+    wnd.Command(c_nCmdNameKeys);
     EXPECT_EQ("a 'b'", bench.Key(0, 0).m_sName);
     bench.Click(bench.At(4200, 0), true);
     bench.prompts.onText("   ", "Enter Name For Keys");
-    wnd.Command(32823);
+    wnd.Command(c_nCmdNameKeys);
     EXPECT_EQ((std::vector<std::string>{"Old", "Old", ""}), bench.prompts.m_Offered);
     EXPECT_EQ("", bench.Key(0, 0).m_sName + bench.Key(0, 1).m_sName);
     EXPECT_EQ("Key Info [Light]", wnd.KeyInfo().GetInfo().m_sTitle);
     wnd.ClearSelection();
-    wnd.Command(32823); // nothing selected, nothing asked
+    wnd.Command(c_nCmdNameKeys); // nothing selected, nothing asked
     bench.checker.ExpectEdits(2);
 }

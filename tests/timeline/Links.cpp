@@ -11,7 +11,7 @@ struct CLinkBench : CTimelineBench
     {
         Click(from);
         view.m_ptPointer = from;
-        wnd->Command(32814);
+        wnd->Command(c_nCmdLinkKey);
         EXPECT_TRUE(wnd->IsLinking());
         wnd->OnMove(to, false);
         Press(to);
@@ -41,7 +41,7 @@ TEST(MotionLink, TakesATargetThatHoldsTheKeyStrictly)
     bench.host.m_Status.clear();
     bench.Link(bench.At(2500, 2), bench.At(2600, 2)); // itself: nothing, and no box
     EXPECT_EQ("Not linked: no other key was clicked", bench.Status());
-    bench.wnd->Command(32815); // the next command takes the line away
+    bench.wnd->Command(c_nCmdUnlinkKeys); // the next command takes the line away
     EXPECT_EQ("", bench.Status());
     bench.Link(bench.At(2500, 2), {900, 80});
     EXPECT_EQ("Not linked: no other key was clicked", bench.Status());
@@ -53,11 +53,11 @@ TEST(MotionLink, TheRubberLineFollowsThePointerUntilAPress)
 {
     CLinkBench bench;
     CTrackWnd& wnd = *bench.wnd;
-    bench.wnd->Command(32814); // without a current key nothing begins
+    bench.wnd->Command(c_nCmdLinkKey); // without a current key nothing begins
     EXPECT_FALSE(wnd.IsLinking());
     bench.Click(bench.At(2500, 1));
     bench.view.m_ptPointer = {10, 75};
-    wnd.Command(32814);
+    wnd.Command(c_nCmdLinkKey);
     wnd.OnMove({102, 80}, false); // no size cursor on an edge meanwhile
     EXPECT_EQ(ECursorShape::eArrow, bench.view.m_eShape);
     const int nPainted = bench.view.m_nPainted;
@@ -68,7 +68,7 @@ TEST(MotionLink, TheRubberLineFollowsThePointerUntilAPress)
     EXPECT_EQ("line 250,54 102,10", surface.Calls("line").back());
     EXPECT_EQ("ellipse 97,5 11x11 #FFFFFF", surface.Calls("ellipse").back());
     EXPECT_TRUE(wnd.IsBusy());
-    wnd.Command(32792);
+    wnd.Command(c_nCmdDeleteKeys);
     wnd.OnDeactivate(); // another program is in front: no link
     EXPECT_FALSE(wnd.IsLinking());
     bench.checker.ExpectEdits(0);
@@ -94,12 +94,12 @@ TEST(MotionLink, UnlinkKeyEndsBothDirections)
     EXPECT_FALSE(wnd.IsLinkedTo(&bench.Key(3, 0))); // itself doesn't count
 
     wnd.OnRightRelease(bench.At(1500, 1), false);
-    wnd.Command(32815);
+    wnd.Command(c_nCmdUnlinkKeys);
     bench.checker.ExpectEdits(1);
     EXPECT_FALSE(bench.Key(1, 0).m_bMotionLinked || bench.Key(2, 0).m_bMotionLinked ||
                  bench.Key(2, 1).m_bMotionLinked);
     EXPECT_TRUE(bench.Key(3, 0).m_bMotionLinked); // no business of that key's
-    wnd.Command(32815);                           // nothing left to end
+    wnd.Command(c_nCmdUnlinkKeys);                // nothing left to end
     bench.checker.ExpectEdits(0);
 }
 
@@ -116,13 +116,13 @@ TEST(PrefabKeys, AddAssignAndCreateFromKey)
                              .key("Light", 1000, 2000));
     CTrackWnd& wnd = *bench.wnd;
     wnd.OnRightRelease(bench.At(5000, 0), false);
-    wnd.OnMenuClosed(32870); // no prefab is active
+    wnd.OnMenuClosed(c_nCmdAddPrefabKey); // no prefab is active
     bench.checker.ExpectEdits(0);
 
     CEffectPropertySet* pPuff = bench.m_pLibrary->m_SpellMgr.FindPrefab("Puff");
     bench.host.m_pActive = pPuff;
     wnd.OnRightRelease(bench.At(5000, 0), false);
-    wnd.OnMenuClosed(32870);
+    wnd.OnMenuClosed(c_nCmdAddPrefabKey);
     bench.checker.ExpectEdits(1);
     EXPECT_EQ("0-1000 1000-2000 3999-5999", bench.Dump());
     EXPECT_EQ(pPuff, bench.Key(0, 2).GetParent());
@@ -130,12 +130,12 @@ TEST(PrefabKeys, AddAssignAndCreateFromKey)
     EXPECT_EQ(7, IntOf(bench.Key(0, 2), "Count"));
 
     bench.Click(bench.At(500, 0));
-    wnd.Command(32875);
+    wnd.Command(c_nCmdAssignPrefabToKey);
     bench.checker.ExpectEdits(1);
     EXPECT_EQ(pPuff, bench.Key(0, 0).GetParent());
     EXPECT_EQ(5, IntOf(bench.Key(0, 0), "Count")); // its own values stay
     bench.Click(bench.At(1500, 0));
-    wnd.Command(32875); // another type
+    wnd.Command(c_nCmdAssignPrefabToKey); // another type
     EXPECT_EQ("No prefab assigned: the active one has another type than the key", bench.Status());
     EXPECT_FALSE(bench.Key(0, 1).GetParent());
     bench.checker.ExpectEdits(0);
@@ -143,9 +143,9 @@ TEST(PrefabKeys, AddAssignAndCreateFromKey)
     bench.Click(bench.At(5000, 0));
     bench.prompts.onText(std::nullopt, "Enter the name of the prefab")
         .onText(" Puff", "Enter the name of the prefab");
-    wnd.Command(32874);
+    wnd.Command(c_nCmdCreatePrefabFromKey);
     bench.checker.ExpectEdits(0);
-    wnd.Command(32874);
+    wnd.Command(c_nCmdCreatePrefabFromKey);
     bench.checker.ExpectEdits(1);
     EXPECT_EQ("[[Prefabs]]\n  Puff\n   Puff\n",
               DumpTree(bench.m_pLibrary->m_PrefabTree)); // as typed, so unique

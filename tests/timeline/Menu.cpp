@@ -75,15 +75,14 @@ TEST(TrackMenu, RightReleasesSelect)
 TEST(TrackCommands, TablesAreWhole)
 {
     std::set<int32_t> ids;
-    for (const CTrackCommand& command : c_TrackCommands)
+    for (const auto& route : c_TrackCommands)
     {
-        EXPECT_EQ(command.m_nID != 0, command.m_pfnHandler != nullptr);
-        EXPECT_TRUE(command.m_nID == 0 || ids.insert(command.m_nID).second) << command.m_nID;
-        EXPECT_EQ(command.m_nID != 0 && command.m_ePopup != ETrackPopup::eNone, *command.m_pszLabel != 0);
+        EXPECT_TRUE(route.m_nID != 0 && route.m_pfnRun != nullptr);
+        EXPECT_TRUE(ids.insert(route.m_nID).second) << route.m_nID;
     }
     EXPECT_EQ(17u, ids.size());
     int nWithout = 0;
-    for (const CTrackAccelerator& accelerator : c_TrackAccelerators)
+    for (const CAccelerator& accelerator : c_TimelineAccelerators)
         nWithout += int(1 - ids.count(accelerator.m_nID));
     EXPECT_EQ(2, nWithout); // the find commands
 

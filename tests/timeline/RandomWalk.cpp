@@ -51,11 +51,11 @@ public:
         case 4:
             m_sStep = "key length";
             m_Bench.prompts.onNumber(1 + Below(4000));
-            m_Bench.wnd->Command(32816);
+            m_Bench.wnd->Command(c_nCmdSetKeyLength);
             return;
         case 5:
             m_sStep = "expand or delete";
-            m_Bench.wnd->Command(Below(3) ? 32793 : 32792);
+            m_Bench.wnd->Command(Below(3) ? c_nCmdExpandKeys : c_nCmdDeleteKeys);
             return;
         default:
             return Drag();
@@ -72,9 +72,9 @@ private:
     void Paste()
     {
         m_sStep = "paste";
-        m_Bench.wnd->Command(32825);
+        m_Bench.wnd->Command(c_nCmdCopyKey);
         m_Bench.view.m_ptPointer = Somewhere();
-        m_Bench.wnd->Command(32841);
+        m_Bench.wnd->Command(c_nCmdPasteKeyAtMouse);
     }
 
     // Moves, resizes and carries, of one key or several, by their edges or in the middle, in one step or more.
@@ -125,9 +125,9 @@ TEST(TimelineWalk, APastedKeyNearTheEndStaysOffItsNeighbour)
 {
     CTimelineBench bench("S0-9000");
     bench.Click(bench.At(4000, 0));
-    bench.wnd->Command(32825);
+    bench.wnd->Command(c_nCmdCopyKey);
     bench.view.m_ptPointer = bench.At(9500, 0);
-    bench.wnd->Command(32841);
+    bench.wnd->Command(c_nCmdPasteKeyAtMouse);
     EXPECT_EQ("0-9000* 9000-10499*", bench.Dump());
     bench.Drag(bench.At(9500, 0), bench.At(9510, 0));
     EXPECT_EQ("0-9000 9000-10499*", bench.Dump());

@@ -57,7 +57,7 @@ TEST(TimelineSelection, NothingElseRunsWhileAGestureDoes)
     bench.Press(bench.At(1500, 0));
     EXPECT_TRUE(wnd.IsBusy());
     EXPECT_TRUE(wnd.OnKeyPress(c_nKeyDelete, false, false, false));
-    wnd.Command(32792);
+    wnd.Command(c_nCmdDeleteKeys);
     wnd.OnDoubleClick(bench.At(1500, 0), false, false);
     EXPECT_TRUE(wnd.OnRightRelease(bench.At(5000, 0), false).empty());
     bench.Press(bench.At(5000, 0));

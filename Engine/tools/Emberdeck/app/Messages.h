@@ -70,13 +70,6 @@ constexpr CMessage c_MsgEffectNameInUse = {"An effect with the name '%s' already
 constexpr CMessage c_MsgPrefabNameInUse = {"A prefab with the name '%s' already exists.",
                                            "Error Renaming Prefab", EButtons::eOk, EIcon::eExclamation};
 
-constexpr const CMessage* c_WorkflowMessages[] = {
-    &c_MsgNoProject,    &c_MsgNoPlugin,          &c_MsgPluginEndedLast, &c_MsgLoadFailed,
-    &c_MsgImportFailed, &c_MsgSaveFailed,        &c_MsgPackFailed,      &c_MsgSaveBeforeExit,
-    &c_MsgCheckOut,     &c_MsgSaveBeforeConnect, &c_MsgEffectNameInUse, &c_MsgPrefabNameInUse,
-    &c_MsgDamaged,      &c_MsgSaveOverDamaged,
-};
-
 // File dialogs and the one entry dialog of the workflow.
 constexpr const char* c_szEffectFilter =
     "Effect Files (*.Fx00a,*.Fx00c)|*.Fx00a;*.Fx00c|All Files (*.*)|*.*||";

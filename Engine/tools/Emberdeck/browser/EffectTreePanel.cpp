@@ -7,20 +7,20 @@ bool CEffectTreePanel::s_bCancelEdit = false;
 
 CEffectTreePanel::CEffectTreePanel(CEditContext& context, ITreeView& view, IImportView& importView,
                                    const CTreeOptions& options)
-    : CLibraryPanel(context, ELibrarySide::eEffects, c_nEffectTreeID, view, c_EffectMessages, options),
+    : CLibraryPanel(context, ELibrarySide::eEffects, eEffectPanel_Tree, view, c_EffectMessages, options),
       m_ImportView(importView)
 {
 }
 
 CPanelMenu CEffectTreePanel::GetMenu() const
 {
-    return BuildPanelMenu(*this, c_EffectPanelCommands);
+    return BuildMenu(c_EffectPanelMenu);
 }
 
 void CEffectTreePanel::RunCommand(int32_t nID)
 {
-    if (const auto* pCommand = FindPanelCommand(*this, c_EffectPanelCommands, nID))
-        (this->*pCommand->m_pfnHandler)();
+    if (const auto* pRoute = FindRoute(c_EffectPanelRoutes, nID))
+        (this->*pRoute->m_pfnRun)();
 }
 
 void CEffectTreePanel::OnNewEffect()

@@ -3,8 +3,6 @@
 #include "browser/LibraryPanel.h"
 #include "browser/SelectFXToImportDlg.h"
 
-constexpr uint32_t c_nEffectTreeID = 1099; // the tree of dialog 181
-
 // The page of the effects: each leaf of its tree stands for a CSpell.
 class CEffectTreePanel : public CLibraryPanel
 {
@@ -28,19 +26,14 @@ private:
     IImportView& m_ImportView;
 };
 
-// Menu 169.
-inline constexpr TPanelCommand<CEffectTreePanel> c_EffectPanelCommands[] = {
-    {32887, "Open Effects", "Enter", &CEffectTreePanel::HasSelection, &CEffectTreePanel::OnOpenEffects},
-    {},
-    {32880, "New Group", "", &CEffectTreePanel::CanInsert, &CEffectTreePanel::OnNewGroup},
-    {32881, "New Effect", "", &CEffectTreePanel::CanInsert, &CEffectTreePanel::OnNewEffect},
-    {32884, "Import Effects...", "", &CEffectTreePanel::Always, &CEffectTreePanel::OnImportEffects},
-    {32883, "Duplicate", "Insert", &CEffectTreePanel::HasSelection, &CEffectTreePanel::OnDuplicate},
-    {},
-    {32885, "Delete Selection", "Delete", &CEffectTreePanel::HasSelection,
-     &CEffectTreePanel::OnDeleteSelection},
-    {32888, "Rename Item", "F2", &CEffectTreePanel::IsSingle, &CEffectTreePanel::OnRenameItem},
-    {},
-    {57636, "&Find...", "Ctrl+F", &CEffectTreePanel::Always, &CEffectTreePanel::OnFind},
-    {32895, "Find &Next", "F3", &CEffectTreePanel::Always, &CEffectTreePanel::OnFindNext},
+inline constexpr TCommandRoute<CEffectTreePanel> c_EffectPanelRoutes[] = {
+    {c_nCmdOpenSelection, &CEffectTreePanel::OnOpenEffects},
+    {c_nCmdNewGroup, &CEffectTreePanel::OnNewGroup},
+    {c_nCmdNewEffectInGroup, &CEffectTreePanel::OnNewEffect},
+    {c_nCmdImportEffects, &CEffectTreePanel::OnImportEffects},
+    {c_nCmdDuplicate, &CEffectTreePanel::OnDuplicate},
+    {c_nCmdDeleteSelection, &CEffectTreePanel::OnDeleteSelection},
+    {c_nCmdRenameItem, &CEffectTreePanel::OnRenameItem},
+    {c_nCmdFind, &CEffectTreePanel::OnFind},
+    {c_nCmdFindNext, &CEffectTreePanel::OnFindNext},
 };

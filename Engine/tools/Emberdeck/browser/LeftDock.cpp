@@ -16,8 +16,8 @@ void CLeftDockBar::SetUpSizeCtrl()
         return;
     m_bAnchored = true;
     m_SizeCtrl.Initialize(&m_View);
-    m_SizeCtrl.AddControl(c_nDockTabID, 0, 0, 0, 0);
-    m_SizeCtrl.AddControl(c_nDockSizeBarID, 1, 0, 0, 0); // along the right edge, at its width
+    m_SizeCtrl.AddControl(eLeftDock_Tabs, 0, 0, 0, 0);
+    m_SizeCtrl.AddControl(eLeftDock_SizeBar, 1, 0, 0, 0); // along the right edge, at its width
 }
 
 void CLeftDockBar::Initialize()
@@ -29,16 +29,16 @@ void CLeftDockBar::Initialize()
     SetUpSizeCtrl();
 
     CRect rcBar;
-    if (m_View.GetControlRect(c_nDockSizeBarID, rcBar))
+    if (m_View.GetControlRect(eLeftDock_SizeBar, rcBar))
     {
         m_nMinWidth = rcBar.Width();
-        m_View.HideControl(c_nDockSizeBarID);
+        m_View.HideControl(eLeftDock_SizeBar);
         m_View.CreateSizeBar(rcBar);
         m_bSizeBar = true;
     }
     for (int32_t i = 0; i < c_nDockTabs; ++i)
     {
-        m_View.AddTab(c_DockTabTexts[i]);
+        m_View.AddTab(c_DockTabs[i]);
         m_View.CreatePage(i);
     }
     PlacePages();
@@ -49,7 +49,7 @@ void CLeftDockBar::Initialize()
 void CLeftDockBar::PlacePages()
 {
     CRect rc;
-    if (!m_View.GetControlRect(c_nDockTabID, rc))
+    if (!m_View.GetControlRect(eLeftDock_Tabs, rc))
         return;
     for (int32_t i = 0; i < c_nDockTabs; ++i)
         m_View.MovePage(i, m_View.GetTabArea(rc));
@@ -60,7 +60,7 @@ void CLeftDockBar::OnSize()
     SetUpSizeCtrl();
     m_SizeCtrl.OnParentSize();
     CRect rc;
-    if (m_bSizeBar && m_View.GetControlRect(c_nDockSizeBarID, rc))
+    if (m_bSizeBar && m_View.GetControlRect(eLeftDock_SizeBar, rc))
         m_View.MoveSizeBar(rc);
     if (m_bInitialised)
         PlacePages();

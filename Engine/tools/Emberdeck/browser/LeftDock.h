@@ -3,14 +3,9 @@
 #include <memory>
 
 #include "app/DialogSizeCtrl.h"
+#include "app/resources/DialogTemplates.h"
 #include "browser/LibraryPanel.h"
 #include "browser/SizeBar.h"
-
-constexpr uint32_t c_nDockTabID = 1117;
-constexpr uint32_t c_nDockSizeBarID = 1118; // the placeholder of the size bar
-
-constexpr int32_t c_nDockTabs = 2;
-constexpr const char* c_DockTabTexts[c_nDockTabs] = {"   Effects   ", "   Prefabs   "};
 
 struct CDockSize
 {

@@ -60,13 +60,53 @@ void CLibraryPanel::Command(int32_t nID)
 {
     if (IsBusy())
         return;
-    if (nID == c_nPanelOK || nID == c_nPanelCancel)
+    if (nID == c_nControlOk || nID == c_nControlCancel)
     {
         OnDialogCommand(nID);
         return;
     }
     FinishEdit();
-    RunCommand(nID);
+    if (const CCommand* pCommand = FindCommand(nID); pCommand && IsAllowed(pCommand->m_eRule))
+        RunCommand(nID);
+}
+
+bool CLibraryPanel::IsAllowed(EEnableRule eRule) const
+{
+    switch (eRule)
+    {
+    case EEnableRule::eAlways:
+    case EEnableRule::eTreeExists:
+        return true;
+    case EEnableRule::eAnySelected:
+        return HasSelection();
+    case EEnableRule::eOneSelected:
+        return IsSingle();
+    case EEnableRule::eOneGroupSelected:
+        return CanInsert();
+    case EEnableRule::eOnePrefabSelected:
+        return IsSingleLeaf();
+    default: // the conditions of other owners
+        return false;
+    }
+}
+
+CPanelMenu CLibraryPanel::BuildMenu(const CMenuTable& table) const
+{
+    CPanelMenu menu;
+    for (const CMenuItem& item : table)
+    {
+        CPanelMenuEntry entry;
+        if (const CCommand* pCommand = FindCommand(item.m_nID))
+        {
+            const std::string_view sLabel = item.GetLabel();
+            const size_t nTab = sLabel.find('\t');
+            entry = {item.m_nID, std::string(sLabel.substr(0, nTab)),
+                     std::string(nTab == std::string_view::npos ? "" : sLabel.substr(nTab + 1)),
+                     IsAllowed(pCommand->m_eRule), item.m_bDefault};
+        }
+        menu.push_back(entry);
+    }
+    return menu;
 }
 
 // Enter and Esc. In the edit box they end the edit, and mean nothing else.
@@ -74,11 +114,11 @@ void CLibraryPanel::OnDialogCommand(int32_t nID)
 {
     if (m_Tree.IsEditing())
     {
-        CancelEditFlag() = nID == c_nPanelCancel;
+        CancelEditFlag() = nID == c_nControlCancel;
         m_View.TakeFocus(); // which ends the edit where the box has lost the focus by that
         m_Tree.EndEdit();
     }
-    else if (nID == c_nPanelOK)
+    else if (nID == c_nControlOk)
         OnOpen();
 }
 

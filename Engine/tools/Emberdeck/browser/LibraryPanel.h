@@ -6,13 +6,11 @@
 #include "app/DialogSizeCtrl.h"
 #include "app/EditContext.h"
 #include "app/LibraryEditor.h"
+#include "app/resources/DialogIds.h"
+#include "app/resources/Menus.h"
 #include "browser/MultiSelectTreeCtrl.h"
-#include "browser/PanelCommands.h"
+#include "browser/PanelMenu.h"
 #include "browser/TreeMessages.h"
-
-// The dialog's commands that come from Enter and Esc in the tree or in its edit box.
-constexpr int32_t c_nPanelOK = 1;
-constexpr int32_t c_nPanelCancel = 2;
 
 // What both pages of the library share, without their windows: a tree whose leaves stand for objects of one
 // side of the model, label editing, the popup menu, keys, drag and drop, and the commands that only differ in
@@ -45,7 +43,8 @@ public:
     bool OnCharacter(std::string_view sCharacter, uint64_t nTime);
     void OnFocusChange(bool bFocus) { m_Tree.OnFocusChange(bFocus); }
 
-    // A command of the menu, when it is enabled; and the two above.
+    // A command of the menu, when it is enabled; and c_nControlOk and c_nControlCancel, which come from Enter and Esc
+    // in the tree or in its edit box.
     void Command(int32_t nID);
     virtual CPanelMenu GetMenu() const = 0;
     // A click, a band or a drag runs: commands that change or close the library are to be refused.
@@ -57,7 +56,6 @@ public:
     void ScrollTo(const void* pData) { m_Tree.EnsureVisible(m_Tree.Tree().FindData(pData)); }
 
     // Conditions of the commands: they go by the selection, while the commands act on the caret.
-    bool Always() const { return true; }
     bool HasSelection() const { return m_Tree.GetSelectedCount() > 0; }
     bool IsSingle() const { return m_Tree.GetSelectedCount() == 1; }
     // One group. A tree without a root group counts, since what is made there gets it first.
@@ -81,7 +79,8 @@ protected:
                   const CPanelMessages& messages, const CTreeOptions& options);
 
     virtual void OnOpen() = 0;
-    virtual void RunCommand(int32_t nID) = 0;
+    virtual void RunCommand(int32_t nID) = 0; // enabled by now; one that isn't the panel's does nothing
+    CPanelMenu BuildMenu(const CMenuTable& table) const;
     virtual bool& CancelEditFlag() = 0; // the label edit in progress was ended by Cancel
     void OnTreeChange(CLibraryTree::EChange eChange, HLibraryItem hItem) override;
 
@@ -105,6 +104,7 @@ private:
     void OnTouching(const std::string& sLabel, const CTouch& touch) override;
     void OnEdit(const CEdit& edit) override;
 
+    bool IsAllowed(EEnableRule eRule) const;
     void OnDialogCommand(int32_t nID);
     uint32_t CountLeaves();
     void SetDropTarget(HLibraryItem hTarget);

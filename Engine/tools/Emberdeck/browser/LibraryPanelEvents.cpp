@@ -107,10 +107,10 @@ bool CLibraryPanel::OnKeyDown(const CTreeKey& key)
     switch (key.m_eKey)
     {
     case ETreeKey::eEnter:
-        Command(c_nPanelOK);
+        Command(c_nControlOk);
         return true;
     case ETreeKey::eEscape:
-        Command(c_nPanelCancel);
+        Command(c_nControlCancel);
         return true;
     case ETreeKey::eInsert:
         OnDuplicate();

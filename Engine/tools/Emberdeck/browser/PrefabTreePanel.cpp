@@ -5,19 +5,19 @@
 bool CPrefabTreePanel::s_bCancelEdit = false;
 
 CPrefabTreePanel::CPrefabTreePanel(CEditContext& context, ITreeView& view, const CTreeOptions& options)
-    : CLibraryPanel(context, ELibrarySide::ePrefabs, c_nPrefabTreeID, view, c_PrefabMessages, options)
+    : CLibraryPanel(context, ELibrarySide::ePrefabs, ePrefabPanel_Tree, view, c_PrefabMessages, options)
 {
 }
 
 CPanelMenu CPrefabTreePanel::GetMenu() const
 {
-    return BuildPanelMenu(*this, c_PrefabPanelCommands);
+    return BuildMenu(c_PrefabPanelMenu);
 }
 
 void CPrefabTreePanel::RunCommand(int32_t nID)
 {
-    if (const auto* pCommand = FindPanelCommand(*this, c_PrefabPanelCommands, nID))
-        (this->*pCommand->m_pfnHandler)();
+    if (const auto* pRoute = FindRoute(c_PrefabPanelRoutes, nID))
+        (this->*pRoute->m_pfnRun)();
 }
 
 CEffectPropertySet* CPrefabTreePanel::GetActivePrefab() const

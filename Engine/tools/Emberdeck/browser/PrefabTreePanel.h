@@ -2,8 +2,6 @@
 
 #include "browser/LibraryPanel.h"
 
-constexpr uint32_t c_nPrefabTreeID = 1116; // the tree of dialog 183
-
 // The page of the prefabs: each leaf of its tree stands for one. One of them may be the active prefab, which
 // the timeline uses; its item is bold. The mark follows the item when that is moved, and ends with it.
 class CPrefabTreePanel : public CLibraryPanel
@@ -36,20 +34,14 @@ private:
     const void* m_pLeaving = nullptr;
 };
 
-// Menu 170.
-inline constexpr TPanelCommand<CPrefabTreePanel> c_PrefabPanelCommands[] = {
-    {32887, "Open Prefabs", "Enter", &CPrefabTreePanel::HasSelection, &CPrefabTreePanel::OnOpenPrefabs},
-    {},
-    {32880, "New Group", "", &CPrefabTreePanel::CanInsert, &CPrefabTreePanel::OnNewGroup},
-    {32892, "New Prefab", "", &CPrefabTreePanel::CanInsert, &CPrefabTreePanel::OnNewPrefab},
-    {32883, "Duplicate", "Insert", &CPrefabTreePanel::HasSelection, &CPrefabTreePanel::OnDuplicate},
-    {},
-    {32885, "Delete Selection", "Delete", &CPrefabTreePanel::HasSelection,
-     &CPrefabTreePanel::OnDeleteSelection},
-    {32888, "Rename Item", "F2", &CPrefabTreePanel::IsSingle, &CPrefabTreePanel::OnRenameItem},
-    {},
-    {32866, "Set Active Prefab", "", &CPrefabTreePanel::IsSingleLeaf, &CPrefabTreePanel::OnSetActivePrefab},
-    {},
-    {57636, "&Find...", "Ctrl+F", &CPrefabTreePanel::Always, &CPrefabTreePanel::OnFind},
-    {32895, "Find &Next", "F3", &CPrefabTreePanel::Always, &CPrefabTreePanel::OnFindNext},
+inline constexpr TCommandRoute<CPrefabTreePanel> c_PrefabPanelRoutes[] = {
+    {c_nCmdOpenSelection, &CPrefabTreePanel::OnOpenPrefabs},
+    {c_nCmdNewGroup, &CPrefabTreePanel::OnNewGroup},
+    {c_nCmdNewPrefab, &CPrefabTreePanel::OnNewPrefab},
+    {c_nCmdDuplicate, &CPrefabTreePanel::OnDuplicate},
+    {c_nCmdDeleteSelection, &CPrefabTreePanel::OnDeleteSelection},
+    {c_nCmdRenameItem, &CPrefabTreePanel::OnRenameItem},
+    {c_nCmdSetActivePrefab, &CPrefabTreePanel::OnSetActivePrefab},
+    {c_nCmdFind, &CPrefabTreePanel::OnFind},
+    {c_nCmdFindNext, &CPrefabTreePanel::OnFindNext},
 };

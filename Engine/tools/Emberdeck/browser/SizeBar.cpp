@@ -81,7 +81,9 @@ void CSizeBar::EndPress()
 std::array<CSizeBarBand, CSizeBar::c_nBands> CSizeBar::GetBands(const CRect& rcClient)
 {
     constexpr int32_t c_nBand = 8;
-    constexpr uint32_t c_Bitmaps[c_nBands] = {179, 178, 179, 180, 179, 178, 179};
+    constexpr ESizeBarPattern c_Bitmaps[c_nBands] = {eSizeBar_Dots,  eSizeBar_Grip, eSizeBar_Dots,
+                                                     eSizeBar_Plain, eSizeBar_Dots, eSizeBar_Grip,
+                                                     eSizeBar_Dots};
     // Steps of bands from the top, from the fourth edge on from the bottom.
     constexpr int32_t c_Edges[c_nBands + 1] = {0, 1, 2, 3, -3, -2, -1, 0};
     constexpr size_t c_nMiddle = 3;

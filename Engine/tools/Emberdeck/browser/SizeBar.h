@@ -3,7 +3,7 @@
 #include <array>
 #include <cstdint>
 
-#include "platform/IDrawSurface.h"
+#include "app/resources/Bars.h"
 
 class CLeftDockBar;
 class IDockView;
@@ -18,7 +18,7 @@ enum class ESizeBarCursor
 struct CSizeBarBand
 {
     CRect m_rc;
-    uint32_t m_nBitmap; // resource 178, 179 or 180
+    ESizeBarPattern m_eBitmap;
 };
 
 // The thin bar along the dock's right edge: a drag changes the dock's width, a click folds it away and brings

@@ -5,29 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "app/resources/DialogIds.h"
 #include "properties/ColorPalette.h"
 #include "properties/EditorDialogs.h"
-
-// The controls of the dialog's template.
-enum EColorControl : uint32_t
-{
-    eColor_Luminance = 702, // bar
-    eColor_HueBox = 703,
-    eColor_SatBox = 704,
-    eColor_LumBox = 705,
-    eColor_RedBox = 706,
-    eColor_GreenBox = 707,
-    eColor_BlueBox = 708,
-    eColor_Current = 709, // swatch
-    eColor_Square = 710,
-    eColor_AddButton = 712,
-    eColor_Basic = 720,
-    eColor_AlphaBox = 1006,
-    eColor_LoadButton = 9003,
-    eColor_SaveButton = 9005,
-    eColor_Palette = 9039,
-    eColor_DescriptionBox = 9040,
-};
 
 // Who shows the dialog.
 class IColorDialogView

@@ -50,14 +50,14 @@ bool CFunctionCurveDlg::OnCommand(uint32_t nID)
 {
     switch (nID)
     {
-    case eCurve_CmdDeleteKeys:
+    case c_nCmdDeleteCurveKeys:
         OnDeleteKeys();
         return true;
-    case eCurve_CmdSelectAll:
-    case eCurve_CmdUnselectAll:
-        SelectAll(nID == eCurve_CmdSelectAll);
+    case c_nCmdSelectAllCurveKeys:
+    case c_nCmdUnselectAllCurveKeys:
+        SelectAll(nID == c_nCmdSelectAllCurveKeys);
         return true;
-    case eCurve_CmdBestFit:
+    case c_nCmdBestFit:
     case eCurve_BestFit:
         OnBestFit();
         return true;

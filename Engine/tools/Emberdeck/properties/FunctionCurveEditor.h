@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "app/resources/Commands.h"
+#include "app/resources/DialogIds.h"
 #include "properties/CurvePainter.h"
 #include "properties/EffectPropertyCtrls.h"
 
@@ -15,30 +17,6 @@ public:
     virtual void RepaintCurve() = 0;
     virtual void OnButtonsChanged() = 0; // texts and states of buttons and list: look at all of them
     virtual void OnRowHidden() = 0;      // the focus, when it was there, goes to OK
-};
-
-// The controls of the dialog's template, and its commands, which are accelerators too.
-enum ECurveControl : uint32_t
-{
-    eCurve_Area = 1058,
-    eCurve_RowControls = 1059,
-    eCurve_RowLabel = 1060,
-    eCurve_Time = 1103,
-    eCurve_Copy = 1104,
-    eCurve_Paste = 1105,
-    eCurve_YMin = 1107,
-    eCurve_YMinLabel = 1108,
-    eCurve_YMaxLabel = 1109,
-    eCurve_YMax = 1110,
-    eCurve_Start = 1111,
-    eCurve_End = 1112,
-    eCurve_BestFit = 1113,
-    eCurve_Axis = 1114,
-    eCurve_AxisLabel = 1115,
-    eCurve_CmdDeleteKeys = 32847,
-    eCurve_CmdSelectAll = 32848,
-    eCurve_CmdUnselectAll = 32849,
-    eCurve_CmdBestFit = 32852,
 };
 
 struct CCurveControlState

@@ -1,5 +1,6 @@
 #include "shell/AboutDialog.h"
 
+#include "app/resources/DialogIds.h"
 #include "app/resources/Strings.h"
 #include "qsnumber.h"
 
@@ -19,10 +20,10 @@ std::vector<CAboutText> CAboutSharedDlg::OnInitDialog() const
     std::string sLegal;
     ExtractVersionInformation(m_sModule, &sProduct, &sVersion, &sLegal, m_Reader);
     return {
-        {1016, sProduct},
-        {1017, QSFormat(FindString(c_nStrVersionLine).data(), sVersion.c_str(), c_szUnknownBuild)},
-        {1018, c_szEdition},
-        {1019, sLegal},
-        {1265, std::string(FindString(c_nStrLegalNotice))},
+        {eAbout_Title, sProduct},
+        {eAbout_Version, QSFormat(FindString(c_nStrVersionLine).data(), sVersion.c_str(), c_szUnknownBuild)},
+        {eAbout_Info, c_szEdition},
+        {eAbout_Copyright, sLegal},
+        {eAbout_Warning, std::string(FindString(c_nStrLegalNotice))},
     };
 }

@@ -19,7 +19,7 @@ public:
     virtual void SetToolBarImages(const CKRToolbar& toolbar) = 0;
     // At the top. nBesideBar is a docked bar whose row it joins, behind it; 0: a row of its own.
     virtual void DockToolBar(int32_t nBar, int32_t nBesideBar) = 0;
-    virtual void CreateLeftDock() = 0; // bar c_nLeftDockBar; not to be hidden by any menu of the toolkit
+    virtual void CreateLeftDock() = 0; // not to be hidden by any menu of the toolkit
     virtual void ShowSplash() = 0;     // CSplashWnd::ShowSplashScreen
 
     // Toolbars and the status bar, by their ids.

@@ -196,7 +196,7 @@ bool CMainFrame::Run(int32_t nID)
                 RefreshSourceControl();
             if (!IsEnabled(pCommand->m_nID))
                 return false;
-            (this->*FindRoute(pCommand->m_nID)->m_pfnRun)();
+            (this->*FindRoute(c_Routes, pCommand->m_nID)->m_pfnRun)();
             return true;
         });
 }

@@ -78,13 +78,7 @@ public:
     const CKRToolbar& SourceControlToolbar() const { return m_wndSourceControlBar; }
 
 private:
-    struct CRoute
-    {
-        int32_t m_nID;
-        void (CMainFrame::*m_pfnRun)();
-    };
-    static const CRoute c_Routes[];
-    static const CRoute* FindRoute(int32_t nID);
+    static const TCommandRoute<CMainFrame> c_Routes[20];
 
     void DockWithImages(CKRToolbar& toolbar, int32_t nBesideBar);
     bool IsAllowed(EEnableRule eRule) const;

@@ -1,7 +1,7 @@
 #include "shell/MainFrame.h"
 
 // The application's commands by id. Exit and the bars are the frame's own business.
-const CMainFrame::CRoute CMainFrame::c_Routes[] = {
+const TCommandRoute<CMainFrame> CMainFrame::c_Routes[] = {
     {c_nCmdNew, &CMainFrame::OnNew},
     {c_nCmdOpen, &CMainFrame::OnOpen},
     {c_nCmdSave, &CMainFrame::OnSave},
@@ -24,20 +24,11 @@ const CMainFrame::CRoute CMainFrame::c_Routes[] = {
     {c_nCmdHistory, &CMainFrame::OnHistory},
 };
 
-const CMainFrame::CRoute* CMainFrame::FindRoute(int32_t nID)
-{
-    for (const CRoute& route : c_Routes)
-    {
-        if (route.m_nID == nID)
-            return &route;
-    }
-    return nullptr;
-}
-
 bool CMainFrame::HasHandler(int32_t nID)
 {
     const CCommand* pCommand = FindCommand(nID);
-    return pCommand && (pCommand->m_eOwner == ECommandOwner::eFrame || nID == c_nCmdExit || FindRoute(nID));
+    return pCommand &&
+           (pCommand->m_eOwner == ECommandOwner::eFrame || nID == c_nCmdExit || FindRoute(c_Routes, nID));
 }
 
 bool CMainFrame::IsShortcut(const CAccelerator& accelerator)

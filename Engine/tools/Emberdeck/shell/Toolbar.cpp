@@ -27,6 +27,17 @@ bool IsAcross(EBarSide eSide)
     return eSide == EBarSide::eTop || eSide == EBarSide::eBottom;
 }
 
+CImageList MakeImages(const CToolbarTable& table, const IconMaker& maker = IconMaker(),
+                      int32_t nGrid = c_nIconSize)
+{
+    CImageList images;
+    for (const CToolbarButton& button : table)
+        if (!button.IsGap())
+            images.push_back(maker && nGrid != c_nIconSize ? maker(*button.m_pIcon, nGrid)
+                                                           : MakeImage(*button.m_pIcon));
+    return images;
+}
+
 } // namespace
 
 CKRToolbar::CKRToolbar(const CToolbarTable& table, const CShellColors& colors) : m_pTable(&table)
@@ -37,7 +48,7 @@ CKRToolbar::CKRToolbar(const CToolbarTable& table, const CShellColors& colors) :
 void CKRToolbar::SetColors(const CShellColors& colors)
 {
     m_Colors = colors;
-    m_Images.BuildImages(MakeImageList(m_pTable->m_pIcons, m_pTable->m_nIcons), EImageMode::eLight, colors);
+    m_Images.BuildImages(MakeImages(*m_pTable), EImageMode::eLight, colors);
     m_FineImages.clear();
 }
 
@@ -53,8 +64,7 @@ const CKRToolbarImages& CKRToolbar::ImagesFor(int32_t nGrid) const
         return m_Images;
     const auto [it, bNew] = m_FineImages.try_emplace(nGrid);
     if (bNew)
-        it->second.BuildImages(MakeImageList(m_pTable->m_pIcons, m_pTable->m_nIcons, m_Maker, nGrid),
-                               EImageMode::eLight, m_Colors);
+        it->second.BuildImages(MakeImages(*m_pTable, m_Maker, nGrid), EImageMode::eLight, m_Colors);
     return it->second;
 }
 
@@ -63,11 +73,11 @@ const CPixelImage* CKRToolbar::FindImage(int32_t nCommand, EImageKind eKind, int
     if (nCommand == 0)
         return nullptr;
     int32_t nImage = 0;
-    for (int32_t i = 0; i < m_pTable->m_nButtons; ++i)
+    for (const CToolbarButton& button : *m_pTable)
     {
-        if (m_pTable->m_pButtons[i] == nCommand)
+        if (button.m_nCommand == nCommand)
             return ImagesFor(nGrid).GetImage(nImage, eKind);
-        nImage += m_pTable->m_pButtons[i] != 0; // a gap has no image
+        nImage += !button.IsGap(); // which has no image
     }
     return nullptr;
 }

@@ -40,14 +40,6 @@ CPixelImage MakeImage(const CIconArt& art)
     return image;
 }
 
-CImageList MakeImageList(const CIconArt* pArt, int32_t nCount, const IconMaker& maker, int32_t nGrid)
-{
-    CImageList images;
-    for (int32_t i = 0; pArt && i < nCount; ++i)
-        images.push_back(maker && nGrid != c_nIconSize ? maker(pArt[i], nGrid) : MakeImage(pArt[i]));
-    return images;
-}
-
 CPixelImage MakeFlatImage(const CPixelImage& image, CColorRef nColor)
 {
     return ReplacePixels({image}, [nColor](uint32_t) { return nColor; }).front();

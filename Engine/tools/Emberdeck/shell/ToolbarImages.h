@@ -30,8 +30,6 @@ using CImageList = std::vector<CPixelImage>;
 CPixelImage MakeImage(const CIconArt& art); // magenta becomes transparent
 // Draws an image's shapes with so many pixels to a side. Empty: the art's own pixels do.
 using IconMaker = std::function<CPixelImage(const CIconArt& art, int32_t nGrid)>;
-CImageList MakeImageList(const CIconArt* pArt, int32_t nCount, const IconMaker& maker = IconMaker(),
-                         int32_t nGrid = c_nIconSize);
 // The image's shape in one colour, for shadows and for what is disabled.
 CPixelImage MakeFlatImage(const CPixelImage& image, CColorRef nColor);
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "app/resources/Commands.h"
 #include "model/Key.h"
 
 // One entry of a popup menu: a command, a popup of its own, or a separator.
@@ -25,20 +26,8 @@ struct CTrackMenuState
     const CEffectPropertySet* m_pActivePrefab = nullptr; // null: none
     bool m_bKeyOnClipboard = false;
 
-    // Conditions of the commands.
-    bool Always() const { return true; }
-    bool OnTrack() const { return m_bTrack; }
-    bool OnFreeSpace() const { return m_bTrack && !m_pKey; }
-    bool CanAddPrefab() const { return OnFreeSpace() && m_pActivePrefab; }
-    bool CanPaste() const { return OnFreeSpace() && m_bKeyOnClipboard; }
-    bool IsUnlinked() const { return m_pKey && !m_pKey->m_bMotionLinked; }
-    bool HasLinks() const { return m_pKey && (m_pKey->m_bMotionLinked || m_bLinkedTo); }
-    bool IsSingle() const { return m_nSelected == 1; }
-    bool CanAssignPrefab() const
-    {
-        return IsSingle() && m_pKey && m_pActivePrefab && m_pActivePrefab->m_pTypeDesc == m_pKey->m_pTypeDesc;
-    }
-    bool CanEdit() const { return IsSingle() && m_pKey && m_pKey->m_pTypeDesc; }
+    // Whether a command with that rule is offered. False for the rules of other owners.
+    bool IsAllowed(EEnableRule eRule) const;
 };
 
 // The menu for that state, to be shown with its middle at the click's x. Nothing in it is ever greyed: what doesn't apply is left out.

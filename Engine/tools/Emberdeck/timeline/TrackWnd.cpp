@@ -46,20 +46,16 @@ void CTrackWnd::Command(int32_t nID)
 {
     if (IsBusy() || nID == 0)
         return;
-    for (const CTrackCommand& command : c_TrackCommands)
+    if (const auto* pRoute = FindRoute(c_TrackCommands, nID))
     {
-        if (command.m_nID == nID)
-        {
-            m_Context.m_Host.ShowStatus(std::string()); // of the command before
-            (this->*command.m_pfnHandler)();
-            return;
-        }
+        m_Context.m_Host.ShowStatus(std::string()); // of the command before
+        (this->*pRoute->m_pfnRun)();
     }
 }
 
 bool CTrackWnd::OnKeyPress(uint16_t nKey, bool bCtrl, bool bShift, bool bAlt)
 {
-    for (const CTrackAccelerator& accelerator : c_TrackAccelerators)
+    for (const CAccelerator& accelerator : c_TimelineAccelerators)
     {
         if (accelerator.m_nKey == nKey && accelerator.m_bCtrl == bCtrl && accelerator.m_bShift == bShift &&
             !bAlt)

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "app/resources/Commands.h"
+
 // A key that gives a command, with exactly these modifiers.
 struct CAccelerator
 {
@@ -28,47 +30,50 @@ constexpr uint16_t c_nKeyF24 = 0x87;
 // Table 128, the frame's. All but the first three rows are standard commands of the toolkit that nothing
 // carries out here. They get no shortcut (CMainFrame::IsShortcut): the timeline has some of the same keys.
 inline constexpr CAccelerator c_FrameAccelerators[] = {
-    {true, false, 'O', 57601},
-    {true, false, 'S', 32796},
-    {true, false, c_nKeyF5, 32800},
-    {true, false, 'C', 57634},
-    {true, false, c_nKeyInsert, 57634},
-    {true, false, 'X', 57635},
-    {false, true, c_nKeyDelete, 57635},
-    {true, false, 'V', 57637},
-    {false, true, c_nKeyInsert, 57637},
-    {true, false, 'Z', 57643},
-    {false, false, c_nKeyBackspace, 57643, true},
-    {false, false, c_nKeyF6, 57680},
-    {false, true, c_nKeyF6, 57681},
+    {true, false, 'O', c_nCmdOpen},
+    {true, false, 'S', c_nCmdSave},
+    {true, false, c_nKeyF5, c_nCmdLaunch},
+    {true, false, 'C', c_nCmdToolkitCopy},
+    {true, false, c_nKeyInsert, c_nCmdToolkitCopy},
+    {true, false, 'X', c_nCmdToolkitCut},
+    {false, true, c_nKeyDelete, c_nCmdToolkitCut},
+    {true, false, 'V', c_nCmdToolkitPaste},
+    {false, true, c_nKeyInsert, c_nCmdToolkitPaste},
+    {true, false, 'Z', c_nCmdToolkitUndo},
+    {false, false, c_nKeyBackspace, c_nCmdToolkitUndo, true},
+    {false, false, c_nKeyF6, c_nCmdNextPane},
+    {false, true, c_nKeyF6, c_nCmdPreviousPane},
 };
 
 // Table 169, of both panels. It serves only to show the keys in their menus: the trees handle them.
 inline constexpr CAccelerator c_PanelAccelerators[] = {
-    {false, false, c_nKeyEnter, 32887},  {false, false, c_nKeyInsert, 32883},
-    {false, false, c_nKeyDelete, 32885}, {false, false, c_nKeyF2, 32888},
-    {true, false, 'F', 57636},           {false, false, c_nKeyF3, 32895},
+    {false, false, c_nKeyEnter, c_nCmdOpenSelection},
+    {false, false, c_nKeyInsert, c_nCmdDuplicate},
+    {false, false, c_nKeyDelete, c_nCmdDeleteSelection},
+    {false, false, c_nKeyF2, c_nCmdRenameItem},
+    {true, false, 'F', c_nCmdFind},
+    {false, false, c_nKeyF3, c_nCmdFindNext},
 };
 
 // Table 170, of the timeline and its bars.
 inline constexpr CAccelerator c_TimelineAccelerators[] = {
-    {true, false, 'C', 32825},
-    {true, false, c_nKeyInsert, 32825},
-    {true, false, 'X', 32826},
-    {false, true, c_nKeyDelete, 32826},
-    {true, false, 'V', 32841},
-    {false, true, c_nKeyInsert, 32841},
-    {false, false, c_nKeyDelete, 32792},
-    {false, false, c_nKeyF2, 32823},
+    {true, false, 'C', c_nCmdCopyKey},
+    {true, false, c_nKeyInsert, c_nCmdCopyKey},
+    {true, false, 'X', c_nCmdCutKey},
+    {false, true, c_nKeyDelete, c_nCmdCutKey},
+    {true, false, 'V', c_nCmdPasteKeyAtMouse},
+    {false, true, c_nKeyInsert, c_nCmdPasteKeyAtMouse},
+    {false, false, c_nKeyDelete, c_nCmdDeleteKeys},
+    {false, false, c_nKeyF2, c_nCmdNameKeys},
     // The find commands of the trees have no handler here: in the timeline these keys end without effect.
-    {true, false, 'F', 57636},
-    {false, false, c_nKeyF3, 32895},
+    {true, false, 'F', c_nCmdFind},
+    {false, false, c_nKeyF3, c_nCmdFindNext},
 };
 
 // Of the curve dialog. They come before the control that has the focus.
 inline constexpr CAccelerator c_CurveAccelerators[] = {
-    {true, false, c_nKeyDelete, 32847},
-    {true, false, 'A', 32848},
-    {true, false, 'U', 32849},
-    {true, false, 'F', 32852},
+    {true, false, c_nKeyDelete, c_nCmdDeleteCurveKeys},
+    {true, false, 'A', c_nCmdSelectAllCurveKeys},
+    {true, false, 'U', c_nCmdUnselectAllCurveKeys},
+    {true, false, 'F', c_nCmdBestFit},
 };

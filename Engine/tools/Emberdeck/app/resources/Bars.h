@@ -5,54 +5,99 @@
 
 // The bars of the main frame.
 
+struct CToolbarButton
+{
+    int32_t m_nCommand = 0; // 0: a gap
+    const CIconArt* m_pIcon = nullptr;
+
+    constexpr bool IsGap() const { return m_nCommand == 0; }
+};
+
 struct CToolbarTable
 {
     int32_t m_nBarID; // also the command that shows and hides it
     const char* m_pszTitle;
-    const int32_t* m_pButtons; // commands; 0 is a gap
+    const CToolbarButton* m_pButtons;
     int32_t m_nButtons;
-    const CIconArt* m_pIcons; // one for each button that isn't a gap
-    int32_t m_nIcons;
+
+    constexpr const CToolbarButton* begin() const { return m_pButtons; }
+    constexpr const CToolbarButton* end() const { return m_pButtons + m_nButtons; }
 };
 
-template <int32_t t_nButtons, int32_t t_nIcons>
+template <int32_t t_nButtons>
 constexpr CToolbarTable MakeToolbar(int32_t nBarID, const char* pszTitle,
-                                    const int32_t (&buttons)[t_nButtons], const CIconArt (&icons)[t_nIcons])
+                                    const CToolbarButton (&buttons)[t_nButtons])
 {
-    return CToolbarTable{nBarID, pszTitle, buttons, t_nButtons, icons, t_nIcons};
+    return CToolbarTable{nBarID, pszTitle, buttons, t_nButtons};
 }
 
 // clang-format off
-inline constexpr int32_t c_StandardButtons[] = {
-    c_nCmdNewEffect, c_nCmdOpen, 0,
-    c_nCmdSave, c_nCmdPackEffects, c_nCmdLaunch, 0,
-    c_nCmdSaveAndPack, c_nCmdSavePackLaunch};
-inline constexpr int32_t c_SourceControlButtons[] = {
-    c_nCmdConnect, c_nCmdDisconnect, 0,
-    c_nCmdAddToSourceControl, c_nCmdCheckOut, 0,
-    c_nCmdSubmit, c_nCmdUndoChanges, 0,
-    c_nCmdGetLatest, c_nCmdHistory};
+inline constexpr CToolbarButton c_StandardButtons[] = {
+    {c_nCmdNewEffect, &c_NewEffectIcon},
+    {c_nCmdOpen, &c_FolderOpenIcon},
+    {},
+    {c_nCmdSave, &c_SaveIcon},
+    {c_nCmdPackEffects, &c_PackIcon},
+    {c_nCmdLaunch, &c_LaunchIcon},
+    {},
+    {c_nCmdSaveAndPack, &c_SaveAndPackIcon},
+    {c_nCmdSavePackLaunch, &c_SavePackLaunchIcon},
+};
+inline constexpr CToolbarButton c_SourceControlButtons[] = {
+    {c_nCmdConnect, &c_ConnectIcon},
+    {c_nCmdDisconnect, &c_DisconnectIcon},
+    {},
+    {c_nCmdAddToSourceControl, &c_AddToSourceControlIcon},
+    {c_nCmdCheckOut, &c_CheckOutIcon},
+    {},
+    {c_nCmdSubmit, &c_SubmitIcon},
+    {c_nCmdUndoChanges, &c_UndoChangesIcon},
+    {},
+    {c_nCmdGetLatest, &c_GetLatestIcon},
+    {c_nCmdHistory, &c_HistoryIcon},
+};
 // clang-format on
 
 // Both flat, visible at first, at the top, with tool tips, fly-by status text and a gripper.
 inline constexpr CToolbarTable c_StandardToolbar =
-    MakeToolbar(c_nCmdStandardBar, "Standard", c_StandardButtons, c_StandardIcons);
+    MakeToolbar(c_nCmdStandardBar, "Standard", c_StandardButtons);
 inline constexpr CToolbarTable c_SourceControlToolbar =
-    MakeToolbar(c_nCmdSourceControlBar, "Source Control", c_SourceControlButtons, c_SourceControlIcons);
+    MakeToolbar(c_nCmdSourceControlBar, "Source Control", c_SourceControlButtons);
 
 // The status bar has the message pane, then one for each of these.
+enum EStatusIndicator : int32_t
+{
+    eIndicator_Caps = 59137,
+    eIndicator_Num = 59138,
+    eIndicator_Scroll = 59139,
+};
 struct CStatusIndicator
 {
-    int32_t m_nID;
+    EStatusIndicator m_eID;
     const char* m_pszText; // shown while the key's lock is on
 };
-inline constexpr CStatusIndicator c_StatusIndicators[] = {{59137, "CAP"}, {59138, "NUM"}, {59139, "SCRL"}};
+inline constexpr CStatusIndicator c_StatusIndicators[] = {
+    {eIndicator_Caps, "CAP"}, {eIndicator_Num, "NUM"}, {eIndicator_Scroll, "SCRL"}};
 
-constexpr int32_t c_nLeftDockBar = 4660; // of template 130, at the left, with a border on its right
-constexpr int32_t c_nLeftDockTemplate = 130;
-
-// Bitmaps 178 to 180, the patterns of the size bar beside the left dock: 8 by 8 pixels, one byte a row with
-// the leftmost pixel highest. A set bit is the shadow colour, any other the face.
-inline constexpr uint8_t c_SizeBarGrip[8] = {0x00, 0x7E, 0x00, 0x7E, 0x00, 0x7E, 0x00, 0x00};  // 178
-inline constexpr uint8_t c_SizeBarDots[8] = {0x00, 0x00, 0x00, 0x18, 0x18, 0x00, 0x00, 0x00};  // 179
-inline constexpr uint8_t c_SizeBarPlain[8] = {0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00}; // 180
+// The patterns of the size bar beside the left dock: 8 by 8 pixels, one byte a row with the leftmost pixel highest. A
+// set bit is the shadow colour, any other the face.
+enum ESizeBarPattern : uint32_t
+{
+    eSizeBar_Grip = 178,
+    eSizeBar_Dots = 179,
+    eSizeBar_Plain = 180,
+};
+struct CSizeBarPattern
+{
+    ESizeBarPattern m_eID;
+    uint8_t m_Rows[8];
+};
+inline constexpr CSizeBarPattern c_SizeBarPatterns[] = {
+    {eSizeBar_Grip, {0x00, 0x7E, 0x00, 0x7E, 0x00, 0x7E, 0x00, 0x00}},
+    {eSizeBar_Dots, {0x00, 0x00, 0x00, 0x18, 0x18, 0x00, 0x00, 0x00}},
+    {eSizeBar_Plain, {0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00}},
+};
+constexpr const uint8_t* GetSizeBarRows(ESizeBarPattern eID)
+{
+    return c_SizeBarPatterns[eID - eSizeBar_Grip].m_Rows;
+}

@@ -1,20 +1,42 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 // Every command that a menu, a toolbar or a key can give: what it is called, when it may be given, and who
 // carries it out. Menus, toolbars and accelerators refer to commands by id.
 
-// The ids that code speaks of. 57600 and above are the toolkit's standard ones.
+// Their ids. 57600 and above are the toolkit's standard ones.
+constexpr int32_t c_nCmdInsertTrack = 32789;
+constexpr int32_t c_nCmdAddKey = 32790;
+constexpr int32_t c_nCmdEditKey = 32791;
+constexpr int32_t c_nCmdDeleteKeys = 32792;
+constexpr int32_t c_nCmdExpandKeys = 32793;
 constexpr int32_t c_nCmdSave = 32796;
 constexpr int32_t c_nCmdSaveAs = 32797;
 constexpr int32_t c_nCmdLaunch = 32800;
+constexpr int32_t c_nCmdDeleteTrack = 32809;
+constexpr int32_t c_nCmdLinkKey = 32814;
+constexpr int32_t c_nCmdUnlinkKeys = 32815;
+constexpr int32_t c_nCmdSetKeyLength = 32816;
 constexpr int32_t c_nCmdEditGameInfo = 32817;
+constexpr int32_t c_nCmdNameKeys = 32823;
+constexpr int32_t c_nCmdCopyKey = 32825;
+constexpr int32_t c_nCmdCutKey = 32826;
+constexpr int32_t c_nCmdPasteKey = 32827;        // at the click
+constexpr int32_t c_nCmdPasteKeyAtMouse = 32841; // at the pointer
+constexpr int32_t c_nCmdDeleteCurveKeys = 32847;
+constexpr int32_t c_nCmdSelectAllCurveKeys = 32848;
+constexpr int32_t c_nCmdUnselectAllCurveKeys = 32849;
+constexpr int32_t c_nCmdBestFit = 32852;
 constexpr int32_t c_nCmdPackEffects = 32853;
 constexpr int32_t c_nCmdPackEffectsAs = 32854;
 constexpr int32_t c_nCmdSaveAndPack = 32859;
 constexpr int32_t c_nCmdSavePackLaunch = 32862;
 constexpr int32_t c_nCmdSetActivePrefab = 32866;
+constexpr int32_t c_nCmdAddPrefabKey = 32870; // of the active prefab
+constexpr int32_t c_nCmdCreatePrefabFromKey = 32874;
+constexpr int32_t c_nCmdAssignPrefabToKey = 32875;
 constexpr int32_t c_nCmdNewEffect = 32877;
 constexpr int32_t c_nCmdNewGroup = 32880;
 constexpr int32_t c_nCmdNewEffectInGroup = 32881;
@@ -37,9 +59,15 @@ constexpr int32_t c_nCmdSourceControlBar = 32916; // also the bar's own id
 constexpr int32_t c_nCmdStandardBar = 32917;      // the same
 constexpr int32_t c_nCmdNew = 57600;
 constexpr int32_t c_nCmdOpen = 57601;
+constexpr int32_t c_nCmdToolkitCopy = 57634;
+constexpr int32_t c_nCmdToolkitCut = 57635;
 constexpr int32_t c_nCmdFind = 57636;
+constexpr int32_t c_nCmdToolkitPaste = 57637;
+constexpr int32_t c_nCmdToolkitUndo = 57643;
 constexpr int32_t c_nCmdAbout = 57664;
 constexpr int32_t c_nCmdExit = 57665;
+constexpr int32_t c_nCmdNextPane = 57680;
+constexpr int32_t c_nCmdPreviousPane = 57681;
 constexpr int32_t c_nCmdStatusBar = 59393; // the same
 
 enum class ECommandOwner
@@ -48,8 +76,8 @@ enum class ECommandOwner
     eFrame,       // the same; a bar, which it shows or hides
     eEffectPanel,
     ePrefabPanel,
-    ePanels,   // each of both panels, on its own tree
-    eTimeline, // its labels and conditions stand beside the handlers, in timeline/TrackCommands.h
+    ePanels, // each of both panels, on its own tree
+    eTimeline,
     eCurveDialog,
     eNobody // the toolkit's, which nothing here carries out: its keys must not be taken from others
 };
@@ -70,6 +98,17 @@ enum class EEnableRule
     eOneGroupSelected, // exactly one item, and it is a group
     eOnePrefabSelected,
     eTreeExists,
+    // Of the click on the timeline. Its popup leaves out what may not be given; the keys don't ask.
+    eOnTrack,
+    eOnFreeSpace, // of a track
+    eCanAddPrefab,
+    eCanPasteKey,
+    eOnKey,
+    eKeyUnlinked,
+    eKeyHasLinks,    // has a motion link, or is the target of one
+    eOneKeySelected, // that one
+    eCanAssignPrefab,
+    eCanEditKey,
     eNever
 };
 
@@ -122,23 +161,35 @@ inline constexpr CCommand c_Commands[] = {
     {c_nCmdFind, "&Find...\tCtrl+F", EEnableRule::eTreeExists, ECommandOwner::ePanels},
     {c_nCmdFindNext, "Find &Next\tF3", EEnableRule::eTreeExists, ECommandOwner::ePanels},
 
-    {32792, "", EEnableRule::eAlways, ECommandOwner::eTimeline}, // delete keys
-    {32823, "", EEnableRule::eAlways, ECommandOwner::eTimeline}, // name
-    {32825, "", EEnableRule::eAlways, ECommandOwner::eTimeline}, // copy
-    {32826, "", EEnableRule::eAlways, ECommandOwner::eTimeline}, // cut
-    {32841, "", EEnableRule::eAlways, ECommandOwner::eTimeline}, // paste at the pointer
+    {c_nCmdNameKeys, "&Name Key", EEnableRule::eOnKey, ECommandOwner::eTimeline},
+    {c_nCmdLinkKey, "&Motion Link To Key", EEnableRule::eOnKey, ECommandOwner::eTimeline},
+    {c_nCmdExpandKeys, "E&xpand Key", EEnableRule::eKeyUnlinked, ECommandOwner::eTimeline},
+    {c_nCmdSetKeyLength, "&Set Key Length", EEnableRule::eKeyUnlinked, ECommandOwner::eTimeline},
+    {c_nCmdUnlinkKeys, "&Unlink Key", EEnableRule::eKeyHasLinks, ECommandOwner::eTimeline},
+    {c_nCmdCopyKey, "&Copy Key", EEnableRule::eOneKeySelected, ECommandOwner::eTimeline},
+    {c_nCmdCutKey, "&Cut Key", EEnableRule::eOneKeySelected, ECommandOwner::eTimeline},
+    {c_nCmdCreatePrefabFromKey, "Create &Prefab From Key", EEnableRule::eOneKeySelected, ECommandOwner::eTimeline},
+    {c_nCmdAssignPrefabToKey, "&Assign Prefab To Key", EEnableRule::eCanAssignPrefab, ECommandOwner::eTimeline},
+    {c_nCmdEditKey, "Edit &Key", EEnableRule::eCanEditKey, ECommandOwner::eTimeline},
+    {c_nCmdDeleteKeys, "&Delete Key", EEnableRule::eOnKey, ECommandOwner::eTimeline},
+    {c_nCmdAddKey, "&Add Key", EEnableRule::eOnFreeSpace, ECommandOwner::eTimeline},
+    {c_nCmdAddPrefabKey, "Add &Prefab %s", EEnableRule::eCanAddPrefab, ECommandOwner::eTimeline}, // its display name
+    {c_nCmdPasteKey, "&Paste Key", EEnableRule::eCanPasteKey, ECommandOwner::eTimeline},
+    {c_nCmdDeleteTrack, "&Delete Track", EEnableRule::eOnTrack, ECommandOwner::eTimeline},
+    {c_nCmdInsertTrack, "&Insert Track", EEnableRule::eAlways, ECommandOwner::eTimeline},
+    {c_nCmdPasteKeyAtMouse, "", EEnableRule::eAlways, ECommandOwner::eTimeline}, // keys alone give it
 
-    {32847, "Delete Keys", EEnableRule::eAlways, ECommandOwner::eCurveDialog},
-    {32848, "Select All", EEnableRule::eAlways, ECommandOwner::eCurveDialog},
-    {32849, "Unselect All", EEnableRule::eAlways, ECommandOwner::eCurveDialog},
-    {32852, "Best &Fit", EEnableRule::eAlways, ECommandOwner::eCurveDialog},
+    {c_nCmdDeleteCurveKeys, "Delete Keys", EEnableRule::eAlways, ECommandOwner::eCurveDialog},
+    {c_nCmdSelectAllCurveKeys, "Select All", EEnableRule::eAlways, ECommandOwner::eCurveDialog},
+    {c_nCmdUnselectAllCurveKeys, "Unselect All", EEnableRule::eAlways, ECommandOwner::eCurveDialog},
+    {c_nCmdBestFit, "Best &Fit", EEnableRule::eAlways, ECommandOwner::eCurveDialog},
 
-    {57634, "", EEnableRule::eNever, ECommandOwner::eNobody}, // copy
-    {57635, "", EEnableRule::eNever, ECommandOwner::eNobody}, // cut
-    {57637, "", EEnableRule::eNever, ECommandOwner::eNobody}, // paste
-    {57643, "", EEnableRule::eNever, ECommandOwner::eNobody}, // undo
-    {57680, "", EEnableRule::eNever, ECommandOwner::eNobody}, // next pane
-    {57681, "", EEnableRule::eNever, ECommandOwner::eNobody}, // previous pane
+    {c_nCmdToolkitCopy, "", EEnableRule::eNever, ECommandOwner::eNobody},
+    {c_nCmdToolkitCut, "", EEnableRule::eNever, ECommandOwner::eNobody},
+    {c_nCmdToolkitPaste, "", EEnableRule::eNever, ECommandOwner::eNobody},
+    {c_nCmdToolkitUndo, "", EEnableRule::eNever, ECommandOwner::eNobody},
+    {c_nCmdNextPane, "", EEnableRule::eNever, ECommandOwner::eNobody},
+    {c_nCmdPreviousPane, "", EEnableRule::eNever, ECommandOwner::eNobody},
 };
 // clang-format on
 
@@ -149,6 +200,27 @@ constexpr const CCommand* FindCommand(int32_t nID)
     {
         if (command.m_nID == nID)
             return &command;
+    }
+    return nullptr;
+}
+
+// A command and what carries it out at its owner, a TOwner.
+template <class TOwner>
+struct TCommandRoute
+{
+    int32_t m_nID;
+    void (TOwner::*m_pfnRun)();
+};
+
+// Null when the owner doesn't carry the command out.
+template <class TOwner, size_t t_nRoutes>
+constexpr const TCommandRoute<TOwner>* FindRoute(const TCommandRoute<TOwner> (&routes)[t_nRoutes],
+                                                 int32_t nID)
+{
+    for (const TCommandRoute<TOwner>& route : routes)
+    {
+        if (route.m_nID == nID)
+            return &route;
     }
     return nullptr;
 }

@@ -22,7 +22,7 @@ inline constexpr CIconArt c_CopyIcon = {{
     "......#wwwwww#..",
     "......########..",
     "................"},
-    "w# R1.5 1.5 7 9"
+    {{"w# R1.5 1.5 7 9"
     "; l. R3 3 4 1"
     "; l. R3 5 3 1"
     "; l. R3 7 3 1"
@@ -30,7 +30,7 @@ inline constexpr CIconArt c_CopyIcon = {{
     "; b. R8 6 4 1"
     "; b. R8 8 4 1"
     "; b. R8 10 4 1"
-    "; b. R8 12 4 1"};
+    "; b. R8 12 4 1"}}};
 
 inline constexpr CIconArt c_PasteIcon = {{
     "................",
@@ -49,10 +49,10 @@ inline constexpr CIconArt c_PasteIcon = {{
     "......#wwwwww#..",
     "......########..",
     "................"},
-    "t# R2.5 2.5 9 10"
+    {{"t# R2.5 2.5 9 10"
     "; l# R5.5 1.5 3 3"
     "; w# R6.5 6.5 7 8"
     "; b. R8 8 4 1"
     "; b. R8 10 4 1"
-    "; b. R8 12 4 1"};
+    "; b. R8 12 4 1"}}};
 // clang-format on

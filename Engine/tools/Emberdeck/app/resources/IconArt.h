@@ -10,7 +10,6 @@
 //
 // Shapes are drawn in order, parted by semicolons. One begins with two colours of the palette, fill and outline, where
 // '.' is none; then come operations with numbers behind, x to the right and y down:
-//     T dx dy         moves what follows
 //     M x y, L x y    begins an outline, a line; H x and V y: level and upright lines
 //     C x1 y1 x2 y2 x y   a cubic curve with two control points
 //     R x y w h, E x y rx ry   a rectangle, an ellipse about a centre
@@ -19,10 +18,17 @@
 constexpr int32_t c_nIconSize = 16;
 constexpr CColorRef c_nIconTransparent = MakeColorRef(0xFF, 0x00, 0xFF);
 
+// Some shapes, and how far they are moved to the right, in units.
+struct CIconShapes
+{
+    const char* m_pszShapes; // null: none
+    int32_t m_nX = 0;
+};
+
 struct CIconArt
 {
     const char* m_Rows[c_nIconSize];
-    const char* m_pszShapes;
+    CIconShapes m_Shapes[2]; // drawn one over the other
 };
 
 struct CIconColor

@@ -2,7 +2,8 @@
 
 #include "app/resources/Commands.h"
 
-// The menus as the program ships them. The timeline's popup has no table: it is put together at each click.
+// The menus as the program ships them. The timeline's popup is put together at each click, from what of its menu
+// applies there.
 
 struct CMenuTable;
 
@@ -27,7 +28,6 @@ struct CMenuItem
 
 struct CMenuTable
 {
-    int32_t m_nID; // 0: a part of another menu
     const CMenuItem* m_pItems;
     int32_t m_nItems;
 
@@ -36,9 +36,9 @@ struct CMenuTable
 };
 
 template <int32_t t_nItems>
-constexpr CMenuTable MakeMenu(int32_t nID, const CMenuItem (&items)[t_nItems])
+constexpr CMenuTable MakeMenu(const CMenuItem (&items)[t_nItems])
 {
-    return CMenuTable{nID, items, t_nItems};
+    return CMenuTable{items, t_nItems};
 }
 
 // clang-format off
@@ -59,7 +59,7 @@ inline constexpr CMenuItem c_SourceControl[] = {
     {c_nCmdGetLatest},
     {c_nCmdHistory},
 };
-inline constexpr CMenuTable c_SourceControlMenu = MakeMenu(0, c_SourceControl);
+inline constexpr CMenuTable c_SourceControlMenu = MakeMenu(c_SourceControl);
 
 inline constexpr CMenuItem c_File[] = {
     {c_nCmdOpen},
@@ -77,16 +77,16 @@ inline constexpr CMenuItem c_File[] = {
     {},
     {c_nCmdExit},
 };
-inline constexpr CMenuTable c_FileMenu = MakeMenu(0, c_File);
+inline constexpr CMenuTable c_FileMenu = MakeMenu(c_File);
 
 inline constexpr CMenuItem c_Toolbars[] = {{c_nCmdSourceControlBar}, {c_nCmdStandardBar}};
-inline constexpr CMenuTable c_ToolbarsMenu = MakeMenu(0, c_Toolbars);
+inline constexpr CMenuTable c_ToolbarsMenu = MakeMenu(c_Toolbars);
 
 inline constexpr CMenuItem c_View[] = {{0, "Toolbars", &c_ToolbarsMenu}, {c_nCmdStatusBar}};
-inline constexpr CMenuTable c_ViewMenu = MakeMenu(0, c_View);
+inline constexpr CMenuTable c_ViewMenu = MakeMenu(c_View);
 
 inline constexpr CMenuItem c_Help[] = {{c_nCmdAbout}};
-inline constexpr CMenuTable c_HelpMenu = MakeMenu(0, c_Help);
+inline constexpr CMenuTable c_HelpMenu = MakeMenu(c_Help);
 
 inline constexpr CMenuItem c_Bar[] = {
     {0, "&File", &c_FileMenu},
@@ -125,9 +125,40 @@ inline constexpr CMenuItem c_PrefabPanel[] = {
     {c_nCmdFindNext},
 };
 
+inline constexpr CMenuItem c_TimelineKey[] = {
+    {c_nCmdNameKeys},
+    {c_nCmdLinkKey},
+    {c_nCmdExpandKeys},
+    {c_nCmdSetKeyLength},
+    {c_nCmdUnlinkKeys},
+    {c_nCmdCopyKey},
+    {c_nCmdCutKey},
+    {c_nCmdCreatePrefabFromKey},
+    {c_nCmdAssignPrefabToKey},
+    {c_nCmdEditKey},
+    {},
+    {c_nCmdDeleteKeys},
+};
+inline constexpr CMenuTable c_TimelineKeyMenu = MakeMenu(c_TimelineKey);
+
+inline constexpr CMenuItem c_TimelineTrack[] = {
+    {c_nCmdAddKey},
+    {c_nCmdAddPrefabKey},
+    {c_nCmdPasteKey},
+    {c_nCmdDeleteTrack},
+    {c_nCmdInsertTrack},
+};
+inline constexpr CMenuTable c_TimelineTrackMenu = MakeMenu(c_TimelineTrack);
+
+inline constexpr CMenuItem c_Timeline[] = {
+    {0, "&Key", &c_TimelineKeyMenu},
+    {0, "&Track", &c_TimelineTrackMenu},
+};
+
 } // namespace menu_items
 // clang-format on
 
-inline constexpr CMenuTable c_MenuBar = MakeMenu(128, menu_items::c_Bar);
-inline constexpr CMenuTable c_EffectPanelMenu = MakeMenu(169, menu_items::c_EffectPanel);
-inline constexpr CMenuTable c_PrefabPanelMenu = MakeMenu(170, menu_items::c_PrefabPanel);
+inline constexpr CMenuTable c_MenuBar = MakeMenu(menu_items::c_Bar);
+inline constexpr CMenuTable c_EffectPanelMenu = MakeMenu(menu_items::c_EffectPanel);
+inline constexpr CMenuTable c_PrefabPanelMenu = MakeMenu(menu_items::c_PrefabPanel);
+inline constexpr CMenuTable c_TimelineMenu = MakeMenu(menu_items::c_Timeline);

@@ -214,7 +214,7 @@ void MainWindow::ShowBar(int32_t nBar, bool bShow)
 
 void MainWindow::ShowAbout(const CAboutSharedDlg& about)
 {
-    TemplateDialog dialog(100, this);
+    TemplateDialog dialog(eDlg_About, this);
     for (const CAboutText& text : about.OnInitDialog())
         if (auto* pLabel = dialog.Controls().Get<QLabel>(text.m_nControlID))
         {

@@ -184,9 +184,23 @@ bool MainWindow::focusNextPrevChild(bool bNext)
 void MainWindow::UpdateLocks()
 {
     const CKeyLocks locks = ReadKeyLocks();
-    const bool on[] = {locks.m_bCaps, locks.m_bNum, locks.m_bScroll};
+    const auto isOn = [&locks](EStatusIndicator eID)
+    {
+        switch (eID)
+        {
+        case eIndicator_Caps:
+            return locks.m_bCaps;
+        case eIndicator_Num:
+            return locks.m_bNum;
+        case eIndicator_Scroll:
+            return locks.m_bScroll;
+        }
+        return false;
+    };
     for (size_t i = 0; i < m_Locks.size(); ++i)
-        m_Locks[i]->setText(on[i] ? QString::fromUtf8(c_StatusIndicators[i].m_pszText) : QString());
+        m_Locks[i]->setText(isOn(c_StatusIndicators[i].m_eID)
+                                ? QString::fromUtf8(c_StatusIndicators[i].m_pszText)
+                                : QString());
 }
 
 // ---- The splash

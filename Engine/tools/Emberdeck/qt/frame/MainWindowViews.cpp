@@ -179,8 +179,8 @@ std::vector<const CEffectTypeDesc*> SortedTypes(const CEffectModule& module)
 
 const CEffectTypeDesc* MainWindow::ChooseEffectType()
 {
-    TemplateDialog dialog(150, this);
-    auto* pList = dialog.Controls().Get<QListWidget>(1002);
+    TemplateDialog dialog(eDlg_ChooseFX, this);
+    auto* pList = dialog.Controls().Get<QListWidget>(eChooseFX_List);
     pList->setAccessibleName(tr("Effect types"));
     std::vector<const CEffectTypeDesc*> types;
     const auto fill = [&]

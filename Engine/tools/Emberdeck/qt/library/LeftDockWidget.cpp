@@ -8,6 +8,7 @@
 #include <QPainter>
 
 #include "app/resources/Bars.h"
+#include "app/resources/DialogTemplates.h"
 #include "app/resources/TreeIcons.h"
 #include "qt/library/LibraryTreeView.h"
 #include "qt/toolkit/PropertyControls.h"
@@ -89,9 +90,7 @@ void SizeBarWidget::paintEvent(QPaintEvent*)
     painter.fillRect(rect(), face);
     for (const CSizeBarBand& band : CSizeBar::GetBands(FromQt(rect())))
     {
-        const uint8_t* pRows = band.m_nBitmap == 178   ? c_SizeBarGrip
-                               : band.m_nBitmap == 179 ? c_SizeBarDots
-                                                       : c_SizeBarPlain;
+        const uint8_t* pRows = GetSizeBarRows(band.m_eBitmap);
         QImage pattern(8, 8, QImage::Format_RGB32);
         for (int y = 0; y < 8; ++y)
             for (int x = 0; x < 8; ++x)
@@ -102,14 +101,15 @@ void SizeBarWidget::paintEvent(QPaintEvent*)
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
-LibraryPage::LibraryPage(CLibraryTree& tree, const QIcon& leaf, uint32_t nTreeID, QWidget* pParent)
+LibraryPage::LibraryPage(CLibraryTree& tree, const QIcon& leaf, int32_t nTemplate, uint32_t nTreeID,
+                         QWidget* pParent)
     : QWidget(pParent),
       m_nTreeID(nTreeID),
       m_pTree(new LibraryTreeView(tree, leaf, this))
 {
-    const QRect rc = CTemplateControls::ToPixels(*this, 0, 0, 169, 247);
-    resize(rc.size());
-    m_pTree->setGeometry(rc);
+    const CTemplateControls places(this, *FindDialogTemplate(nTemplate));
+    resize(places.GetSize());
+    m_pTree->setGeometry(places.PlaceOf(int32_t(nTreeID)));
 }
 
 void LibraryPage::SetPanel(CLibraryPanel* pPanel)
@@ -150,8 +150,10 @@ LeftDockWidget::LeftDockWidget(CEditContext& context, QWidget* pParent)
     : QWidget(pParent),
       m_pTabs(new QTabBar(this)),
       m_pSizeBar(new SizeBarWidget(this)),
-      m_pEffectPage(new LibraryPage(context.m_EffectTree, ArtIcon(c_EffectIcon), c_nEffectTreeID, this)),
-      m_pPrefabPage(new LibraryPage(context.m_PrefabTree, ArtIcon(c_PrefabIcon), c_nPrefabTreeID, this)),
+      m_pEffectPage(new LibraryPage(context.m_EffectTree, ArtIcon(c_EffectIcon), eDlg_EffectPanel,
+                                    eEffectPanel_Tree, this)),
+      m_pPrefabPage(new LibraryPage(context.m_PrefabTree, ArtIcon(c_PrefabIcon), eDlg_PrefabPanel,
+                                    ePrefabPanel_Tree, this)),
       m_pEffects(m_pEffectPage->Tree()),
       m_pPrefabs(m_pPrefabPage->Tree())
 {
@@ -159,11 +161,11 @@ LeftDockWidget::LeftDockWidget(CEditContext& context, QWidget* pParent)
     m_pPrefabs->setAccessibleName(tr("Prefabs"));
     m_pTabs->setAccessibleName(tr("Library pages"));
     m_pTabs->setDocumentMode(true);
-    const QSize size = CTemplateControls::ToPixels(*this, 0, 0, 190, 275).size();
-    m_rcTabs = CTemplateControls::ToPixels(*this, 5, 5, 177, 265);
-    m_rcSizeBar = CTemplateControls::ToPixels(*this, 184, 50, 6, 175);
-    resize(size);
-    setFixedWidth(size.width());
+    const CTemplateControls places(this, *FindDialogTemplate(eDlg_LeftDock));
+    m_rcTabs = places.PlaceOf(eLeftDock_Tabs);
+    m_rcSizeBar = places.PlaceOf(eLeftDock_SizeBar);
+    resize(places.GetSize());
+    setFixedWidth(places.GetSize().width());
 
     const int nDrag = QApplication::startDragDistance();
     const CTreeOptions options{CPoint{nDrag, nDrag}, false, false};
@@ -226,15 +228,15 @@ CRect LeftDockWidget::GetClientRect() const
 
 bool LeftDockWidget::GetControlRect(uint32_t nID, CRect& rc) const
 {
-    if (nID != c_nDockTabID && nID != c_nDockSizeBarID)
+    if (nID != eLeftDock_Tabs && nID != eLeftDock_SizeBar)
         return false;
-    rc = FromQt(nID == c_nDockTabID ? m_rcTabs : m_rcSizeBar);
+    rc = FromQt(nID == eLeftDock_Tabs ? m_rcTabs : m_rcSizeBar);
     return true;
 }
 
 void LeftDockWidget::MoveControl(uint32_t nID, const CRect& rc)
 {
-    if (nID == c_nDockTabID)
+    if (nID == eLeftDock_Tabs)
     {
         m_rcTabs = ToQt(rc);
         QRect rcBar = Solid(rc);
@@ -242,7 +244,7 @@ void LeftDockWidget::MoveControl(uint32_t nID, const CRect& rc)
         m_pTabs->setGeometry(rcBar);
         m_pTabs->setVisible(!rc.IsEmpty());
     }
-    else if (nID == c_nDockSizeBarID)
+    else if (nID == eLeftDock_SizeBar)
         m_rcSizeBar = ToQt(rc);
 }
 
@@ -313,8 +315,8 @@ void LeftDockWidget::ShowPage(int32_t nTab, bool bShow)
 
 bool LeftDockWidget::ChooseRows(const std::vector<std::string>& rows, std::vector<uint32_t>& selected)
 {
-    TemplateDialog dialog(167, window());
-    auto* pList = dialog.Controls().Get<QListWidget>(1002);
+    TemplateDialog dialog(eDlg_SelectFXToImport, window());
+    auto* pList = dialog.Controls().Get<QListWidget>(eSelectFX_List);
     pList->setAccessibleName(tr("Effects of the file"));
     for (const std::string& sRow : rows)
         pList->addItem(QtText::ToQt(sRow));

@@ -44,7 +44,7 @@ class LibraryPage : public QWidget, public IDialogControls
     Q_OBJECT
 
 public:
-    LibraryPage(CLibraryTree& tree, const QIcon& leaf, uint32_t nTreeID, QWidget* pParent);
+    LibraryPage(CLibraryTree& tree, const QIcon& leaf, int32_t nTemplate, uint32_t nTreeID, QWidget* pParent);
 
     void SetPanel(CLibraryPanel* pPanel); // borrowed; null before the panel goes
     LibraryTreeView* Tree() const { return m_pTree; }

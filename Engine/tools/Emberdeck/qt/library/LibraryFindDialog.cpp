@@ -16,12 +16,12 @@ class FindDialog : public TemplateDialog, public IFindDialog
 {
 public:
     FindDialog(CMultiSelectTreeCtrl& control, QWidget* pParent)
-        : TemplateDialog(184, pParent),
+        : TemplateDialog(eDlg_Find, pParent),
           m_Control(control)
     {
-        auto* pText = m_Controls.Get<QLineEdit>(1201);
+        auto* pText = m_Controls.Get<QLineEdit>(eFind_Text);
         auto* pFind = m_Controls.Get<QPushButton>(c_nControlOk);
-        m_Controls.Get<QRadioButton>(1205)->setChecked(true);
+        m_Controls.Get<QRadioButton>(eFind_Down)->setChecked(true);
         pFind->setEnabled(false);
         disconnect(pFind, nullptr, this, nullptr);
         connect(pText, &QLineEdit::textChanged, pFind,
@@ -48,10 +48,10 @@ public:
 private:
     void FindNext()
     {
-        m_Control.OnFindNext(CFindOptions{QtText::FromQt(m_Controls.Get<QLineEdit>(1201)->text()),
-                                          m_Controls.Get<QCheckBox>(1203)->isChecked(),
-                                          m_Controls.Get<QCheckBox>(1202)->isChecked(),
-                                          m_Controls.Get<QRadioButton>(1205)->isChecked()});
+        m_Control.OnFindNext(CFindOptions{QtText::FromQt(m_Controls.Get<QLineEdit>(eFind_Text)->text()),
+                                          m_Controls.Get<QCheckBox>(eFind_MatchCase)->isChecked(),
+                                          m_Controls.Get<QCheckBox>(eFind_WholeWord)->isChecked(),
+                                          m_Controls.Get<QRadioButton>(eFind_Down)->isChecked()});
     }
 
     CMultiSelectTreeCtrl& m_Control;

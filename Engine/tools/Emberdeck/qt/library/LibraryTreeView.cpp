@@ -398,7 +398,7 @@ bool LibraryTreeView::eventFilter(QObject* pObject, QEvent* pEvent)
                                 nKey == Qt::Key_Backtab;
             if (bTaken || nKey == Qt::Key_Escape)
             {
-                m_pPanel->Command(bTaken ? c_nPanelOK : c_nPanelCancel);
+                m_pPanel->Command(bTaken ? c_nControlOk : c_nControlCancel);
                 return true;
             }
         }

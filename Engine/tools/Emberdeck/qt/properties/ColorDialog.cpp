@@ -18,16 +18,13 @@
 namespace
 {
 
-constexpr int32_t c_nTemplate = 151;
-constexpr int c_nOpenArt = 1; // of the toolbar's images
-constexpr int c_nSaveArt = 2;
 constexpr uint32_t c_NumberBoxes[] = {eColor_HueBox,   eColor_SatBox,  eColor_LumBox,  eColor_RedBox,
                                       eColor_GreenBox, eColor_BlueBox, eColor_AlphaBox};
 
 } // namespace
 
 ColorDialog::ColorDialog(CKRColorDialog& dialog, QWidget* pParent)
-    : TemplateDialog(c_nTemplate, pParent),
+    : TemplateDialog(eDlg_Color, pParent),
       m_Dialog(dialog),
       m_pBasic(new BasicColorsView(dialog, this)),
       m_pSquare(new ColorSquareView(dialog, this)),
@@ -102,8 +99,8 @@ void ColorDialog::WireBoxes()
 
 void ColorDialog::WireButtons()
 {
-    m_Controls.Get<QPushButton>(eColor_LoadButton)->setIcon(ArtIcon(c_StandardIcons[c_nOpenArt]));
-    m_Controls.Get<QPushButton>(eColor_SaveButton)->setIcon(ArtIcon(c_StandardIcons[c_nSaveArt]));
+    m_Controls.Get<QPushButton>(eColor_LoadButton)->setIcon(ArtIcon(c_FolderOpenIcon));
+    m_Controls.Get<QPushButton>(eColor_SaveButton)->setIcon(ArtIcon(c_SaveIcon));
     for (uint32_t nID :
          {uint32_t(eColor_LoadButton), uint32_t(eColor_SaveButton), uint32_t(eColor_AddButton)})
         connect(m_Controls.Get<QPushButton>(int32_t(nID)), &QPushButton::clicked, this,

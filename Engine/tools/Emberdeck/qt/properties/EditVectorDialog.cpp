@@ -10,17 +10,6 @@
 #include "qt/toolkit/QtSurface.h"
 #include "qt/toolkit/QtText.h"
 
-namespace
-{
-
-constexpr int32_t c_nTemplate = 169;
-constexpr int32_t c_nSideView = 1104;
-constexpr int32_t c_nTopView = 1105;
-constexpr int32_t c_nMagnitude = 1106;
-constexpr int32_t c_nPresets = 1013;
-
-} // namespace
-
 VectorView::VectorView(CEditVectorDlg& dialog, EVectorView eView, QWidget* pParent)
     : QWidget(pParent),
       m_Dialog(dialog),
@@ -73,15 +62,15 @@ void VectorView::hideEvent(QHideEvent* pEvent)
 }
 
 EditVectorDialog::EditVectorDialog(CEditVectorDlg& dialog, QWidget* pParent)
-    : TemplateDialog(c_nTemplate, pParent),
+    : TemplateDialog(eDlg_EditVector, pParent),
       m_Dialog(dialog),
       m_pSide(new VectorView(dialog, EVectorView::eSide, this)),
       m_pTop(new VectorView(dialog, EVectorView::eTop, this)),
-      m_pMagnitude(m_Controls.Get<QLineEdit>(c_nMagnitude)),
-      m_pPresets(m_Controls.Get<QComboBox>(c_nPresets))
+      m_pMagnitude(m_Controls.Get<QLineEdit>(eVector_Magnitude)),
+      m_pPresets(m_Controls.Get<QComboBox>(eVector_Presets))
 {
-    m_pSide->setGeometry(m_Controls.PlaceOf(c_nSideView));
-    m_pTop->setGeometry(m_Controls.PlaceOf(c_nTopView));
+    m_pSide->setGeometry(m_Controls.PlaceOf(eVector_SideView));
+    m_pTop->setGeometry(m_Controls.PlaceOf(eVector_TopView));
     m_Dialog.OnInitDialog(FromQt(m_pSide->geometry()), FromQt(m_pTop->geometry()));
     m_pMagnitude->setText(QtText::ToQt(m_Dialog.GetMagnitudeText()));
     connect(m_pMagnitude, &QLineEdit::textEdited, this,

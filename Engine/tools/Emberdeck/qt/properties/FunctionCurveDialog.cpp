@@ -19,8 +19,6 @@
 namespace
 {
 
-constexpr int32_t c_nTemplate = 182;
-
 constexpr int32_t c_Buttons[] = {eCurve_Time, eCurve_Copy,  eCurve_Paste, eCurve_YMin,
                                  eCurve_YMax, eCurve_Start, eCurve_End,   eCurve_BestFit};
 constexpr int32_t c_Others[] = {eCurve_YMinLabel, eCurve_YMaxLabel, eCurve_AxisLabel, eCurve_Axis};
@@ -114,7 +112,7 @@ void CurveArea::hideEvent(QHideEvent* pEvent)
 }
 
 FunctionCurveDialog::FunctionCurveDialog(CFunctionCurveDlg& dialog, QWidget* pParent)
-    : TemplateDialog(c_nTemplate, pParent),
+    : TemplateDialog(eDlg_FunctionCurve, pParent),
       m_Dialog(dialog),
       m_pArea(new CurveArea(dialog, this)),
       m_pAxes(m_Controls.Get<QComboBox>(eCurve_Axis))

@@ -17,11 +17,6 @@
 namespace
 {
 
-constexpr int32_t c_nTemplate = 149;
-constexpr int32_t c_nRowsPlace = 1053;
-constexpr int32_t c_nScrollBar = 1097;
-constexpr int32_t c_nOpenParent = 1000;
-constexpr int32_t c_nDisconnect = 1001;
 constexpr int c_nFrameHeight = 40; // a title bar, which no one knows before the window is there
 
 bool IsFine(const QWheelEvent& event)
@@ -32,10 +27,10 @@ bool IsFine(const QWheelEvent& event)
 } // namespace
 
 FxPropertiesDialog::FxPropertiesDialog(CFXPropertiesDlg& dialog, QWidget* pParent)
-    : TemplateDialog(c_nTemplate, pParent),
+    : TemplateDialog(eDlg_FXProperties, pParent),
       m_Dialog(dialog),
-      m_rcRows(m_Controls.PlaceOf(c_nRowsPlace)),
-      m_pScrollBar(m_Controls.Get<ListScrollBar>(c_nScrollBar))
+      m_rcRows(m_Controls.PlaceOf(eFXProps_Rows)),
+      m_pScrollBar(m_Controls.Get<ListScrollBar>(eFXProps_ScrollBar))
 {
     KeepDisabledReadable(*this);
     FitScreen();
@@ -49,9 +44,9 @@ FxPropertiesDialog::FxPropertiesDialog(CFXPropertiesDlg& dialog, QWidget* pParen
 
     for (QPushButton* pButton : findChildren<QPushButton*>())
         pButton->setAutoDefault(true); // Enter presses the one that has the focus
-    connect(m_Controls.Get<QPushButton>(c_nOpenParent), &QPushButton::clicked, this,
+    connect(m_Controls.Get<QPushButton>(eFXProps_OpenParent), &QPushButton::clicked, this,
             [this] { m_Dialog.OnOpenParent(); });
-    connect(m_Controls.Get<QPushButton>(c_nDisconnect), &QPushButton::clicked, this,
+    connect(m_Controls.Get<QPushButton>(eFXProps_Disconnect), &QPushButton::clicked, this,
             [this] { m_Dialog.OnDisconnect(); });
     connect(m_pScrollBar, &QScrollBar::valueChanged, this,
             [this](int nPos)
@@ -85,7 +80,7 @@ void FxPropertiesDialog::FitScreen()
          {static_cast<QWidget*>(findChild<QGroupBox*>()), static_cast<QWidget*>(m_pScrollBar)})
         if (pTall)
             pTall->resize(pTall->width(), pTall->height() - nGive);
-    for (int32_t nID : {c_nControlOk, c_nOpenParent, c_nDisconnect})
+    for (int32_t nID : {c_nControlOk, int32_t(eFXProps_OpenParent), int32_t(eFXProps_Disconnect)})
         if (QWidget* pButton = m_Controls.Find(nID))
             pButton->move(pButton->x(), pButton->y() - nGive);
     setFixedSize(width(), height() - nGive);
@@ -140,7 +135,7 @@ void FxPropertiesDialog::SetTabOrder()
                 pFirst = pWidget;
         }
     }
-    for (int32_t nID : {c_nControlOk, c_nOpenParent, c_nDisconnect})
+    for (int32_t nID : {c_nControlOk, int32_t(eFXProps_OpenParent), int32_t(eFXProps_Disconnect)})
         add(m_Controls.Find(nID));
     if (!pFirst || !m_Dialog.IsRowVisible(uint32_t(RowOf(pFirst))))
         pFirst = m_Controls.Find(c_nControlOk);
@@ -187,7 +182,7 @@ void FxPropertiesDialog::OnScrollBarChanged()
 
 void FxPropertiesDialog::OnParentButtonsChanged()
 {
-    for (int32_t nID : {c_nOpenParent, c_nDisconnect})
+    for (int32_t nID : {eFXProps_OpenParent, eFXProps_Disconnect})
         m_Controls.Find(nID)->setVisible(m_Dialog.HasParentButtons());
 }
 

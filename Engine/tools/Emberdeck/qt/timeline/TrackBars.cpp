@@ -12,10 +12,10 @@
 KeyInfoWidget::KeyInfoWidget(CKeyInfoBar& bar, QWidget* pParent)
     : QWidget(pParent),
       m_Bar(bar),
-      m_Controls(this, *FindDialogTemplate(145)),
-      m_pGroup(m_Controls.Find(1074))
+      m_Controls(this, *FindDialogTemplate(eDlg_KeyInfoBar)),
+      m_pGroup(m_Controls.Find(eKeyInfo_Group))
 {
-    auto* pButton = m_Controls.Get<QPushButton>(1004);
+    auto* pButton = m_Controls.Get<QPushButton>(eKeyInfo_PhaseLength);
     pButton->setAccessibleName(tr("Phase Length"));
     connect(pButton, &QPushButton::clicked, this, [this] { m_Bar.OnPhaseLengthButton(); });
     ShowInfo();
@@ -30,19 +30,19 @@ void KeyInfoWidget::ShowInfo()
         pLabel->setText(QtText::ToQt(sText));
         pLabel->resize(std::max(pLabel->width(), pLabel->sizeHint().width()), pLabel->height());
     };
-    m_Controls.Get<QPushButton>(1004)->setText(QtText::ToQt(info.m_sPhaseLength));
-    show(1069, info.m_sTotalKeys);
-    show(1070, info.m_sTotalTracks);
-    show(1071, info.m_sStart);
-    show(1072, info.m_sEnd);
-    show(1073, info.m_sLength);
+    m_Controls.Get<QPushButton>(eKeyInfo_PhaseLength)->setText(QtText::ToQt(info.m_sPhaseLength));
+    show(eKeyInfo_TotalKeys, info.m_sTotalKeys);
+    show(eKeyInfo_TotalTracks, info.m_sTotalTracks);
+    show(eKeyInfo_Start, info.m_sStart);
+    show(eKeyInfo_End, info.m_sEnd);
+    show(eKeyInfo_Length, info.m_sLength);
     // A title longer than the frame is shortened in the middle, not cut through a letter.
     const QString sTitle = QtText::ToQt(info.m_sTitle);
     auto* pGroup = static_cast<QGroupBox*>(m_pGroup);
     pGroup->setTitle(fontMetrics().elidedText(sTitle, Qt::ElideMiddle, pGroup->width() - 24));
     pGroup->setToolTip(sTitle == pGroup->title() ? QString() : sTitle.toHtmlEscaped());
     pGroup->setEnabled(info.m_bKey);
-    for (int32_t nID : {1075, 1076, 1077})
+    for (const int32_t nID : {eKeyInfo_StartLabel, eKeyInfo_LengthLabel, eKeyInfo_EndLabel})
         m_Controls.Find(nID)->setEnabled(info.m_bKey);
 }
 
@@ -81,15 +81,15 @@ void RulerWidget::paintEvent(QPaintEvent*)
 TimeBarWidget::TimeBarWidget(CTimeBar& bar, QWidget* pParent)
     : QWidget(pParent),
       m_Bar(bar),
-      m_Controls(this, *FindDialogTemplate(146)),
+      m_Controls(this, *FindDialogTemplate(eDlg_TimeBar)),
       m_pRuler(new RulerWidget(bar, this))
 {
-    m_pRuler->setGeometry(m_Controls.PlaceOf(1046));
-    auto* pScale = m_Controls.Get<QSlider>(1047);
+    m_pRuler->setGeometry(m_Controls.PlaceOf(eTimeBar_Ruler));
+    auto* pScale = m_Controls.Get<QSlider>(eTimeBar_Scale);
     pScale->setRange(0, CTimeBar::c_nMaxScalePos);
     pScale->setAccessibleName(tr("Scale"));
     pScale->setToolTip(tr("Zooms the time axis"));
-    auto* pPhase = m_Controls.Get<QSlider>(1048);
+    auto* pPhase = m_Controls.Get<QSlider>(eTimeBar_Phase);
     pPhase->setRange(0, CTimeBar::c_nMaxPhasePos);
     for (QSlider* pSlider : {pScale, pPhase})
     {
@@ -119,7 +119,7 @@ void TimeBarWidget::ShadeSliders()
 {
     QPalette shades; // the other roles stay those of the window
     shades.setColor(QPalette::Window, Shade().lighter(140));
-    for (int32_t nID : {1047, 1048})
+    for (const int32_t nID : {eTimeBar_Scale, eTimeBar_Phase})
         m_Controls.Find(nID)->setPalette(shades);
 }
 
@@ -128,7 +128,7 @@ void TimeBarWidget::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     const QColor color = Shade();
-    for (int32_t nID : {1047, 1048})
+    for (const int32_t nID : {eTimeBar_Scale, eTimeBar_Phase})
     {
         const auto* pSlider = m_Controls.Get<QSlider>(nID);
         const int nHandle = style()->pixelMetric(QStyle::PM_SliderLength, nullptr, pSlider);
@@ -154,15 +154,15 @@ void TimeBarWidget::changeEvent(QEvent* pEvent)
 
 void TimeBarWidget::ShowViewStart()
 {
-    m_Controls.Get<QSlider>(1048)->setValue(m_Bar.GetPhasePos());
+    m_Controls.Get<QSlider>(eTimeBar_Phase)->setValue(m_Bar.GetPhasePos());
 }
 
 void TimeBarWidget::resizeEvent(QResizeEvent*)
 {
     m_pRuler->setGeometry(0, m_pRuler->y(), width(), m_pRuler->height());
-    QWidget* pScale = m_Controls.Find(1047);
-    pScale->resize(std::max(std::min(m_Controls.PlaceOf(1047).width(), width() - pScale->x()), 0),
+    QWidget* pScale = m_Controls.Find(eTimeBar_Scale);
+    pScale->resize(std::max(std::min(m_Controls.PlaceOf(eTimeBar_Scale).width(), width() - pScale->x()), 0),
                    pScale->height());
-    QWidget* pPhase = m_Controls.Find(1048);
+    QWidget* pPhase = m_Controls.Find(eTimeBar_Phase);
     pPhase->setGeometry(0, pPhase->y(), width(), pPhase->height());
 }

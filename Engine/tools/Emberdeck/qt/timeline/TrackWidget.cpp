@@ -163,7 +163,6 @@ void TrackWidget::contextMenuEvent(QContextMenuEvent* pEvent)
 
 void TrackWidget::keyPressEvent(QKeyEvent* pEvent)
 {
-    constexpr int32_t nEditKey = 32791;
     const auto step = [&](EKeyStep eStep)
     {
         m_Track.OnStep(eStep, HasShift(pEvent));
@@ -182,7 +181,7 @@ void TrackWidget::keyPressEvent(QKeyEvent* pEvent)
         return step(EKeyStep::eDown);
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        return m_Track.Command(nEditKey);
+        return m_Track.Command(c_nCmdEditKey);
     default:
         QWidget::keyPressEvent(pEvent);
     }

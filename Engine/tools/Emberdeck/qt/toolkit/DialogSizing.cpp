@@ -20,16 +20,16 @@ struct CAnchors
 
 constexpr CAnchors c_Anchors[] = {
     // Choose FX and Select FX To Import: the list grows, the buttons stay below its middle.
-    {150, 1002, 0, 0, 0, 0},
-    {150, c_nControlOk, 2, 1, 2, 0},
-    {150, c_nControlCancel, 2, 1, 2, 0},
-    {167, 1002, 0, 0, 0, 0},
-    {167, c_nControlOk, 2, 1, 2, 0},
-    {167, c_nControlCancel, 2, 1, 2, 0},
+    {eDlg_ChooseFX, eChooseFX_List, 0, 0, 0, 0},
+    {eDlg_ChooseFX, c_nControlOk, 2, 1, 2, 0},
+    {eDlg_ChooseFX, c_nControlCancel, 2, 1, 2, 0},
+    {eDlg_SelectFXToImport, eSelectFX_List, 0, 0, 0, 0},
+    {eDlg_SelectFXToImport, c_nControlOk, 2, 1, 2, 0},
+    {eDlg_SelectFXToImport, c_nControlCancel, 2, 1, 2, 0},
     // Find: the text grows, the buttons stay at the right.
-    {184, 1201, 0, 0, 0, 1},
-    {184, c_nControlOk, 1, 0, 0, 1},
-    {184, c_nControlCancel, 1, 0, 0, 1},
+    {eDlg_Find, eFind_Text, 0, 0, 0, 1},
+    {eDlg_Find, c_nControlOk, 1, 0, 0, 1},
+    {eDlg_Find, c_nControlCancel, 1, 0, 0, 1},
 };
 
 bool GrowsInHeight(int32_t nTemplate)

@@ -16,8 +16,9 @@ namespace
 class CShapeReader
 {
 public:
-    CShapeReader(const char* pszShapes, double fScale)
-        : m_sRest(pszShapes ? pszShapes : ""),
+    CShapeReader(const CIconShapes& shapes, double fScale)
+        : m_sRest(shapes.m_pszShapes ? shapes.m_pszShapes : ""),
+          m_nX(shapes.m_nX),
           m_fScale(fScale),
           // A pixel and a half is drawn as one: two would leave no room between lines.
           m_nPen(std::max(1, static_cast<int>(std::ceil(fScale - 0.5))))
@@ -34,7 +35,6 @@ public:
         m_cPen = m_sRest[1];
         m_sRest.remove_prefix(2);
         m_Path = QPainterPath();
-        m_Shift = QPointF();
         for (Skip(" "); !m_sRest.empty() && m_sRest.front() != ';'; Skip(" "))
         {
             const char cStep = m_sRest.front();
@@ -60,9 +60,6 @@ private:
         const QPointF at = m_Path.currentPosition();
         switch (cStep)
         {
-        case 'T':
-            m_Shift = QPointF(n[0], n[1]);
-            break;
         case 'M':
             m_Path.moveTo(Snapped(n[0], n[1]));
             break;
@@ -100,7 +97,6 @@ private:
         case 'H':
         case 'V':
             return 1;
-        case 'T':
         case 'M':
         case 'L':
             return 2;
@@ -134,7 +130,7 @@ private:
         m_sRest.remove_prefix(nKept == std::string_view::npos ? m_sRest.size() : nKept);
     }
 
-    QPointF Scaled(double x, double y) const { return (QPointF(x, y) + m_Shift) * m_fScale; }
+    QPointF Scaled(double x, double y) const { return QPointF(x + m_nX, y) * m_fScale; }
 
     // An outline of an odd width lies along the middle of pixels, anything else between them.
     QPointF Snapped(double x, double y) const
@@ -145,11 +141,11 @@ private:
     }
 
     std::string_view m_sRest;
+    int32_t m_nX; // moved to the right, in units
     double m_fScale;
     int m_nPen;
     char m_cFill = '.';
     char m_cPen = '.';
-    QPointF m_Shift; // units
     QPainterPath m_Path;
 };
 
@@ -181,20 +177,23 @@ CPixelImage PaintIcon(const CIconArt& art, int32_t nGrid)
     image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    CShapeReader reader(art.m_pszShapes, double(nGrid) / c_nIconSize);
-    while (reader.Next())
+    for (const CIconShapes& shapes : art.m_Shapes)
     {
-        if (reader.Fill() != c_nIconTransparent)
-            painter.fillPath(reader.Path(), ToQt(reader.Fill()));
-        if (reader.Pen() != c_nIconTransparent)
+        CShapeReader reader(shapes, double(nGrid) / c_nIconSize);
+        while (reader.Next())
         {
-            // The painter's own thin lines have soft corners.
-            QPainterPathStroker stroker;
-            stroker.setWidth(reader.PenWidth());
-            stroker.setCapStyle(Qt::FlatCap);
-            stroker.setJoinStyle(Qt::MiterJoin);
-            stroker.setMiterLimit(1.0); // right angles are whole, acute ones have no spike
-            painter.fillPath(stroker.createStroke(reader.Path()), ToQt(reader.Pen()));
+            if (reader.Fill() != c_nIconTransparent)
+                painter.fillPath(reader.Path(), ToQt(reader.Fill()));
+            if (reader.Pen() != c_nIconTransparent)
+            {
+                // The painter's own thin lines have soft corners.
+                QPainterPathStroker stroker;
+                stroker.setWidth(reader.PenWidth());
+                stroker.setCapStyle(Qt::FlatCap);
+                stroker.setJoinStyle(Qt::MiterJoin);
+                stroker.setMiterLimit(1.0); // right angles are whole, acute ones have no spike
+                painter.fillPath(stroker.createStroke(reader.Path()), ToQt(reader.Pen()));
+            }
         }
     }
     painter.end();

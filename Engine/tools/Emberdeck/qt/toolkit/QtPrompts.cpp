@@ -236,9 +236,10 @@ bool QtPrompts::ChooseFile(const CFileDialogRequest& request, std::string& sPath
 bool QtPrompts::EnterText(const std::string& sCaption, const std::string& sLabel, std::string& sText)
 {
     const bool bGameInfo = sCaption == c_szGameInfoCaption && sLabel == c_szGameInfoLabel;
-    TemplateDialog dialog(bGameInfo ? 180 : 134, Owner());
+    TemplateDialog dialog(bGameInfo ? eDlg_GameInfo : eDlg_NameEntry, Owner());
     dialog.setWindowTitle(QtText::ToQt(sCaption));
-    auto* pEdit = dialog.Controls().Get<QLineEdit>(bGameInfo ? 1142 : 1001);
+    auto* pEdit = dialog.Controls().Get<QLineEdit>(bGameInfo ? int32_t(eGameInfo_CommandLine)
+                                                             : int32_t(eNameEntry_Text));
     auto* pOk = dialog.Controls().Get<QPushButton>(c_nControlOk);
     pEdit->setText(QtText::ToQt(sText));
     pEdit->setAccessibleName(QtText::ToQt(sLabel.empty() ? sCaption : sLabel));
@@ -260,7 +261,7 @@ bool QtPrompts::EnterText(const std::string& sCaption, const std::string& sLabel
 bool QtPrompts::EnterNumber(const CNumberEntry& request, int32_t& nValue)
 {
     QLineEdit* pEdit = nullptr;
-    EntryDialog dialog(161, Owner(), pEdit, 1065);
+    EntryDialog dialog(eDlg_IntEntry, Owner(), pEdit, eIntEntry_Number);
     dialog.setWindowTitle(QtText::ToQt(request.m_sCaption));
     pEdit->setAccessibleName(dialog.windowTitle());
     pEdit->setText(QString::number(nValue));
@@ -285,7 +286,7 @@ bool QtPrompts::EnterNumber(const CNumberEntry& request, int32_t& nValue)
 bool QtPrompts::EnterFloat(const std::string& sCaption, const std::string& sLabel, float& fValue)
 {
     QLineEdit* pEdit = nullptr;
-    EntryDialog dialog(162, Owner(), pEdit, 1001);
+    EntryDialog dialog(eDlg_FloatEntry, Owner(), pEdit, eFloatEntry_Number);
     dialog.setWindowTitle(QtText::ToQt(sCaption));
     pEdit->setAccessibleName(QtText::ToQt(sLabel.empty() ? sCaption : sLabel));
     pEdit->setText(QtText::ToQt(NumberEntryText(fValue)));

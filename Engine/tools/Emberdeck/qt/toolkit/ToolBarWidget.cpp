@@ -12,14 +12,14 @@ ToolBarWidget::ToolBarWidget(const CKRToolbar& toolbar, QWidget* pParent)
 {
     setObjectName(QString::number(toolbar.GetID()));
     setContextMenuPolicy(Qt::PreventContextMenu);
-    for (int32_t i = 0; i < toolbar.GetTable().m_nButtons; ++i)
+    for (const CToolbarButton& button : toolbar.GetTable())
     {
-        const int32_t nCommand = toolbar.GetTable().m_pButtons[i];
-        if (nCommand == 0)
+        if (button.IsGap())
         {
             addSeparator();
             continue;
         }
+        const int32_t nCommand = button.m_nCommand;
         auto* pButton = new ToolButton(toolbar, nCommand, this);
         connect(pButton, &QAbstractButton::clicked, this, [this, nCommand] { emit Clicked(nCommand); });
         connect(pButton, &ToolButton::Hovered, this, &ToolBarWidget::Hovered);
