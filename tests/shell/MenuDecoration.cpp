@@ -191,6 +191,6 @@ TEST(MenuDecoration, ADarkPaletteKeepsLightTextOnDarkGround)
 
     // What is disabled doesn't outshine what isn't.
     CKRToolbarImages images;
-    ASSERT_TRUE(images.BuildImages({CPixelImage{1, {c_nOpaque | 0xFFFFFF}}}, EImageMode::eLight, colors));
+    ASSERT_TRUE(images.BuildImages({CPixelImage{1, {c_nOpaque | 0xFFFFFF}}}, colors));
     EXPECT_LT(Luminance(images.GetImage(0, EImageKind::eDisabled)->m_Pixels[0] & 0xFFFFFF), 200);
 }

@@ -22,9 +22,9 @@ TEST(ToolbarLook, ImagesAreMadeFromTheTrueOnes)
     CShellColors colors;
     colors.m_nShadow = nShadow;
     CKRToolbarImages images;
-    EXPECT_FALSE(images.BuildImages({}, EImageMode::eLight, colors));
+    EXPECT_FALSE(images.BuildImages({}, colors));
     EXPECT_EQ(nullptr, images.GetImage(0, EImageKind::eNormal));
-    ASSERT_TRUE(images.BuildImages({source, source}, EImageMode::eLight, colors));
+    ASSERT_TRUE(images.BuildImages({source, source}, colors));
     EXPECT_EQ(source, *images.GetImage(1, EImageKind::eHot));
     EXPECT_EQ(nullptr, images.GetImage(2, EImageKind::eHot));
     EXPECT_EQ(nullptr, images.GetImage(-1, EImageKind::eHot));
@@ -37,8 +37,6 @@ TEST(ToolbarLook, ImagesAreMadeFromTheTrueOnes)
     EXPECT_EQ((CPixels{0, c_nOpaque | nShadow, c_nOpaque | 0xFFFFFF,
                        c_nOpaque | MakeColorRef(160 + 95 * L / 255, L, 255)}),
               images.GetImage(0, EImageKind::eDisabled)->m_Pixels);
-    ASSERT_TRUE(images.BuildImages({source}, EImageMode::eGrey, colors));
-    EXPECT_EQ(c_nOpaque | MakeColorRef(L, L, L), images.GetImage(0, EImageKind::eNormal)->m_Pixels[3]);
 }
 
 TEST(ToolbarLook, ButtonsArePaintedByStateInOrderOfPrecedence)
@@ -59,22 +57,11 @@ TEST(ToolbarLook, ButtonsArePaintedByStateInOrderOfPrecedence)
     const CCalls hot = {"fill 10,0 24x22 6b6b6b", "fill 11,1 22x20 cacaca", "image 15,4 flat 707070",
                         "image 13,2 hot"};
     EXPECT_EQ((CCalls{"image 14,3 normal"}), draw({}));
-    EXPECT_EQ((CCalls{"image 14,3 disabled"}), draw({true, true, true, true}));
-    EXPECT_EQ(hot, draw({false, false, false, true}));
-    EXPECT_EQ((CCalls{"fill 10,0 24x22 6b6b6b", "fill 11,1 22x20 e3e3e3", "image 14,3 normal"}),
-              draw({false, true, true, false}));
-    EXPECT_EQ((CCalls{"fill 10,0 24x22 6b6b6b", "fill 11,1 22x20 cacaca", "image 14,3 normal"}),
-              draw({false, true, false, true}));
-    EXPECT_EQ((CCalls{"fill 10,0 24x22 6b6b6b", "fill 11,1 22x20 cacaca", "image 14,3 normal"}),
-              draw({false, false, true, true}));
-
-    // A whole drop-down button keeps the hot look while pressed, and 6 pixels are its arrow's.
-    CCalls whole = draw({false, false, true, false, EDropDown::eWhole});
-    ASSERT_EQ(7u, whole.size());
-    EXPECT_EQ("image 10,2 hot", whole[3]);
-    EXPECT_EQ((CCalls{"fill 29,10 5x1 000000", "fill 30,11 3x1 000000", "fill 31,12 1x1 000000"}),
-              CCalls(whole.begin() + 4, whole.end()));
-    EXPECT_EQ("image 8,3 normal", draw({false, false, false, false, EDropDown::ePart})[0]);
+    EXPECT_EQ((CCalls{"image 14,3 disabled"}), draw({true, true, true}));
+    EXPECT_EQ(hot, draw({false, false, true}));
+    for (const bool bHot : {false, true})
+        EXPECT_EQ((CCalls{"fill 10,0 24x22 6b6b6b", "fill 11,1 22x20 cacaca", "image 14,3 normal"}),
+                  draw({false, true, bHot}));
 }
 
 TEST(ToolbarLook, TheGripperStandsAcrossTheShortSide)

@@ -3,8 +3,6 @@
 namespace
 {
 
-constexpr int32_t c_nArrowRoom = 13;
-constexpr int32_t c_nWholeArrowRoom = 6;
 constexpr int32_t c_nGripperInset = 4;
 constexpr int32_t c_nGripperStep = 2; // between the dots, and between the lines
 constexpr int32_t c_nGripperWidth = 3;
@@ -12,14 +10,6 @@ constexpr int32_t c_nGripperWidth = 3;
 CPoint CenterImage(const CRect& rc, const CPixelImage& image)
 {
     return CPoint{rc.left + (rc.Width() - image.m_nSize) / 2, rc.top + (rc.Height() - image.m_nSize) / 2};
-}
-
-void DrawArrow(IShellSurface& surface, const CRect& rc, CColorRef nColor)
-{
-    const int32_t x = rc.left + rc.Width() / 2;
-    const int32_t y = rc.top + rc.Height() / 2 - 1;
-    for (int32_t i = 0; i < 3; ++i) // rows of 5, 3 and 1
-        surface.FillRect(CRect{x - 2 + i, y + i, x + 3 - i, y + i + 1}, nColor);
 }
 
 bool IsAcross(EBarSide eSide)
@@ -48,7 +38,7 @@ CKRToolbar::CKRToolbar(const CToolbarTable& table, const CShellColors& colors) :
 void CKRToolbar::SetColors(const CShellColors& colors)
 {
     m_Colors = colors;
-    m_Images.BuildImages(MakeImages(*m_pTable), EImageMode::eLight, colors);
+    m_Images.BuildImages(MakeImages(*m_pTable), colors);
     m_FineImages.clear();
 }
 
@@ -64,7 +54,7 @@ const CKRToolbarImages& CKRToolbar::ImagesFor(int32_t nGrid) const
         return m_Images;
     const auto [it, bNew] = m_FineImages.try_emplace(nGrid);
     if (bNew)
-        it->second.BuildImages(MakeImages(*m_pTable, m_Maker, nGrid), EImageMode::eLight, m_Colors);
+        it->second.BuildImages(MakeImages(*m_pTable, m_Maker, nGrid), m_Colors);
     return it->second;
 }
 
@@ -90,43 +80,28 @@ void CKRToolbar::DrawGround(IShellSurface& surface, const CRect& rcBar) const
 void CKRToolbar::DrawItem(IShellSurface& surface, const CRect& rc, int32_t nCommand,
                           const CToolItemState& state) const
 {
-    CRect rcImage = rc;
-    const bool bWhole = state.m_eDropDown == EDropDown::eWhole;
-    if (state.m_eDropDown != EDropDown::eNone)
-        rcImage.right -= bWhole ? c_nWholeArrowRoom : c_nArrowRoom;
-
     const int32_t nGrid = surface.IconGrid();
     const CPixelImage* pNormal = FindImage(nCommand, EImageKind::eNormal, nGrid);
-    const CColorRef nBorder = m_Colors.BoxEdge();
-    const CColorRef nHotFill = m_Colors.SelectedFill();
-    CColorRef nArrow = m_Colors.m_nMenuText;
-
     if (state.m_bDisabled)
     {
-        nArrow = m_Colors.m_nGrayText;
         if (const CPixelImage* pImage = FindImage(nCommand, EImageKind::eDisabled, nGrid))
-            surface.DrawImage(CenterImage(rcImage, *pImage), *pImage);
+            surface.DrawImage(CenterImage(rc, *pImage), *pImage);
         else if (pNormal)
-            surface.DrawImage(CenterImage(rcImage, *pNormal), MakeFlatImage(*pNormal, m_Colors.Line()));
+            surface.DrawImage(CenterImage(rc, *pNormal), MakeFlatImage(*pNormal, m_Colors.Line()));
     }
-    else if (!state.m_bChecked && (state.m_bPressed ? bWhole : state.m_bHot))
+    else if (!state.m_bPressed && state.m_bHot)
     {
-        DrawBox(surface, rc, nBorder, nHotFill);
+        DrawBox(surface, rc, m_Colors.BoxEdge(), m_Colors.SelectedFill());
         if (const CPixelImage* pHot = FindImage(nCommand, EImageKind::eHot, nGrid))
-            DrawRaisedImage(surface, CenterImage(rcImage, *pHot), *pHot, m_Colors.ImageShadow());
+            DrawRaisedImage(surface, CenterImage(rc, *pHot), *pHot, m_Colors.ImageShadow());
     }
     else
     {
-        if (state.m_bChecked)
-            DrawBox(surface, rc, nBorder, state.m_bHot ? nHotFill : m_Colors.CheckedFill());
-        else if (state.m_bPressed)
-            DrawBox(surface, rc, nBorder, nHotFill);
+        if (state.m_bPressed)
+            DrawBox(surface, rc, m_Colors.BoxEdge(), m_Colors.SelectedFill());
         if (pNormal)
-            surface.DrawImage(CenterImage(rcImage, *pNormal), *pNormal);
+            surface.DrawImage(CenterImage(rc, *pNormal), *pNormal);
     }
-
-    if (state.m_eDropDown != EDropDown::eNone)
-        DrawArrow(surface, CRect{rcImage.right, rc.top, rc.right, rc.bottom}, nArrow);
 }
 
 CRect CKRToolbar::GetGripperRect(const CRect& rcBar, EBarSide eSide)

@@ -5,21 +5,12 @@
 #include "app/resources/Bars.h"
 #include "shell/ShellSurface.h"
 
-enum class EDropDown
-{
-    eNone,
-    ePart, // an arrow beside the button
-    eWhole // the arrow is part of the button
-};
-
 // How a button stands at the moment.
 struct CToolItemState
 {
     bool m_bDisabled = false;
-    bool m_bChecked = false;
     bool m_bPressed = false;
     bool m_bHot = false; // the mouse is over it
-    EDropDown m_eDropDown = EDropDown::eNone;
 };
 
 enum class EBarSide

@@ -45,7 +45,7 @@ CPixelImage MakeFlatImage(const CPixelImage& image, CColorRef nColor)
     return ReplacePixels({image}, [nColor](uint32_t) { return nColor; }).front();
 }
 
-bool CKRToolbarImages::BuildImages(const CImageList& source, EImageMode eMode, const CShellColors& colors)
+bool CKRToolbarImages::BuildImages(const CImageList& source, const CShellColors& colors)
 {
     m_Hot = source;
     // The luminance as a fraction of 255, in whole numbers, so that the cut is exact. On a dark bar a relief
@@ -53,14 +53,7 @@ bool CKRToolbarImages::BuildImages(const CImageList& source, EImageMode eMode, c
     const int nPart = colors.m_bDark ? 4 : 1;
     m_Disabled = ReplacePixels(source, [&colors, nPart](uint32_t n)
                                { return Lighten(colors.m_nShadow, Luminance(n) / nPart); });
-    m_Normal = ReplacePixels(source,
-                             [eMode](uint32_t n)
-                             {
-                                 if (eMode == EImageMode::eLight)
-                                     return Lighten(n, 0.3);
-                                 const uint32_t nGrey = static_cast<uint32_t>(Luminance(n));
-                                 return MakeColorRef(nGrey, nGrey, nGrey);
-                             });
+    m_Normal = ReplacePixels(source, [](uint32_t n) { return Lighten(n, 0.3); });
     return !source.empty();
 }
 

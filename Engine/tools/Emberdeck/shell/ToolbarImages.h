@@ -40,19 +40,13 @@ enum class EImageKind
     eDisabled = 2
 };
 
-enum class EImageMode
-{
-    eLight = 0,
-    eGrey = 1
-};
-
 // The images of one toolbar. A toolbar rests pale, and shows its true colours only under the mouse.
 class CKRToolbarImages
 {
 public:
-    // From the true images: the normal ones are made lighter, or grey, and the disabled ones a pale relief
-    // in the shadow colour. Transparent pixels stay so. False, with no images, for an empty list.
-    bool BuildImages(const CImageList& source, EImageMode eMode, const CShellColors& colors);
+    // From the true images: the normal ones are made lighter, and the disabled ones a pale relief in the
+    // shadow colour. Transparent pixels stay so. False, with no images, for an empty list.
+    bool BuildImages(const CImageList& source, const CShellColors& colors);
 
     // Null when there is no such image.
     const CPixelImage* GetImage(int32_t nIndex, EImageKind eKind) const;
