@@ -51,6 +51,59 @@ TEST(LoadRepairs, ListsOfTheFile)
     EXPECT_EQ(std::string::npos, SavedBytes(*two.m_pLibrary).find("\"B\""));
 }
 
+// Each of these is gone when the library is saved, and nothing else is told of it.
+TEST(LoadRepairs, WhatIsNotSavedAgain)
+{
+    const auto effect = [](const std::string& sProp)
+    {
+        return FileOf("(prefab (name P) (type Light) (properties " +
+                          PropText("Color", "Color", Value("1 2 3 4") + Value("1 2 3 4", "1")) +
+                          PropText("Radius", "Float", Value("2")) +
+                          PropText("Flicker", "Float", Value("2") + Value("3", "1")) + "))",
+                      EffectOf(KeyText("Light", "(parent P) (properties " + sProp + ")")));
+    };
+    const std::string sSound = effect("");
+    const auto with = [&](const std::string& sOld, const std::string& sNew)
+    {
+        std::string sText = sSound;
+        const size_t nAt = sText.find(sOld);
+        EXPECT_NE(std::string::npos, nAt) << sOld;
+        return sText.replace(nAt, sOld.size(), sNew);
+    };
+    EXPECT_EQ("", LoadText(sSound).Findings());
+    const std::pair<std::string, const char*> aCases[] = {
+        {with("(header (version 1))", "(header (version 1) (author 2))"), "\"author\""},
+        {with("(version 1)", "(version 1 2)"), "more in a list \"version\""},
+        {with("(version 1)", "(version 1x)"), "\"1x\" in version"},
+        {"stray " + sSound, "\"stray\" stands outside"},
+        {"(first) " + sSound, "\"first\""},
+        {with("\"[Effects]\"", "\"[Effects]\" more"), "more in a list \"name\""},
+        {with("\"K\"", "\"K\" (x)"), "more in a list \"name\""},
+        {with("(name \"K\")", "(name)"), "\"name\" has no value"},
+        {with("(parent P)", "(parent)"), "\"parent\" has no value"},
+        {with("(parent P)", "(parent (P))"), "\"parent\" has no value"},
+        {with("(track 0)", "(track 0 0)"), "more in a list \"track\""},
+        {with("(length 5000)", "(length 4294967295)"), "\"4294967295\" in length"},
+        {with("\"K\"", std::string("\"K\0L\"", 5)), "bytes that are 0"},
+        {effect(PropText("Radius", "Float", Value("3 4"))), "more in a list \"data\""},
+        {effect(PropText("Radius", "Float", Value("1.0000004"))), "more decimals than are saved"},
+        {effect(PropText("Radius", "Float", Value("3", "0 1"))), "more in a list \"time\""},
+        {effect(PropText("Flicker", "Float", Value("1e-50") + Value("3", "1"))), "more decimals"},
+        {effect("(property (name Radius) (type Float Int) (value-list " + Value("3") + "))"),
+         "more in a list \"type\""},
+    };
+    for (const auto& [sText, pszPart] : aCases)
+    {
+        const CLoaded loaded = LoadText(sText);
+        EXPECT_TRUE(loaded.m_bLoaded && loaded.Found(pszPart)) << sText << "\n" << loaded.Findings();
+    }
+    for (const char* pszNumber : {"250.3", "-16777217", "0.000001", "12.345678", "1.50000000", "3e2"})
+        EXPECT_EQ(
+            "",
+            LoadText(effect(PropText("Flicker", "Float", Value(pszNumber) + Value("3", "1")))).Findings());
+    EXPECT_EQ("", LoadText(with("(id 0)", "(id 4294967295)")).Findings());
+}
+
 // What the tree of nodes doesn't show any more.
 TEST(LoadRepairs, CutTexts)
 {

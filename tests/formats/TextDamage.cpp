@@ -1,12 +1,14 @@
-#include "formats/TextDamage.h"
 
 #include <algorithm>
 
 #include "formats/FormatsTest.h"
 #include "formats/LoadReport.h"
+#include "qsamgr/qsaallocator.h"
+#include "qsamgr/qsanodereader.h"
+#include "qsamgr/qsatextloader.h"
 #include "support/TempDir.h"
 
-TEST(TextDamage, CutAndConflictAreSeenInPiecesOfAnySize)
+TEST(TextDamage, CutAndConflictAreSeenAtAnyPlace)
 {
     struct CCase
     {
@@ -26,17 +28,29 @@ TEST(TextDamage, CutAndConflictAreSeenInPiecesOfAnySize)
         {"( a <<<<<<< )\n ======= \n<<<<<<<<\n<<<<<<\n<<<<<<=\n<<<<<<<a\n", false, 0},
         {"( a \"\n<<<<<<< HEAD\n\" )", false, 0}, // the artist's own
     };
+    const CTempDir dir;
     for (const CCase& one : aCases)
     {
-        const std::string_view sText = one.m_pszText;
-        for (const size_t nPiece : {size_t(1), size_t(3), size_t(1000)})
+        // Around the ends of the reader's blocks and windows, in a line of its own.
+        for (const size_t nBefore : {0u, 1u, 50u, 57u, 58u, 63u, 64u, 65510u, 65521u, 65529u, 65535u, 65536u})
         {
-            CTextDamageScan scan;
-            for (size_t i = 0; i < sText.size(); i += nPiece)
-                scan.Add(sText.substr(i, nPiece));
-            const CTextDamage damage = scan.Finish();
-            EXPECT_EQ(one.m_bCut, damage.IsCut()) << sText;
-            EXPECT_EQ(one.m_nConflictLine, damage.m_nConflictLine) << sText;
+            std::string sText = std::string(nBefore, ' ') + one.m_pszText;
+            if (nBefore > 0)
+                sText[nBefore - 1] = '\n';
+            CQSANode root, fileRoot;
+            CQSALoadOnlyAlloc alloc(65536);
+            CQSATextOutcome outcome, fileOutcome;
+            ASSERT_TRUE(QSALoadText(sText.data(), sText.size(), &root, &alloc, &outcome));
+            ASSERT_TRUE(CQSANodeReader::LoadEntireFile(dir.write("a", sText).c_str(), false, &fileRoot,
+                                                       &alloc, fileOutcome));
+            const uint64_t nLine = one.m_nConflictLine + (one.m_nConflictLine > 0 && nBefore > 0);
+            for (const CQSATextOutcome* p : {&outcome, &fileOutcome})
+            {
+                EXPECT_EQ(one.m_bCut, p->IsCut()) << nBefore << sText;
+                EXPECT_EQ(nLine, p->m_nConflictLine) << nBefore << sText;
+            }
+            root.Free(&alloc);
+            fileRoot.Free(&alloc);
         }
     }
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 
 #include "qsamgr/qsaallocator.h"
 #include "qsamgr/qsanodebuilder.h"
@@ -18,6 +19,21 @@ size_t ExpectTextLen(const char* pszFilename, bool bCompressed)
     std::error_code error;
     const uintmax_t nSize = std::filesystem::file_size(pszFilename, error);
     return error ? 0 : static_cast<size_t>(std::min(nSize, c_nMost) * (bCompressed ? c_nUsualRatio : 1));
+}
+
+// On which line of a file's text, from 1, a byte stands.
+uint64_t FindLine(const char* pszFilename, bool bCompressed, uint64_t nAt)
+{
+    const auto pFile = std::make_unique<CQSAFile>(pszFilename, true, bCompressed, false); // large
+    char szPiece[16384];
+    uint64_t nLine = 1;
+    while (const auto nRead =
+               pFile->ReadBlock(szPiece, static_cast<uint32_t>(std::min<uint64_t>(nAt, sizeof(szPiece)))))
+    {
+        nLine += static_cast<uint64_t>(std::count(szPiece, szPiece + nRead, '\n'));
+        nAt -= nRead;
+    }
+    return nLine;
 }
 
 // Feeds the tokens to the builder. False when the load has to be given up.
@@ -75,8 +91,12 @@ bool CQSANodeReader::LoadEntireFile(const char* pszFilename, bool bCompressed, C
     if (pAllocator == nullptr || pszFilename == nullptr)
         return false;
     CQSAFile file(pszFilename, true, bCompressed, false);
-    return file.IsOpen() &&
-           QSALoadFile(file, ExpectTextLen(pszFilename, bCompressed), pRoot, pAllocator, &outcome);
+    uint64_t nConflictAt = c_nNoConflict;
+    const bool bLoaded = file.IsOpen() && QSALoadFile(file, ExpectTextLen(pszFilename, bCompressed), pRoot,
+                                                      pAllocator, outcome, nConflictAt);
+    if (nConflictAt != c_nNoConflict)
+        outcome.m_nConflictLine = FindLine(pszFilename, bCompressed, nConflictAt);
+    return bLoaded;
 }
 
 bool CQSANodeReader::LoadEntireFile(CQSAReader* pReader, CQSANode* pRoot, CQSAAllocator* pAllocator)

@@ -263,6 +263,7 @@ public:
     bool Finish(CQSANode* pRoot);
 
     CQSATextOutcome& Outcome() { return m_Outcome; }
+    uint64_t GetConflictAt() const { return m_nConflictAt; }
 
 private:
     bool LoadBatch(const char* pText, size_t nBlocks);
@@ -293,7 +294,24 @@ private:
     size_t m_nCarried = 0;              // bytes of it from texts before
     char m_szCarried[c_nMaxAtomLen];
 
-    const char* m_pTextStart = nullptr; // no byte before it is the text's
+    // Where something stands, for marks of a merge.
+    struct CPlace
+    {
+        uint64_t m_nAt; // bytes of the stream before it
+        bool m_bBeginsLine;
+    };
+    CPlace PlaceOf(const char* pText) const
+    {
+        const char cBefore = pText == m_pTextStart ? m_cBefore : pText[-1];
+        return {m_nTextAt + static_cast<uint64_t>(pText - m_pTextStart), cBefore == '\n'};
+    }
+    void EndText(const char* pEnd);
+
+    const char* m_pTextStart = nullptr; // of the text at hand
+    uint64_t m_nTextAt = 0;             // bytes before it
+    char m_cBefore = '\n';              // the last of them
+    CPlace m_CarriedPlace{};            // of what is in m_szCarried
+    uint64_t m_nConflictAt = c_nNoConflict;
     CQSATextOutcome m_Outcome;
 };
 
@@ -313,7 +331,17 @@ bool CTextLoader::Feed(const char* pText, size_t nBlocks, size_t nBefore, size_t
     }
     if (m_bAtomOpen)
         CarryOpenAtom(pEnd);
+    EndText(pEnd);
     return true;
+}
+
+void CTextLoader::EndText(const char* pEnd)
+{
+    if (pEnd == m_pTextStart)
+        return;
+    m_Outcome.m_bNul |= std::memchr(m_pTextStart, 0, static_cast<size_t>(pEnd - m_pTextStart)) != nullptr;
+    m_nTextAt += static_cast<uint64_t>(pEnd - m_pTextStart);
+    m_cBefore = pEnd[-1];
 }
 
 // So many blocks at once that text, masks and edges stay in the first-level cache.
@@ -416,7 +444,6 @@ bool CTextLoader::EndOpenAtom(const char* pEnd)
         return AddAtom(m_pOpenStart, static_cast<size_t>(pEnd - m_pOpenStart), m_bOpenIsString);
     CarryOpenAtom(pEnd);
     m_Outcome.m_nLongAtoms += m_bCarriedCut;
-    m_pTextStart = m_szCarried;
     return AddAtom(m_szCarried, m_nCarried, m_bOpenIsString);
 }
 
@@ -426,6 +453,8 @@ void CTextLoader::CarryOpenAtom(const char* pEnd)
 {
     const auto nAll = static_cast<size_t>(pEnd - m_pOpenStart);
     const size_t nLen = std::min(nAll, sizeof(m_szCarried) - m_nCarried);
+    if (m_nCarried == 0)
+        m_CarriedPlace = PlaceOf(m_pOpenStart);
     m_bCarriedCut |= nLen != nAll;
     std::memcpy(m_szCarried + m_nCarried, m_pOpenStart, nLen);
     m_nCarried += nLen;
@@ -451,10 +480,12 @@ inline bool CTextLoader::AddAtom(const char* pText, size_t nLen, bool bString)
 // what stands behind a mark isn't on a line with its list's end.
 void CTextLoader::NoteConflict(const char* pText)
 {
-    const bool bLineStart = pText == m_pTextStart || pText[-1] == '\n' || pText[-1] == '\r';
-    if (bLineStart && std::strchr("<=>|", *pText) != nullptr &&
-        std::memcmp(pText, pText + 1, c_nMarkLen - 1) == 0)
-        m_Outcome.m_bConflict = true;
+    if (m_nConflictAt != c_nNoConflict || std::strchr("<=>|", *pText) == nullptr ||
+        std::memcmp(pText, pText + 1, c_nMarkLen - 1) != 0)
+        return;
+    const CPlace place = pText == m_szCarried ? m_CarriedPlace : PlaceOf(pText);
+    if (place.m_bBeginsLine)
+        m_nConflictAt = place.m_nAt;
 }
 
 bool CTextLoader::AddOtherAtom(CQSANode& node, const char* pText, size_t nLen, bool bString)
@@ -513,7 +544,9 @@ bool CTextLoader::End(const char* pTail, size_t nTail, bool& bInAtom)
     bInAtom |= m_bAtomOpen; // a string
     m_Outcome.m_bOpenString |= m_bAtomOpen;
     m_State = {};
-    return !m_bAtomOpen || EndOpenAtom(szBlock + nTail);
+    const bool bEnded = !m_bAtomOpen || EndOpenAtom(szBlock + nTail);
+    EndText(szBlock + nTail);
+    return bEnded;
 }
 
 bool CTextLoader::Finish(CQSANode* pRoot)
@@ -552,6 +585,9 @@ bool QSALoadText(const char* pText, size_t nLen, CQSANode* pRoot, CQSALoadOnlyAl
                          loader.End(pText + nWhole, nLen - nWhole, bInAtom) && loader.Finish(pRoot);
     if (pOutcome != nullptr)
         *pOutcome = loader.Outcome();
+    if (pOutcome != nullptr && loader.GetConflictAt() != c_nNoConflict)
+        pOutcome->m_nConflictLine =
+            1 + static_cast<uint64_t>(std::count(pText, pText + loader.GetConflictAt(), '\n'));
     return bLoaded;
 }
 
@@ -580,7 +616,7 @@ bool LoadStream(CTextLoader& loader, CQSAFile& file)
 } // namespace
 
 bool QSALoadFile(CQSAFile& file, size_t nExpectedLen, CQSANode* pRoot, CQSALoadOnlyAlloc* pAlloc,
-                 CQSATextOutcome* pOutcome)
+                 CQSATextOutcome& outcome, uint64_t& nConflictAt)
 {
     QS_ASSERT(pAlloc);
     if (pAlloc == nullptr)
@@ -590,7 +626,7 @@ bool QSALoadFile(CQSAFile& file, size_t nExpectedLen, CQSANode* pRoot, CQSALoadO
     loader.Outcome().m_bOpenStream = !file.EndsInStream();
     // What could not be read looks like the end until the file is asked.
     bLoaded = bLoaded && file.Close() && loader.Finish(pRoot);
-    if (pOutcome != nullptr)
-        *pOutcome = loader.Outcome();
+    outcome = loader.Outcome();
+    nConflictAt = loader.GetConflictAt();
     return bLoaded;
 }

@@ -3,7 +3,6 @@
 #include <functional>
 
 #include "formats/LibraryLoader.h"
-#include "formats/NodeFields.h"
 #include "model/MakeOrNull.h"
 #include "platform/FileLock.h"
 #include "platform/Files.h"
@@ -39,14 +38,6 @@ struct CLoadedNodes
     CQSATextOutcome m_Outcome;
 };
 
-// Where the nodes come from. The text is scanned, or read, once more only when it isn't sound.
-struct CNodeSource
-{
-    std::function<bool(CLoadedNodes&)> m_Read;
-    std::function<CTextDamage()> m_Scan;
-    const char* m_pszFilename = nullptr; // null: a text in memory
-};
-
 bool IsVersionSupported(const CQSANode& root)
 {
     const CQSANode* pHeader = CQSAUtil::ShallowFindList(&root, "header");
@@ -58,19 +49,9 @@ bool IsVersionSupported(const CQSANode& root)
     return pszVersion && QSTextToInt(pszVersion) == c_nFormatVersion;
 }
 
-// The reader knows what the tree doesn't show; only which line a merge has marked is looked up.
-CTextDamage DamageOf(const CQSATextOutcome& outcome, const CNodeSource& source)
-{
-    CTextDamage damage;
-    damage.m_nOpenLists = outcome.m_nOpenLists;
-    damage.m_bOpenString = outcome.m_bOpenString;
-    damage.m_bOpenStream = outcome.m_bOpenStream;
-    if (outcome.m_bConflict)
-        damage.m_nConflictLine = source.m_Scan().m_nConflictLine;
-    return damage;
-}
-
-bool LoadNodes(CLibraryLoader& loader, const CEffectModule& module, const CNodeSource& source)
+// pszFilename is null for a text in memory.
+bool LoadNodes(CLibraryLoader& loader, const CEffectModule& module, const char* pszFilename,
+               const std::function<bool(CLoadedNodes&)>& read)
 {
     if (!module.IsLoaded())
     {
@@ -78,8 +59,8 @@ bool LoadNodes(CLibraryLoader& loader, const CEffectModule& module, const CNodeS
         return false;
     }
     CLoadedNodes nodes;
-    const bool bRead = source.m_Read(nodes);
-    loader.TellText(nodes.m_Outcome, DamageOf(nodes.m_Outcome, source), source.m_pszFilename);
+    const bool bRead = read(nodes);
+    loader.TellText(nodes.m_Outcome, pszFilename);
     if (!bRead)
     {
         loader.AppendError(c_pszUnreadable);
@@ -119,17 +100,14 @@ bool LoadEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffe
             // A pipe or device may never come to an end.
             const bool bReadable =
                 pszFilename && lock.IsHeld() && (IsOrdinaryFile(sPath) || !PathExists(sPath));
-            CNodeSource source;
-            source.m_Read = [&](CLoadedNodes& nodes)
-            {
-                return bReadable &&
-                       CQSANodeReader::LoadEntireFile(NativePath(pszFilename).c_str(),
-                                                      CQSAUtil::IsFileCompressed(pszFilename), &nodes.m_Root,
-                                                      &nodes.m_Alloc, nodes.m_Outcome);
-            };
-            source.m_Scan = [&] { return ScanFileForDamage(pszFilename); };
-            source.m_pszFilename = pszFilename;
-            bLoaded = LoadNodes(loader, module, source);
+            bLoaded = LoadNodes(loader, module, pszFilename,
+                                [&](CLoadedNodes& nodes)
+                                {
+                                    return bReadable && CQSANodeReader::LoadEntireFile(
+                                                            NativePath(pszFilename).c_str(),
+                                                            CQSAUtil::IsFileCompressed(pszFilename),
+                                                            &nodes.m_Root, &nodes.m_Alloc, nodes.m_Outcome);
+                                });
         });
     return (bWhole || NoteOutOfMemory(sError)) && bLoaded;
 }
@@ -143,13 +121,11 @@ bool LoadEffectText(std::string_view sText, CSpellMgr& spellMgr, const CEffectMo
         [&]
         {
             CLibraryLoader loader(spellMgr, module, pEffectTree, pPrefabTree, sError, pObserver);
-            CNodeSource source;
-            source.m_Read = [&](CLoadedNodes& nodes) {
-                return QSALoadText(sText.data(), sText.size(), &nodes.m_Root, &nodes.m_Alloc,
-                                   &nodes.m_Outcome);
-            };
-            source.m_Scan = [&] { return ScanTextForDamage(sText); };
-            bLoaded = LoadNodes(loader, module, source);
+            bLoaded = LoadNodes(loader, module, nullptr,
+                                [&](CLoadedNodes& nodes) {
+                                    return QSALoadText(sText.data(), sText.size(), &nodes.m_Root,
+                                                       &nodes.m_Alloc, &nodes.m_Outcome);
+                                });
         });
     return (bWhole || NoteOutOfMemory(sError)) && bLoaded;
 }
@@ -170,11 +146,9 @@ std::optional<bool> IsWholeEffectFile(const std::string& sName, std::string_view
     if (sContent.size() > c_nMaxText)
         return std::nullopt;
     CLoadedNodes nodes;
-    if (!QSALoadText(sContent.data(), sContent.size(), &nodes.m_Root, &nodes.m_Alloc, &nodes.m_Outcome) ||
-        !bEnded || nodes.m_Outcome.IsCut() || !IsVersionSupported(nodes.m_Root) ||
-        !CQSAUtil::ShallowFindList(&nodes.m_Root, "effect-tree"))
-        return false;
-    return !nodes.m_Outcome.m_bConflict || !ScanTextForDamage(sContent).IsConflict();
+    return QSALoadText(sContent.data(), sContent.size(), &nodes.m_Root, &nodes.m_Alloc, &nodes.m_Outcome) &&
+           bEnded && !nodes.m_Outcome.IsCut() && !nodes.m_Outcome.IsConflict() &&
+           IsVersionSupported(nodes.m_Root) && CQSAUtil::ShallowFindList(&nodes.m_Root, "effect-tree");
 }
 
 CLibraryLoader::CLibraryLoader(CSpellMgr& spellMgr, const CEffectModule& module, CLibraryTree* pEffectTree,
@@ -199,10 +173,9 @@ void CLibraryLoader::AddMessage(const std::string& sMessage)
     m_sError += sMessage;
 }
 
-void CLibraryLoader::TellText(const CQSATextOutcome& outcome, const CTextDamage& damage,
-                              const char* pszFilename)
+void CLibraryLoader::TellText(const CQSATextOutcome& outcome, const char* pszFilename)
 {
-    m_Findings.TellDamage(damage);
+    m_Findings.TellDamage(outcome);
     if (m_Findings)
         m_Findings.TellText(outcome, pszFilename);
 }
@@ -244,7 +217,9 @@ void CLibraryLoader::TellRoot(const CQSANode& root)
 {
     static constexpr std::array<CFieldName, 4> c_aNames = {"resource-database", "header", "prefab-tree",
                                                            "effect-tree"};
-    const CNodeFields<4> fields(root, c_aNames, [&](const CQSANode& node) { m_Findings.TellSkipped(node); });
+    const CNodeFields<4> fields(root, c_aNames, TellingSkipped(), false);
+    if (const CQSANode* pHeader = fields.FindList(1))
+        TellHeader(*pHeader);
     if (!fields.FindList(2))
         m_Findings.Tell("There is no prefab tree; an empty one was made.");
     for (const size_t nTree : {2u, 3u})
@@ -255,6 +230,14 @@ void CLibraryLoader::TellRoot(const CQSANode& root)
                 QSFormat("The %s has more than one item at its top; only the first is saved again.",
                          ListName(*pTree)));
     }
+}
+
+void CLibraryLoader::TellHeader(const CQSANode& header)
+{
+    static constexpr std::array<CFieldName, 1> c_aNames = {"version"};
+    const CNodeFields<1> fields(header, c_aNames, TellingSkipped());
+    if (const char* pszVersion = FindValue(fields, 0))
+        m_Findings.TellWholeNumber(pszVersion, "version");
 }
 
 bool CLibraryLoader::LoadTree(const CQSANode& list, ESide eSide)
@@ -300,7 +283,7 @@ bool CLibraryLoader::LoadContainer(const CQSANode& node, HLibraryItem hParent, E
 {
     static constexpr std::array<CFieldName, 2> c_aNames = {"name", "children"};
     const CNodeFields<2> fields(node, c_aNames, TellingSkipped());
-    const char* pszName = fields.FindValue(0);
+    const char* pszName = FindValue(fields, 0);
     if (!pszName)
     {
         AppendError("Unable to find container name");

@@ -2,7 +2,6 @@
 #include <cstring>
 
 #include "formats/LibraryLoader.h"
-#include "formats/NodeFields.h"
 #include "model/MakeOrNull.h"
 #include "model/NameIndex.h"
 
@@ -17,8 +16,8 @@ bool CLibraryLoader::LoadPrefab(const CQSANode& node, HLibraryItem hParent)
 {
     static constexpr std::array<CFieldName, 3> c_aNames = {"name", "type", "properties"};
     const CNodeFields<3> fields(node, c_aNames, TellingSkipped());
-    const char* pszName = fields.FindValue(0);
-    const char* pszType = fields.FindValue(1);
+    const char* pszName = FindValue(fields, 0);
+    const char* pszType = FindValue(fields, 1);
     if (!pszName || !pszType)
     {
         AppendError("Unable to find a required parameter for prefab");
@@ -92,8 +91,8 @@ bool CLibraryLoader::LoadEffect(const CQSANode& node, HLibraryItem hParent)
 {
     static constexpr std::array<CFieldName, 3> c_aNames = {"name", "length", "key-list"};
     const CNodeFields<3> fields(node, c_aNames, TellingSkipped());
-    const char* pszName = fields.FindValue(0);
-    const char* pszLength = fields.FindValue(1);
+    const char* pszName = FindValue(fields, 0);
+    const char* pszLength = FindValue(fields, 1);
     if (!pszName || !pszLength)
     {
         AppendError("Error finding name and length of effect");
@@ -253,9 +252,9 @@ std::unique_ptr<CKey> CLibraryLoader::LoadKey(const CQSANode& node)
     static constexpr std::array<CFieldName, 9> c_aNames = {
         "name", "type", "id", "start-time", "end-time", "track", "parent", "motion-link", "properties"};
     const CNodeFields<9> found(node, c_aNames, TellingSkipped());
-    const CKeyFields fields = {found.FindValue(0), found.FindValue(1), found.FindValue(2),
-                               found.FindValue(3), found.FindValue(4), found.FindValue(5),
-                               found.FindValue(6), found.FindList(7),  found.FindList(8)};
+    const CKeyFields fields = {FindValue(found, 0), FindValue(found, 1), FindValue(found, 2),
+                               FindValue(found, 3), FindValue(found, 4), FindValue(found, 5),
+                               FindValue(found, 6), found.FindList(7),   found.FindList(8)};
     if (!fields.m_pszTrack || !fields.m_pszID || !fields.m_pszStart || !fields.m_pszEnd || !fields.m_pszType)
     {
         AppendError("Unable to find a required parameter for key");
@@ -284,8 +283,8 @@ std::unique_ptr<CKey> CLibraryLoader::FillKey(const CKeyFields& fields)
     if (!SetKeyParent(*pKey, fields))
         return nullptr;
 
-    pKey->m_nKeyID = ReadUnsigned(fields.m_pszID, "id");
-    pKey->m_nTrack = ReadUnsigned(fields.m_pszTrack, "track");
+    pKey->m_nKeyID = ReadID(fields.m_pszID, "id");
+    pKey->m_nTrack = ReadID(fields.m_pszTrack, "track");
     pKey->m_nStartTime = ReadInt(fields.m_pszStart, "start-time");
     pKey->m_nEndTime = ReadInt(fields.m_pszEnd, "end-time");
     pKey->Unlink();
@@ -293,8 +292,8 @@ std::unique_ptr<CKey> CLibraryLoader::FillKey(const CKeyFields& fields)
     {
         static constexpr std::array<CFieldName, 1> c_aNames = {"id"};
         const CNodeFields<1> link(*fields.m_pMotionLink, c_aNames, TellingSkipped());
-        if (const char* pszID = link.FindValue(0))
-            pKey->Link(ReadUnsigned(pszID, "motion-link"));
+        if (const char* pszID = FindValue(link, 0))
+            pKey->Link(ReadID(pszID, "motion-link"));
         else if (m_Findings)
             m_Findings.Tell("The motion link has no id; it was dropped.");
     }
@@ -328,6 +327,13 @@ int32_t CLibraryLoader::ReadInt(const char* pszText, const char* pszField)
     if (m_Findings)
         m_Findings.TellWholeNumber(pszText, pszField);
     return QSTextToInt(pszText);
+}
+
+uint32_t CLibraryLoader::ReadID(const char* pszText, const char* pszField)
+{
+    if (m_Findings)
+        m_Findings.TellID(pszText, pszField);
+    return static_cast<uint32_t>(QSTextToInt(pszText));
 }
 
 float CLibraryLoader::ReadFloat(const char* pszText, const char* pszField)

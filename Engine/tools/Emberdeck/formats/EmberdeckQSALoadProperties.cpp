@@ -2,7 +2,6 @@
 #include <utility>
 
 #include "formats/LibraryLoader.h"
-#include "formats/NodeFields.h"
 #include "model/MakeOrNull.h"
 #include "model/NameIndex.h"
 #include "qsassert.h"
@@ -151,8 +150,8 @@ bool CLibraryLoader::LoadProperty(const CQSANode& node, CTypeInfo& type,
 {
     static constexpr std::array<CFieldName, 3> c_aNames = {"name", "type", "value-list"};
     const CNodeFields<3> fields(node, c_aNames, TellingSkipped());
-    const char* pszName = fields.FindValue(0);
-    const char* pszType = fields.FindValue(1);
+    const char* pszName = FindValue(fields, 0);
+    const char* pszType = FindValue(fields, 1);
     if (!pszName || !pszType)
     {
         AppendError("Error loading name or type for property");
@@ -219,7 +218,7 @@ bool CLibraryLoader::LoadValue(const CQSANode& node, EEffectPropertyType eType, 
 {
     static constexpr std::array<CFieldName, 2> c_aNames = {"time", "data"};
     const CNodeFields<2> fields(node, c_aNames, TellingSkipped());
-    const char* pszTime = fields.FindValue(0);
+    const char* pszTime = FindValue(fields, 0);
     const CQSANode* pData = fields.FindList(1);
     if (!pszTime || !pData)
         return false;
@@ -227,7 +226,7 @@ bool CLibraryLoader::LoadValue(const CQSANode& node, EEffectPropertyType eType, 
     if (!LoadPropertyValue(pData, eType, key))
         return false;
     if (m_Findings)
-        m_Findings.TellValue(*pData, eType, *prop.GetDesc());
+        m_Findings.TellValue(*pData, eType, CountAtoms(eType), *prop.GetDesc());
     return true;
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "formats/LoadFindings.h"
+#include "formats/NodeFields.h"
 #include "formats/SharedValidation.h"
 #include "model/EffectModule.h"
 #include "model/LibraryTree.h"
@@ -28,7 +29,7 @@ public:
 
     // Before LoadRoot: what is wrong with the text that the nodes come from. pszFilename is where it can be read once
     // more; null: nowhere.
-    void TellText(const CQSATextOutcome& outcome, const CTextDamage& damage, const char* pszFilename);
+    void TellText(const CQSATextOutcome& outcome, const char* pszFilename);
     bool LoadRoot(const CQSANode& root);
 
     template <class... TArgs>
@@ -91,7 +92,18 @@ private:
                 m_Findings.TellSkipped(skipped);
         };
     }
+    // The value of a field; tells when its list holds anything else.
+    template <size_t N>
+    const char* FindValue(const CNodeFields<N>& fields, size_t nField)
+    {
+        const char* pszValue = fields.FindValue(nField);
+        const CQSANode* pList = m_Findings ? fields.FindList(nField) : nullptr;
+        if (pList && (!pszValue || pList->GetNumElements() != 2))
+            m_Findings.TellCount(*pList);
+        return pszValue;
+    }
     void TellRoot(const CQSANode& root);
+    void TellHeader(const CQSANode& header);
     bool LoadTree(const CQSANode& list, ESide eSide);
     bool LoadTreeNode(const CQSANode& node, HLibraryItem hParent, ESide eSide);
     bool LoadContainer(const CQSANode& node, HLibraryItem hParent, ESide eSide);
@@ -126,10 +138,7 @@ private:
     void TellMissing(const CEffectPropertySet& set);
 
     int32_t ReadInt(const char* pszText, const char* pszField);
-    uint32_t ReadUnsigned(const char* pszText, const char* pszField)
-    {
-        return static_cast<uint32_t>(ReadInt(pszText, pszField));
-    }
+    uint32_t ReadID(const char* pszText, const char* pszField);
     float ReadFloat(const char* pszText, const char* pszField);
 
     CSpellMgr& m_SpellMgr;

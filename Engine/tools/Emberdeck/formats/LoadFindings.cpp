@@ -17,11 +17,13 @@
 namespace
 {
 
-// Only digits, and within what 32 bits tell, signed or not.
-bool IsWholeNumber(const char* pszText)
+constexpr int c_nSavedDecimals = 6;
+
+// Only digits, and within the bounds.
+bool IsWholeNumber(const char* pszText, int64_t nMax)
 {
     int64_t nValue = 0;
-    return QSParseInt(pszText, nValue) && nValue >= INT32_MIN && nValue <= int64_t(UINT32_MAX);
+    return QSParseInt(pszText, nValue) && nValue >= INT32_MIN && nValue <= nMax;
 }
 
 // Most numbers of a library are such: they surely are read as they stand, which is seen without reading them.
@@ -35,28 +37,25 @@ bool IsPlainWholeNumber(const char* pszText)
     return nDigits != 0 && pszText[nDigits] == 0;
 }
 
+// Likewise saved as they stand: a float that is read from six decimals is written with the same six.
 bool IsPlainDecimalNumber(const char* pszText)
 {
     constexpr int c_nMaxChars = 30; // far below what a float holds
     pszText += *pszText == '-';
     int nDigits = 0;
-    int nPoints = 0;
+    int nPoint = c_nMaxChars;
     int n = 0;
     for (; pszText[n] != 0 && n < c_nMaxChars; ++n)
     {
         const bool bDigit = static_cast<unsigned char>(pszText[n] - '0') <= 9;
         nDigits += bDigit;
-        nPoints += pszText[n] == '.';
-        if (!bDigit && pszText[n] != '.')
+        if (bDigit)
+            continue;
+        if (pszText[n] != '.' || nPoint != c_nMaxChars)
             return false;
+        nPoint = n;
     }
-    return nDigits != 0 && nPoints <= 1 && pszText[n] == 0;
-}
-
-bool IsDecimalNumber(const char* pszText)
-{
-    float fValue = 0.0f;
-    return QSParseFloat(pszText, fValue);
+    return nDigits != 0 && n - nPoint - 1 <= c_nSavedDecimals && pszText[n] == 0;
 }
 
 std::string PropTitle(const CEffectProperty& prop)
@@ -93,22 +92,22 @@ void CLoadFindings::Tell(const std::string& sText, EFinding eKind)
                                             m_pKey ? KeyTitle(*m_pKey) : std::string(), sText, eKind});
 }
 
-void CLoadFindings::TellDamage(const CTextDamage& damage)
+void CLoadFindings::TellDamage(const CQSATextOutcome& outcome)
 {
-    m_bAll = m_bAll || (m_pObserver && damage.IsDamaged());
-    if (damage.IsConflict())
+    m_bAll = m_bAll || (m_pObserver && (outcome.IsCut() || outcome.IsConflict()));
+    if (outcome.IsConflict())
         Tell(QSFormat(
                  "A merge has left a conflict in the file, marked from line %s on. Only one side of it, or "
                  "neither, was read.",
-                 std::to_string(damage.m_nConflictLine).c_str()),
+                 std::to_string(outcome.m_nConflictLine).c_str()),
              EFinding::eConflict);
-    if (damage.m_bOpenString)
+    if (outcome.m_bOpenString)
         Tell("The file ends within a quoted text. What stood behind is missing.", EFinding::eCut);
-    if (damage.m_nOpenLists > 0)
+    if (outcome.m_nOpenLists > 0)
         Tell(QSFormat("The file ends within a list, %u deep. What stood behind is missing.",
-                      damage.m_nOpenLists),
+                      outcome.m_nOpenLists),
              EFinding::eCut);
-    if (damage.m_bOpenStream)
+    if (outcome.m_bOpenStream)
         Tell("The compressed file ends before its text does. What stood behind is missing.", EFinding::eCut);
 }
 
@@ -130,10 +129,21 @@ void CLoadFindings::TellSkipped(const CQSANode& node)
         Tell("A list without a name was skipped.");
 }
 
+void CLoadFindings::TellCount(const CQSANode& list, uint32_t nAtoms)
+{
+    const uint32_t nCount = list.GetNumElements();
+    if (nCount > nAtoms + 1)
+        Tell(QSFormat("There is more in a list \"%s\" than belongs there; it was skipped.", ListName(list)));
+    else if (nCount < nAtoms + 1 || !list.GetElement(nAtoms)->IsAtom())
+        Tell(QSFormat("A list \"%s\" has no value; it was skipped.", ListName(list)));
+}
+
 void CLoadFindings::TellText(const CQSATextOutcome& outcome, const char* pszFilename)
 {
     if (outcome.m_nStrayCloses > 0)
         Tell(QSFormat("The file has %u closing parentheses that close no list.", outcome.m_nStrayCloses));
+    if (outcome.m_bNul)
+        Tell("The file holds bytes that are 0; a text ends at one, and what stood behind was skipped.");
     if (outcome.m_nLongAtoms > 0 && pszFilename)
         TellLongTexts(pszFilename);
     else if (outcome.m_nLongAtoms > 0)
@@ -157,26 +167,47 @@ void CLoadFindings::TellLongTexts(const char* pszFilename)
 
 void CLoadFindings::TellWholeNumber(const char* pszText, const char* pszField)
 {
-    if (!IsPlainWholeNumber(pszText) && !IsWholeNumber(pszText))
+    TellWholeNumber(pszText, pszField, INT32_MAX);
+}
+
+void CLoadFindings::TellID(const char* pszText, const char* pszField)
+{
+    TellWholeNumber(pszText, pszField, UINT32_MAX);
+}
+
+void CLoadFindings::TellWholeNumber(const char* pszText, const char* pszField, int64_t nMax)
+{
+    if (!IsPlainWholeNumber(pszText) && !IsWholeNumber(pszText, nMax))
         Tell(QSFormat("\"%s\" in %s is no whole number; %d was taken.", pszText, pszField,
                       QSTextToInt(pszText)));
 }
 
 void CLoadFindings::TellDecimalNumber(const char* pszText, const char* pszField)
 {
-    if (IsPlainDecimalNumber(pszText) || IsDecimalNumber(pszText))
+    if (IsPlainDecimalNumber(pszText))
         return;
     const float fTaken = QSTextToFloat(pszText);
+    const std::string sSaved = QSFixedText(fTaken, c_nSavedDecimals);
+    float fValue = 0.0f;
+    if (QSParseFloat(pszText, fValue))
+    {
+        if (QSTextToFloat(sSaved.c_str()) != fTaken || (fTaken == 0.0f && QSTextToDouble(pszText) != 0.0))
+            Tell(QSFormat("\"%s\" in %s has more decimals than are saved, which gives %s.", pszText, pszField,
+                          sSaved.c_str()));
+        return;
+    }
     if (std::fabs(fTaken) == std::numeric_limits<float>::max())
         Tell(QSFormat("\"%s\" in %s is too large; %g, the largest number, was taken.", pszText, pszField,
                       double(fTaken)));
     else
-        Tell(QSFormat("\"%s\" in %s is no number; %s was taken.", pszText, pszField,
-                      QSFixedText(fTaken, 6).c_str()));
+        Tell(QSFormat("\"%s\" in %s is no number; %s was taken.", pszText, pszField, sSaved.c_str()));
 }
 
-void CLoadFindings::TellValue(const CQSANode& data, uint32_t eType, const CEffectPropertyDesc& desc)
+void CLoadFindings::TellValue(const CQSANode& data, uint32_t eType, uint32_t nAtoms,
+                              const CEffectPropertyDesc& desc)
 {
+    if (data.GetNumElements() != nAtoms + 1)
+        TellCount(data, nAtoms);
     const auto text = [&](uint32_t n) { return data.GetElement(n)->GetValue(); };
     const auto field = [&] { return "property " + DescName(desc); };
     switch (eType)
@@ -187,14 +218,14 @@ void CLoadFindings::TellValue(const CQSANode& data, uint32_t eType, const CEffec
         break;
     case ePropType_Float:
     case ePropType_Vector:
-        for (uint32_t i = 1; i <= (eType == ePropType_Vector ? 3u : 1u); ++i)
+        for (uint32_t i = 1; i <= nAtoms; ++i)
         {
             if (!IsPlainDecimalNumber(text(i)))
                 TellDecimalNumber(text(i), field().c_str());
         }
         break;
     case ePropType_Color:
-        for (uint32_t i = 1; i <= 4; ++i)
+        for (uint32_t i = 1; i <= nAtoms; ++i)
         {
             const char* pszText = text(i);
             const int32_t nChannel = QSTextToInt(pszText);

@@ -82,17 +82,18 @@ template <size_t N>
 class CNodeFields
 {
 public:
-    // skipped(node) is told of the other elements behind the list's own name: atoms, lists of other names,
-    // and further ones of a name that was found.
+    // skipped(node) is told of the other elements behind the list's own name, which the root of a file has none
+    // of: atoms, lists of other names, and further ones of a name that was found.
     template <class TSkipped>
-    CNodeFields(const CQSANode& list, const std::array<CFieldName, N>& names, TSkipped&& skipped)
+    CNodeFields(const CQSANode& list, const std::array<CFieldName, N>& names, TSkipped&& skipped,
+                bool bNamed = true)
     {
         const uint32_t nCount = list.GetNumElements();
         for (uint32_t i = 0; i < nCount; ++i)
         {
             const CQSANode& child = *list.GetElement(i);
             const CQSANode* pName = ListNameNode(child);
-            if (!(pName && Note(child, *pName, names)) && i > 0)
+            if (!(pName && Note(child, *pName, names)) && (i > 0 || !bNamed))
                 skipped(child);
         }
     }
