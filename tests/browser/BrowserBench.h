@@ -80,7 +80,6 @@ struct CBrowserBench
     void Wire(TPanel& panel, CFakeTreeView& view)
     {
         view.m_pTree = &panel.m_Tree;
-        view.m_OnLost = [&panel] { panel.OnMouseLost(); };
         const HLibraryItem hRoot = panel.m_Tree.Tree().GetRootItem();
         panel.m_Tree.Expand(hRoot, true);
         panel.m_Tree.ExpandChildren(hRoot, true, true);
@@ -103,8 +102,8 @@ struct CBrowserBench
     HLibraryItem prefab(const std::string& s) const { return FindItem(lib->m_PrefabTree, s); }
     std::string dump() const { return DumpTree(lib->m_EffectTree); }
     std::string prefabDump() const { return DumpTree(lib->m_PrefabTree); }
-    std::string sel() const { return SelectionOf(effects.m_Tree); }
-    static void Key(CLibraryPanel& panel, ETreeKey eKey) { panel.OnKey({eKey, {}}); }
+    std::string sel() { return effectView.CheckPainted(), SelectionOf(effects.m_Tree); }
+    static void Key(CLibraryPanel& panel, ETreeKey eKey) { EXPECT_TRUE(panel.OnKey({eKey, {}})); }
     // Types into the open edit box and presses Enter, or Esc.
     static void Type(CLibraryPanel& panel, CFakeTreeView& view, const std::string& s,
                      int32_t nID = c_nControlOk)

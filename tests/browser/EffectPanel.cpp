@@ -29,10 +29,42 @@ TEST(EffectPanel, MenuFollowsTheSelection)
     bench.effects.Command(c_nCmdNewEffectInGroup); // greyed
     EXPECT_EQ(2u, bench.lib->m_SpellMgr.Spells().size());
     EXPECT_TRUE(bench.effects.OnRightRelease({10, 500}).empty());
+    bench.effectView.m_bFocus = false;
     EXPECT_EQ(12u, bench.effects.OnRightRelease({10, 10}).size());
+    EXPECT_TRUE(bench.effectView.m_bFocus);
+    // By its key it opens below the caret, which comes into view, or in the corner.
     CPoint pt;
+    bench.effectView.m_hScrolled = {};
     EXPECT_EQ(12u, bench.effects.OnMenuKey(pt).size());
-    EXPECT_EQ(bench.effectView.GetLabelRect(bench.item("Fire")).bottom, pt.y);
+    const CRect rcFire = bench.effectView.GetLabelRect(bench.item("Fire"));
+    EXPECT_EQ((CPoint{rcFire.left, rcFire.bottom}), pt);
+    EXPECT_EQ(bench.item("Fire"), bench.effectView.m_hScrolled);
+    bench.effects.m_Tree.SetCaret({});
+    EXPECT_EQ(12u, bench.effects.OnMenuKey(pt).size());
+    EXPECT_EQ((CPoint{0, 0}), pt);
+    bench.effects.ScrollTo(bench.lib->m_SpellMgr.FindSpell("Smoke"));
+    EXPECT_EQ(bench.item("Smoke"), bench.effectView.m_hScrolled);
+
+    // A name that is being edited is taken over first. While a gesture runs there is no menu, and no command.
+    for (const bool bKey : {false, true})
+    {
+        bench.effects.m_Tree.EditLabel(bench.item("G"));
+        bench.effectView.m_sBox = "G";
+        EXPECT_EQ(12u, (bKey ? bench.effects.OnMenuKey(pt) : bench.effects.OnRightRelease({10, 10})).size());
+        EXPECT_FALSE(bench.effectView.m_bEditBox);
+    }
+    bench.Select({"G"});
+    bench.effects.OnLeftPress(bench.effectView.Icon(bench.item("G")), {});
+    EXPECT_TRUE(bench.effects.IsBusy());
+    EXPECT_TRUE(bench.effects.OnMenuKey(pt).empty() && bench.effects.OnRightRelease({10, 10}).empty());
+    for (const int32_t nID : {c_nCmdNewEffectInGroup, c_nCmdOpenSelection, c_nControlOk})
+        bench.effects.Command(nID);
+    EXPECT_FALSE(bench.effects.OnCharacter("s", 5));
+    bench.effects.OnMouseLost();
+    EXPECT_EQ(2u, bench.lib->m_SpellMgr.Spells().size());
+    EXPECT_TRUE(bench.documents.m_Open.empty());
+    EXPECT_TRUE(bench.effects.OnCharacter("s", 5));
+    EXPECT_EQ("[Smoke]", bench.sel());
 
     // Enabled by the selection, acting on the caret.
     bench.Select({"G"});
@@ -55,6 +87,7 @@ TEST(EffectPanel, NewItemsAreSelectedAndNamedAtOnce)
     EXPECT_STREQ("A 'B'", bench.lib->m_SpellMgr.Spells()[2]->m_szName);
     EXPECT_TRUE(bench.documents.m_Open.empty());
     EXPECT_EQ("[[Effects]]\n  [G]\n    A 'B'\n    Smoke\n  Fire\n", bench.dump()); // the name has sorted
+    EXPECT_EQ("[A 'B']", bench.sel());
 
     bench.Run(bench.effects, {"G"}, c_nCmdNewGroup);
     EXPECT_EQ("New_Group", bench.effectView.m_sBox);
@@ -105,9 +138,14 @@ TEST(EffectPanel, RenamingTakesWhatIsFree)
     EXPECT_TRUE(bench.lib->m_SpellMgr.FindSpell("Charlie"));
     bench.effects.OnRenameItem();
     bench.effectView.m_sBox = "Delta";
-    CEditScope scope(bench.edits, "Clear");
-    scope.TouchLibrary();
-    EXPECT_FALSE(bench.effectView.m_bEditBox || bench.lib->m_SpellMgr.FindSpell("Delta"));
+    {
+        CEditScope scope(bench.edits, "Clear");
+        scope.TouchLibrary();
+        EXPECT_FALSE(bench.effectView.m_bEditBox || bench.lib->m_SpellMgr.FindSpell("Delta"));
+        // A library opens with its root unfolded.
+        bench.effects.m_Tree.Expand(bench.lib->m_EffectTree.GetRootItem(), false);
+    }
+    EXPECT_TRUE(bench.effects.m_Tree.IsExpanded(bench.lib->m_EffectTree.GetRootItem()));
 }
 
 TEST(EffectPanel, DuplicatesAskAboveFour)
@@ -121,8 +159,12 @@ TEST(EffectPanel, DuplicatesAskAboveFour)
     EXPECT_EQ("[[Effects]]\n  [G]\n    [H]\n      c\n      c_1\n      d\n      d_1\n"
               "    a\n    a_1\n    b\n    b_1\n  e\n",
               bench.dump());
-    EXPECT_EQ("[d_1]", bench.sel());                  // the last one made, by the order before the sort
-    bench.effects.OnKey({ETreeKey::eInsert, c_Ctrl}); // another command's
+    EXPECT_EQ("[d_1]", bench.sel()); // the last one made, by the order before the sort
+    for (const CTreeKey& key : {CTreeKey{ETreeKey::eInsert, c_Ctrl}, CTreeKey{ETreeKey::eDelete, c_Shift},
+                                CTreeKey{ETreeKey::eEnter, {}, true}, CTreeKey{ETreeKey::eEnter, c_Ctrl}})
+        EXPECT_FALSE(bench.effects.OnKey(key)); // other commands'
+    EXPECT_TRUE(bench.documents.m_Open.empty());
+    EXPECT_TRUE(bench.effects.OnKey({ETreeKey::eEscape, {}}));
     bench.Select({"a", "b", "c", "d", "e"});
     bench.prompts.onAsk(
         "You currently have 5 effects in the selection...\n\nDo you really want to duplicate these?",
@@ -137,7 +179,9 @@ TEST(EffectPanel, DuplicatesAskAboveFour)
     EXPECT_TRUE(bench.lib->m_SpellMgr.FindSpell("a_2") && bench.lib->m_SpellMgr.FindSpell("a_3"));
     bench.Select({});
     bench.prompts.onAsk("No effects are selected for copying...");
+    bench.effectView.m_bFocus = false;
     bench.effects.OnDuplicate();
+    EXPECT_TRUE(bench.effectView.m_bFocus);
     EXPECT_EQ("Effect Duplicate Error", bench.prompts.m_Asked[2].m_sCaption);
 }
 
@@ -153,7 +197,9 @@ TEST(EffectPanel, DeletingCountsGroupsAndKeepsTheRoot)
     bench.prompts.onAsk(
         "3 groups selected.\n3 effects selected.\n\nDo you really want to delete all of these?",
         EAnswer::eCancel);
+    bench.effectView.m_bFocus = false;
     CBrowserBench::Key(bench.effects, ETreeKey::eDelete);
+    EXPECT_TRUE(bench.effectView.m_bFocus);
     EXPECT_EQ("[G] a H b I c", bench.sel()); // stays widened
     bench.prompts.onAsk("3 groups", EAnswer::eOk);
     bench.effects.Command(c_nCmdDeleteSelection);
@@ -187,7 +233,9 @@ TEST(EffectPanel, OpensByEnterDoubleClickAndMenu)
     bench.Select({"[Effects]"});
     bench.prompts.onAsk("5 effects in the selection...\n\nDo you really want to open these for editing?",
                         EAnswer::eOk);
+    bench.effectView.m_bFocus = false;
     bench.effects.Command(c_nCmdOpenSelection);
+    EXPECT_TRUE(bench.effectView.m_bFocus);
     EXPECT_EQ("Open Effects?", bench.prompts.m_Asked[0].m_sCaption);
     EXPECT_EQ(5u, bench.documents.m_Open.size());
     bench.Select({});

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -34,7 +33,7 @@ public:
             nFlags = eHit_Icon;
         else if (pt.x < rc.right)
             nFlags = eHit_Label;
-        return {h, nFlags};
+        return {h, nFlags | m_nExtraHit};
     }
     CTreeRows GetRows() const override { return {m_nTop, c_nRow, 4}; }
     CRect GetLabelRect(HLibraryItem hItem) const override
@@ -49,36 +48,37 @@ public:
     }
     CRect GetClientRect() const override { return {0, 0, 400, 400}; }
 
-    void TreeChanged(CLibraryTree::EChange, HLibraryItem) override {}
-    void ItemExpanded(HLibraryItem, bool) override {}
-    void CaretChanged(HLibraryItem) override {}
-    void ScrollTo(HLibraryItem hItem) override { m_hScrolled = hItem; }
-    void Invalidate() override {}
-    void UpdateNow() override {}
+    void TreeChanged(CLibraryTree::EChange, HLibraryItem) override { m_bStale = true; }
+    void ItemExpanded(HLibraryItem hItem, bool bExpanded) override
+    {
+        EXPECT_EQ(bExpanded, m_pTree->IsExpanded(hItem));
+        m_bStale = true;
+    }
+    void CaretChanged(HLibraryItem hItem) override { m_hCaret = hItem; }
+    void ScrollTo(HLibraryItem hItem) override
+    {
+        EXPECT_TRUE(m_pTree->IsVisible(hItem));
+        m_hScrolled = hItem;
+    }
+    void Invalidate() override { m_bStale = true; }
+    void UpdateNow() override { CheckPainted(); }
     void ShowBand(const CRect& rc) override { m_Band = rc; }
     void HideBand() override { m_Band.reset(); }
 
-    bool HasFocus() const override { return m_bFocus; }
     void TakeFocus() override
     {
         m_bFocus = true;
         if (m_bEditBox)
             m_pTree->EndEdit(); // as a box does when it loses the focus
     }
-    void SetCapture() override { m_bCapture = true; }
-    void ReleaseCapture() override
-    {
-        m_bCapture = false;
-        if (m_OnLost)
-            m_OnLost();
-    }
     bool IsLeftButtonDown() const override { return m_bButton; }
     void SetDragCursor(EDragCursor eCursor) override { m_eCursor = eCursor; }
     void StartEditTimer() override { m_bTimer = true; }
-    bool OpenEditBox(HLibraryItem, const std::string& sText) override
+    void OpenEditBox(HLibraryItem hItem, const std::string& sText) override
     {
+        EXPECT_EQ(m_hScrolled, hItem);
         m_sBox = sText;
-        return m_bEditBox = true;
+        m_bEditBox = true;
     }
     std::string CloseEditBox() override
     {
@@ -107,10 +107,25 @@ public:
         return {rc.left + x, rc.top + 10};
     }
 
+    // Whatever has changed since the last time was told: nothing is left on the screen as it was.
+    void CheckPainted()
+    {
+        std::vector<uint32_t> states;
+        for (HLibraryItem h = m_pTree->Tree().GetRootItem(); h; h = m_pTree->NextVisible(h))
+            states.push_back(m_pTree->GetItemStateEx(h, ~uint32_t(eState_Focused)));
+        EXPECT_TRUE(states == m_Painted || m_bStale) << "changed without a word to the view";
+        EXPECT_EQ(m_pTree->GetCaret(), m_hCaret);
+        m_Painted = states;
+        m_bStale = false;
+    }
+
     CMultiSelectTreeCtrl* m_pTree = nullptr;
-    std::function<void()> m_OnLost;
+    std::vector<uint32_t> m_Painted;
+    HLibraryItem m_hCaret;
+    bool m_bStale = false;
+    uint32_t m_nExtraHit = 0;
     int32_t m_nTop = 0;
-    bool m_bFocus = true, m_bCapture = false, m_bButton = true, m_bTimer = false;
+    bool m_bFocus = true, m_bButton = true, m_bTimer = false;
     std::optional<CRect> m_Band;
     EDragCursor m_eCursor = EDragCursor::eNone;
     bool m_bEditBox = false;

@@ -65,6 +65,10 @@ TEST(Find, AsksAtTheEndAndTellsWhatItDidNotFind)
     bench.Select("aG");
     bench.ctrl.FindText("fire", false, false, true);
     EXPECT_EQ("[Fire2]", bench.sel()); // opened for it
+    bench.ctrl.SelectAllItems(true, {});
+    bench.ctrl.SetCaret(bench.item("d"));
+    bench.Key(ETreeKey::eF3);
+    EXPECT_EQ("[Fire2]", bench.sel()); // alone, also when it was selected before
     EXPECT_EQ(bench.item("Fire2"), bench.view.m_hScrolled);
     bench.prompts.onAsk("Finished parsing through to the end of the tree.  Would you like to start",
                         EAnswer::eYes);

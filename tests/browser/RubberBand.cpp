@@ -18,7 +18,7 @@ TEST(RubberBand, SelectsWhatItTouchesAndFallsBackBehindIt)
     bench.log.clear();
     bench.Release({50, 50});
     EXPECT_EQ(" click", bench.log);
-    EXPECT_FALSE(bench.view.m_Band || bench.view.m_bCapture || bench.ctrl.OnWheel());
+    EXPECT_FALSE(bench.view.m_Band || bench.ctrl.IsBusy() || bench.ctrl.OnWheel());
 
     // A straight line holds both its ends; a release behind one far move is a move, too.
     bench.Band({48, 200}, {{48, 150}});
@@ -59,4 +59,52 @@ TEST(RubberBand, CtrlInvertsAndShiftAdds)
     bench.Press(bench.view.At(bench.item("c"), -40)); // the indent is empty space
     EXPECT_TRUE(bench.ctrl.IsBusy());
     EXPECT_EQ("[-c]", bench.Release(bench.view.At(bench.item("c"), -40)));
+}
+
+TEST(RubberBand, HoldsBothItsEndsAndNothingBeyond)
+{
+    // The label of d: from 64 to 72, rows of 20 from 100 on; that of G begins at 48.
+    struct
+    {
+        CPoint m_ptFrom, m_ptTo;
+        const char* m_pszExpected;
+    } const c_Cases[] = {
+        {{300, 105}, {72, 115}, ""},       {{300, 105}, {71, 115}, "d"},
+        {{0, 105}, {63, 115}, ""},         {{0, 105}, {64, 115}, "d"},
+        {{300, 119}, {70, 100}, "d"},      {{300, 99}, {70, 80}, "c"},
+        {{300, 120}, {70, 139}, "H"},      {{300, 119}, {70, 120}, "d H"},
+        {{300, 100}, {70, 99}, "c d"},     {{300, 390}, {300, INT32_MAX}, ""},
+        {{0, 105}, {INT32_MAX, 105}, "d"}, {{0, 150}, {INT32_MIN, INT32_MIN}, ""},
+    };
+    for (const auto& c : c_Cases)
+    {
+        CTreeBench bench;
+        bench.Select("f");
+        bench.Band(c.m_ptFrom, {{c.m_ptFrom.x, c.m_ptFrom.y + 9}, c.m_ptTo}, c_Plain);
+        bench.ctrl.SetCaret({});
+        EXPECT_EQ(c.m_pszExpected, bench.sel()) << c.m_ptFrom.x << "," << c.m_ptFrom.y;
+        bench.view.m_nTop = -500;
+        bench.tree.DeleteItem(bench.item("d")); // the band is about no item
+        EXPECT_TRUE(bench.ctrl.IsBusy());
+        bench.ctrl.CancelModes();
+        EXPECT_FALSE(bench.view.m_Band || bench.ctrl.IsBusy());
+    }
+    CTreeBench bench;
+    bench.Select("ab");
+    EXPECT_EQ("a [b]", bench.Band({300, 390}, {{300, 394}}));
+    bench.ctrl.CancelModes(); // without effect
+    EXPECT_EQ("a [b]", bench.sel());
+    bench.Band({300, 390}, {{300, 394}}, c_CtrlShift);
+    bench.ctrl.OnMouseLost(); // no band, but not a plain click either
+    EXPECT_EQ("a [b]", bench.sel());
+    bench.Band({300, 390}, {{300, 394}});
+    bench.ctrl.OnMove({300, 394}, false); // released elsewhere: a click
+    EXPECT_EQ("[-b]", bench.sel());
+    // A pressed item that goes takes the press with it, and so does what is above it.
+    for (const char* pszGone : {"c", "G"})
+    {
+        bench.Press(bench.view.Icon(bench.item(*pszGone == 'G' ? "e" : "c")));
+        bench.tree.DeleteItem(bench.item(pszGone));
+        EXPECT_FALSE(bench.ctrl.IsBusy());
+    }
 }

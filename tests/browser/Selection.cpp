@@ -34,11 +34,67 @@ TEST(TreeSelection, CaretAndSelectedBitAreApart)
     EXPECT_TRUE(bench.ctrl.SetItemStateEx(bench.item("f"), 8 + 16, 8 + 16));
     EXPECT_EQ(16u, bench.ctrl.GetItemStateEx(bench.item("f"), 16 + 2 + 1));
     EXPECT_EQ(3u, bench.ctrl.GetItemStateEx(bench.item("b"), 3 + 16));
+    EXPECT_EQ(0u, bench.ctrl.GetItemStateEx(HLibraryItem{99}, ~0u) | bench.ctrl.GetItemStateEx({}, ~0u));
+    bench.ctrl.Expand(bench.item("G"), false);
+    EXPECT_TRUE(bench.ctrl.SetItemStateEx(bench.item("e"), 0, 2)); // it isn't: nothing opens
+    EXPECT_FALSE(bench.ctrl.IsExpanded(bench.item("G")));
     bench.ctrl.SetItemStateEx(bench.item("f"), 0, 8);
     bench.refused = "f"; // the caret has moved by then
     EXPECT_FALSE(bench.ctrl.SetItemStateEx(bench.item("f"), 3, 3));
     EXPECT_EQ("a b [-f]", bench.sel());
     EXPECT_FALSE(bench.ctrl.SelectOnly(bench.item("f")));
+    EXPECT_EQ("[-f]", bench.sel());
+
+    // Whoever is asked may do it himself, or take the item away.
+    bench.refused = "";
+    bench.log.clear();
+    bench.onChanging = [&] { bench.ctrl.SelectItem(bench.item("a"), true); };
+    EXPECT_TRUE(bench.ctrl.SelectItem(bench.item("a"), true));
+    EXPECT_EQ(" +a +a!!", bench.log);
+    EXPECT_EQ(1u, bench.ctrl.GetSelectedCount());
+    bench.onChanging = [&] { bench.tree.DeleteItem(bench.item("b")); };
+    EXPECT_FALSE(bench.ctrl.SelectItem(bench.item("b"), true));
+    EXPECT_EQ("a [-f]", bench.sel());
+    // So may whoever takes over the text that was typed for the caret.
+    bench.ctrl.EditLabel(bench.item("a"));
+    bench.onNamed = [&] { bench.tree.DeleteItem(bench.item("e")); };
+    bench.log.clear();
+    EXPECT_FALSE(bench.ctrl.SetItemStateEx(bench.item("e"), 3, 3));
+    EXPECT_EQ(" named a", bench.log);
+    EXPECT_EQ("[a]", bench.sel());
+}
+
+TEST(TreeSelection, VisibleOrderGoesBothWays)
+{
+    CTreeBench bench;
+    const CMultiSelectTreeCtrl& ctrl = bench.ctrl;
+    const auto walk = [&](bool bDown)
+    {
+        std::string sWalk;
+        HLibraryItem h = bench.item(bDown ? "R" : "f");
+        for (; h; h = bDown ? ctrl.NextVisible(h) : ctrl.PrevVisible(h))
+            sWalk += bench.tree.GetItemText(h);
+        return sWalk;
+    };
+    EXPECT_EQ("RabGcdHef", walk(true));
+    EXPECT_EQ("feHdcGbaR", walk(false));
+    bench.ctrl.Expand(bench.item("H"), false);
+    EXPECT_EQ("fHdcGbaR", walk(false));
+    bench.log.clear();
+    bench.ctrl.Expand(bench.item("G"), false);
+    EXPECT_EQ("fGbaR", walk(false));
+    EXPECT_FALSE(ctrl.IsVisible(bench.item("H")) || ctrl.IsVisible(HLibraryItem{99}));
+    // Opened from above, closed from below, each told once; what is so already isn't told.
+    bench.ctrl.ExpandChildren(bench.item("R"), true, false);
+    EXPECT_FALSE(ctrl.IsExpanded(bench.item("H")));
+    bench.ctrl.ExpandChildren(bench.item("R"), true, true);
+    bench.ctrl.ExpandChildren(bench.item("G"), false, false);
+    bench.ctrl.EnsureVisible(bench.item("e"));
+    EXPECT_EQ(bench.item("e"), bench.view.m_hScrolled);
+    EXPECT_FALSE(bench.ctrl.Expand(bench.item("G"), true));
+    bench.ctrl.ExpandChildren(bench.item("R"), false, true);
+    bench.ctrl.ExpandChildren(bench.item("H"), true, true); // e is all there is
+    EXPECT_EQ(" close G open G open H close H open H close H close G open G open H", bench.log);
 }
 
 TEST(TreeSelection, WholeSelectionsGoByTheVisibleOrder)
@@ -64,6 +120,8 @@ TEST(TreeSelection, WholeSelectionsGoByTheVisibleOrder)
     EXPECT_EQ(6u, ctrl.CountFiltered(-1));
     EXPECT_FALSE(ctrl.SelectOnly({}));
     EXPECT_EQ("[-f]", bench.sel());
+    EXPECT_EQ("R a b G c d H e [-f]", (ctrl.SelectAllItems(true, bench.item("f")), bench.sel()));
+    ctrl.SelectOnly({});
 
     ctrl.SetItemStateEx(bench.item("e"), 1, 1);
     EXPECT_TRUE(ctrl.SelectChildren(bench.item("G"), true, true));
@@ -106,6 +164,11 @@ TEST(TreeSelection, CollapsingDeselectsWhatItHides)
     // Widening: selected items inside selected groups, leaves between.
     bench.Select("aGcHf");
     EXPECT_EQ("a G c d H e [f]", (ctrl.WidenSelection(), bench.sel()));
+    EXPECT_EQ(" +d! +e!", bench.log);
+    bench.tree.InsertLeaf("z", bench.tree.InsertGroup("I", bench.item("R")), &bench);
+    bench.Select("GcI");
+    EXPECT_EQ("G c d H e [I] z", (ctrl.WidenSelection(), bench.sel()));
+    bench.tree.DeleteItem(bench.item("I"));
     ctrl.Expand(bench.item("R"), false);
     bench.Select("R");
     ctrl.WidenSelection();
@@ -132,7 +195,7 @@ TEST(TreeSelection, DeletedItemsLeaveNothingBehind)
     ctrl.Expand(bench.item("R"), true);
     bench.Band({300, 5}, {{300, 60}, {34, 5}});
     bench.tree.DeleteAllItems();
-    EXPECT_FALSE(bench.view.m_Band || bench.view.m_bCapture || ctrl.IsBusy() || ctrl.GetCaret());
+    EXPECT_FALSE(bench.view.m_Band || ctrl.IsBusy() || ctrl.GetCaret());
     bench.tree.InsertGroup("N", {});
     ctrl.SetItemStateEx(bench.item("N"), 3, 3);
     ctrl.EditLabel(bench.tree.InsertLeaf("x", bench.item("N"), &bench));

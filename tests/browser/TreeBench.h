@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <utility>
+
 #include "FakeTreeView.h"
 #include "support/ScriptedPrompts.h"
 
@@ -7,7 +10,7 @@
 // all is expanded. The parent writes down what it hears.
 struct CTreeBench : ITreeParent
 {
-    CTreeBench()
+    explicit CTreeBench(const CTreeOptions& options = {}) : ctrl(tree, view, *this, prompts, options)
     {
         const HLibraryItem hRoot = tree.InsertGroup("R", {});
         for (const char* psz : {"a", "b"})
@@ -18,14 +21,14 @@ struct CTreeBench : ITreeParent
         tree.InsertLeaf("e", tree.InsertGroup("H", hG), this);
         tree.InsertLeaf("f", hRoot, this);
         view.m_pTree = &ctrl;
-        view.m_OnLost = [this] { ctrl.OnMouseLost(); };
         ctrl.Expand(hRoot, true);
         ctrl.ExpandChildren(hRoot, true, true);
+        log.clear();
     }
-    ~CTreeBench() override { CheckTreeState(ctrl); }
+    ~CTreeBench() override { CheckTreeState(ctrl), view.CheckPainted(); }
 
     HLibraryItem item(const std::string& s) const { return FindItem(tree, s); }
-    std::string sel() const { return SelectionOf(ctrl); }
+    std::string sel() { return view.CheckPainted(), SelectionOf(ctrl); }
     void Select(const std::string& sItems) // the caret on the last one
     {
         ctrl.SelectOnly({});
@@ -45,7 +48,13 @@ struct CTreeBench : ITreeParent
     }
     std::string Key(ETreeKey eKey, CModifiers modifiers = {})
     {
+        view.m_hScrolled = {};
+        const HLibraryItem hCaret = ctrl.GetCaret();
         EXPECT_TRUE(ctrl.OnKey({eKey, modifiers})) << "left to others";
+        if (ctrl.GetCaret() != hCaret)
+        {
+            EXPECT_EQ(ctrl.GetCaret(), view.m_hScrolled);
+        }
         return sel();
     }
     std::string Band(CPoint from, std::vector<CPoint> way, CModifiers modifiers = {})
@@ -59,7 +68,10 @@ struct CTreeBench : ITreeParent
     bool OnSelChanging(HLibraryItem h, bool bSelect) override
     {
         log += (bSelect ? " +" : " -") + tree.GetItemText(h);
-        return tree.GetItemText(h) == refused;
+        const bool bRefused = tree.GetItemText(h) == refused;
+        if (onChanging)
+            std::exchange(onChanging, nullptr)();
+        return bRefused;
     }
     void OnSelChanged(HLibraryItem h, bool bSelect) override
     {
@@ -74,12 +86,23 @@ struct CTreeBench : ITreeParent
     void OnDoubleClick() override { log += " double"; }
     bool OnKeyDown(const CTreeKey&) override { return false; }
     bool OnBeginLabelEdit(HLibraryItem h) override { return !tree.GetParentItem(h); }
-    void OnEndLabelEdit(const std::string& s) override { log += " named " + s; }
+    void OnEndLabelEdit(const std::string& s) override
+    {
+        log += " named " + s;
+        if (onNamed)
+            std::exchange(onNamed, nullptr)();
+    }
+    void OnItemExpanding(HLibraryItem h, bool bExpand) override
+    {
+        EXPECT_NE(bExpand, ctrl.IsExpanded(h));
+        log += (bExpand ? " open " : " close ") + tree.GetItemText(h);
+    }
 
     CLibraryTree tree;
     CFakeTreeView view;
     CScriptedPrompts prompts;
     std::string log;
-    std::string refused; // no bit of that item changes
-    CMultiSelectTreeCtrl ctrl{tree, view, *this, prompts};
+    std::string refused;                       // no bit of that item changes
+    std::function<void()> onChanging, onNamed; // once
+    CMultiSelectTreeCtrl ctrl;
 };

@@ -1,3 +1,5 @@
+#include <functional>
+
 #include "TreeBench.h"
 
 TEST(TreeClicks, ShiftExtendsFromItsAnchorAndCtrlToggles)
@@ -37,7 +39,7 @@ TEST(TreeClicks, SelectionIsKeptUntilTheReleaseAndCanBeDragged)
     EXPECT_EQ("", bench.log);
     bench.Move({pt.x + 5, pt.y});
     EXPECT_EQ(" drag c " + std::to_string(pt.x) + "," + std::to_string(pt.y), bench.log);
-    EXPECT_FALSE(bench.view.m_bCapture);
+    EXPECT_FALSE(bench.ctrl.IsBusy());
     EXPECT_EQ("a [c] d", bench.Release(pt)); // nobody's
     EXPECT_EQ("[c]", bench.Click("c"));
 
@@ -54,7 +56,7 @@ TEST(TreeClicks, SelectionIsKeptUntilTheReleaseAndCanBeDragged)
     bench.ctrl.OnRightPress(bench.view.Icon(bench.item("f")), {});
     EXPECT_EQ("[b]", bench.Key(ETreeKey::eDown));
     bench.Key(ETreeKey::eEscape);
-    EXPECT_FALSE(bench.ctrl.IsBusy() || bench.view.m_bCapture);
+    EXPECT_FALSE(bench.ctrl.IsBusy());
 }
 
 TEST(TreeClicks, SecondClickOnTheLabelEditsAfterTheDoubleClickTime)
@@ -85,6 +87,34 @@ TEST(TreeClicks, SecondClickOnTheLabelEditsAfterTheDoubleClickTime)
     ASSERT_TRUE(bench.view.m_bEditBox);
     EXPECT_EQ("b", bench.view.m_sBox);
 
+    // Whatever comes between keeps it from beginning.
+    bench.ctrl.CancelEdit();
+    const std::function<void()> c_Between[] = {
+        [&] { bench.ctrl.OnFocusChange(false); },
+        [&] { bench.ctrl.OnKey({}); },
+        [&] { bench.ctrl.OnRightPress(bench.view.Label(bench.item("b")), {}); },
+        [&] {
+            bench.Press({300, 390}, c_Ctrl), bench.ctrl.OnMouseLost();
+        },
+        [&] { bench.ctrl.SetCaret({}), bench.ctrl.SetCaret(bench.item("b")); },
+        [&] { bench.ctrl.SelectItem(bench.item("f"), true); },
+        [&] { bench.ctrl.SelectItem(bench.item("b"), false), bench.ctrl.SelectItem(bench.item("f"), true); },
+        [&] { bench.ctrl.OpenFindDialog(); },
+        [&] { bench.ctrl.CancelModes(); },
+        [&] { bench.Press(pt); },
+        [&] { bench.ctrl.OnFocusChange(true); }, // but for this
+    };
+    for (const auto& between : c_Between)
+    {
+        bench.ctrl.OnMouseLost();
+        bench.Select("b");
+        bench.Click(pt);
+        between();
+        bench.ctrl.OnEditTimer();
+        EXPECT_EQ(&between == &c_Between[10], bench.view.m_bEditBox) << &between - c_Between;
+    }
+    bench.ctrl.OnEditTimer();
+
     // A click elsewhere takes the text over before the caret moves; had that asked something, the press is gone.
     bench.view.m_sBox = "new";
     bench.log.clear();
@@ -94,6 +124,21 @@ TEST(TreeClicks, SecondClickOnTheLabelEditsAfterTheDoubleClickTime)
     EXPECT_EQ("[b]", bench.sel());
     bench.view.m_bButton = true;
     EXPECT_FALSE(bench.ctrl.EditLabel(bench.item("R"))); // refused by the parent
+    EXPECT_FALSE(bench.ctrl.EditLabel({}) || bench.ctrl.IsEditing());
+    // Folding what is above takes it over, too; folding the edited group itself doesn't hide it.
+    bench.ctrl.EditLabel(bench.item("e"));
+    bench.ctrl.Expand(bench.item("G"), false);
+    bench.ctrl.EditLabel(bench.item("G"));
+    bench.ctrl.Expand(bench.item("G"), true), bench.ctrl.Expand(bench.item("G"), false);
+    EXPECT_TRUE(bench.ctrl.IsEditing());
+    bench.view.m_bFocus = false;
+    bench.ctrl.OnUserExpand(bench.item("G"), true, false); // by hand, it is
+    EXPECT_EQ("b [-G]", bench.sel());
+    EXPECT_EQ(" close H open G close G named G open G", bench.log.substr(bench.log.find(" named e") + 8));
+    // A gesture refuses it.
+    bench.Press(bench.view.Icon(bench.item("a")));
+    EXPECT_FALSE(bench.ctrl.EditLabel(bench.item("a")) || bench.view.m_bEditBox);
+    EXPECT_TRUE(bench.view.m_bFocus);
 }
 
 TEST(TreeClicks, ButtonsDoubleClicksAndTheRightButton)
@@ -108,7 +153,15 @@ TEST(TreeClicks, ButtonsDoubleClicksAndTheRightButton)
     EXPECT_FALSE(bench.ctrl.IsExpanded(hG));
     bench.log.clear();
     bench.ctrl.OnDoubleClick(bench.view.Right(bench.item("a")), {});
-    EXPECT_EQ("", bench.log);
+    bench.Press({300, 390}, c_Ctrl);
+    bench.ctrl.OnDoubleClick(bench.view.Label(bench.item("a")), {}); // not while a gesture runs
+    bench.ctrl.OnMouseLost();
+    EXPECT_EQ(" click", bench.log);
+    bench.ctrl.OnDoubleClick(bench.view.Label(hG), {});
+    EXPECT_EQ(" click open G double", bench.log);
+    bench.Click(bench.view.Button(hG));
+    bench.Click(bench.view.Button(hG), c_Ctrl); // all of the branch
+    EXPECT_TRUE(bench.ctrl.IsVisible(bench.item("e")));
 
     bench.ctrl.ExpandChildren(bench.item("R"), true, true);
     struct
@@ -128,7 +181,36 @@ TEST(TreeClicks, ButtonsDoubleClicksAndTheRightButton)
         const std::string sItem = c.m_pszItem;
         const CPoint pt =
             sItem.empty() ? CPoint{10, 390} : bench.view.At(bench.item(sItem), c.m_nPlace ? 200 : -8);
+        bench.view.m_bFocus = false;
         bench.ctrl.OnRightPress(pt, c.m_Modifiers);
+        EXPECT_TRUE(bench.view.m_bFocus);
         EXPECT_EQ(c.m_pszExpected, bench.sel()) << sItem << c.m_nPlace;
     }
+}
+
+TEST(TreeClicks, StylesLeaveCheckBoxesAndDragsAlone)
+{
+    CTreeBench bench({.m_ptDragLimit = {2, 7}, .m_bCheckBoxes = true, .m_bDisableDragDrop = true});
+    bench.Select("a");
+    const HLibraryItem hB = bench.item("b");
+    bench.view.m_nExtraHit = eHit_StateIcon;
+    EXPECT_FALSE(bench.ctrl.OnLeftPress(bench.view.Icon(hB), {})); // the view's own
+    EXPECT_FALSE(bench.ctrl.IsBusy());
+    bench.view.m_nExtraHit = 0;
+    const CPoint pt = bench.view.Icon(hB);
+    struct
+    {
+        int32_t x, y;
+        bool m_bEnds;
+    } const c_Moves[] = {{2, 7, false}, {-2, -7, false}, {3, 0, true},
+                         {-3, 0, true}, {0, 8, true},    {0, -8, true}};
+    for (const auto& move : c_Moves)
+    {
+        bench.Press(pt, c_Ctrl);
+        bench.Move({pt.x + move.x, pt.y + move.y});
+        EXPECT_EQ(move.m_bEnds, !bench.ctrl.IsBusy()) << move.x << "," << move.y;
+        bench.ctrl.OnMouseLost();
+    }
+    EXPECT_EQ(" +b!", bench.log); // selected as for a drag, and none begins
+    EXPECT_EQ("a [b]", bench.sel());
 }

@@ -94,7 +94,7 @@ TEST(DesktopTrees, DragIntoGroupsAndOutOfTheTree)
     Desktop::Press();
     Desktop::Move(desk.On("Blaze"));
     Desktop::Move(desk.On("Water"));
-    EXPECT_TRUE(desk.pEffects->Panel()->m_bDragging);
+    EXPECT_TRUE(desk.pEffects->Panel()->IsDragging());
     Desktop::Key("Escape");
     Desktop::Release();
     EXPECT_EQ(sMoved, desk.Effects());
@@ -251,7 +251,7 @@ TEST(DesktopTrees, TheSizeBarDragsFoldsAndUnfolds)
         {
             Desktop::Move(desk.On("Drop"));
             Desktop::Move(desk.On("Water"));
-            EXPECT_TRUE(desk.pEffects->Panel()->m_bDragging);
+            EXPECT_TRUE(desk.pEffects->Panel()->IsDragging());
         }
         QWidget other;
         other.setGeometry(900, 600, 100, 100);

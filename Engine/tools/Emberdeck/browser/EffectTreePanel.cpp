@@ -41,14 +41,11 @@ void CEffectTreePanel::OnOpenEffects()
 // Effects alone come, under the root: their prefabs and groups stay behind.
 void CEffectTreePanel::OnImportEffects()
 {
-    constexpr size_t c_nMaxDirectory = 261;
     CFileDialogRequest request;
     request.m_bOpen = true;
     request.m_sDefaultExtension = "*.Fx00c";
     request.m_sInitialName = "*.Fx00c";
     request.m_sInitialDirectory = GetCurrentDirectoryPath();
-    if (request.m_sInitialDirectory.size() > c_nMaxDirectory)
-        request.m_sInitialDirectory.clear(); // the dialog then starts in it by itself
     request.m_sFilter = c_szEffectFilter;
     std::string sPath;
     if (!m_Context.m_Prompts.ChooseFile(request, sPath))

@@ -33,7 +33,7 @@ enum class EDragCursor
 
 // What the tree control asks of the window that shows it. The window shows CLibraryTree by itself; what is
 // expanded, selected or the caret it learns here. Points are in window coordinates. No call comes back into
-// the control before it returns, but for focus changes and the end of the mouse capture.
+// the control before it returns, but for focus changes.
 class ITreeView
 {
 public:
@@ -54,18 +54,16 @@ public:
     virtual void ShowBand(const CRect& rc) = 0;        // the outline, 2 pixels wide, in place of the last one
     virtual void HideBand() = 0;
 
-    virtual bool HasFocus() const = 0;
-    virtual void TakeFocus() = 0; // ends a label edit, whose end may ask something
-    virtual void SetCapture() = 0;
-    virtual void ReleaseCapture() = 0;
+    virtual void TakeFocus() = 0;              // ends a label edit, whose end may ask something
     virtual bool IsLeftButtonDown() const = 0; // the real button, now
     virtual void SetDragCursor(EDragCursor eCursor) = 0;
     // Calls OnEditTimer once, after the double-click time.
     virtual void StartEditTimer() = 0;
 
-    // Opens the edit box over an item's label, with the text selected. False: it can't be.
-    virtual bool OpenEditBox(HLibraryItem hItem, const std::string& sText) = 0;
-    virtual std::string CloseEditBox() = 0; // the text that stood in it
+    // Opens the edit box over an item's label, with the text selected.
+    virtual void OpenEditBox(HLibraryItem hItem, const std::string& sText) = 0;
+    // The text that stood in it. A focus that was in the box goes to the tree.
+    virtual std::string CloseEditBox() = 0;
     virtual std::unique_ptr<IFindDialog> OpenFindDialog() = 0;
 };
 

@@ -10,32 +10,16 @@ CLeftDockBar::CLeftDockBar(IDockView& view, CLibraryPanel& effectPanel, CLibrary
 {
 }
 
-void CLeftDockBar::SetUpSizeCtrl()
+void CLeftDockBar::Initialize()
 {
-    if (m_bAnchored)
-        return;
-    m_bAnchored = true;
+    m_nWidth = m_View.GetBarRect().Width();
     m_SizeCtrl.Initialize(&m_View);
     m_SizeCtrl.AddControl(eLeftDock_Tabs, 0, 0, 0, 0);
     m_SizeCtrl.AddControl(eLeftDock_SizeBar, 1, 0, 0, 0); // along the right edge, at its width
-}
 
-void CLeftDockBar::Initialize()
-{
-    if (m_bInitialised)
-        return;
-    m_nWidth = m_View.GetBarRect().Width();
-    m_nHeight = m_View.GetBarRect().Height();
-    SetUpSizeCtrl();
-
-    CRect rcBar;
-    if (m_View.GetControlRect(eLeftDock_SizeBar, rcBar))
-    {
-        m_nMinWidth = rcBar.Width();
-        m_View.HideControl(eLeftDock_SizeBar);
-        m_View.CreateSizeBar(rcBar);
-        m_bSizeBar = true;
-    }
+    const CRect rcSizeBar = ControlRect(eLeftDock_SizeBar);
+    m_nMinWidth = rcSizeBar.Width();
+    m_View.CreateSizeBar(rcSizeBar);
     for (int32_t i = 0; i < c_nDockTabs; ++i)
     {
         m_View.AddTab(c_DockTabs[i]);
@@ -46,33 +30,31 @@ void CLeftDockBar::Initialize()
     m_bInitialised = true;
 }
 
-void CLeftDockBar::PlacePages()
+CRect CLeftDockBar::ControlRect(uint32_t nID) const
 {
     CRect rc;
-    if (!m_View.GetControlRect(eLeftDock_Tabs, rc))
-        return;
+    m_View.GetControlRect(nID, rc);
+    return rc;
+}
+
+void CLeftDockBar::PlacePages()
+{
+    const CRect rc = m_View.GetTabArea(ControlRect(eLeftDock_Tabs));
     for (int32_t i = 0; i < c_nDockTabs; ++i)
-        m_View.MovePage(i, m_View.GetTabArea(rc));
+        m_View.MovePage(i, rc);
 }
 
 void CLeftDockBar::OnSize()
 {
-    SetUpSizeCtrl();
     m_SizeCtrl.OnParentSize();
-    CRect rc;
-    if (m_bSizeBar && m_View.GetControlRect(eLeftDock_SizeBar, rc))
-        m_View.MoveSizeBar(rc);
-    if (m_bInitialised)
-        PlacePages();
+    m_View.MoveSizeBar(ControlRect(eLeftDock_SizeBar));
+    PlacePages();
     m_View.RecalcLayout();
 }
 
-CDockSize CLeftDockBar::CalcSize(CDockSize layout, CDockSize fromTemplate)
+CDockSize CLeftDockBar::CalcSize(CDockSize layout, CDockSize fromTemplate) const
 {
-    if (!m_bInitialised)
-        return fromTemplate;
-    m_nHeight = layout.m_nHeight;
-    return {m_nWidth, m_nHeight};
+    return m_bInitialised ? CDockSize{m_nWidth, layout.m_nHeight} : fromTemplate;
 }
 
 void CLeftDockBar::OnSelChange(int32_t nTab)
@@ -93,16 +75,13 @@ void CLeftDockBar::ResizeBy(int32_t nDelta)
     const int64_t nWanted = int64_t(rcBar.Width()) + nDelta;
     m_nWidth =
         static_cast<int32_t>(std::max<int64_t>(std::min<int64_t>(nWanted, rcParent.Width()), m_nMinWidth));
-    m_nHeight = rcBar.Height();
     const int32_t nLeft = rcBar.left - rcParent.left;
     const int32_t nTop = rcBar.top - rcParent.top;
-    m_View.MoveBar({nLeft, nTop, nLeft + m_nWidth, nTop + m_nHeight});
+    m_View.MoveBar({nLeft, nTop, nLeft + m_nWidth, nTop + rcBar.Height()});
 }
 
 void CLeftDockBar::Restore(int32_t nWidth, bool bFolded)
 {
-    if (m_SizeBar.IsCollapsed())
-        m_SizeBar.Toggle();
     if (nWidth > 0)
         m_nWidth = std::max(nWidth, m_nMinWidth);
     m_View.RecalcLayout();
@@ -113,7 +92,6 @@ void CLeftDockBar::Restore(int32_t nWidth, bool bFolded)
 void CLeftDockBar::Collapse()
 {
     m_nSavedWidth = m_nWidth;
-    m_nSavedHeight = m_nHeight;
     m_nWidth = m_nMinWidth;
     m_View.RecalcLayout();
 }
@@ -121,6 +99,5 @@ void CLeftDockBar::Collapse()
 void CLeftDockBar::Expand()
 {
     m_nWidth = m_nSavedWidth;
-    m_nHeight = m_nSavedHeight;
     m_View.RecalcLayout();
 }

@@ -17,11 +17,10 @@ struct CDockSize
 class IDockView : public IDialogControls
 {
 public:
-    virtual CRect GetBarRect() const = 0;      // of the dock, in screen coordinates
-    virtual CRect GetParentRect() const = 0;   // the frame's client area, in screen coordinates
-    virtual void MoveBar(const CRect& rc) = 0; // in coordinates of the frame's client area
-    virtual void RecalcLayout() = 0;           // of the frame, which asks CalcSize
-    virtual void HideControl(uint32_t nID) = 0;
+    virtual CRect GetBarRect() const = 0;            // of the dock, in screen coordinates
+    virtual CRect GetParentRect() const = 0;         // the frame's client area, in screen coordinates
+    virtual void MoveBar(const CRect& rc) = 0;       // in coordinates of the frame's client area
+    virtual void RecalcLayout() = 0;                 // of the frame, which asks CalcSize
     virtual void CreateSizeBar(const CRect& rc) = 0; // a visible child window
     virtual void MoveSizeBar(const CRect& rc) = 0;
     virtual void AddTab(const char* pszText) = 0;
@@ -29,8 +28,6 @@ public:
     virtual void CreatePage(int32_t nTab) = 0;               // hidden
     virtual void MovePage(int32_t nTab, const CRect& rc) = 0;
     virtual void ShowPage(int32_t nTab, bool bShow) = 0;
-    virtual void SetCapture() = 0; // by the size bar
-    virtual void ReleaseCapture() = 0;
 };
 
 // The bar at the frame's left with the pages of the effects and the prefabs: its sizes and its tabs, without
@@ -43,20 +40,20 @@ public:
 
     // Once, after the bar's window was created at its template's size.
     void Initialize();
-    // A size event of the bar. Ends with a new layout of the frame.
+    // A size event of the bar, once it is initialised. Ends with a new layout of the frame.
     void OnSize();
     // The frame's layout asks for the bar's size: the template's until it is initialised, then the own width
     // by the height that the layout gives.
-    CDockSize CalcSize(CDockSize layout, CDockSize fromTemplate);
+    CDockSize CalcSize(CDockSize layout, CDockSize fromTemplate) const;
     void OnSelChange(int32_t nTab); // the one that is shown: nothing
 
     // By so many pixels, no narrower than the size bar and no wider than the frame; in a frame that is
     // narrower than that the size bar stays whole.
     void ResizeBy(int32_t nDelta);
     void Collapse(); // to the width of the size bar
-    void Expand();   // to the size before
+    void Expand();   // to the width before
 
-    // As it was in another run. Once initialised; a width of 0 is the template's.
+    // As it was in another run, right after Initialize; a width of 0 is the template's.
     void Restore(int32_t nWidth, bool bFolded);
     // What it is wide when it isn't folded.
     int32_t GetUnfoldedWidth() const { return m_SizeBar.IsCollapsed() ? m_nSavedWidth : m_nWidth; }
@@ -67,20 +64,16 @@ public:
     int32_t GetMinWidth() const { return m_nMinWidth; }
 
 private:
-    void SetUpSizeCtrl();
+    CRect ControlRect(uint32_t nID) const;
     void PlacePages();
 
     IDockView& m_View;
     bool m_bInitialised = false;
-    bool m_bAnchored = false;
-    bool m_bSizeBar = false; // its window exists
     DialogSizeCtrl m_SizeCtrl;
     CSizeBar m_SizeBar;
     int32_t m_nMinWidth = 0;
     int32_t m_nWidth = 0;
-    int32_t m_nHeight = 0;
-    int32_t m_nSavedWidth = 0;
-    int32_t m_nSavedHeight = 0;
+    int32_t m_nSavedWidth = 0; // while it is folded
     int32_t m_nCurTab = 0;
     CLibraryPanel* m_Pages[c_nDockTabs];
 };

@@ -23,6 +23,7 @@ CLibraryPanel::CLibraryPanel(CEditContext& context, ELibrarySide eSide, uint32_t
       m_Context(context),
       m_Editor(context),
       m_View(view),
+      m_Drag(m_Tree, view),
       m_eSide(eSide),
       m_nTreeID(nTreeID),
       m_Messages(messages)
@@ -115,8 +116,7 @@ void CLibraryPanel::OnDialogCommand(int32_t nID)
     if (m_Tree.IsEditing())
     {
         CancelEditFlag() = nID == c_nControlCancel;
-        m_View.TakeFocus(); // which ends the edit where the box has lost the focus by that
-        m_Tree.EndEdit();
+        m_Tree.EndEdit(); // the focus comes back with it
     }
     else if (nID == c_nControlOk)
         OnOpen();
@@ -159,7 +159,6 @@ void CLibraryPanel::ShowNew(HLibraryItem hItem)
     if (!hItem)
         return;
     m_Tree.SelectOnly(hItem);
-    m_Tree.EnsureVisible(hItem);
     m_Tree.EditLabel(hItem);
 }
 
@@ -200,8 +199,7 @@ std::vector<void*> CLibraryPanel::GetSelectedLeafData() const
     std::vector<void*> data;
     for (HLibraryItem h = m_Tree.GetFirstSelectedItem(); h; h = m_Tree.GetNextSelectedItem(h))
     {
-        void* pData = m_Tree.Tree().GetItemData(h);
-        if (m_Tree.Tree().IsLeaf(h) && pData)
+        if (void* pData = m_Tree.Tree().GetItemData(h)) // groups have none
             data.push_back(pData);
     }
     return data;
@@ -215,10 +213,8 @@ void CLibraryPanel::OnDuplicate()
     m_Tree.GetSelectedItems(items);
     // Each copy would be selected alone in its turn: the last one stays so.
     const std::vector<HLibraryItem> copies = m_Editor.DuplicateItems(m_eSide, items);
-    if (copies.empty())
-        return;
-    m_Tree.SelectOnly(copies.back());
-    m_Tree.EnsureVisible(copies.back());
+    if (!copies.empty())
+        m_Tree.SelectOnly(copies.back());
 }
 
 void CLibraryPanel::OnDeleteSelection()
@@ -242,7 +238,7 @@ void CLibraryPanel::OnDeleteSelection()
 
 void CLibraryPanel::CancelModes()
 {
-    EndDrag();
+    m_Drag.End();
     m_Tree.CancelModes();
 }
 
@@ -253,19 +249,9 @@ void CLibraryPanel::OnTouching(const std::string&, const CTouch& touch)
         CancelModes();
 }
 
+// A library opens with its root unfolded: closed, it would look like an empty one.
 void CLibraryPanel::OnEdit(const CEdit& edit)
 {
-    const bool bLibrary = edit.Touches(ETouched::eLibrary);
-    // A library opens with its root unfolded: closed, it would look like an empty one.
-    if (bLibrary)
+    if (edit.Touches(ETouched::eLibrary))
         m_Tree.Expand(m_Tree.Tree().GetRootItem(), true);
-    const ETouched eOwn = m_eSide == ELibrarySide::eEffects ? ETouched::eEffectTree : ETouched::ePrefabTree;
-    if (bLibrary || edit.Touches(eOwn))
-        m_View.Invalidate();
-}
-
-void CLibraryPanel::OnTreeChange(CLibraryTree::EChange, HLibraryItem)
-{
-    if (!m_Tree.Tree().IsAlive(m_hDropTarget))
-        m_hDropTarget = {};
 }

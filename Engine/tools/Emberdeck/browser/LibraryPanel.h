@@ -11,6 +11,7 @@
 #include "browser/MultiSelectTreeCtrl.h"
 #include "browser/PanelMenu.h"
 #include "browser/TreeMessages.h"
+#include "browser/gestures/ItemDrag.h"
 
 // What both pages of the library share, without their windows: a tree whose leaves stand for objects of one
 // side of the model, label editing, the popup menu, keys, drag and drop, and the commands that only differ in
@@ -48,7 +49,9 @@ public:
     void Command(int32_t nID);
     virtual CPanelMenu GetMenu() const = 0;
     // A click, a band or a drag runs: commands that change or close the library are to be refused.
-    bool IsBusy() const { return m_bDragging || m_Tree.IsBusy(); }
+    bool IsBusy() const { return IsDragging() || m_Tree.IsBusy(); }
+    bool IsDragging() const { return m_Drag.IsRunning(); }
+    HLibraryItem GetDropTarget() const { return m_Drag.GetTarget(); } // the highlighted group, or none
     // Before a command of another window runs: takes over a text that is still in the edit box.
     void FinishEdit() { m_Tree.EndEdit(); }
     void CancelModes(); // ends edit, click, band and drag without their effect
@@ -71,8 +74,6 @@ public:
 
     CMultiSelectTreeCtrl m_Tree;
     DialogSizeCtrl m_SizeCtrl;
-    bool m_bDragging = false;   // tree items are dragged
-    HLibraryItem m_hDropTarget; // the highlighted group of the drag, or none
 
 protected:
     CLibraryPanel(CEditContext& context, ELibrarySide eSide, uint32_t nTreeID, ITreeView& view,
@@ -82,7 +83,6 @@ protected:
     virtual void RunCommand(int32_t nID) = 0; // enabled by now; one that isn't the panel's does nothing
     CPanelMenu BuildMenu(const CMenuTable& table) const;
     virtual bool& CancelEditFlag() = 0; // the label edit in progress was ended by Cancel
-    void OnTreeChange(CLibraryTree::EChange eChange, HLibraryItem hItem) override;
 
     // The group that a new item goes to: the caret, or none for the root that is to be made. False: neither.
     bool FindInsertGroup(HLibraryItem& hGroup) const;
@@ -96,7 +96,7 @@ protected:
     ITreeView& m_View;
 
 private:
-    void OnBeginDrag(HLibraryItem hItem, CPoint ptPress) override;
+    void OnBeginDrag(HLibraryItem, CPoint) override { m_Drag.Begin(); }
     void OnDoubleClick() override;
     bool OnKeyDown(const CTreeKey& key) override;
     bool OnBeginLabelEdit(HLibraryItem hItem) override;
@@ -107,12 +107,10 @@ private:
     bool IsAllowed(EEnableRule eRule) const;
     void OnDialogCommand(int32_t nID);
     uint32_t CountLeaves();
-    void SetDropTarget(HLibraryItem hTarget);
-    void DragTo(CPoint pt);
     void Drop(CPoint pt);
-    void EndDrag();
     void MoveSelection(HLibraryItem hTarget);
 
+    CItemDrag m_Drag;
     const ELibrarySide m_eSide;
     const uint32_t m_nTreeID;
     const CPanelMessages& m_Messages;

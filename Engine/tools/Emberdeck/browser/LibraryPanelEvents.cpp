@@ -14,22 +14,22 @@ void CLibraryPanel::OnPageShown(bool bShown)
 
 bool CLibraryPanel::OnLeftPress(CPoint pt, CModifiers modifiers)
 {
-    return m_bDragging || m_Tree.OnLeftPress(pt, modifiers);
+    return IsDragging() || m_Tree.OnLeftPress(pt, modifiers);
 }
 
 void CLibraryPanel::OnMove(CPoint pt, bool bLeftDown)
 {
-    if (!m_bDragging)
+    if (!IsDragging())
         m_Tree.OnMove(pt, bLeftDown);
     else if (bLeftDown)
-        DragTo(pt);
+        m_Drag.MoveTo(pt);
     else
-        EndDrag(); // the release went elsewhere: neither moved nor opened
+        m_Drag.End(); // the release went elsewhere: neither moved nor opened
 }
 
 void CLibraryPanel::OnLeftRelease(CPoint pt)
 {
-    if (m_bDragging)
+    if (IsDragging())
         Drop(pt);
     else
         m_Tree.OnLeftRelease();
@@ -37,7 +37,7 @@ void CLibraryPanel::OnLeftRelease(CPoint pt)
 
 void CLibraryPanel::OnDoubleClick(CPoint pt, CModifiers modifiers)
 {
-    if (!m_bDragging)
+    if (!IsDragging())
         m_Tree.OnDoubleClick(pt, modifiers);
 }
 
@@ -50,7 +50,7 @@ void CLibraryPanel::OnDoubleClick()
 
 void CLibraryPanel::OnRightPress(CPoint pt, CModifiers modifiers)
 {
-    if (!m_bDragging)
+    if (!IsDragging())
         m_Tree.OnRightPress(pt, modifiers);
 }
 
@@ -81,22 +81,22 @@ CPanelMenu CLibraryPanel::OnMenuKey(CPoint& pt)
 
 void CLibraryPanel::OnMouseLost()
 {
-    EndDrag();
+    m_Drag.End();
     m_Tree.OnMouseLost();
 }
 
 bool CLibraryPanel::OnKey(const CTreeKey& key)
 {
-    if (!m_bDragging)
+    if (!IsDragging())
         return m_Tree.OnKey(key);
     if (key.m_eKey == ETreeKey::eEscape)
-        EndDrag();
+        m_Drag.End();
     return true;
 }
 
 bool CLibraryPanel::OnCharacter(std::string_view sCharacter, uint64_t nTime)
 {
-    return !m_bDragging && m_Tree.OnCharacter(sCharacter, nTime);
+    return !IsDragging() && m_Tree.OnCharacter(sCharacter, nTime);
 }
 
 // With Ctrl or Shift, Insert and Delete are other commands.
@@ -123,59 +123,15 @@ bool CLibraryPanel::OnKeyDown(const CTreeKey& key)
     }
 }
 
-void CLibraryPanel::OnBeginDrag(HLibraryItem hItem, CPoint)
-{
-    m_bDragging = true;
-    m_View.SetCapture();
-    m_View.SetDragCursor(m_Tree.GetSelectedCount() < 2 ? EDragCursor::eOneItem : EDragCursor::eSeveralItems);
-    if (m_Tree.GetSelectedCount() <= 1)
-        m_Tree.SelectOnly(hItem);
-}
-
-void CLibraryPanel::SetDropTarget(HLibraryItem hTarget)
-{
-    m_Tree.SetItemStateEx(m_hDropTarget, 0, eState_DropHilited);
-    m_hDropTarget = hTarget;
-    m_Tree.SetItemStateEx(m_hDropTarget, eState_DropHilited, eState_DropHilited);
-}
-
-// The whole row of an item counts, as far as the tree goes: outside it a drop opens. A selected item is no
-// target: it is what moves.
-void CLibraryPanel::DragTo(CPoint pt)
-{
-    const CLibraryTree& tree = m_Tree.Tree();
-    const bool bInside = m_View.GetClientRect().Contains(pt);
-    const HLibraryItem hItem = bInside ? m_View.HitTest(pt).m_hItem : HLibraryItem();
-    if (!tree.IsAlive(hItem))
-        SetDropTarget({});
-    else if (hItem != m_hDropTarget)
-    {
-        HLibraryItem hTarget;
-        if (!m_Tree.IsSelected(hItem))
-            hTarget = tree.IsGroup(hItem) ? hItem : tree.GetParentItem(hItem);
-        SetDropTarget(hTarget);
-    }
-}
-
 // What moves goes to the target that was highlighted last.
 void CLibraryPanel::Drop(CPoint pt)
 {
-    const HLibraryItem hTarget = m_hDropTarget;
-    EndDrag();
+    const HLibraryItem hTarget = m_Drag.GetTarget();
+    m_Drag.End();
     if (!m_View.GetClientRect().Contains(pt))
         OnOpen();
-    else if (hTarget)
+    else if (m_Tree.Tree().IsAlive(hTarget))
         MoveSelection(hTarget);
-}
-
-void CLibraryPanel::EndDrag()
-{
-    if (!m_bDragging)
-        return;
-    m_bDragging = false; // first, since the end of the capture comes back as its loss
-    SetDropTarget({});
-    m_View.ReleaseCapture();
-    m_View.SetDragCursor(EDragCursor::eNone);
 }
 
 void CLibraryPanel::MoveSelection(HLibraryItem hTarget)

@@ -1,16 +1,17 @@
 #include "browser/MultiSelectTreeCtrl.h"
 
-// Selection. Caret, expanding and changes of the tree are in TreeItems.cpp, mouse, keys and find in files of
-// their own.
+#include <utility>
 
 CMultiSelectTreeCtrl::CMultiSelectTreeCtrl(CLibraryTree& tree, ITreeView& view, ITreeParent& parent,
                                            IPrompts& prompts, const CTreeOptions& options)
     : m_Items(tree),
       m_View(view),
       m_Parent(parent),
-      m_Prompts(prompts),
       m_Options(options),
-      m_Band(*this, view, options.m_ptDragLimit)
+      m_Selection(tree, *this),
+      m_LabelEdit(m_Selection, view, parent),
+      m_Search(m_Selection, m_LabelEdit, view, prompts),
+      m_Keyboard(m_Selection, m_LabelEdit, m_Search, view)
 {
     m_Items.SetListener([this](CLibraryTree::EChange eChange, HLibraryItem hItem)
                         { OnTreeChange(eChange, hItem); });
@@ -19,71 +20,6 @@ CMultiSelectTreeCtrl::CMultiSelectTreeCtrl(CLibraryTree& tree, ITreeView& view, 
 CMultiSelectTreeCtrl::~CMultiSelectTreeCtrl()
 {
     m_Items.SetListener(nullptr);
-}
-
-uint32_t CMultiSelectTreeCtrl::GetItemStateEx(HLibraryItem hItem, uint32_t nMask) const
-{
-    const uint32_t nFocus = hItem && hItem == m_hCaret ? uint32_t(eState_Focused) : 0u;
-    return (m_States.Get(hItem) | nFocus) & nMask;
-}
-
-bool CMultiSelectTreeCtrl::SetItemStateEx(HLibraryItem hItem, uint32_t nState, uint32_t nMask)
-{
-    if (!m_Items.IsAlive(hItem))
-        return false;
-    if (nMask & eState_Focused)
-    {
-        if (nState & eState_Focused)
-        {
-            if (!SetCaret(hItem))
-                return false;
-        }
-        else if (hItem == m_hCaret)
-            SetCaret({});
-    }
-    if (nMask & eState_Selected)
-    {
-        const bool bSelect = (nState & eState_Selected) != 0;
-        if (bSelect)
-            Reveal(hItem);
-        if (!SelectItem(hItem, bSelect))
-            return false;
-    }
-    // What is expanded isn't set by a bit: it decides who is visible.
-    m_States.Set(hItem, nState, nMask & (eState_DropHilited | eState_Bold));
-    m_View.Invalidate();
-    return true;
-}
-
-bool CMultiSelectTreeCtrl::SelectItem(HLibraryItem hItem, bool bSelect)
-{
-    if (IsSelected(hItem) == bSelect)
-        return true;
-    if (m_Parent.OnSelChanging(hItem, bSelect) || !m_Items.IsAlive(hItem))
-        return false;
-    if (IsSelected(hItem) != bSelect) // the parent may have been quicker
-    {
-        m_States.Set(hItem, bSelect ? ~0u : 0u, eState_Selected);
-        m_nSelected += bSelect ? 1u : ~0u;
-    }
-    m_Parent.OnSelChanged(hItem, bSelect);
-    return true;
-}
-
-HLibraryItem CMultiSelectTreeCtrl::GetFirstSelectedItem() const
-{
-    if (m_nSelected == 0)
-        return {};
-    const HLibraryItem hRoot = m_Items.GetRootItem();
-    return IsSelected(hRoot) ? hRoot : GetNextSelectedItem(hRoot);
-}
-
-HLibraryItem CMultiSelectTreeCtrl::GetNextSelectedItem(HLibraryItem hItem) const
-{
-    do
-        hItem = NextVisible(hItem);
-    while (hItem && !IsSelected(hItem));
-    return hItem;
 }
 
 uint32_t CMultiSelectTreeCtrl::CountFiltered(int32_t nArgument) const
@@ -96,106 +32,138 @@ uint32_t CMultiSelectTreeCtrl::CountFiltered(int32_t nArgument) const
     return nCount;
 }
 
-void CMultiSelectTreeCtrl::GetSelectedItems(std::vector<HLibraryItem>& list) const
+// The press first ends a label edit, which writes to the caret. That may have asked something: then the
+// release went elsewhere, and the press is nobody's.
+bool CMultiSelectTreeCtrl::OnLeftPress(CPoint pt, CModifiers modifiers)
 {
-    list.clear();
-    list.reserve(m_nSelected);
-    for (HLibraryItem h = GetFirstSelectedItem(); h; h = GetNextSelectedItem(h))
-        list.push_back(h);
-}
-
-void CMultiSelectTreeCtrl::SelectAllItems(bool bSelect, HLibraryItem hExcept)
-{
-    const uint32_t nKept = IsSelected(hExcept);
-    for (HLibraryItem h = m_Items.GetRootItem(); h; h = NextVisible(h))
-    {
-        if (!bSelect && m_nSelected <= nKept)
-            break; // none is left to deselect
-        if (h != hExcept)
-            SelectItem(h, bSelect);
-    }
-    m_View.Invalidate();
-}
-
-void CMultiSelectTreeCtrl::SelectRange(HLibraryItem hFirst, HLibraryItem hLast, bool bKeepOthers)
-{
-    hFirst = VisibleAncestor(hFirst);
-    hLast = VisibleAncestor(hLast);
-    if (!hFirst || !hLast)
-        return;
-    HLibraryItem hEnd; // the other end, once the range has begun
-    bool bPast = false;
-    for (HLibraryItem h = m_Items.GetRootItem(); h && !(bPast && bKeepOthers); h = NextVisible(h))
-    {
-        if (!hEnd && !bPast && (h == hFirst || h == hLast))
-            hEnd = h == hFirst ? hLast : hFirst;
-        if (hEnd)
-            SelectItem(h, true);
-        else if (!bKeepOthers)
-            SelectItem(h, false);
-        if (h == hEnd)
-        {
-            hEnd = {};
-            bPast = true;
-        }
-    }
-    m_View.Invalidate();
-}
-
-bool CMultiSelectTreeCtrl::SelectOnly(HLibraryItem hItem)
-{
-    if (!m_Items.IsAlive(hItem))
-    {
-        SelectAllItems(false, {});
+    if (IsBusy())
+        return true;
+    EndEdit();
+    m_View.TakeFocus();
+    if (!m_View.IsLeftButtonDown())
+        return true;
+    const CTreeHit hit = m_View.HitTest(pt);
+    if (m_Items.IsAlive(hit.m_hItem) && (hit.m_nFlags & eHit_Button))
+        OnUserExpand(hit.m_hItem, !IsExpanded(hit.m_hItem), modifiers.m_bCtrl);
+    else if (m_Options.m_bCheckBoxes && (hit.m_nFlags & eHit_StateIcon))
         return false;
-    }
-    if (!IsSelected(hItem))
-    {
-        SelectAllItems(false, {});
-        SetItemStateEx(hItem, eState_Selected | eState_Focused, eState_Selected | eState_Focused);
-    }
-    return IsSelected(hItem);
+    else
+        m_pGesture = BeginTreeGesture({m_Selection, m_LabelEdit, m_View, m_Parent, m_Options.m_ptDragLimit,
+                                       m_Options.m_bDisableDragDrop},
+                                      hit, pt, modifiers);
+    return true;
 }
 
-CMultiSelectTreeCtrl::CBranchResult CMultiSelectTreeCtrl::SelectBranch(HLibraryItem hParent, bool bSelect,
-                                                                       bool bRecurse)
+void CMultiSelectTreeCtrl::OnMove(CPoint pt, bool bLeftDown)
 {
-    CBranchResult result;
-    HLibraryItem h = m_Items.GetChildItem(hParent);
-    while (h)
-    {
-        result.m_bCaret |= h == m_hCaret;
-        result.m_bRefused |= !SelectItem(h, bSelect);
-        h = bRecurse ? NextBelow(hParent, h, true) : m_Items.GetNextSiblingItem(h);
-    }
-    m_View.Invalidate();
-    return result;
+    const std::shared_ptr<CTreeGesture> pGesture = m_pGesture; // what it selects may end it
+    if (!bLeftDown)
+        OnMouseLost(); // the release went elsewhere
+    else if (pGesture && pGesture->Move(pt))
+        EndGesture(CTreeGesture::EEnd::eDrag);
 }
 
-bool CMultiSelectTreeCtrl::SelectChildren(HLibraryItem hParent, bool bSelect, bool bRecurse)
+void CMultiSelectTreeCtrl::EndGesture(CTreeGesture::EEnd eEnd)
 {
-    if (bSelect)
-        Reveal(m_Items.GetChildItem(hParent));
-    return SelectBranch(hParent, bSelect, bRecurse).m_bCaret;
+    if (const std::shared_ptr<CTreeGesture> pGesture = std::exchange(m_pGesture, nullptr))
+        pGesture->End(eEnd);
 }
 
-void CMultiSelectTreeCtrl::WidenSelection()
+void CMultiSelectTreeCtrl::OnDoubleClick(CPoint pt, CModifiers modifiers)
 {
-    std::vector<HLibraryItem> items;
-    GetSelectedItems(items);
-    for (size_t i = 0; i < items.size(); ++i)
+    if (IsBusy())
+        return;
+    EndEdit();
+    const CTreeHit hit = m_View.HitTest(pt);
+    if (hit.m_nFlags & (eHit_Button | eHit_Icon | eHit_Label))
+        OnUserExpand(hit.m_hItem, !IsExpanded(hit.m_hItem), modifiers.m_bCtrl);
+    if (hit.m_nFlags & (eHit_Icon | eHit_Label))
+        m_Parent.OnDoubleClick();
+}
+
+void CMultiSelectTreeCtrl::OnRightPress(CPoint pt, CModifiers modifiers)
+{
+    if (IsBusy())
+        return;
+    EndEdit();
+    m_View.TakeFocus();
+    SelectByRightPress(m_Selection, m_View.HitTest(pt), modifiers);
+}
+
+void CMultiSelectTreeCtrl::OnFocusChange(bool bFocus)
+{
+    if (!bFocus)
+        m_LabelEdit.DontBegin();
+    m_View.Invalidate(); // the selection has another colour without the focus
+}
+
+bool CMultiSelectTreeCtrl::OnKey(const CTreeKey& key)
+{
+    m_LabelEdit.DontBegin();
+    if (IsBusy())
     {
-        // What is selected below an item follows it in the list, and is dealt with by then.
-        const HLibraryItem hTop = items[i];
-        size_t nKnown = 0;
-        DoExpand(hTop, true);
-        ExpandChildren(hTop, true, true);
-        for (HLibraryItem h = m_Items.GetChildItem(hTop); h; h = NextBelow(hTop, h, true))
-        {
-            nKnown += IsSelected(h);
-            SelectItem(h, true);
-        }
-        i += nKnown;
+        if (key.m_eKey == ETreeKey::eEscape)
+            EndGesture(CTreeGesture::EEnd::eEscape);
+        return true;
     }
-    m_View.Invalidate();
+    if (key.m_eKey == ETreeKey::eF && key.m_Modifiers.m_bCtrl && !key.m_bAlt)
+    {
+        OpenFindDialog();
+        return true;
+    }
+    return m_Parent.OnKeyDown(key) || m_Keyboard.OnKey(key);
+}
+
+bool CMultiSelectTreeCtrl::OnCharacter(std::string_view sCharacter, uint64_t nTime)
+{
+    return !IsBusy() && !IsEditing() && m_Keyboard.OnCharacter(sCharacter, nTime);
+}
+
+void CMultiSelectTreeCtrl::FindAgain()
+{
+    if (!IsBusy())
+        m_Search.FindAgain();
+}
+
+void CMultiSelectTreeCtrl::FindText(const std::string& sText, bool bWholeWord, bool bMatchCase, bool bDown)
+{
+    if (!IsBusy())
+        m_Search.Find({sText, bMatchCase, bWholeWord, bDown});
+}
+
+void CMultiSelectTreeCtrl::OnExpanding(HLibraryItem hItem, bool bExpand)
+{
+    m_Parent.OnItemExpanding(hItem, bExpand);
+    if (!bExpand)
+        m_LabelEdit.EndBelow(hItem);
+}
+
+void CMultiSelectTreeCtrl::OnTreeChange(CLibraryTree::EChange eChange, HLibraryItem hItem)
+{
+    switch (eChange)
+    {
+    case CLibraryTree::eTree_Removing:
+        m_LabelEdit.OnRemoving(hItem);
+        if (m_pGesture && m_pGesture->EndsWith(hItem))
+            m_pGesture.reset();
+        m_Selection.OnRemoving(hItem);
+        break;
+    case CLibraryTree::eTree_Removed:
+        m_Selection.OnRemoved();
+        break;
+    case CLibraryTree::eTree_Cleared:
+        CancelModes();
+        m_Selection.OnCleared();
+        break;
+    default:
+        break;
+    }
+    m_View.TreeChanged(eChange, hItem);
+    m_Parent.OnTreeChange(eChange, hItem);
+}
+
+void CMultiSelectTreeCtrl::CancelModes()
+{
+    CancelEdit();
+    m_pGesture.reset();
 }

@@ -48,7 +48,6 @@ void CPrefabTreePanel::OnTreeChange(CLibraryTree::EChange eChange, HLibraryItem 
         SetActiveItem(tree.FindData(std::exchange(m_pLeaving, nullptr)));
     if (eChange == CLibraryTree::eTree_Cleared)
         m_hActivePrefab = {};
-    CLibraryPanel::OnTreeChange(eChange, hItem);
 }
 
 void CPrefabTreePanel::OnSetActivePrefab()

@@ -14,13 +14,10 @@ CSizeBar::CSizeBar(CLeftDockBar& dock, IDockView& view, int32_t nDragX)
 
 void CSizeBar::OnLeftPress(CPoint ptScreen)
 {
-    if (m_bPressed)
-        return;
     m_nPressX = ptScreen.x;
     m_nPressWidth = m_View.GetBarRect().Width();
     m_bPressed = true;
     m_bMoved = false;
-    m_View.SetCapture();
 }
 
 void CSizeBar::OnMove(CPoint ptScreen, bool bLeftDown)
@@ -48,9 +45,8 @@ void CSizeBar::OnLeftRelease()
 {
     if (!m_bPressed)
         return;
-    const bool bClick = !m_bMoved;
-    EndPress();
-    if (bClick)
+    m_bPressed = false;
+    if (!m_bMoved)
         Toggle();
 }
 
@@ -63,19 +59,6 @@ void CSizeBar::Toggle()
         m_Dock.Collapse();
     else
         m_Dock.Expand();
-}
-
-void CSizeBar::OnMouseLost()
-{
-    if (m_bPressed)
-        EndPress();
-}
-
-void CSizeBar::EndPress()
-{
-    m_bPressed = false; // first, since the end of the capture comes back as its loss
-    m_nPressX = -1;
-    m_View.ReleaseCapture();
 }
 
 std::array<CSizeBarBand, CSizeBar::c_nBands> CSizeBar::GetBands(const CRect& rcClient)

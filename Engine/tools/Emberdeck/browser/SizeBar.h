@@ -35,8 +35,8 @@ public:
     void OnLeftPress(CPoint ptScreen);
     void OnMove(CPoint ptScreen, bool bLeftDown);
     void OnLeftRelease();
-    void OnMouseLost(); // neither moves nor folds
-    void Toggle();      // folds or unfolds, as a click does; not while it is pressed
+    void OnMouseLost() { m_bPressed = false; } // neither moves nor folds
+    void Toggle();                             // folds or unfolds, as a click does; not while it is pressed
 
     bool IsCollapsed() const { return m_bCollapsed; }
     ESizeBarCursor GetCursor() const
@@ -48,14 +48,12 @@ public:
     static std::array<CSizeBarBand, c_nBands> GetBands(const CRect& rcClient);
 
 private:
-    void EndPress();
-
     CLeftDockBar& m_Dock;
     IDockView& m_View;
     const int32_t m_nDragX;
     bool m_bCollapsed = false;
     bool m_bPressed = false;
     bool m_bMoved = false;
-    int32_t m_nPressX = -1;
+    int32_t m_nPressX = 0;
     int32_t m_nPressWidth = 0; // of the dock
 };

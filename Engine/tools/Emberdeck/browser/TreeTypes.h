@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
 #include "model/LibraryTree.h"
 #include "platform/IDrawSurface.h"
@@ -74,37 +73,4 @@ struct CTreeKey
     CModifiers m_Modifiers;
     bool m_bAlt = false;
     bool IsPlain() const { return m_Modifiers.None() && !m_bAlt; }
-};
-
-// The stored bits of all items of a tree, by number. Numbers rise without end and are dense, so a row of
-// bytes does.
-class CTreeStates
-{
-public:
-    uint32_t Get(HLibraryItem hItem) const
-    {
-        const uint32_t nPlace = hItem.m_nID - m_nFirst;
-        return nPlace < m_Bits.size() ? m_Bits[nPlace] : 0;
-    }
-    void Set(HLibraryItem hItem, uint32_t nState, uint32_t nMask)
-    {
-        if (!hItem || (nState & nMask) == (Get(hItem) & nMask))
-            return;
-        if (m_Bits.empty())
-            m_nFirst = hItem.m_nID;
-        if (hItem.m_nID < m_nFirst)
-        {
-            m_Bits.insert(m_Bits.begin(), m_nFirst - hItem.m_nID, 0);
-            m_nFirst = hItem.m_nID;
-        }
-        const size_t nPlace = hItem.m_nID - m_nFirst;
-        if (nPlace >= m_Bits.size())
-            m_Bits.resize(nPlace + 1);
-        m_Bits[nPlace] = static_cast<uint8_t>((m_Bits[nPlace] & ~nMask) | (nState & nMask));
-    }
-    void Clear() { m_Bits.clear(); }
-
-private:
-    std::vector<uint8_t> m_Bits;
-    uint32_t m_nFirst = 0;
 };

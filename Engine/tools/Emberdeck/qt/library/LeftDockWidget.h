@@ -89,7 +89,6 @@ private:
     CRect GetParentRect() const override;
     void MoveBar(const CRect& rc) override;
     void RecalcLayout() override;
-    void HideControl(uint32_t) override {}
     void CreateSizeBar(const CRect& rc) override;
     void MoveSizeBar(const CRect& rc) override;
     void AddTab(const char* pszText) override;
@@ -97,8 +96,6 @@ private:
     void CreatePage(int32_t nTab) override;
     void MovePage(int32_t nTab, const CRect& rc) override;
     void ShowPage(int32_t nTab, bool bShow) override;
-    void SetCapture() override {}
-    void ReleaseCapture() override {}
     bool ChooseRows(const std::vector<std::string>& rows, std::vector<uint32_t>& selected) override;
 
     void SwitchPage(int nTab);

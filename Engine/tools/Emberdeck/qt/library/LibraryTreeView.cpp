@@ -321,7 +321,7 @@ void LibraryTreeView::SetDragCursor(EDragCursor eCursor)
 void LibraryTreeView::ScrollWhileDragging()
 {
     const QPoint at = viewport()->mapFromGlobal(QCursor::pos());
-    if (!m_pPanel || !m_pPanel->m_bDragging || !viewport()->rect().contains(at))
+    if (!m_pPanel || !m_pPanel->IsDragging() || !viewport()->rect().contains(at))
         return;
     QScrollBar* pBar = verticalScrollBar();
     const int nOld = pBar->value();
@@ -343,7 +343,7 @@ void LibraryTreeView::StartEditTimer()
                        });
 }
 
-bool LibraryTreeView::OpenEditBox(HLibraryItem hItem, const std::string& sText)
+void LibraryTreeView::OpenEditBox(HLibraryItem hItem, const std::string& sText)
 {
     Sync();
     scrollTo(m_pModel->IndexOf(hItem));
@@ -355,7 +355,6 @@ bool LibraryTreeView::OpenEditBox(HLibraryItem hItem, const std::string& sText)
     m_pEdit->selectAll();
     m_pEdit->show();
     m_pEdit->setFocus();
-    return true;
 }
 
 // As wide as what stands in it, as far as the view goes.

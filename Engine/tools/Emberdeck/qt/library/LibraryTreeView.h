@@ -51,14 +51,11 @@ private:
     void UpdateNow() override { viewport()->repaint(); }
     void ShowBand(const CRect& rc) override;
     void HideBand() override;
-    bool HasFocus() const override { return hasFocus(); }
     void TakeFocus() override { setFocus(Qt::OtherFocusReason); }
-    void SetCapture() override {}
-    void ReleaseCapture() override {}
     bool IsLeftButtonDown() const override;
     void SetDragCursor(EDragCursor eCursor) override;
     void StartEditTimer() override;
-    bool OpenEditBox(HLibraryItem hItem, const std::string& sText) override;
+    void OpenEditBox(HLibraryItem hItem, const std::string& sText) override;
     std::string CloseEditBox() override;
     std::unique_ptr<IFindDialog> OpenFindDialog() override;
 
