@@ -173,6 +173,16 @@ TEST(Frame, ChildWindowsStandInSightOfEachOther)
     EXPECT_EQ(QStringLiteral("Emberdeck - [Effect 0]"), window.windowTitle()) << "its name once";
     pFirst->showNormal();
     EXPECT_EQ(QStringLiteral("Emberdeck - Effect 0"), window.windowTitle());
+    // What the toolkit takes for the place of a mark is a name like any other.
+    for (const char* pszName : {"Fire [*]", "*", "[*][*]"})
+    {
+        app.m_SpellMgr.Spells().front()->SetName(pszName);
+        window.RetitleAll();
+        EXPECT_EQ("Emberdeck - " + std::string(pszName), window.windowHandle()->title().toStdString());
+        pFirst->showMaximized();
+        EXPECT_EQ("Emberdeck - [" + std::string(pszName) + "]", window.windowHandle()->title().toStdString());
+        pFirst->showNormal();
+    }
     window.CloseAll();
     app.NewEffectFile();
 }

@@ -95,7 +95,7 @@ void MainWindow::RetitleAll()
 {
     for (QMdiSubWindow* pChild : m_pArea->subWindowList())
         if (auto* pTrack = qobject_cast<TrackWidget*>(pChild->widget()))
-            pChild->setWindowTitle(QtText::ToQt(pTrack->GetSpell().m_szName));
+            pChild->setWindowTitle(QtText::Title(QtText::ToQt(pTrack->GetSpell().m_szName)));
     UpdateTitle();
 }
 
@@ -112,7 +112,7 @@ void MainWindow::UpdateTitle()
     // In the toolkit's own form, which it then leaves as it is; it would add it behind the file's name.
     if (bMaximised && !sView.isEmpty())
         sTitle += QStringLiteral(" - [%1]").arg(sView);
-    setWindowTitle(sTitle + QtText::PathToQt(CMainFrame::GetTitleOfFile(m_pApp->m_sFileName)));
+    setWindowTitle(QtText::Title(sTitle + QtText::PathToQt(CMainFrame::GetTitleOfFile(m_pApp->m_sFileName))));
     const bool bEmpty = m_pArea->subWindowList().isEmpty();
     if (bEmpty)
         m_nNextPlace = 0;

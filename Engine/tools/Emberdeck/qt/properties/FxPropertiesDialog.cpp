@@ -36,9 +36,7 @@ FxPropertiesDialog::FxPropertiesDialog(CFXPropertiesDlg& dialog, QWidget* pParen
     FitScreen();
     const FontMeasure font(*this);
     m_Dialog.OnInitDialog(FromQt(m_rcRows), &font);
-    // A name may hold what the toolkit takes for the mark of a changed document.
-    setWindowTitle(
-        QtText::ToQt(m_Dialog.GetCaption()).replace(QLatin1String("[*]"), QLatin1String("[*][*]")));
+    setWindowTitle(QtText::Title(QtText::ToQt(m_Dialog.GetCaption())));
     MakeRows();
     m_Dialog.SetView(this);
 

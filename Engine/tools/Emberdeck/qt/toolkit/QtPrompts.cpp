@@ -237,7 +237,7 @@ bool QtPrompts::EnterText(const std::string& sCaption, const std::string& sLabel
 {
     const bool bGameInfo = sCaption == c_szGameInfoCaption && sLabel == c_szGameInfoLabel;
     TemplateDialog dialog(bGameInfo ? eDlg_GameInfo : eDlg_NameEntry, Owner());
-    dialog.setWindowTitle(QtText::ToQt(sCaption));
+    dialog.setWindowTitle(QtText::Title(QtText::ToQt(sCaption)));
     auto* pEdit = dialog.Controls().Get<QLineEdit>(bGameInfo ? int32_t(eGameInfo_CommandLine)
                                                              : int32_t(eNameEntry_Text));
     auto* pOk = dialog.Controls().Get<QPushButton>(c_nControlOk);
@@ -262,8 +262,8 @@ bool QtPrompts::EnterNumber(const CNumberEntry& request, int32_t& nValue)
 {
     QLineEdit* pEdit = nullptr;
     EntryDialog dialog(eDlg_IntEntry, Owner(), pEdit, eIntEntry_Number);
-    dialog.setWindowTitle(QtText::ToQt(request.m_sCaption));
-    pEdit->setAccessibleName(dialog.windowTitle());
+    dialog.setWindowTitle(QtText::Title(QtText::ToQt(request.m_sCaption)));
+    pEdit->setAccessibleName(QtText::ToQt(request.m_sCaption));
     pEdit->setText(QString::number(nValue));
     pEdit->selectAll();
     pEdit->setFocus();
@@ -287,7 +287,7 @@ bool QtPrompts::EnterFloat(const std::string& sCaption, const std::string& sLabe
 {
     QLineEdit* pEdit = nullptr;
     EntryDialog dialog(eDlg_FloatEntry, Owner(), pEdit, eFloatEntry_Number);
-    dialog.setWindowTitle(QtText::ToQt(sCaption));
+    dialog.setWindowTitle(QtText::Title(QtText::ToQt(sCaption)));
     pEdit->setAccessibleName(QtText::ToQt(sLabel.empty() ? sCaption : sLabel));
     pEdit->setText(QtText::ToQt(NumberEntryText(fValue)));
     pEdit->selectAll();

@@ -73,6 +73,11 @@ std::string QtText::PathFromQt(const QString& sPath)
     return QFile::encodeName(sPath).toStdString();
 }
 
+QString QtText::Title(const QString& sText)
+{
+    return QString(sText).replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
+}
+
 QString QtText::Plain(const QString& sText)
 {
     return QString(sText).replace(QLatin1Char('&'), QLatin1String("&&"));

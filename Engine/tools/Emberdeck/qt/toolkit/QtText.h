@@ -22,4 +22,6 @@ std::string PathFromQt(const QString& sPath);
 
 // Plain text where a toolkit would take "&" for the mark of a shortcut letter.
 QString Plain(const QString& sText);
+// A text as a window's title, where a toolkit would take "[*]" for the place of the mark of a changed document.
+QString Title(const QString& sText);
 } // namespace QtText
