@@ -26,17 +26,15 @@ CRect CTrackLayout::GetKeyRect(const CKey& key) const
 
 CRect CTrackLayout::GetRect(uint32_t nTrack, CKeySpan span) const
 {
-    const int64_t nTop = int64_t(nTrack) * c_nTrackHeight - m_nScrollY + m_rcTrack.top;
-    const auto nBoundTop = static_cast<int32_t>(std::min<int64_t>(nTop, c_nMaxPixel));
-    return CRect{PixelFromTime(m_Scale, span.m_nStart), nBoundTop, PixelFromTime(m_Scale, span.m_nEnd),
-                 nBoundTop + c_nTrackHeight};
+    const int32_t nTop = static_cast<int32_t>(nTrack) * c_nTrackHeight - m_nScrollY + m_rcTrack.top;
+    return CRect{PixelFromTime(m_Scale, span.m_nStart), nTop, PixelFromTime(m_Scale, span.m_nEnd),
+                 nTop + c_nTrackHeight};
 }
 
 CTrack* CTrackLayout::TrackFromY(int32_t y) const
 {
     const int64_t nRow = (int64_t(m_nScrollY) - m_rcTrack.top + y) / c_nTrackHeight;
-    return nRow < 0 || nRow >= m_Tracks.GetNumTracks() ? nullptr
-                                                       : m_Tracks.GetTrack(static_cast<uint32_t>(nRow));
+    return nRow < 0 ? nullptr : m_Tracks.GetTrack(static_cast<uint32_t>(nRow));
 }
 
 // The row whose rectangles hold y, which the truncating division above doesn't give above the rows.

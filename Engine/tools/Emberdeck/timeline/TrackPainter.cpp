@@ -91,18 +91,15 @@ CRect CTrackPainter::SurfaceRect(const CKey& key) const
 void CTrackPainter::PaintRows()
 {
     constexpr int32_t nRowHeight = CTrackLayout::c_nTrackHeight;
-    const int64_t nScrollY = std::max(m_Layout.m_nScrollY, 0);
-    for (int64_t i = nScrollY / nRowHeight; i < m_Tracks.GetNumTracks(); ++i)
+    for (auto i = static_cast<uint32_t>(m_Layout.m_nScrollY / nRowHeight); i < m_Tracks.GetNumTracks(); ++i)
     {
-        const auto nTop = static_cast<int32_t>(i * nRowHeight - m_Layout.m_nScrollY);
+        const int32_t nTop = static_cast<int32_t>(i) * nRowHeight - m_Layout.m_nScrollY;
         if (nTop >= m_nHeight)
             break;
         m_Surface.DrawSunkenFace(CRect{-c_nOverhang, nTop, m_nWidth + c_nOverhang, nTop + nRowHeight});
-        for (const std::unique_ptr<CKey>& pKey : m_Tracks.GetTrack(static_cast<uint32_t>(i))->Keys())
+        for (const std::unique_ptr<CKey>& pKey : m_Tracks.GetTrack(i)->Keys())
         {
-            CRect rc = SurfaceRect(*pKey);
-            rc.top = nTop;
-            rc.bottom = nTop + nRowHeight;
+            const CRect rc = SurfaceRect(*pKey);
             if (rc.IsEmpty() || rc.right <= 0 || rc.left >= m_nWidth)
                 continue;
             if (!m_Options.m_bReadableNames)
