@@ -5,7 +5,6 @@
 
 #include "app/LibraryEditor.h"
 #include "model/MakeOrNull.h"
-#include "qsassert.h"
 #include "timeline/TrackStatus.h"
 
 namespace
@@ -178,23 +177,14 @@ void CKeyCommands::SetKeyLength()
     m_Scene.Refresh();
 }
 
-void CKeyCommands::NameKeys()
+void CKeyCommands::NameKeys(const CKey& first)
 {
-    const uint32_t nSelected = m_Selection.GetCount();
-    if (nSelected == 0)
-        return;
-    const CKey* pFirstSel = m_Selection.GetFirst();
-    QS_ASSERT_MSG(pFirstSel, "Error: Selection out of sync some how");
-    if (!pFirstSel)
-        return;
-
     std::string sTitle = "Enter Name For Keys";
     std::string sText;
-    if (nSelected == 1)
+    if (m_Selection.GetCount() == 1)
     {
-        sTitle = "Enter Name For " +
-                 (pFirstSel->m_pTypeDesc ? TypeName(*pFirstSel->m_pTypeDesc) : std::string("Key"));
-        sText = pFirstSel->m_sName;
+        sTitle = "Enter Name For " + (first.m_pTypeDesc ? TypeName(*first.m_pTypeDesc) : std::string("Key"));
+        sText = first.m_sName;
     }
     if (m_Context.m_Prompts.EnterText(sTitle, "", sText))
     {

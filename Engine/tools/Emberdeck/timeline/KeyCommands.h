@@ -44,8 +44,8 @@ public:
     // On all selected keys.
     void DeleteKeys();
     void ExpandKeys();
-    void SetKeyLength(); // asks
-    void NameKeys();     // asks
+    void SetKeyLength();              // asks
+    void NameKeys(const CKey& first); // asks; first is the first of them
 
     // On the current key.
     void EditKey();

@@ -94,7 +94,7 @@ void CTimeBar::ScrollTo(int32_t nStart, int32_t nEnd)
 {
     const double fVisible = VisibleTime();
     const bool bInView = nEnd > m_nViewStart && nStart < m_nViewStart + fVisible;
-    const double fRoom = m_nPhaseLength - fVisible;
+    const double fRoom = m_nScalePos == 0 ? 0.0 : m_nPhaseLength - fVisible;
     if (!bInView && fRoom > 0.0)
         OnPhaseSlider(static_cast<int32_t>(std::clamp(nStart / fRoom, 0.0, 1.0) * c_nMaxPhasePos));
 }

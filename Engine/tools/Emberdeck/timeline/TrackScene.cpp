@@ -120,15 +120,18 @@ void CTrackScene::FollowEffect()
 
 void CTrackScene::ShowCurrent()
 {
-    const int32_t nTop =
-        int32_t(m_Tracks.GetTrackNumber(m_Selection.GetCurTrack())) * CTrackLayout::c_nTrackHeight;
+    const CKey* pKey = m_Selection.GetCurKey();
+    const CTrack* pTrack = pKey ? m_Layout.TrackFromKey(pKey) : m_Selection.GetCurTrack();
+    if (!pTrack)
+        return;
+    const int32_t nTop = int32_t(m_Tracks.GetTrackNumber(pTrack)) * CTrackLayout::c_nTrackHeight;
     const int32_t nBottom = nTop + CTrackLayout::c_nTrackHeight;
     if (m_Layout.m_nScrollY > nTop)
         OnScroll(EScrollEvent::eThumbTrack, nTop / c_nScrollPixels);
     else if (m_Layout.m_nScrollY < nBottom - m_Layout.m_rcTrack.Height())
         OnScroll(EScrollEvent::eThumbTrack,
                  (nBottom - m_Layout.m_rcTrack.Height() + c_nScrollPixels - 1) / c_nScrollPixels);
-    if (const CKey* pKey = m_Selection.GetCurKey())
+    if (pKey)
         m_TimeBar.ScrollTo(pKey->m_nStartTime, pKey->m_nEndTime);
 }
 

@@ -55,7 +55,7 @@ public:
     // Of a carried key, as far as that is shown.
     std::optional<CLanding> Landing() const;
 
-    // Scrolls the selection's track into view, and to its key. There is such a track.
+    // Scrolls the current key's track into view, and to the key; without one, to the current track.
     void ShowCurrent();
     // Where the popup menu opens that is called by a key: on the current key, or the free space of its track.
     CPoint GetMenuPoint() const;

@@ -34,6 +34,16 @@ void CTrackWnd::SetCurKey(CKey* pKey)
     m_Scene.UpdateKeyInfo();
 }
 
+void CTrackWnd::OnTrackNameKey()
+{
+    if (m_Selection.GetCount() == 0)
+        return;
+    const CKey* pFirstSel = m_Selection.GetFirst();
+    QS_ASSERT_MSG(pFirstSel, "Error: Selection out of sync some how");
+    if (pFirstSel)
+        m_Commands.NameKeys(*pFirstSel);
+}
+
 void CTrackWnd::OnStep(EKeyStep eStep, bool bAdd)
 {
     if (IsBusy() || !m_Selection.Step(eStep, bAdd))

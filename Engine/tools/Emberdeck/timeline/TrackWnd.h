@@ -62,7 +62,9 @@ public:
 
     void Paint(IDrawSurface& surface) const { m_Scene.Paint(surface); }
     void SetOptions(const CTrackViewOptions& options) { m_Scene.SetOptions(options); }
+    // Where the popup menu opens that is called by a key, and what has to be in view before it does.
     CPoint GetMenuPoint() const { return m_Scene.GetMenuPoint(); }
+    void ShowCurrent() { m_Scene.ShowCurrent(); }
 
     bool IsLinking() const { return m_Scene.LinkLine().IsActive(); }
     bool IsDragging() const { return m_pGesture != nullptr; }
@@ -102,7 +104,7 @@ public:
     void OnTrackLinkKey() { m_Links.BeginLine(); }
     void OnTrackUnlinkKey() { m_Links.UnlinkSelected(); }
     void OnTrackSetKeyLength() { m_Commands.SetKeyLength(); }
-    void OnTrackNameKey() { m_Commands.NameKeys(); }
+    void OnTrackNameKey();
     void OnTrackCopyKey() { m_Commands.CopyKey(); }
     void OnTrackCutKey() { m_Commands.CutKey(); }
     void OnTrackPasteKey() { m_Commands.PasteKey(); }

@@ -157,8 +157,18 @@ void TrackWidget::mouseReleaseEvent(QMouseEvent* pEvent)
 void TrackWidget::contextMenuEvent(QContextMenuEvent* pEvent)
 {
     pEvent->accept();
-    if (pEvent->reason() == QContextMenuEvent::Keyboard)
-        ShowMenu(m_Track.GetMenuPoint(), m_Track.GetCurKey() != nullptr); // what is selected with it stays so
+    if (pEvent->reason() != QContextMenuEvent::Keyboard || m_Track.IsBusy())
+        return;
+    m_Track.ShowCurrent();
+    ShowPlace();
+    ShowMenu(m_Track.GetMenuPoint(), m_Track.GetCurKey() != nullptr); // what is selected with it stays so
+}
+
+// The scroll bar and the slider where rows and view are.
+void TrackWidget::ShowPlace()
+{
+    m_pScrollBar->setSliderPosition(m_Track.GetScrollPos());
+    m_pTimeBar->ShowViewStart();
 }
 
 void TrackWidget::keyPressEvent(QKeyEvent* pEvent)
@@ -166,8 +176,7 @@ void TrackWidget::keyPressEvent(QKeyEvent* pEvent)
     const auto step = [&](EKeyStep eStep)
     {
         m_Track.OnStep(eStep, HasShift(pEvent));
-        m_pScrollBar->setSliderPosition(m_Track.GetScrollPos());
-        m_pTimeBar->ShowViewStart();
+        ShowPlace();
     };
     switch (pEvent->key())
     {
