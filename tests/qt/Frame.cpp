@@ -20,6 +20,7 @@
 #include "qt/frame/AssertDialog.h"
 #include "qt/frame/MainWindow.h"
 #include "qt/library/LibraryTreeView.h"
+#include "qt/timeline/TrackWidget.h"
 #include "qt/toolkit/Appearance.h"
 #include "qt/toolkit/MenuStyle.h"
 #include "qt/toolkit/QtSurface.h"
@@ -27,6 +28,7 @@
 #include "qt/toolkit/ToolBarWidget.h"
 #include "support/LibraryBuilder.h"
 #include "support/RecordingSourceControl.h"
+#include "support/RecordingSurface.h"
 
 namespace
 {
@@ -229,6 +231,47 @@ void Hover(QMenu* pMenu, const QAction* pAction)
 }
 
 } // namespace
+
+TEST(Frame, WhatTheTimelinesShowIsChosenInTheViewMenu)
+{
+    CStyledFrame frame;
+    frame.profile->WriteString("Timeline", "WholeRulerLabels", "0");
+    MainWindow later{*frame.profile, frame.sourceControl, frame.prompts};
+    ASSERT_TRUE(later.Create(false, nullptr));
+    aLibrary(later.App().m_EffectModule, later.App().m_SpellMgr, later.App().m_EffectTree,
+             later.App().m_PrefabTree)
+        .effect("Smoke");
+    for (MainWindow* pWindow : {&frame.window, &later})
+    {
+        QMenu* pView = pWindow->menuBar()->actions().at(1)->menu();
+        EXPECT_EQ(QStringLiteral("&Timeline"), pView->actions().constLast()->text()) << "behind all others";
+        for (const QAction* pAction : pView->actions().constLast()->menu()->actions())
+            EXPECT_EQ(pWindow == &frame.window || !pAction->text().contains("Labels"), pAction->isChecked());
+    }
+
+    CSpell& spell = *later.App().m_SpellMgr.Spells().front();
+    later.Open(spell);
+    CTrackWnd& timeline = later.ActiveTimeline()->Logic();
+    const auto firstLabel = [](CTrackWnd& of)
+    {
+        of.TimeBar().SetWidth(1000);
+        CRecordingSurface surface;
+        of.TimeBar().DrawRuler(surface, 1000, 26);
+        return surface.Calls("text").front();
+    };
+    EXPECT_EQ("text -3,10 0", firstLabel(timeline));
+    later.menuBar()->actions().at(1)->menu()->actions().constLast()->menu()->actions().at(1)->trigger();
+    EXPECT_EQ("text 0,10 0", firstLabel(timeline)) << "in what is open";
+    EXPECT_TRUE(LoadTrackViewOptions(*frame.profile).m_bWholeRulerLabels);
+    for (const CTrackViewSwitch& option : c_TrackViewSwitches)
+    {
+        SaveTrackViewOption(*frame.profile, option, false);
+        EXPECT_FALSE(LoadTrackViewOptions(*frame.profile).*option.m_pbOption) << option.m_pszKey;
+        frame.profile->WriteString("Timeline", option.m_pszKey, "maybe");
+        EXPECT_TRUE(LoadTrackViewOptions(*frame.profile).*option.m_pbOption) << option.m_pszKey;
+    }
+    later.App().NewEffectFile();
+}
 
 TEST(Frame, BarsAndMenusAreDrawnByTheRulesOfTheShell)
 {

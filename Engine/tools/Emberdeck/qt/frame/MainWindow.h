@@ -100,6 +100,7 @@ private:
     void BuildMenus();
     void AddItems(QMenu& menu, const CMenuTable& table);
     void AddAppearanceItems(QMenu& viewMenu);
+    void AddTimelineItems(QMenu& viewMenu);
     void AddShortcuts();
     void ShowCommandStates();
     void RunCommand(int32_t nID);

@@ -1,6 +1,7 @@
 // The main window's menus and shortcuts, made from their tables.
 
 #include <QActionGroup>
+#include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QShortcut>
 
@@ -8,6 +9,7 @@
 #include "qt/frame/MainWindow.h"
 #include "qt/frame/ManualWindow.h"
 #include "qt/frame/PaneKeys.h"
+#include "qt/timeline/TrackWidget.h"
 #include "qt/toolkit/Appearance.h"
 #include "qt/toolkit/KeyCodes.h"
 
@@ -49,6 +51,7 @@ void MainWindow::BuildMenus()
         if (item.m_pSubmenu)
             AddItems(*menuBar()->addMenu(QString::fromUtf8(item.GetLabel())), *item.m_pSubmenu);
     AddAppearanceItems(*menuBar()->actions().at(1)->menu());
+    AddTimelineItems(*menuBar()->actions().at(1)->menu());
     AddManualItems(*menuBar()->actions().constLast()->menu(), this, m_Prompts);
 }
 
@@ -72,6 +75,27 @@ void MainWindow::AddAppearanceItems(QMenu& viewMenu)
                 {
                     SaveAppearance(m_Profile, eAppearance);
                     ApplyAppearance(eAppearance);
+                });
+    }
+}
+
+// What the timelines show beyond the plain picture, in all that are open.
+void MainWindow::AddTimelineItems(QMenu& viewMenu)
+{
+    QMenu* pMenu = viewMenu.addMenu(tr("&Timeline"));
+    const CTrackViewOptions options = LoadTrackViewOptions(m_Profile);
+    for (const CTrackViewSwitch& option : c_TrackViewSwitches)
+    {
+        QAction* pAction = pMenu->addAction(QString::fromUtf8(option.m_pszLabel));
+        pAction->setCheckable(true);
+        pAction->setChecked(options.*option.m_pbOption);
+        connect(pAction, &QAction::toggled, this,
+                [this, &option](bool bOn)
+                {
+                    SaveTrackViewOption(m_Profile, option, bOn);
+                    for (QMdiSubWindow* pChild : m_pArea->subWindowList())
+                        if (auto* pTrack = qobject_cast<TrackWidget*>(pChild->widget()))
+                            pTrack->SetOptions(LoadTrackViewOptions(m_Profile));
                 });
     }
 }

@@ -40,6 +40,7 @@ void MainWindow::Open(CSpell& spell)
     if (!pChild)
     {
         auto* pTrack = new TrackWidget(m_pApp->Context(), spell, nullptr);
+        pTrack->SetOptions(LoadTrackViewOptions(m_Profile));
         pChild = m_pArea->addSubWindow(pTrack);
         pChild->setAttribute(Qt::WA_DeleteOnClose);
         pChild->setWindowIcon(ProgramIcon());

@@ -94,6 +94,13 @@ TrackWidget::~TrackWidget()
     qApp->removeEventFilter(this);
 }
 
+void TrackWidget::SetOptions(const CTrackViewOptions& options)
+{
+    m_Track.SetOptions(options);
+    update();
+    m_pTimeBar->Ruler()->update();
+}
+
 void TrackWidget::Layout()
 {
     const int nScrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);

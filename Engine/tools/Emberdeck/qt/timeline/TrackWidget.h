@@ -23,6 +23,7 @@ public:
 
     CSpell& GetSpell() const { return m_Spell; }
     CTrackWnd& Logic() { return m_Track; }
+    void SetOptions(const CTrackViewOptions& options); // before: CTrackViewOptions::ForUsers
     QAccessible::Role AccessibleRole() const override { return QAccessible::Chart; }
     QString AccessibleText() const override;
 
