@@ -84,6 +84,7 @@ public:
     bool EnterNumber(const CNumberEntry& request, int32_t& nValue) override
     {
         m_Numbers.push_back(request);
+        m_OfferedNumbers.push_back(nValue);
         return Give(Next(EKind::eNumber, request.m_sCaption + "\n" + request.m_sLabel).m_fValue, nValue);
     }
     bool EnterFloat(const std::string& sCaption, const std::string& sLabel, float& fValue) override
@@ -109,6 +110,7 @@ public:
     std::vector<CFileDialogRequest> m_Files;
     std::vector<std::string> m_Offered; // first texts of text entries
     std::vector<CNumberEntry> m_Numbers;
+    std::vector<int32_t> m_OfferedNumbers; // first values of number entries
     int m_nWaits = 0;
     int m_nWaitDepth = 0;
 

@@ -7,7 +7,10 @@ TEST(CarryKey, ShiftCopiesAndCtrlShiftMoves)
     CTimelineBench bench("S1000-2005#4 | L5000-6000");
     CTrackWnd& wnd = *bench.wnd;
     bench.Press(bench.At(1500, 0), false, true);
+    int nInvalidated = bench.view.m_nInvalidated;
     wnd.OnMove({350, 130}, true);
+    wnd.OnMove({350, 130}, true); // no step
+    EXPECT_EQ(++nInvalidated, bench.view.m_nInvalidated);
     CRecordingSurface surface;
     wnd.Paint(surface);
     EXPECT_EQ("raised 300,42 100x36", surface.Calls("raised").back());

@@ -83,6 +83,7 @@ TEST(KeyClipboard, TellsWhyNothingWasPasted)
         return bench.Status();
     };
     EXPECT_EQ("Nothing to paste: no key was copied or cut", paste(bench.At(1000, 1)));
+    EXPECT_EQ("Nothing to paste: no key was copied or cut", paste({-50, 80}));
     bench.Click(bench.At(1000, 0));
     bench.wnd->Command(c_nCmdCopyKey);
     EXPECT_EQ("Not pasted: there is a key already", paste(bench.At(1000, 0)));
@@ -90,4 +91,7 @@ TEST(KeyClipboard, TellsWhyNothingWasPasted)
     EXPECT_EQ("Not pasted: the pointer is over no track", paste({-50, 80}));
     EXPECT_EQ("", paste(bench.At(5000, 1))); // done: what was said is gone
     EXPECT_EQ("0-4000* 4000-10000 | 3999-5999*", bench.Dump());
+    bench.wnd->TimeBar().m_nViewStart = -1500;
+    EXPECT_EQ("Not pasted: there is no room on the track",
+              paste({10, bench.At(0, 1).y})); // ends at 0 at most
 }

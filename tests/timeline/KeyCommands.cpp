@@ -37,6 +37,85 @@ TEST(AddKey, LastsTwoSecondsAboutTheClickWithinTheFreeGap)
     EXPECT_EQ("0-1299 1400-1499 1499-2599 6999-8499 8499-10499", bench.Dump());
 }
 
+TEST(AddKey, TakesTheGapAboutTheClickOrTellsThatThereIsNone)
+{
+    const struct
+    {
+        const char* pszTracks;
+        int32_t nTime; // of the click
+        const char* pszAfter;
+    } cases[] = {{"S1000-2000 S2000-3000", 1500, nullptr},
+                 {"S1000-2000 S2010-3000", 1500, "1000-2000 2000-2010 2010-3000"},
+                 {"", -1000, nullptr},
+                 {"", -999, "0-1"},
+                 {"S1010-1500", 1010, "1010-1500 1500-2010"},
+                 {"S1010-1500", 1009, "9-1010 1010-1500"}};
+    for (const auto& c : cases)
+    {
+        CTimelineBench bench(c.pszTracks);
+        const std::string sBefore = bench.Dump();
+        bench.wnd->OnRightRelease(bench.At(5000, 0), false);
+        bench.wnd->OnMenuClosed(0);
+        bench.host.m_pChosen = bench.m_pLibrary->Module().FindType("Light");
+        bench.host.ShowStatus("");
+        bench.wnd->TimeBar().m_nViewStart = c.nTime - 4999;
+        bench.wnd->OnTrackAddKey();
+        EXPECT_EQ(c.pszAfter ? c.pszAfter : sBefore, bench.Dump()) << c.pszTracks << " at " << c.nTime;
+        EXPECT_EQ(c.pszAfter ? "" : "No key added: there is no room on the track", bench.Status());
+        bench.checker.ExpectEdits(c.pszAfter ? 1 : 0);
+    }
+}
+
+TEST(AddKey, CompletesThePrefabThatItsChainEndsWith)
+{
+    CTimelineBench bench("");
+    CEffectPropertySet *pRoot = nullptr, *pPrefab = nullptr;
+    bench.Arrange(
+        [&]
+        {
+            const CEffectTypeDesc* pType = bench.m_pLibrary->Module().FindType("Light");
+            pRoot = bench.m_pLibrary->m_SpellMgr.AddPrefab(pType);
+            pPrefab = bench.m_pLibrary->m_SpellMgr.AddPrefab(pType);
+            pPrefab->SetParent(pRoot);
+        });
+    CTouchLog log(bench.edits);
+    bench.host.m_pActive = pPrefab;
+    for (const bool bTouched : {true, false}) // whole by then
+    {
+        log.m_Touched.clear();
+        bench.wnd->OnRightRelease(bench.At(bTouched ? 2000 : 8000, 0), false);
+        bench.wnd->OnMenuClosed(c_nCmdAddPrefabKey);
+        EXPECT_EQ(bTouched, log.Has(pRoot));
+        EXPECT_FALSE(log.Has(pPrefab));
+        EXPECT_TRUE(OwnPropOf(*pRoot, "Radius"));
+    }
+    bench.Arrange(
+        [&] { bench.m_pLibrary->m_SpellMgr.ForEachKey([](CSpell&, CKey& key) { key.SetParent(nullptr); }); });
+}
+
+TEST(TrackCommands, RepaintAlsoWhereNothingChanged)
+{
+    CTimelineBench bench("S0-10000=Plume");
+    bench.Click(bench.At(500, 0));
+    for (const int32_t nID :
+         {c_nCmdEditKey, c_nCmdExpandKeys, c_nCmdUnlinkKeys, c_nCmdSetKeyLength, c_nCmdNameKeys})
+    {
+        if (nID == c_nCmdSetKeyLength)
+            bench.prompts.onNumber(std::nullopt);
+        if (nID == c_nCmdNameKeys)
+            bench.prompts.onText(std::nullopt);
+        const int nInvalidated = bench.view.m_nInvalidated;
+        bench.wnd->Command(nID);
+        EXPECT_EQ(nInvalidated + 1, bench.view.m_nInvalidated) << nID;
+    }
+    bench.prompts.onNumber(0.0);
+    bench.wnd->Command(c_nCmdSetKeyLength); // a length that no key may have
+    EXPECT_EQ("0-10000*", bench.Dump());
+    bench.wnd->Command(0);
+    bench.wnd->Command(4711);
+    bench.checker.ExpectEdits(0);
+}
+
 TEST(Tracks, InsertAndDeleteRenumber)
 {
     CTimelineBench bench("S0-1000#3 | L100-200>3 L300-400");
@@ -55,6 +134,8 @@ TEST(Tracks, InsertAndDeleteRenumber)
                         EAnswer::eNo);
     wnd.Command(c_nCmdDeleteTrack);
     EXPECT_EQ("Delete Track", bench.prompts.m_Asked.at(0).m_sCaption);
+    bench.prompts.onAsk("the 2 keys", EAnswer::eCancel); // the box was closed
+    wnd.Command(c_nCmdDeleteTrack);
     bench.checker.ExpectEdits(0);
     wnd.OnRightRelease(bench.At(500, 0), false);
     bench.prompts.onAsk("the 1 keys", EAnswer::eYes);
@@ -104,10 +185,14 @@ TEST(SetKeyLength, KeepsStartsAndNeighbours)
     bench.prompts.onNumber(std::nullopt, "Enter Key Length in Milliseconds").onNumber(5000).onNumber(700);
     wnd.Command(c_nCmdSetKeyLength);
     bench.checker.ExpectEdits(0);
+    EXPECT_EQ(0, bench.prompts.m_OfferedNumbers.at(0)); // no key is the current one
+    bench.Click(bench.At(1500, 0));
+    bench.Click(bench.At(9050, 1), true);
     EXPECT_EQ(1, bench.prompts.m_Numbers.at(0).m_nMin);
     EXPECT_EQ(1000000, bench.prompts.m_Numbers.at(0).m_nMax);
     wnd.Command(c_nCmdSetKeyLength);
     EXPECT_EQ("1000-4000* 4000-4500 | 9000-14000*", bench.Dump());
+    EXPECT_EQ(100, bench.prompts.m_OfferedNumbers.at(1));
     wnd.Command(c_nCmdSetKeyLength);
     EXPECT_EQ("1000-1700* 4000-4500 | 9000-9700*", bench.Dump());
     bench.checker.ExpectEdits(2);

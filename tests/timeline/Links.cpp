@@ -38,6 +38,21 @@ TEST(MotionLink, TakesATargetThatHoldsTheKeyStrictly)
               "must start "
               "after its target starts, and end before it ends.",
               bench.prompts.m_Advice.at(0));
+    const struct
+    {
+        int nStart, nEnd;
+        bool bHeld;
+    } cases[] = {{1001, 4999, true}, {1000, 4999, false}, {1001, 5000, false}};
+    for (const auto& [nStart, nEnd, bHeld] : cases)
+    {
+        CTimelineBench one("S1000-5000#3 | L" + std::to_string(nStart) + "-" + std::to_string(nEnd));
+        one.Click(one.At(2500, 1));
+        one.wnd->Command(c_nCmdLinkKey);
+        if (!bHeld)
+            one.prompts.onAsk("You cannot link this key");
+        one.Press(one.At(2000, 0));
+        EXPECT_EQ(bHeld, one.Key(1, 0).m_bMotionLinked) << nStart << " " << nEnd;
+    }
     bench.host.m_Status.clear();
     bench.Link(bench.At(2500, 2), bench.At(2600, 2)); // itself: nothing, and no box
     EXPECT_EQ("Not linked: no other key was clicked", bench.Status());
@@ -69,8 +84,15 @@ TEST(MotionLink, TheRubberLineFollowsThePointerUntilAPress)
     EXPECT_EQ("ellipse 97,5 11x11 #FFFFFF", surface.Calls("ellipse").back());
     EXPECT_TRUE(wnd.IsBusy());
     wnd.Command(c_nCmdDeleteKeys);
+    const int nInvalidated = bench.view.m_nInvalidated;
     wnd.OnDeactivate(); // another program is in front: no link
     EXPECT_FALSE(wnd.IsLinking());
+    wnd.OnDeactivate();
+    EXPECT_EQ(nInvalidated + 1, bench.view.m_nInvalidated);
+    wnd.Command(c_nCmdLinkKey);
+    wnd.OnDoubleClick({900, 80}, false, false); // ends the line as a press does
+    EXPECT_FALSE(wnd.IsLinking());
+    EXPECT_TRUE(bench.host.m_Edited.empty());
     bench.checker.ExpectEdits(0);
 
     // The press that ends it is swallowed; a double click right after is a first press.
@@ -90,6 +112,8 @@ TEST(MotionLink, UnlinkKeyEndsBothDirections)
     EXPECT_TRUE(wnd.IsLinkedTo(&bench.Key(0, 0))); // by id 0, which is one like any other
     EXPECT_TRUE(wnd.IsLinkedTo(&bench.Key(1, 0)));
     EXPECT_FALSE(wnd.IsLinkedTo(&bench.Key(2, 0)));
+    EXPECT_FALSE(wnd.IsLinkedTo(nullptr));
+    wnd.UnlinkKey(nullptr);
     bench.Arrange([&] { bench.Key(3, 0).Link(bench.Key(3, 0).m_nKeyID); });
     EXPECT_FALSE(wnd.IsLinkedTo(&bench.Key(3, 0))); // itself doesn't count
 
@@ -134,6 +158,12 @@ TEST(PrefabKeys, AddAssignAndCreateFromKey)
     bench.checker.ExpectEdits(1);
     EXPECT_EQ(pPuff, bench.Key(0, 0).GetParent());
     EXPECT_EQ(5, IntOf(bench.Key(0, 0), "Count")); // its own values stay
+    wnd.Command(c_nCmdAssignPrefabToKey);          // the same again
+    bench.checker.ExpectEdits(0);
+    bench.host.m_pActive = nullptr;
+    wnd.Command(c_nCmdAssignPrefabToKey);
+    EXPECT_EQ("No prefab assigned: none is active", bench.Status());
+    bench.host.m_pActive = pPuff;
     bench.Click(bench.At(1500, 0));
     wnd.Command(c_nCmdAssignPrefabToKey); // another type
     EXPECT_EQ("No prefab assigned: the active one has another type than the key", bench.Status());

@@ -42,6 +42,26 @@ TEST(MoveKeys, TheLaterRuleWinsWhereTheRoomIsTooSmall)
     // Longer than the room between its neighbours: the next key's bound comes after the previous one's.
     CTimelineBench bench("S0-1000 S1000-3000 S2000-2500");
     EXPECT_EQ("0-1000 0-2000* 2000-2500", Dragged(bench, 1500, 0, -200));
+    const struct
+    {
+        const char* pszTracks;
+        int32_t nTime, nRow, dt;
+        const char* pszAfter;
+    } cases[] = {
+        // The next key's bound holds where it is reached, not only where it is passed.
+        {"S0-1000 S1000-3000 S2500-2600", 1500, 0, -500, "0-1000 500-2500* 2500-2600"},
+        {"S0-1000 S1000-3000 S2510-2600", 1500, 0, -500, "0-1000 1000-3000* 2510-2600"},
+        // So does the end that a link leaves, and comes after the neighbours; its start has to be passed.
+        {"S0-5050 | L2000-4000>0 L4500-4600", 3000, 1, 1000, "0-5050 | 3000-5000* 4500-4600"},
+        {"S0-5060 | L2000-4000>0 L4500-4600", 3000, 1, 1000, "0-5060 | 2500-4500* 4500-4600"},
+        {"S950-9000 | L0-2000 L3000-4000>0", 3500, 1, -2000, "950-9000 | 0-2000 2000-3000*"},
+        {"S960-9000 | L0-2000 L3000-4000>0", 3500, 1, -2000, "960-9000 | 0-2000 1010-2010*"},
+    };
+    for (const auto& c : cases)
+    {
+        CTimelineBench one(c.pszTracks);
+        EXPECT_EQ(c.pszAfter, Dragged(one, c.nTime, c.nRow, c.dt)) << c.pszTracks;
+    }
 }
 
 TEST(MoveKeys, AKeyThatHangsOverThePhaseEndNeverLiesOverItsNeighbour)

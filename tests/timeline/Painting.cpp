@@ -157,6 +157,107 @@ TEST(TimelinePainting, GuidesOfManyKeysLookAsIfEachHadBeenDrawn)
     EXPECT_EQ(PictureOf(each, nWidth, nHeight), PictureOf(drawn, nWidth, nHeight));
 }
 
+// Joined with "; ".
+std::string Of(const CCalls& calls, std::initializer_list<const char*> kinds)
+{
+    std::string sText;
+    for (const std::string& sCall : calls)
+        for (const char* pszKind : kinds)
+            if (sCall.rfind(pszKind, 0) == 0)
+                sText += (sText.empty() ? "" : "; ") + sCall;
+    return sText;
+}
+
+TEST(TimelinePainting, WhatTouchesTheEdgeOfTheViewIsDrawnAndNothingBeyond)
+{
+    // The area is 1020 wide; a key's end shows by a line within it, and by a mark of 5 pixels at either side.
+    const auto mark = [](int x)
+    {
+        return "polygon " + std::to_string(x - 5) + ",295 " + std::to_string(x + 5) + ",295 " +
+               std::to_string(x) + ",300 #0000FF";
+    };
+    const struct
+    {
+        const char* pszKey;
+        std::string sGuides;
+        const char* pszFaces;
+    } keys[] = {
+        {"M-100--50*", mark(-5), ""},
+        {"M-100--60*", "", ""},
+        {"M-60--50*", mark(-5), ""},
+        {"M-100-0*", "line 0,0 0,300; " + mark(0), ""},
+        {"M-100-10*", "line 1,0 1,300; " + mark(1), "raised -10,0 11x36; dotted -6,4 3x28"},
+        {"M10190-10260*", "line 1019,0 1019,300; " + mark(1019), "raised 1019,0 7x36"},
+        {"M10200-10260*", mark(1020), ""},
+        {"M10250-10260*", mark(1025), ""},
+        {"M10260-10300*", "", ""},
+        {"M4600-4605*", "line 460,0 460,300; line 460,0 460,300; " + mark(460) + "; " + mark(460), ""},
+        {"M4000-4080*", "line 400,0 400,300; line 408,0 408,300; " + mark(400) + "; " + mark(408),
+         "raised 400,0 8x36"},
+        {"M4000-4090*", "line 400,0 400,300; line 409,0 409,300; " + mark(400) + "; " + mark(409),
+         "raised 400,0 9x36; dotted 404,4 1x28"},
+    };
+    for (const auto& key : keys)
+    {
+        const CCalls calls = Painted(CTimelineBench(key.pszKey));
+        EXPECT_EQ(key.sGuides, Of(calls, {"line", "polygon"})) << key.pszKey;
+        EXPECT_EQ(key.pszFaces, Of(calls, {"raised", "dotted", "text"})) << key.pszKey;
+    }
+
+    // A link is drawn while its box, with the circle, touches the view. Both middles stand at the same place.
+    const struct
+    {
+        int nFirst, nLast, nRow, nHeight, nScroll;
+        bool bDrawn;
+    } links[] = {{-80, -40, 0, 300, 0, true},       {-90, -50, 0, 300, 0, false},
+                 {10230, 10270, 0, 300, 0, true},   {10240, 10280, 0, 300, 0, false},
+                 {1000, 2000, 0, 300, 6, true},     {1000, 2000, 0, 300, 7, false},
+                 {1000, 2000, 8, 301, 0, true},     {1000, 2000, 8, 300, 0, false},
+                 {-90000, 200000, 0, 300, 0, false}}; // with its middle far to the right
+    for (const auto& c : links)
+    {
+        std::string sTracks;
+        for (int i = 0; i < c.nRow; ++i)
+            sTracks += "| ";
+        const std::string sKey = "M" + std::to_string(c.nFirst) + "-" + std::to_string(c.nLast);
+        CTimelineBench bench(sTracks + sKey + "#1 " + sKey + "#2>1");
+        bench.wnd->OnSize(1020, 170 + c.nHeight, 70, 100, 20);
+        bench.wnd->OnScroll(EScrollEvent::eThumbTrack, c.nScroll);
+        EXPECT_EQ(c.bDrawn, !Of(Painted(bench), {"ellipse"}).empty()) << c.nFirst << " in row " << c.nRow;
+    }
+}
+
+TEST(TimelinePainting, WithEveryOptionACarriedKeyLiesOverAllAndItsLandingBelow)
+{
+    CTimelineBench bench("S1000-3000#4=Puff | L1500-2500>4");
+    bench.wnd->SetOptions(CTrackViewOptions::ForUsers());
+    bench.Press(bench.At(1200, 0), false, true);
+    bench.wnd->OnMove(bench.At(6200, 1), true);
+    const CCalls expected = {
+        "fill 0,0 1020x1000 #646464",
+        "sunken -100,0 1220x36",
+        "raised 100,0 200x36",
+        "dotted 104,4 192x28",
+        "sunken -100,36 1220x36",
+        "raised 150,36 100x36",
+        "dotted 599,36 200x36", // where it would lie, on the grid of the pixels
+        "line 599,36 599,300",
+        "line 799,36 799,300",
+        "polygon 594,295 604,295 599,300 #0000FF",
+        "polygon 794,295 804,295 799,300 #0000FF",
+        "line 200,54 200,18",
+        "ellipse 195,13 11x11 #FFFFFF",
+        "label 103,0 87x36 Puff - Sprite", // beside the circle
+        "label 153,36 94x36 Light",
+        "raised 600,36 200x36",
+        "dotted 604,40 192x28",
+        "label 603,36 194x36 Puff - Sprite",
+    };
+    EXPECT_EQ(expected, Painted(bench));
+    bench.wnd->OnMove(bench.At(2200, 1), true); // on a key: no landing, and no guides in its place
+    EXPECT_EQ("line 200,54 200,18", Of(Painted(bench), {"line", "polygon"}));
+}
+
 TEST(TimelinePainting, FillsAtLeastAThousandPixelsAndTheWholeSurface)
 {
     CTimelineBench bench(aLibrary().effect("Smoke"));
@@ -199,8 +300,35 @@ TEST(TimelinePainting, NamesAreReadInWhatCanBeSeenOfTheirKeys)
     CRecordingSurface zoomed;
     bench.wnd->Paint(zoomed);
     EXPECT_EQ("label 3,0 994x36 Big - Sprite", zoomed.Calls("label").at(0));
-    bench.wnd->OnScroll(EScrollEvent::eLineDown); // 16 of the row's 36 pixels are left
-    CRecordingSurface scrolled;
-    bench.wnd->Paint(scrolled);
-    EXPECT_EQ("label 3,0 994x16 Big - Sprite", scrolled.Calls("label").at(0));
+    const auto scrolled = [&](int32_t nPos)
+    {
+        bench.wnd->OnScroll(EScrollEvent::eThumbTrack, nPos);
+        const std::string sLabels = Of(Painted(bench), {"label"});
+        return sLabels.substr(0, sLabels.find(';'));
+    };
+    EXPECT_EQ("label 3,0 994x16 Big - Sprite", scrolled(5)); // 16 of the row's 36 pixels are left
+    EXPECT_EQ("label 3,0 994x12 Big - Sprite", scrolled(6)); // the height of a line
+    EXPECT_EQ("label 3,-28 994x36 Big - Sprite", scrolled(7));
+
+    // A name takes 3 pixels less at either side, and beside the circle 10 from its middle; 8 are the least.
+    const struct
+    {
+        const char* pszTracks;
+        const char* pszLabels;
+    } cases[] = {
+        {"M1000-1140", "label 103,0 8x36 ~"},
+        {"M1000-1130", ""},
+        {"M1000-1420#1 | M0-10000#2>1", "label 103,0 8x36 ~; label 3,36 994x36 Marker"},
+        {"M1000-1410#1 | M0-10000#2>1", "label 130,0 8x36 ~; label 3,36 994x36 Marker"},
+        {"M1000-1400#1 | M0-10000#2>1", "label 3,36 994x36 Marker"},
+        {"M-200-800#1 | M0-10000#2>1", "label 40,0 37x36 Marker; label 3,36 994x36 Marker"},
+        {"M-800-160#1 | M0-10000#2>1",
+         "label 3,0 10x36 ~; label 3,36 994x36 Marker"}, // its circle is out of view
+    };
+    for (const auto& c : cases)
+    {
+        CTimelineBench one(c.pszTracks);
+        one.wnd->SetOptions(CTrackViewOptions{true, false, false});
+        EXPECT_EQ(c.pszLabels, Of(Painted(one), {"label"})) << c.pszTracks;
+    }
 }

@@ -26,6 +26,14 @@ TEST(TimelineSelection, PlainCtrlAndMissingPressesFollowTheirSteps)
     EXPECT_EQ(&bench.Key(1, 0), wnd.GetCurKey());
     EXPECT_FALSE(wnd.GetCurTrack());
     EXPECT_EQ(nInvalidated + 1, bench.view.m_nInvalidated);
+    bench.Click(bench.At(500, 2)); // nothing more to clear
+    bench.Click(bench.At(5000, 0));
+    EXPECT_EQ(nInvalidated + 1, bench.view.m_nInvalidated);
+    bench.Click(bench.At(500, 1));
+    bench.Press(bench.At(5000, 0)); // clears
+    EXPECT_EQ(nInvalidated + 5, bench.view.m_nInvalidated);
+    bench.Click(bench.At(500, 1));
+    bench.Click(bench.At(500, 2));
     wnd.OnDoubleClick(bench.At(500, 2), false, false);
     EXPECT_EQ(std::vector<CEffectPropertySet*>{&bench.Key(1, 0)}, bench.host.m_Edited);
     bench.checker.ExpectEdits(0);
@@ -42,6 +50,27 @@ TEST(TimelineSelection, PressInASharedColumnSelectsAndRunsNothing)
     EXPECT_EQ(ECursorShape::eSizeHorizontal, bench.view.m_eShape);
     bench.wnd->OnMouseLost();
     EXPECT_EQ(ECursorShape::eArrow, bench.view.m_eShape);
+    bench.wnd->OnMouseLost();
+    bench.wnd->OnLeftRelease(bench.At(5000, 0));
+    const struct
+    {
+        CPoint ptHover, pt;
+        bool bShift;
+        ECursorShape eShape;
+    } presses[] = {{{500, 300}, {101, 80}, false, ECursorShape::eSizeHorizontal},
+                   {{500, 300}, {198, 80}, false, ECursorShape::eSizeHorizontal},
+                   {{101, 80}, {101, 80}, true, ECursorShape::eArrow}};
+    for (const auto& press : presses)
+    {
+        bench.view.m_eShape = ECursorShape::eArrow; // of a window that has just been opened
+        bench.wnd->OnMove(press.ptHover, false);
+        bench.Press(press.pt, false, press.bShift);
+        EXPECT_TRUE(bench.wnd->IsDragging());
+        EXPECT_EQ(press.eShape, bench.view.m_eShape) << press.pt.x;
+        bench.wnd.reset(); // the window goes, and a copy with it
+        bench.Open();
+        EXPECT_EQ("1000-2000* 2000-3000", bench.Dump());
+    }
 
     // The focus change took the release: no gesture follows, and no move sticks to the pointer.
     bench.view.m_bLeftDown = false;
@@ -66,6 +95,10 @@ TEST(TimelineSelection, NothingElseRunsWhileAGestureDoes)
     EXPECT_FALSE(wnd.IsBusy());
     EXPECT_EQ("1500-2500*", bench.Dump());
     bench.checker.ExpectEdits(1);
+    bench.Press(bench.At(2000, 0));
+    wnd.OnLeftRelease(bench.At(3000, 0)); // a move to its point comes first
+    EXPECT_EQ("2500-3500*", bench.Dump());
+    bench.checker.ExpectEdits(1);
 }
 
 TEST(TimelineSelection, NothingPointsToWhatIsGone)
@@ -84,4 +117,18 @@ TEST(TimelineSelection, NothingPointsToWhatIsGone)
     EXPECT_EQ("Key Info", wnd.KeyInfo().GetInfo().m_sTitle);
     EXPECT_EQ("20000", wnd.KeyInfo().GetInfo().m_sPhaseLength);
     EXPECT_EQ(0.05f, wnd.TimeBar().m_fPixelsPerMs);
+    // An edit of something else is no news, one of the whole library is; after the window's end neither is.
+    const auto repaints = [&](const auto& touch)
+    {
+        const int nInvalidated = bench.view.m_nInvalidated;
+        {
+            CEditScope scope(bench.edits, "From elsewhere");
+            touch(scope);
+        }
+        return bench.view.m_nInvalidated - nInvalidated;
+    };
+    EXPECT_EQ(0, repaints([](CEditScope& scope) { scope.TouchEffectTree(); }));
+    EXPECT_EQ(1, repaints([](CEditScope& scope) { scope.TouchLibrary(); }));
+    bench.wnd.reset();
+    EXPECT_EQ(0, repaints([](CEditScope& scope) { scope.TouchLibrary(); }));
 }

@@ -122,6 +122,36 @@ TEST(TimeBar, SlidersZoomAndPanWithinThePhase)
     EXPECT_EQ(0, bar.m_nViewStart);
     bar.OnPhaseSlider(100);
     EXPECT_EQ(0, bar.m_nViewStart);
+
+    CTimeBar unsized(view, 11000); // no width yet counts as one pixel
+    unsized.OnScaleSlider(50);
+    unsized.OnPhaseSlider(100);
+    EXPECT_EQ(10000, unsized.m_nViewStart);
+}
+
+TEST(TimeBar, ScrollsToWhatIsOutOfViewAlone)
+{
+    CFakeTrackView view;
+    CTimeBar bar(view, 10000);
+    bar.SetWidth(1000);
+    const auto scrolled = [&](int32_t nFrom, int32_t nStart, int32_t nEnd)
+    {
+        bar.OnPhaseSlider(nFrom);
+        bar.ScrollTo(nStart, nEnd);
+        return bar.m_nViewStart;
+    };
+    EXPECT_EQ(0, scrolled(0, 10500, 11000)); // all of the phase is in view
+    EXPECT_EQ(0, bar.GetPhasePos());
+    bar.OnScaleSlider(5);
+    const struct
+    {
+        int32_t nFrom, nStart, nEnd, nViewStart;
+    } cases[] = {{0, 4999, 6000, 0},      {0, 5000, 6000, 4950},   {0, 9000, 9500, 5000},
+                 {100, 4000, 5000, 3950}, {100, 4000, 5001, 5000}, {100, -3000, -2000, 0},
+                 {50, 2600, 2700, 2500},  {50, 1000, 1250, 950}}; // in steps of the slider, downwards
+    for (const auto& c : cases)
+        EXPECT_EQ(c.nViewStart, scrolled(c.nFrom, c.nStart, c.nEnd)) << c.nFrom << " " << c.nStart;
+    EXPECT_EQ(19, bar.GetPhasePos());
 }
 
 TEST(TimeBar, EveryNotificationDrawsTheRulerAndOnlyChangesTheRows)
@@ -137,9 +167,17 @@ TEST(TimeBar, EveryNotificationDrawsTheRulerAndOnlyChangesTheRows)
     bar.SetPhaseLength(10000);
     EXPECT_EQ(2, view.m_nInvalidated);
     EXPECT_EQ(3, view.m_nRulers);
+    bar.OnPhaseSlider(50);
+    bar.OnPhaseSlider(50);
+    EXPECT_EQ(3, view.m_nInvalidated);
+    EXPECT_EQ(5, view.m_nRulers);
+    bar.SetPhaseLength(20000);
+    bar.SetWidth(900);
+    EXPECT_EQ(5, view.m_nInvalidated);
+    EXPECT_EQ(6, view.m_nRulers); // the bar paints itself when its size changes
     CRecordingSurface surface;
     bar.DrawRuler(surface, 1000, 26);
-    EXPECT_EQ(2, view.m_nInvalidated);
+    EXPECT_EQ(5, view.m_nInvalidated);
 }
 
 TEST(KeyInfoBar, ShowsTheCurrentKeyAndTotals)
@@ -168,6 +206,11 @@ TEST(KeyInfoBar, ShowsTheCurrentKeyAndTotals)
     bench.wnd->OnMove(bench.At(2500, 0), true);
     EXPECT_EQ("2000 ms", info.m_sStart);
     bench.wnd->OnLeftRelease(bench.At(2500, 0));
+    const int nKeyInfos = bench.view.m_nKeyInfos;
+    bench.Click(bench.At(2500, 0)); // the same again is no news
+    EXPECT_EQ(nKeyInfos, bench.view.m_nKeyInfos);
+    bench.Click(bench.At(500, 1));
+    EXPECT_EQ(nKeyInfos + 1, bench.view.m_nKeyInfos);
 }
 
 TEST(KeyInfoBar, PhaseLengthWaitsForItsDialogToGo)
@@ -182,6 +225,7 @@ TEST(KeyInfoBar, PhaseLengthWaitsForItsDialogToGo)
     EXPECT_EQ(1, bench.prompts.m_Numbers.at(0).m_nMin);
     EXPECT_EQ(1000000, bench.prompts.m_Numbers.at(0).m_nMax);
     EXPECT_EQ(1, bench.view.m_nPosted);
+    EXPECT_EQ(1, bench.view.m_nKeyInfos);
     EXPECT_EQ("5000", bar.GetInfo().m_sPhaseLength);
     EXPECT_EQ(10000, bench.Tracks().m_nPhaseLength);
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <sstream>
@@ -34,6 +35,27 @@ public:
     bool m_bLeftDown = true;
     ECursorShape m_eShape = ECursorShape::eArrow;
     int m_nFocus = 0, m_nInvalidated = 0, m_nPainted = 0, m_nRulers = 0, m_nKeyInfos = 0, m_nPosted = 0;
+};
+
+// What edits touched.
+class CTouchLog : private IEditListener
+{
+public:
+    explicit CTouchLog(CEditHub& edits) : m_Edits(edits) { m_Edits.AddListener(this); }
+    ~CTouchLog() override { m_Edits.RemoveListener(this); }
+    bool Has(const void* pObject) const
+    {
+        return std::any_of(m_Touched.begin(), m_Touched.end(),
+                           [&](const CTouch& touch) { return touch.m_pObject == pObject; });
+    }
+    std::vector<CTouch> m_Touched;
+
+private:
+    void OnEdit(const CEdit& edit) override
+    {
+        m_Touched.insert(m_Touched.end(), edit.m_Touched.begin(), edit.m_Touched.end());
+    }
+    CEditHub& m_Edits;
 };
 
 // The timeline of the first effect of a library, 0.1 pixels a millisecond, rows from y 70 on.
