@@ -3,34 +3,12 @@
 #include "batch/Batch.h"
 #include "batch/Output.h"
 #include "model/PropData.h"
+#include "model/PropKinds.h"
 #include "platform/Paths.h"
 #include "qsnumber.h"
 
 namespace
 {
-std::string KindName(uint32_t eType)
-{
-    switch (eType)
-    {
-    case ePropType_None:
-        return "None";
-    case ePropType_UI:
-        return "UI";
-    case ePropType_String:
-    case ePropType_Filename:
-    case ePropType_Enum:
-    case ePropType_Int:
-    case ePropType_Float:
-    case ePropType_Color:
-    case ePropType_Vector:
-    case ePropType_Animation:
-    case ePropType_FireglassRef:
-        return GetPropTypeName(eType);
-    default:
-        return "Unknown";
-    }
-}
-
 CJson DefaultValue(const CEffectPropertyDesc& desc)
 {
     CPropData data;
@@ -69,7 +47,7 @@ CJson TypeTable(const CEffectModule& module)
             properties.push_back({{"name", ReadableText(DescName(desc))},
                                   {"data", ReadableText(DescData(desc))},
                                   {"help", ReadableText(DescHelp(desc))},
-                                  {"type", KindName(desc.m_eType)},
+                                  {"type", PropKind(desc.m_eType).m_pszName},
                                   {"functionCurve", desc.m_bFunctionCurve != 0},
                                   {"interpolate", desc.m_bInterpolate != 0},
                                   {"default", DefaultValue(desc)}});

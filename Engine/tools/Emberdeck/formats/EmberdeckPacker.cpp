@@ -10,6 +10,7 @@
 #include "model/FunctionCurve.h"
 #include "model/MakeOrNull.h"
 #include "model/NameIndex.h"
+#include "model/PropKinds.h"
 #include "platform/IPrompts.h"
 #include "platform/ReplacingFile.h"
 #include "qsassert.h"
@@ -70,18 +71,10 @@ uint32_t EnumIndex(const CEffectPropertyDesc& desc, const CPropData& data)
     return nIndex < 0 ? 0 : static_cast<uint32_t>(nIndex);
 }
 
-// Bytes of a value in the file.
-uint32_t ValueSize(uint32_t eType)
-{
-    if (IsTextKind(eType) || eType == ePropType_Int || eType == ePropType_Float)
-        return 4;
-    return eType == ePropType_Vector ? 12 : eType == ePropType_Color ? 16 : 0;
-}
-
 // Bytes of a property's record.
 uint32_t RecordSize(const CEffectPropertyDesc& desc)
 {
-    return c_nRecordHeadSize + (desc.m_bFunctionCurve ? 4 : ValueSize(desc.m_eType));
+    return c_nRecordHeadSize + (desc.m_bFunctionCurve ? 4 : PropKind(desc.m_eType).m_nPackedBytes);
 }
 
 // One pack. Memory that runs out throws.
@@ -181,7 +174,7 @@ bool CPacker::HasRoom()
     for (const CFunctionCurveData::CEntry& entry : m_Curves.Entries())
     {
         const CEffectProperty& prop = *entry.m_pProp;
-        nBytes += 4 + uint64_t(prop.GetNumKeys()) * (4 + ValueSize(prop.GetDesc()->m_eType));
+        nBytes += 4 + uint64_t(prop.GetNumKeys()) * (4 + PropKind(prop.GetDesc()->m_eType).m_nPackedBytes);
     }
     return m_Strings.IsSound() && nBytes <= UINT32_MAX;
 }

@@ -4,6 +4,7 @@
 #include "formats/LibraryLoader.h"
 #include "model/MakeOrNull.h"
 #include "model/NameIndex.h"
+#include "model/PropKinds.h"
 #include "qsassert.h"
 
 namespace
@@ -25,14 +26,6 @@ bool HasAtoms(const CQSANode& list, uint32_t nCount)
     return true;
 }
 
-// Atoms that a value of a kind takes; 0 for a kind without a value.
-uint32_t CountAtoms(EEffectPropertyType eType)
-{
-    if (IsTextKind(eType) || eType == ePropType_Int || eType == ePropType_Float)
-        return 1;
-    return eType == ePropType_Vector ? 3 : eType == ePropType_Color ? 4 : 0;
-}
-
 uint32_t ReadChannel(const CQSANode& data, uint32_t nElement)
 {
     return static_cast<uint32_t>(QSTextToInt(data.GetElement(nElement)->GetValue())) & 0xFF;
@@ -50,7 +43,7 @@ bool LoadPropertyValue(const CQSANode* pData, EEffectPropertyType eType, CPropKe
     QS_ASSERT_MSG(pData, "Error: Invalid parameters passed into LoadPropertyValue");
     if (!pData)
         return false;
-    const uint32_t nAtoms = CountAtoms(eType);
+    const uint32_t nAtoms = PropKind(eType).m_nAtoms;
     if (nAtoms == 0)
     {
         QS_ASSERT_FORCED("Error: Unexpected property value");
@@ -60,18 +53,18 @@ bool LoadPropertyValue(const CQSANode* pData, EEffectPropertyType eType, CPropKe
         return false;
 
     const CQSANode& data = *pData;
-    switch (eType)
+    switch (PropKind(eType).m_eForm)
     {
-    case ePropType_Int:
+    case EPropForm::eInt:
         key.m_Data.SetInt(QSTextToInt(data.GetElement(1)->GetValue()));
         break;
-    case ePropType_Float:
+    case EPropForm::eFloat:
         key.m_Data.SetFloat(ReadComponent(data, 1));
         break;
-    case ePropType_Vector:
+    case EPropForm::eVector:
         key.m_Data.SetVector({ReadComponent(data, 1), ReadComponent(data, 2), ReadComponent(data, 3)});
         break;
-    case ePropType_Color:
+    case EPropForm::eColor:
         key.m_Data.SetColor(MakePropColor(ReadChannel(data, 1), ReadChannel(data, 2), ReadChannel(data, 3),
                                           ReadChannel(data, 4)));
         break;
@@ -226,7 +219,7 @@ bool CLibraryLoader::LoadValue(const CQSANode& node, EEffectPropertyType eType, 
     if (!LoadPropertyValue(pData, eType, key))
         return false;
     if (m_Findings)
-        m_Findings.TellValue(*pData, eType, CountAtoms(eType), *prop.GetDesc());
+        m_Findings.TellValue(*pData, eType, PropKind(eType).m_nAtoms, *prop.GetDesc());
     return true;
 }
 
@@ -257,7 +250,7 @@ void CLibraryLoader::TellMissing(const CEffectPropertySet& set)
     for (uint32_t i = 0; i < set.GetNumProps(); ++i)
     {
         const CEffectPropertyDesc& desc = set.m_pTypeDesc->m_pProps[i];
-        if (!set.GetPropertyDirect(i) && desc.m_eType != ePropType_None && desc.m_eType != ePropType_UI)
+        if (!set.GetPropertyDirect(i) && PropKind(desc.m_eType).m_bValue)
             m_Findings.Tell(
                 QSFormat("There is no property %s; it took the default.", DescName(desc).c_str()));
     }

@@ -7,6 +7,7 @@
 #include "formats/ResourceCollector.h"
 #include "model/MakeOrNull.h"
 #include "model/NameIndex.h"
+#include "model/PropKinds.h"
 #include "platform/IPrompts.h"
 #include "platform/Paths.h"
 #include "qsamgr/qsafile.h"
@@ -70,34 +71,34 @@ void WritePropertyValue(CLineWriter& out, uint32_t nDepth, const CEffectProperty
         return;
     const uint32_t eType = pProp->GetDesc()->m_eType;
     const CPropData& data = pPropKey->m_Data;
-    if (IsTextKind(eType))
+    switch (PropKind(eType).m_eForm)
     {
+    case EPropForm::eText:
         out.TextLine(nDepth, "data", data.GetText());
-        return;
-    }
-    if (eType == ePropType_Int)
-    {
+        break;
+    case EPropForm::eInt:
         out.ValueLine(nDepth, "data", data.GetInt());
-    }
-    else if (eType == ePropType_Float)
-    {
+        break;
+    case EPropForm::eFloat:
         out.ValueLine(nDepth, "data", QSNearestFloat(data.GetFloat()));
-    }
-    else if (eType == ePropType_Vector)
+        break;
+    case EPropForm::eVector:
     {
         const CVector3 v = data.GetVector();
         out.ValueLine(nDepth, "data", QSNearestFloat(v.x), QSNearestFloat(v.y), QSNearestFloat(v.z));
+        break;
     }
-    else if (eType == ePropType_Color)
+    case EPropForm::eColor:
     {
         const uint32_t nColor = data.GetColor();
         const auto Channel = [](uint32_t nChannel) { return static_cast<int32_t>(nChannel); };
         out.ValueLine(nDepth, "data", Channel(PropColorRed(nColor)), Channel(PropColorGreen(nColor)),
                       Channel(PropColorBlue(nColor)), Channel(PropColorAlpha(nColor)));
+        break;
     }
-    else
-    {
+    case EPropForm::eNone:
         QS_ASSERT_FORCED("Error: Unexpected property value");
+        break;
     }
 }
 

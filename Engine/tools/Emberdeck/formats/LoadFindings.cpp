@@ -8,6 +8,7 @@
 
 #include "formats/NodeFields.h"
 #include "formats/SharedValidation.h"
+#include "model/PropKinds.h"
 #include "platform/Paths.h"
 #include "qsamgr/qsanodereader.h"
 #include "qsamgr/qsareader.h"
@@ -210,21 +211,21 @@ void CLoadFindings::TellValue(const CQSANode& data, uint32_t eType, uint32_t nAt
         TellCount(data, nAtoms);
     const auto text = [&](uint32_t n) { return data.GetElement(n)->GetValue(); };
     const auto field = [&] { return "property " + DescName(desc); };
-    switch (eType)
+    switch (PropKind(eType).m_eForm)
     {
-    case ePropType_Int:
+    case EPropForm::eInt:
         if (!IsPlainWholeNumber(text(1)))
             TellWholeNumber(text(1), field().c_str());
         break;
-    case ePropType_Float:
-    case ePropType_Vector:
+    case EPropForm::eFloat:
+    case EPropForm::eVector:
         for (uint32_t i = 1; i <= nAtoms; ++i)
         {
             if (!IsPlainDecimalNumber(text(i)))
                 TellDecimalNumber(text(i), field().c_str());
         }
         break;
-    case ePropType_Color:
+    case EPropForm::eColor:
         for (uint32_t i = 1; i <= nAtoms; ++i)
         {
             const char* pszText = text(i);

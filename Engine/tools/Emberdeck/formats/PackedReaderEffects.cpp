@@ -3,6 +3,7 @@
 #include "formats/PackedParse.h"
 #include "model/EffectProperty.h"
 #include "model/NameIndex.h"
+#include "model/PropKinds.h"
 #include "model/Spell.h"
 
 namespace
@@ -13,16 +14,9 @@ constexpr uint32_t c_nKeyHeadSize = 24;
 constexpr uint32_t c_nPropertyHeadSize = 8;
 constexpr uint32_t c_nMaxName = sizeof(CEffectPropertyDesc::m_szName) - 1;
 
-uint32_t ValueSize(uint32_t eType)
-{
-    if (IsTextKind(eType) || eType == ePropType_Int || eType == ePropType_Float)
-        return 4;
-    return eType == ePropType_Vector ? 12 : eType == ePropType_Color ? 16 : 0;
-}
-
 bool HasRecord(const CEffectPropertyDesc& desc)
 {
-    return desc.m_eType != ePropType_None && desc.m_eType != ePropType_UI;
+    return PropKind(desc.m_eType).m_bValue;
 }
 
 // Whether some whole number of milliseconds is packed as this.
@@ -195,10 +189,10 @@ bool CPackedReader::ReadCurveRecord(const CEffectPropertyDesc& desc, uint32_t nO
     CByteReader reader(m_sBytes, m_Library.m_bBigEndian);
     reader.SetWindow(CurveTableOffset() + nOffset, EffectsOffset());
     const uint32_t nNumKeys = reader.ReadU32();
-    if (nNumKeys == 0 || nNumKeys > reader.Remaining() / (4 + ValueSize(desc.m_eType)))
+    if (nNumKeys == 0 || nNumKeys > reader.Remaining() / (4 + PropKind(desc.m_eType).m_nPackedBytes))
         return Fail(reader.Tell() - 4, QSFormat("a curve of %u keys", nNumKeys));
     // No two may share bytes, or a small file could ask for more than any memory.
-    const uint64_t nEnd = nOffset + 4 + uint64_t(nNumKeys) * (4 + ValueSize(desc.m_eType));
+    const uint64_t nEnd = nOffset + 4 + uint64_t(nNumKeys) * (4 + PropKind(desc.m_eType).m_nPackedBytes);
     const auto own = m_Curves.find(nOffset);
     if ((own != m_Curves.begin() && std::prev(own)->second.m_nEnd > nOffset) ||
         (std::next(own) != m_Curves.end() && std::next(own)->first < nEnd))

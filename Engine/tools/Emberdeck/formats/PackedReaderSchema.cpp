@@ -6,6 +6,7 @@
 #include "model/EffectProperty.h"
 #include "model/NameIndex.h"
 #include "model/PropData.h"
+#include "model/PropKinds.h"
 #include "shared/engine/ProjectLocator.h"
 
 namespace
@@ -112,7 +113,7 @@ bool CPackedReader::HasCurvesWithoutValues() const
         for (uint32_t i = 0; nID < m_TypesUsed.size() && m_TypesUsed[nID] && i < pType->m_nNumProps; ++i)
         {
             const CEffectPropertyDesc& desc = pType->m_pProps[i];
-            if (desc.m_bFunctionCurve && (desc.m_eType == ePropType_None || desc.m_eType == ePropType_UI))
+            if (desc.m_bFunctionCurve && !PropKind(desc.m_eType).m_bValue)
                 return true;
         }
     }

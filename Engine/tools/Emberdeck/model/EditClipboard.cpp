@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "model/MakeOrNull.h"
+#include "model/PropKinds.h"
 
 namespace
 {
@@ -40,8 +41,7 @@ CPropKey StoredForm(uint32_t eType, const CPropKey& key)
 // A kind that the text format has a name for; a file keeps no others.
 bool IsStoredKind(uint32_t eType)
 {
-    return IsTextKind(eType) || eType == ePropType_Int || eType == ePropType_Float ||
-           eType == ePropType_Color || eType == ePropType_Vector;
+    return PropKind(eType).m_eForm != EPropForm::eNone;
 }
 
 } // namespace

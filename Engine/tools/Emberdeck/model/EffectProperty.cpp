@@ -6,6 +6,7 @@
 
 #include "model/MakeOrNull.h"
 #include "model/NameIndex.h"
+#include "model/PropKinds.h"
 #include "qsassert.h"
 
 namespace
@@ -19,23 +20,6 @@ bool IsEarlier(const CPropKey& left, const CPropKey& right)
         return false;
     return std::isnan(right.m_fTime) || left.m_fTime < right.m_fTime;
 }
-
-struct CKindName
-{
-    EEffectPropertyType m_eType;
-    const char* m_pszName;
-};
-constexpr CKindName c_KindNames[] = {
-    {ePropType_String, "String"},
-    {ePropType_Filename, "Filename"},
-    {ePropType_Enum, "Enum"},
-    {ePropType_Int, "Int"},
-    {ePropType_Float, "Float"},
-    {ePropType_Color, "Color"},
-    {ePropType_Vector, "Vector"},
-    {ePropType_Animation, "Animation"},
-    {ePropType_FireglassRef, "FireglassRef"},
-};
 
 } // namespace
 
@@ -191,27 +175,25 @@ void CPropKeyList::Clear()
 
 bool HasValue(const CEffectProperty* pProp)
 {
-    return pProp && pProp->GetDesc() && pProp->GetDesc()->m_eType != ePropType_None &&
-           pProp->GetDesc()->m_eType != ePropType_UI;
+    return pProp && pProp->GetDesc() && PropKind(pProp->GetDesc()->m_eType).m_bValue;
 }
 
 const char* GetPropTypeName(uint32_t eType)
 {
-    for (const CKindName& kind : c_KindNames)
-    {
-        if (kind.m_eType == eType)
-            return kind.m_pszName;
-    }
+    const CPropKind& kind = PropKind(eType);
+    if (kind.m_eForm != EPropForm::eNone)
+        return kind.m_pszName;
     QS_ASSERT_FORCED("Error: Found property with unknown type");
     return "Unknown";
 }
 
 bool ParsePropTypeName(const char* pszName, EEffectPropertyType& eType)
 {
-    for (const CKindName& kind : c_KindNames)
+    for (uint32_t i = 0; PropKind(i).m_eType == i; ++i) // up to the first number that is no kind
     {
-        if (pszName && FoldNameByte(*pszName) == FoldNameByte(*kind.m_pszName) &&
-            IsSameName(kind.m_pszName, pszName))
+        const CPropKind& kind = PropKind(i);
+        if (pszName && kind.m_eForm != EPropForm::eNone &&
+            FoldNameByte(*pszName) == FoldNameByte(*kind.m_pszName) && IsSameName(kind.m_pszName, pszName))
         {
             eType = kind.m_eType;
             return true;
@@ -222,32 +204,22 @@ bool ParsePropTypeName(const char* pszName, EEffectPropertyType& eType)
 
 bool IsTextKind(uint32_t eType)
 {
-    switch (eType)
-    {
-    case ePropType_String:
-    case ePropType_Filename:
-    case ePropType_Enum:
-    case ePropType_Animation:
-    case ePropType_FireglassRef:
-        return true;
-    default:
-        return false;
-    }
+    return PropKind(eType).m_eForm == EPropForm::eText;
 }
 
 bool IsSameValue(uint32_t eType, const CPropData& left, const CPropData& right)
 {
-    if (IsTextKind(eType))
-        return left.GetText() == right.GetText();
-    switch (eType)
+    switch (PropKind(eType).m_eForm)
     {
-    case ePropType_Int:
+    case EPropForm::eText:
+        return left.GetText() == right.GetText();
+    case EPropForm::eInt:
         return left.GetInt() == right.GetInt();
-    case ePropType_Float:
+    case EPropForm::eFloat:
         return left.GetFloat() == right.GetFloat();
-    case ePropType_Color:
+    case EPropForm::eColor:
         return left.GetColor() == right.GetColor();
-    case ePropType_Vector:
+    case EPropForm::eVector:
         return left.GetVector() == right.GetVector();
     default:
         QS_ASSERT_FORCED("Error: Unexpected property type");

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "model/MakeOrNull.h"
+#include "model/PropKinds.h"
 #include "qsassert.h"
 
 namespace
@@ -128,27 +129,27 @@ uint64_t HashCurve(const CEffectProperty& prop)
     for (uint32_t i = 0; i < prop.GetNumKeys(); ++i)
     {
         const CPropKey& key = *prop.GetKey(i);
-        if (IsTextKind(eType))
+        switch (PropKind(eType).m_eForm)
         {
+        case EPropForm::eText:
             hash.Add(key.m_Data.GetText());
-        }
-        else if (eType == ePropType_Int || eType == ePropType_Color)
-        {
+            break;
+        case EPropForm::eInt:
+        case EPropForm::eColor:
             hash.Add(key.m_Data.GetColor());
-        }
-        else if (eType == ePropType_Float)
-        {
+            break;
+        case EPropForm::eFloat:
             hash.Add(FloatBits(key.m_Data.GetFloat()));
-        }
-        else if (eType == ePropType_Vector)
+            break;
+        case EPropForm::eVector:
         {
             const CVector3 v = key.m_Data.GetVector();
             hash.Add(uint64_t(FloatBits(v.x)) << 32 | FloatBits(v.y));
             hash.Add(FloatBits(v.z));
+            break;
         }
-        else
-        {
-            break; // a kind without a form: the comparison reports it
+        case EPropForm::eNone: // the comparison reports it
+            return hash.m_nHash;
         }
         hash.Add(FloatBits(key.m_fTime));
     }
@@ -176,17 +177,17 @@ bool IsSameCurve(const CEffectProperty& left, const CEffectProperty& right)
 
 double GetAxisValue(const CEffectProperty& prop, const CPropKey& key, int nAxis)
 {
-    switch (KindOf(prop))
+    switch (PropKind(KindOf(prop)).m_eForm)
     {
-    case ePropType_Int:
+    case EPropForm::eInt:
         return key.m_Data.GetInt();
-    case ePropType_Float:
+    case EPropForm::eFloat:
         return key.m_Data.GetFloat();
-    case ePropType_Color:
+    case EPropForm::eColor:
         if (nAxis < 0)
             return 0.0;
         return static_cast<float>(key.m_Data.GetColor() >> ColorShift(nAxis) & 0xFF) * c_fOneOver255;
-    case ePropType_Vector:
+    case EPropForm::eVector:
         return AxisOf(key.m_Data.GetVector(), nAxis);
     default:
         return 0.0;
@@ -197,18 +198,18 @@ void SetAxisValue(float fValue, CPropKey& key, int nAxis, CEffectProperty& prop)
 {
     if (!std::isfinite(fValue))
         fValue = 0.0f;
-    switch (KindOf(prop))
+    switch (PropKind(KindOf(prop)).m_eForm)
     {
-    case ePropType_Int:
+    case EPropForm::eInt:
         key.m_Data.SetInt(RoundToInt(fValue));
         break;
-    case ePropType_Float:
+    case EPropForm::eFloat:
         key.m_Data.SetFloat(fValue);
         break;
-    case ePropType_Color:
+    case EPropForm::eColor:
         SetColorAxis(key.m_Data, nAxis, fValue);
         break;
-    case ePropType_Vector:
+    case EPropForm::eVector:
         SetVectorAxis(key.m_Data, nAxis, fValue);
         break;
     default:
@@ -238,18 +239,18 @@ CPropData EvaluateValue(const CEffectProperty& prop, double fTime)
     if (!place.m_bBetween)
         return data;
     const CPropData& to = prop.GetKey(place.m_nKey + 1)->m_Data;
-    switch (KindOf(prop))
+    switch (PropKind(KindOf(prop)).m_eForm)
     {
-    case ePropType_Int:
+    case EPropForm::eInt:
         data.SetInt(RoundToInt(static_cast<float>(EvaluateAxis(prop, 0, fTime))));
         break;
-    case ePropType_Float:
+    case EPropForm::eFloat:
         data.SetFloat(static_cast<float>(EvaluateAxis(prop, 0, fTime)));
         break;
-    case ePropType_Color:
+    case EPropForm::eColor:
         data.SetColor(MixColor(data.GetColor(), to.GetColor(), place.m_fPart));
         break;
-    case ePropType_Vector:
+    case EPropForm::eVector:
         data.SetVector(CVector3{static_cast<float>(EvaluateAxis(prop, 0, fTime)),
                                 static_cast<float>(EvaluateAxis(prop, 1, fTime)),
                                 static_cast<float>(EvaluateAxis(prop, 2, fTime))});

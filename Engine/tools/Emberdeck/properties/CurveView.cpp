@@ -4,6 +4,7 @@
 #include <cfloat>
 #include <cmath>
 
+#include "model/PropKinds.h"
 #include "qsnumber.h"
 
 namespace
@@ -100,9 +101,8 @@ std::vector<CScaleMark> CCurveView::GetScale(const CEffectProperty& prop, int32_
     const uint32_t eType = prop.GetDesc() ? prop.GetDesc()->m_eType : uint32_t(ePropType_None);
     const CRange values = Values();
     constexpr double c_fMost = 1e6;
-    if ((eType != ePropType_Int && eType != ePropType_Float && eType != ePropType_Color &&
-         eType != ePropType_Vector) ||
-        Height() <= 0 || std::abs(values.m_fFrom) > c_fMost || std::abs(values.m_fTo) > c_fMost)
+    if (PropKind(eType).m_nAxes == 0 || Height() <= 0 || std::abs(values.m_fFrom) > c_fMost ||
+        std::abs(values.m_fTo) > c_fMost)
         return marks;
     // The smallest of 1, 2, 5, 10... that leaves the gap.
     const double fLeast =

@@ -1,0 +1,40 @@
+#include "model/PropKinds.h"
+
+#include <iterator>
+
+namespace
+{
+
+constexpr CPropKind c_PropKinds[] = {
+    {ePropType_None, "None", EPropForm::eNone, false, 0, 0, 0},
+    {ePropType_String, "String", EPropForm::eText, true, 1, 4, 0},
+    {ePropType_Filename, "Filename", EPropForm::eText, true, 1, 4, 0},
+    {ePropType_Enum, "Enum", EPropForm::eText, true, 1, 4, 0},
+    {ePropType_Int, "Int", EPropForm::eInt, true, 1, 4, 1},
+    {ePropType_Float, "Float", EPropForm::eFloat, true, 1, 4, 1},
+    {ePropType_Color, "Color", EPropForm::eColor, true, 4, 16, 4},
+    {ePropType_Vector, "Vector", EPropForm::eVector, true, 3, 12, 3},
+    {ePropType_UI, "UI", EPropForm::eNone, false, 0, 0, 0},
+    {ePropType_Animation, "Animation", EPropForm::eText, true, 1, 4, 0},
+    {ePropType_FireglassRef, "FireglassRef", EPropForm::eText, true, 1, 4, 0},
+};
+constexpr CPropKind c_Unknown = {ePropType_None, "Unknown", EPropForm::eNone, true, 0, 0, 0};
+
+// Each row stands at the place of its number.
+constexpr bool IsInOrder()
+{
+    for (uint32_t i = 0; i < std::size(c_PropKinds); ++i)
+    {
+        if (c_PropKinds[i].m_eType != i)
+            return false;
+    }
+    return true;
+}
+static_assert(IsInOrder());
+
+} // namespace
+
+const CPropKind& PropKind(uint32_t eType)
+{
+    return eType < std::size(c_PropKinds) ? c_PropKinds[eType] : c_Unknown;
+}
