@@ -156,16 +156,6 @@ HLibraryItem CLibraryTree::InsertItem(std::string_view sText, int nImage, int nS
     return hItem;
 }
 
-void CLibraryTree::SetItemImages(HLibraryItem hItem, int nImage, int nSelectedImage)
-{
-    if (CItem* pItem = Find(hItem))
-    {
-        pItem->m_nImage = nImage;
-        pItem->m_nSelectedImage = nSelectedImage;
-        Tell(eTree_Text, hItem);
-    }
-}
-
 void CLibraryTree::SetItemText(HLibraryItem hItem, std::string_view sText)
 {
     if (CItem* pItem = Find(hItem))

@@ -67,7 +67,6 @@ public:
     {
         return InsertItem(sText, eImage_Leaf, eImage_Leaf, hParent, pData);
     }
-    void SetItemImages(HLibraryItem hItem, int nImage, int nSelectedImage);
     void SetItemText(HLibraryItem hItem, std::string_view sText);
     void SetItemData(HLibraryItem hItem, void* pData);
     void DeleteItem(HLibraryItem hItem); // with all below it
@@ -83,7 +82,7 @@ public:
 
     // Whoever shows the tree may ask to hear of changes. Called after the change; eTree_Removing before it.
     // Removing and Removed tell the item that DeleteItem was called on, not those below it, and the handle
-    // is dead by the second one. Text stands for the images too; Sorted gives the parent, Cleared no item.
+    // is dead by the second one. Sorted gives the parent, Cleared no item.
     // One listener at most; an empty function takes it away.
     enum EChange
     {
