@@ -234,8 +234,8 @@ void CTrackPainter::PaintGuidesOf(const CRect& rc)
 }
 
 // The same picture with a line and a mark for each column instead of each end of a key: what a later one in
-// the column covers whole is left out. Above the marks lines of one colour may come in any order; among the
-// marks each keeps its turn.
+// the column covers whole is left out. Lines of one colour may come in any order, and end where the marks begin,
+// which cover the rest of them; among the marks each keeps its turn.
 void CTrackPainter::PaintManyGuides(const std::vector<CRect>& selected)
 {
     const int32_t nMarksTop = m_nHeight - c_nMark;
@@ -255,24 +255,13 @@ void CTrackPainter::PaintManyGuides(const std::vector<CRect>& selected)
             if (!pColumn)
                 continue;
             pColumn->m_nLastMark = i;
-            if (rc.top > nMarksTop)
-                continue;
             pColumn->m_nTop = std::min(pColumn->m_nTop, std::max(rc.top, 0));
-            pColumn->m_nLastLine = i;
         }
     }
     FillColumns(columns, nMarksTop);
     for (size_t i = 0; i < selected.size(); ++i)
     {
         const CRect& rc = selected[i];
-        for (const int32_t x : {rc.left, rc.right})
-        {
-            const CColumn* pColumn = columnAt(x);
-            if (pColumn && rc.top > nMarksTop && rc.top < m_nHeight)
-                PaintGuide(x, rc.top);
-            else if (pColumn && pColumn->m_nLastLine == i && rc.top <= nMarksTop)
-                PaintGuide(x, std::max(nMarksTop, 0));
-        }
         for (const int32_t x : {rc.left, rc.right})
         {
             const CColumn* pColumn = columnAt(x);

@@ -49,7 +49,6 @@ private:
     struct CColumn
     {
         int32_t m_nTop = INT32_MAX; // of its longest line
-        size_t m_nLastLine = SIZE_MAX;
         size_t m_nLastMark = SIZE_MAX;
     };
 
