@@ -144,6 +144,15 @@ TEST(Tracks, InsertAndDeleteRenumber)
     EXPECT_FALSE(wnd.GetCurKey() || wnd.GetCurTrack());
     EXPECT_TRUE(bench.Key(1, 0).m_bMotionLinked); // links to what has gone stay
     bench.checker.ExpectEdits(1);
+    bench.Arrange([&] { bench.Key(1, 0).Unlink(); });
+    bench.Click(bench.At(150, 1));
+    bench.Drag(bench.At(150, 1), bench.At(5000, 2), true,
+               true); // a carried key leaves its track the current one
+    EXPECT_TRUE(wnd.GetCurKey());
+    bench.prompts.onAsk("the 1 keys", EAnswer::eYes);
+    wnd.Command(c_nCmdDeleteTrack);
+    EXPECT_FALSE(wnd.GetCurKey() || wnd.GetCurTrack());
+    EXPECT_EQ(1u, bench.Tracks().GetNumKeys());
 }
 
 TEST(DeleteKey, TakesAllSelectedAndTheirLinks)

@@ -78,6 +78,9 @@ TEST(MotionLink, TheRubberLineFollowsThePointerUntilAPress)
     const int nPainted = bench.view.m_nPainted;
     wnd.OnMove({102, 80}, false);
     EXPECT_EQ(nPainted, bench.view.m_nPainted);
+    wnd.OnMove({103, 80}, false);
+    wnd.OnMove({102, 80}, false);
+    EXPECT_EQ(nPainted + 2, bench.view.m_nPainted);
     CRecordingSurface surface;
     wnd.Paint(surface);
     EXPECT_EQ("line 250,54 102,10", surface.Calls("line").back());

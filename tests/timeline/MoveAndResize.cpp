@@ -127,7 +127,10 @@ TEST(ResizeKeys, EdgesStopAtTheirBoundsAndAtALeastLength)
         bench.Drag({nEnd / 10 - 1, 80}, {nTo / 10 - 1, 80});
         return bench.Dump();
     };
-    EXPECT_EQ("0-1500* 2000-3000 8000-9000", left(500, -400));
+    EXPECT_EQ("700-1500* 2000-3000 8000-9000", left(500, 700));
+    EXPECT_EQ("700-1500 2000-3000 8000-9500*", right(9000, 9500));
+    EXPECT_EQ("700-1500 2000-3000 8000-9000*", right(9500, 9000));
+    EXPECT_EQ("0-1500* 2000-3000 8000-9000", left(700, -400));
     EXPECT_EQ("1400-1500* 2000-3000 8000-9000", left(0, 1490));
     EXPECT_EQ("1400-1500 1500-3000* 8000-9000", left(2000, 1000));
     EXPECT_EQ("1400-1500 1500-8000* 8000-9000", right(3000, 9500));

@@ -125,14 +125,14 @@ TEST(TimelinePainting, GuidesOfManyKeysLookAsIfEachHadBeenDrawn)
         builder.track();
         for (int nKey = 0; nKey < 10; ++nKey)
             builder
-                .key("Marker", nKey * 900 + (i * 7) % 23 * 30,
-                     nKey * 900 + (i * 7) % 23 * 30 + 120 + i % 5 * 30)
+                .key("Marker", nKey * 1070 - 60 + (i * 7) % 23 * 30,
+                     nKey * 1070 - 60 + (i * 7) % 23 * 30 + 120 + i % 5 * 30)
                 .selected();
     }
     CTimelineBench bench(builder);
     // Rows that begin above, within and below the strip of marks at the bottom.
     bench.wnd->OnSize(1020, 70 + 100 + 7 * 36 + 3, 70, 100, 20);
-    bench.wnd->OnScroll(EScrollEvent::eThumbTrack, 30);
+    bench.wnd->OnScroll(EScrollEvent::eThumbTrack, 27);
     const int nWidth = bench.wnd->Layout().m_rcTrack.Width(),
               nHeight = bench.wnd->Layout().m_rcTrack.Height();
 

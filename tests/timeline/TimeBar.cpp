@@ -124,6 +124,7 @@ TEST(TimeBar, SlidersZoomAndPanWithinThePhase)
     EXPECT_EQ(0, bar.m_nViewStart);
 
     CTimeBar unsized(view, 11000); // no width yet counts as one pixel
+    EXPECT_EQ(1.0f / 11000, unsized.m_fPixelsPerMs);
     unsized.OnScaleSlider(50);
     unsized.OnPhaseSlider(100);
     EXPECT_EQ(10000, unsized.m_nViewStart);
