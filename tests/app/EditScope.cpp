@@ -51,6 +51,20 @@ TEST(EditScope, TellsOncePerObjectAndOnceAtTheOutermostEnd)
     }
     EXPECT_TRUE(log.text.ends_with("touch Next;edit Next 1;")) << log.text;
 
+    // Once is enough, and nobody is no listener.
+    hub.AddListener(&log);
+    hub.AddListener(nullptr);
+    hub.RemoveListener(nullptr);
+    log.text.clear();
+    {
+        CEditScope scope(hub, "All");
+        scope.TouchPrefab(nullptr);
+        scope.TouchPrefabTree();
+        scope.TouchEffectTree();
+        scope.TouchLibrary();
+    }
+    EXPECT_EQ("touch All;touch All;touch All;edit All 3;", log.text);
+
     const CEdit edit{"", {{ETouched::eSpell, &a}, {ETouched::ePrefabTree, nullptr}}};
     EXPECT_TRUE(edit.Touches(&a) && edit.Touches(ETouched::ePrefabTree));
     EXPECT_FALSE(edit.Touches(&b) || edit.Touches(ETouched::ePrefab) ||

@@ -73,13 +73,8 @@ CEmberdeckApp::CEmberdeckApp(const CAppServices& services)
 // reads its type; and a plug-in that looks at its own tables while it goes still finds the rest standing.
 CEmberdeckApp::~CEmberdeckApp()
 {
-    m_EffectTree.SetListener(nullptr);
-    m_PrefabTree.SetListener(nullptr);
-    m_Project = CProjectInfo();
-    m_sResourceRoot.clear();
     m_EffectModule.Unload();
     m_SpellMgr.Clear();
-    m_sFileName.clear();
 }
 
 void CEmberdeckApp::Start()
