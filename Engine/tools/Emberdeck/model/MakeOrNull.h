@@ -1,11 +1,14 @@
 #pragma once
 
 #include <memory>
+#include <new>
+#include <stdexcept>
 #include <utility>
 
 #include "qsmemory.h"
 
-// Runs work that may need memory. False when there was none; the work must leave its objects sound then.
+// Runs work that may need memory. False when there was none, or more was asked for than a container can ever hold;
+// the work must leave its objects sound then. Anything else that is thrown is a mistake of the program, and ends it.
 template <class TWork>
 bool TryAllocating(TWork&& work) noexcept
 {
@@ -14,7 +17,11 @@ bool TryAllocating(TWork&& work) noexcept
         std::forward<TWork>(work)();
         return true;
     }
-    catch (...)
+    catch (const std::bad_alloc&)
+    {
+        return false;
+    }
+    catch (const std::length_error&)
     {
         return false;
     }
