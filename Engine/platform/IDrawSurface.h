@@ -7,7 +7,11 @@
 // holds for all of it: coordinates are whole logical pixels, y down; the right and bottom edges of a
 // rectangle are outside it; the last point of a line is not drawn; an ellipse fills the box of its
 // rectangle with the same edges left out (so a circle of 11 pixels is given as 11 by 11).
-// Coordinates may lie far outside the surface; the surface clips.
+// Coordinates may lie far outside the surface; the surface clips. An empty rectangle draws nothing.
+//
+// A logical pixel is one pixel at scale 1; on a finer screen the surface draws it as several. Texts are the model's
+// bytes, in whichever form they have there; the surface makes characters of them. They are drawn in the font
+// of the window that is painted, on one line, without mark-up and without shortcut marks.
 
 struct CPoint
 {
@@ -27,6 +31,7 @@ struct CRect
     int32_t Height() const { return bottom - top; }
     bool IsEmpty() const { return left >= right || top >= bottom; }
     bool Contains(CPoint pt) const { return pt.x >= left && pt.x < right && pt.y >= top && pt.y < bottom; }
+    // Smaller by n on each side; larger for an n below 0. May turn inside out, and is empty then.
     CRect Inset(int32_t n) const { return CRect{left + n, top + n, right - n, bottom - n}; }
     friend bool operator==(const CRect&, const CRect&) = default;
 };
@@ -38,6 +43,7 @@ constexpr CColorRef MakeColorRef(uint32_t nRed, uint32_t nGreen, uint32_t nBlue)
     return (nRed & 0xFF) | (nGreen & 0xFF) << 8 | (nBlue & 0xFF) << 16;
 }
 
+// Lines are eDotted as every second pixel, from the first on.
 enum class EPenStyle
 {
     eNone,
@@ -51,7 +57,7 @@ enum class EBrushStyle
     eHatchDiagonal
 };
 
-// Colours of the user's palette, for what isn't fixed.
+// Colours of the user's palette, for what isn't fixed. They may change between two paintings, so nobody keeps them.
 enum class ESystemColor
 {
     eWindow,
@@ -65,14 +71,16 @@ enum class ESystemColor
     eGrayText
 };
 
+// The outline of a shape, or a line.
 struct CPenSpec
 {
     EPenStyle m_eStyle = EPenStyle::eSolid;
     CColorRef m_nColor = 0;
-    int32_t m_nWidth = 1; // pixels
+    int32_t m_nWidth = 1; // pixels; below 1 counts as 1
     friend bool operator==(const CPenSpec&, const CPenSpec&) = default;
 };
 
+// The inside of a shape. A hatching leaves what is between its lines as it was.
 struct CBrushSpec
 {
     EBrushStyle m_eStyle = EBrushStyle::eSolid;
@@ -80,16 +88,20 @@ struct CBrushSpec
     friend bool operator==(const CBrushSpec&, const CBrushSpec&) = default;
 };
 
+// Lent to a painter for one painting; nobody keeps it. The painter draws from the back to the front: what comes later
+// covers what was there. Nothing fails.
 class IDrawSurface
 {
 public:
     virtual ~IDrawSurface() = default;
 
     virtual void FillRect(const CRect& rc, CColorRef nColor) = 0;
-    virtual void DrawLine(CPoint from, CPoint to, const CPenSpec& pen) = 0; // without its last point
-    // The outline passes through the points; the inside by the brush.
+    // Without its last point, so a line from a point to itself draws nothing. A wider one grows to both sides.
+    virtual void DrawLine(CPoint from, CPoint to, const CPenSpec& pen) = 0;
+    // The outline passes through the points, nCount of them, and closes itself; the inside by the brush.
     virtual void DrawPolygon(const CPoint* pPoints, int nCount, const CPenSpec& pen,
                              const CBrushSpec& brush) = 0;
+    // Inside the box, its outline too.
     virtual void DrawEllipse(const CRect& rc, const CPenSpec& pen, const CBrushSpec& brush) = 0;
     virtual void DrawRectangle(const CRect& rc, const CPenSpec& pen, const CBrushSpec& brush) = 0;
     virtual void DrawRaisedFace(const CRect& rc) = 0; // a push button's face
@@ -102,8 +114,9 @@ public:
                                CColorRef nColor) = 0;
     // One line with its top left corner at pt.
     virtual void DrawTextAt(CPoint pt, std::string_view sText, CColorRef nColor) = 0;
+    // Of that text on one line, in pixels; 0 for an empty one.
     virtual int32_t TextWidth(std::string_view sText) const = 0;
-    virtual int32_t TextHeight() const = 0;
+    virtual int32_t TextHeight() const = 0; // of any line
     virtual CColorRef SystemColor(ESystemColor eColor) const = 0;
     virtual CRect Bounds() const = 0; // what can be seen of the surface
 };

@@ -6,7 +6,12 @@
 
 // Everything that the workflow and the editors ask a person. A window answers with dialogs, the
 // batch command from its command line, a test from a list. Every call returns when the question is
-// answered; texts are bytes, shown as they are, with no mark-up and no shortcut marks.
+// answered; texts are bytes, shown as they are, with no mark-up and no shortcut marks. A line end, with or without
+// a carriage return, begins a new line.
+//
+// A call may run a message loop: anything that a person can do elsewhere may have happened when it returns. Whoever
+// asks holds no pointer over it that a command could make invalid, and keeps what it needs in copies. Only from
+// the thread of the front. An exception of memory that is out may come through (TryAllocating).
 
 enum class EButtons
 {
@@ -30,6 +35,7 @@ enum class EAnswer
     eNo
 };
 
+// What a file dialog is to look like. All of it may stay empty.
 struct CFileDialogRequest
 {
     bool m_bOpen = true;
@@ -41,6 +47,7 @@ struct CFileDialogRequest
     bool m_bMustExist = false;       // an open dialog gives only existing files
 };
 
+// What EnterNumber asks for. Both ends of the range belong to it.
 struct CNumberEntry
 {
     std::string m_sCaption;
@@ -63,20 +70,22 @@ public:
     // below the text. Empty: nothing.
     virtual void Advise(const std::string& sText) { (void)sText; }
 
-    // Gives the chosen path, the suffix added where the name had none. False: cancelled.
-    // An accepted dialog makes its folder the working directory.
+    // Gives the chosen path, absolute, the suffix added where the name had none. False: cancelled, and sPath
+    // stays. An accepted dialog makes its folder the working directory.
     virtual bool ChooseFile(const CFileDialogRequest& request, std::string& sPath) = 0;
 
-    // One line of text in a dialog with a caption and a label; sText is the first text and the answer.
+    // One line of text in a dialog with a caption and a label; sText is the first text and the answer. An answer is
+    // never cut here. False: cancelled, and sText stays.
     virtual bool EnterText(const std::string& sCaption, const std::string& sLabel, std::string& sText) = 0;
 
-    // A whole number, limited by the dialog to the request's range. False: cancelled.
+    // A whole number, limited by the dialog to the request's range; nValue is the first one, which may lie outside,
+    // and the answer. False: cancelled, and nValue stays.
     virtual bool EnterNumber(const CNumberEntry& request, int32_t& nValue) = 0;
 
-    // A number within float range. False: cancelled.
+    // A finite number within float range; the first value and the answer likewise. False: cancelled.
     virtual bool EnterFloat(const std::string& sCaption, const std::string& sLabel, float& fValue) = 0;
 
-    // Wraps long work; may do nothing. Calls nest.
+    // Wraps long work; may do nothing. Calls nest, and each begin has its end (CWaitScope).
     virtual void BeginWait() = 0;
     virtual void EndWait() = 0;
 
@@ -90,7 +99,7 @@ public:
     }
 };
 
-// Keeps the wait sign up for a scope.
+// Keeps the wait sign up for a scope. Null: there is nobody to show one.
 class CWaitScope
 {
 public:

@@ -11,10 +11,14 @@ constexpr char FoldChar(char c)
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
 }
 
+// A copy with every byte folded: equal for names that differ in case alone, so it serves as a key of a map. May throw
+// std::bad_alloc; the others need no memory.
 std::string FoldName(std::string_view sName);
 
-// Less than, equal to or greater than zero.
+// Less than, equal to or greater than zero, by the folded bytes; a text comes before a longer one that begins
+// with it.
 int CompareFolded(std::string_view sLeft, std::string_view sRight);
 
 bool EqualFolded(std::string_view sLeft, std::string_view sRight);
+// True for an empty end.
 bool EndsWithFolded(std::string_view sText, std::string_view sEnd);

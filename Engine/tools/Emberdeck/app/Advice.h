@@ -14,9 +14,9 @@ std::string AdviseOnMissingProject(const std::string& sFile, const std::string& 
 std::string AdviseOnPlugin(const CProjectInfo& project);
 // After a start that the plug-in has ended.
 std::string AdviseOnPluginThatEnded();
-// bKept: copies of what the file held before earlier saves are there.
 // Where a list of effect types is empty.
 std::string AdviseOnNoTypes(const CProjectInfo& project, const CEffectModule& module);
+// bKept: copies of what the file held before earlier saves are there.
 std::string AdviseOnLoading(const std::string& sFile, const CProjectInfo& project, bool bKept,
                             const CLoadReport& report);
 // A file that was loaded, but isn't whole: what was found in it, and how to bring back what is missing.

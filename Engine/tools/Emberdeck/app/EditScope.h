@@ -11,6 +11,7 @@
 // Every command and every gesture that alters the library does so inside a CEditScope. Whoever shows
 // something listens at the hub and refreshes what was touched.
 
+// What a scope may touch. The library stands for all of it, so a listener asks for that beside the things it shows.
 enum class ETouched
 {
     eSpell,
@@ -28,6 +29,7 @@ struct CTouch
     friend bool operator==(const CTouch&, const CTouch&) = default;
 };
 
+// An edit that is over, as listeners hear of it: what it touched, each thing once, in the order of the first touch.
 struct CEdit
 {
     std::string m_sLabel; // as a person would name it: "Move Keys"
@@ -53,6 +55,8 @@ public:
 // Listeners are called in the order in which they were added. One that is added within a call hears of
 // the next event on; one that is removed within a call hears nothing more. A listener may open scopes
 // of its own within OnEdit, which are edits of their own.
+//
+// One for each library, of one thread. It outlives its listeners and scopes.
 class CEditHub
 {
 public:

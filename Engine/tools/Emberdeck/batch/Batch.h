@@ -63,9 +63,11 @@ private:
     const CCheckOutWatch* m_pCheckOuts = nullptr; // null: nothing is to be checked out
 };
 
-using CJson = nlohmann::ordered_json;
+using CJson = nlohmann::ordered_json; // members in the order in which they are written
 
-// Each sets up its options on a new subcommand and runs later, when the parser has chosen it.
+// Each sets up its options on a new subcommand and runs later, when the parser has chosen it. options and nResult
+// outlive the parser: options are read when the command runs, and nResult takes its EExit. A command prints what it
+// found to standard output, as text or with --json as one document, and everything else to standard error.
 using CCommandResult = int;
 void AddTypesCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult);
 void AddInfoCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult);

@@ -18,7 +18,9 @@ struct CPropKey
     CPropData m_Data;         // 256 bytes, all zero at first
 };
 
-// The keys of one property. Nearly all have one value only, which then needs no memory of its own.
+// The keys of one property. Nearly all have one value only, which then needs no memory of its own. Indexes are below
+// Size; nothing checks them. A pointer or reference to a key is good until the next change of the list. What adds
+// may throw std::bad_alloc, and the list is then as it was.
 class CPropKeyList
 {
 public:
@@ -61,6 +63,9 @@ CPropRange ParseRange(const char* pszData);
 // A descriptor with its values, sorted by time. A plain value is a list of one, a function curve a
 // list of its control points. The descriptor belongs to the plug-in and is never looked at by the
 // destructor, so a property may outlive it.
+//
+// Pointers to a property that a set owns die when the slot is filled anew, so rows and dialogs keep the set and an
+// index. Nothing here throws but the copies.
 class CEffectProperty
 {
 public:
@@ -81,8 +86,8 @@ public:
     void AddKey(const CPropKey& key);
     void AddKey(CPropKey&& key);       // the same; the payload moves
     void ReserveKeys(uint32_t nCount); // room for so many in all, to save time; nothing without memory
-    void AddDefaultKey(float fTime);
-    void RemoveKey(uint32_t nIndex); // out of range: nothing
+    void AddDefaultKey(float fTime);   // with the descriptor's default; all zero without a descriptor
+    void RemoveKey(uint32_t nIndex);   // out of range: nothing
     void ClearKeys();
     void SortKeys(); // stable, by time; a time that is no number goes last
 
@@ -117,7 +122,11 @@ private:
 bool HasValue(const CEffectProperty* pProp); // null, None and UI have none
 
 // Three passes that bring stored values back in line with their descriptor; Validate runs all
-// three in this order. A null property is left alone.
+// three in this order. A null property is left alone, and so is one without a descriptor. They change values in
+// place and never fail.
+//   ValidateStructure  the number of keys that the kind and the curve ask for, times from 0 to 1
+//   ClampToRange       each value within the range of the descriptor's text
+//   ValidateEnum       an Enum's text one of its enumerators, else the default
 void ValidateStructure(CEffectProperty* pProp);
 void ClampToRange(CEffectProperty* pProp);
 void ValidateEnum(CEffectProperty* pProp);
@@ -140,6 +149,7 @@ int FindEnumIndex(const char* pszList, const char* pszValue);
 // The items of such a list as a list box shows them: untrimmed.
 std::vector<std::string> SplitEnumList(const char* pszList);
 
+// As values of the kind Int are made from floats:
 int32_t RoundToInt(float fValue); // halves away from zero; the nearest end beyond 32 bits, 0 for NaN
 
 const char* GetPropTypeName(uint32_t eType); // the text format's name; "Unknown", reported, for others

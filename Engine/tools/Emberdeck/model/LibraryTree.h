@@ -18,6 +18,7 @@ struct HLibraryItem
     friend auto operator<=>(HLibraryItem, HLibraryItem) = default;
 };
 
+// What an item shows, which also tells what it is: a group has eImage_Group, a leaf eImage_Leaf.
 enum ELibraryImage : int
 {
     eImage_Group = 0,     // closed folder
@@ -37,6 +38,7 @@ public:
     CLibraryTree(const CLibraryTree&) = delete;
     CLibraryTree& operator=(const CLibraryTree&) = delete;
 
+    // Steps. Each gives the empty handle where there is no such item.
     HLibraryItem GetRootItem() const;                    // the first one, when a file had several
     HLibraryItem GetChildItem(HLibraryItem hItem) const; // first child
     HLibraryItem GetLastChildItem(HLibraryItem hItem) const;
@@ -48,11 +50,12 @@ public:
     bool IsAncestor(HLibraryItem hAncestor, HLibraryItem hItem) const; // of itself: true
     uint32_t GetCount() const;                                         // all items
 
-    int GetItemImage(HLibraryItem hItem) const; // -1 for a dead handle
-    int GetItemSelectedImage(HLibraryItem hItem) const;
+    int GetItemImage(HLibraryItem hItem) const;         // an ELibraryImage; -1 for a dead handle
+    int GetItemSelectedImage(HLibraryItem hItem) const; // the same
     bool IsGroup(HLibraryItem hItem) const { return GetItemImage(hItem) == eImage_Group; }
     bool IsLeaf(HLibraryItem hItem) const { return GetItemImage(hItem) == eImage_Leaf; }
     const std::string& GetItemText(HLibraryItem hItem) const; // good until the item's text changes or it goes
+    // What the item stands for, not owned: the effect or prefab of a leaf, null for a group.
     void* GetItemData(HLibraryItem hItem) const;
 
     // As last child of hParent, or as last root for an empty one. The new item's handle; empty, nothing
@@ -70,7 +73,7 @@ public:
     void SetItemText(HLibraryItem hItem, std::string_view sText);
     void SetItemData(HLibraryItem hItem, void* pData);
     void DeleteItem(HLibraryItem hItem); // with all below it
-    void DeleteAllItems();
+    void DeleteAllItems(); // handles that were given out stay dead: their numbers don't come again
     // Reorders the children of hItem: stable, by compare(left, right) < 0. compare changes nothing here.
     void SortChildren(HLibraryItem hItem, const std::function<int(HLibraryItem, HLibraryItem)>& compare);
 

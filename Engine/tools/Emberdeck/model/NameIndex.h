@@ -13,6 +13,7 @@ constexpr uint8_t FoldNameByte(char c)
     const auto n = static_cast<uint8_t>(c);
     return n >= 'A' && n <= 'Z' ? static_cast<uint8_t>(n + ('a' - 'A')) : n;
 }
+// Whether two names are one. Texts of different lengths never are; a NUL is a byte like any other.
 bool IsSameName(std::string_view sLeft, std::string_view sRight);
 
 // Reads a fixed-size text that may lack its NUL: at most all bytes but the last.
@@ -22,16 +23,20 @@ std::string_view BoundedText(const char (&aText)[N])
     return std::string_view(aText, strnlen(aText, N - 1));
 }
 
-// Places of names in an array, found without regard to case; of equal names the first wins. The texts are
-// not copied: they stay where they are as long as the index is used.
+// Places of names in an array, found without regard to case; of equal names the first wins, as in a search from
+// the front. The texts are not copied: they stay where they are, unchanged, as long as the index is used.
+// A search and an addition take constant time. An index that was never filled, because memory was short, finds
+// nothing; whoever needs the name all the same walks the array.
 class CNameIndex
 {
 public:
     // Before the first Add, empties the index: so many names at most. Throws std::bad_alloc, which the
     // caller keeps to itself.
     void Reserve(uint32_t nCount);
+    // nPlace is what Find gives for the name, at most INT32_MAX. A name that is there already keeps its place. Only
+    // as many calls as were reserved.
     void Add(std::string_view sName, uint32_t nPlace);
-    void Clear();
+    void Clear();                           // gives the memory back
     int Find(std::string_view sName) const; // the place, -1 when absent
 
 private:

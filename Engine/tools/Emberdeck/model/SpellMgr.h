@@ -8,7 +8,11 @@
 #include "model/EffectPropertySet.h"
 #include "model/Spell.h"
 
-// All effects and prefabs of one library, owned, newest last.
+// All effects and prefabs of one library, owned, newest last. Their addresses stay as they are until they are deleted.
+// The order is that of the file and of the packed file; the trees have one of their own.
+//
+// Nothing here knows the trees, open windows or edit scopes: the editor's own changes go through CLibraryEditor
+// (app/LibraryEditor.h), which keeps them all in step. By itself this is for loaders, tools and tests.
 class CSpellMgr
 {
 public:
@@ -35,11 +39,12 @@ public:
     CEffectPropertySet* FindPrefab(const char* pszName) const; // as FindSpell
     void MakeUniquePrefabName(const char* pszName, std::string& sOut) const; // as MakeUniqueSpellName
     // Nothing when it isn't here. The caller has detached every key from it.
-    void DeletePrefab(CEffectPropertySet* pPrefab);
+    void DeletePrefab(CEffectPropertySet* pPrefab); // null: nothing
 
-    void Clear(); // all effects, then all prefabs
+    void Clear(); // all effects, then all prefabs: keys go before what they inherit from
 
-    // Every key of every effect, in list order.
+    // Every key of every effect, in list order: effect by effect, track by track, by time. visit adds and removes
+    // none.
     void ForEachKey(const std::function<void(CSpell&, CKey&)>& visit) const;
 
     const std::vector<std::unique_ptr<CSpell>>& Spells() const { return m_Spells; }

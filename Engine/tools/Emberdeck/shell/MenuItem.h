@@ -6,6 +6,7 @@
 
 #include "shell/ShellSurface.h"
 
+// In pixels.
 struct CMenuTextSize
 {
     int32_t m_nWidth = 0;
@@ -29,7 +30,7 @@ struct CMenuItemState
     bool m_bDisabled = false;
 };
 
-// The images of an item's command; each may be null.
+// The images of an item's command, borrowed for one painting; each may be null.
 struct CMenuItemIcons
 {
     const CPixelImage* m_pNormal = nullptr;
@@ -57,6 +58,8 @@ public:
     // Sets width and height. nTextColumn is the popup's. A toolkit that has no room of its own at the right
     // end adds c_nRightRoom to each width.
     virtual void MeasureItem(const IMenuFont& font, int32_t nTextColumn);
+    // In rc, which is as high as the item and as wide as its popup. All null icons: the gutter stays empty, but for
+    // the check sign of a checked one.
     virtual void DrawItem(IShellSurface& surface, const CRect& rc, const CMenuItemState& state,
                           const CMenuItemIcons& icons, const CShellColors& colors) const;
 
@@ -68,6 +71,7 @@ public:
     int32_t GetID() const { return m_nID; }
     const std::string& GetText() const { return m_sText; }
     const std::string& GetAccelerator() const { return m_sAccelerator; } // "Ctrl+S"; empty: none
+    // Both 0 until MeasureItem has run.
     int32_t GetWidth() const { return m_nWidth; }
     int32_t GetHeight() const { return m_nHeight; }
 

@@ -4,7 +4,9 @@
 #include <cstdint>
 
 // Every command that a menu, a toolbar or a key can give: what it is called, when it may be given, and who
-// carries it out. Menus, toolbars and accelerators refer to commands by id.
+// carries it out. Menus, toolbars and accelerators refer to commands by id, and whoever speaks of one in code does so
+// by the name of its id. A new command is an id, a row in c_Commands, its place in Menus.h or another table, and a
+// route at its owner.
 
 // Their ids. 57600 and above are the toolkit's standard ones.
 constexpr int32_t c_nCmdInsertTrack = 32789;
@@ -70,6 +72,7 @@ constexpr int32_t c_nCmdNextPane = 57680;
 constexpr int32_t c_nCmdPreviousPane = 57681;
 constexpr int32_t c_nCmdStatusBar = 59393; // the same
 
+// Who carries a command out: it has a table of routes with the command's id in it.
 enum class ECommandOwner
 {
     eApplication, // through CMainFrame
@@ -82,6 +85,8 @@ enum class ECommandOwner
     eNobody // the toolkit's, which nothing here carries out: its keys must not be taken from others
 };
 
+// When a command may be given. Its owner knows how that stands. Menus grey what may not be given, but for the
+// timeline's.
 enum class EEnableRule
 {
     eAlways,

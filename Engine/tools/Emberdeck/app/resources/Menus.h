@@ -7,7 +7,8 @@
 
 struct CMenuTable;
 
-// A command, a submenu or a separator.
+// A command, a submenu or a separator. A command's own label is right nearly everywhere; a menu that gives another one
+// says what the command does to the things in it.
 struct CMenuItem
 {
     int32_t m_nID = 0;                      // 0: a submenu, or a separator
@@ -35,6 +36,7 @@ struct CMenuTable
     constexpr const CMenuItem* end() const { return m_pItems + m_nItems; }
 };
 
+// The items outlive the table, as constants do.
 template <int32_t t_nItems>
 constexpr CMenuTable MakeMenu(const CMenuItem (&items)[t_nItems])
 {

@@ -15,7 +15,8 @@
 
 struct CIconArt;
 
-// Asks a widget's font.
+// How large texts are in a widget's font, as the rows' layout asks. Takes the font as it is when this is made; the widget
+// may go.
 class FontMeasure : public ITextMeasure
 {
 public:
@@ -30,10 +31,11 @@ private:
 // A text without mark-up as a tool tip: no bracket or ampersand of it means anything, long ones are wrapped.
 QString PlainToolTip(const QString& sText);
 
-// Pixel art, crisp at every scale.
+// Pixel art, crisp at every scale: it holds an image for each that screens have. Transparent where the art is.
 QIcon ArtIcon(const CIconArt& art);
 
-// What is disabled in this window still has to be read: values that come from a prefab.
+// What is disabled in this window still has to be read: values that come from a prefab. Its palette is set from the one
+// that it has now, for all its children.
 void KeepDisabledReadable(QWidget& window);
 
 // One pixel wide, within the rectangle, at every scale.
@@ -89,7 +91,7 @@ class ListScrollBar : public QScrollBar
 
 public:
     explicit ListScrollBar(QWidget* pParent) : QScrollBar(Qt::Vertical, pParent) {}
-    void EnableArrows(bool bUp, bool bDown);
+    void EnableArrows(bool bUp, bool bDown); // painted only: a press on a grey one does nothing by itself
 
 protected:
     void paintEvent(QPaintEvent* pEvent) override;
@@ -106,7 +108,7 @@ class SwatchButton : public QAbstractButton, public IAccessibleView
 
 public:
     explicit SwatchButton(QWidget* pParent);
-    void SetColor(CColorRef nColor);
+    void SetColor(CColorRef nColor); // without alpha
     CColorRef GetColor() const { return m_nColor; }
     QAccessible::Role AccessibleRole() const override { return QAccessible::Button; }
     QString AccessibleText() const override { return ColorText(m_nColor); }
@@ -126,7 +128,7 @@ class PathButton : public QPushButton
 
 public:
     explicit PathButton(QWidget* pParent);
-    void SetPath(const QString& sPath);
+    void SetPath(const QString& sPath); // empty: an empty button
     const QString& GetPath() const { return m_sPath; }
 
 protected:

@@ -8,11 +8,13 @@
 
 class QWidget;
 
-// Answers with dialogs over the main window.
+// Answers with dialogs over the main window, or over the dialog that is up. Each call runs a message loop until it is
+// answered. Long work gets the wait cursor at once, and after a while a window that tells how far it is and takes a
+// cancel.
 class QtPrompts : public IPrompts
 {
 public:
-    void SetOwner(QWidget* pOwner) { m_pOwner = pOwner; }
+    void SetOwner(QWidget* pOwner) { m_pOwner = pOwner; } // borrowed, and may go; null: none
 
     EAnswer Ask(const std::string& sText, const std::string& sCaption, EButtons eButtons,
                 EIcon eIcon) override;

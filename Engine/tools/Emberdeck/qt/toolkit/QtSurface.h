@@ -9,6 +9,8 @@
 
 #include "platform/IDrawSurface.h"
 
+// The rooms' points, rectangles and colours as the toolkit has them, and back. Rectangles keep their size, also when
+// they are turned inside out. A colour has no alpha; one that comes back loses it.
 inline QRect ToQt(const CRect& rc)
 {
     return QRect(rc.left, rc.top, rc.Width(), rc.Height());
@@ -35,10 +37,15 @@ inline CColorRef FromQt(const QColor& color)
 }
 
 // Draws with a painter, whose origin is the surface's and whose font stays. Keeps the surface's convention: right and bottom
-// edges out, the last point of a line not drawn.
+// edges out, the last point of a line not drawn, whatever the toolkit's own functions do there. Level and upright lines
+// are filled strips, and so whole pixels at every scale; what slopes is drawn with soft edges.
+//
+// Made for one paint event, and gone with it. While it lives nobody else sets the painter's pen and brush.
 class QtSurface : public IDrawSurface
 {
 public:
+    // All but the bounds borrowed. bounds: what can be seen, in logical pixels; nothing outside it is drawn, so an event
+    // that repaints a part gives that part alone.
     QtSurface(QPainter& painter, const QRect& bounds, const QPalette& palette);
 
     void FillRect(const CRect& rc, CColorRef nColor) override;
@@ -79,6 +86,6 @@ private:
     CBrushSpec m_ToolBrush;
     QImage m_FaceImage; // of the last height
     QImage m_DottedRow, m_DottedColumn;
-    CColorRef m_nDotted = 0; // what they are made with
-    mutable std::unordered_map<std::string, int32_t> m_Widths;
+    CColorRef m_nDotted = 0;                                   // what they are made with
+    mutable std::unordered_map<std::string, int32_t> m_Widths; // of texts that were asked for, in pixels
 };
