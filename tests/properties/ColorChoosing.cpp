@@ -1,3 +1,5 @@
+#include <map>
+
 #include "properties/PropertyBench.h"
 
 namespace
@@ -41,6 +43,45 @@ TEST(ColorChoosing, ChannelsAreTheTruth)
     EXPECT_EQ(MakeColorRef(0, 0, 255), HslToRgb(CHsl{240, 255, 128}) & 0xFF0000);
     EXPECT_EQ((CHsl{77, 0, 90}), RgbToHsl(MakeColorRef(90, 90, 90), CHsl{77, 12, 1})); // a grey has no hue
     EXPECT_EQ((CHsl{77, 12, 0}), RgbToHsl(0, CHsl{77, 12, 1}));
+    struct CCase
+    {
+        CHsl m_Hsl;
+        int r, g, b;
+    };
+    for (const CCase& c : {CCase{{0, 255, 128}, 255, 1, 1}, CCase{{30, 255, 128}, 255, 128, 1},
+                           CCase{{60, 128, 64}, 96, 96, 32}, CCase{{200, 100, 200}, 178, 207, 222},
+                           CCase{{359, 255, 51}, 102, 0, 2}, CCase{{240, 255, 255}, 255, 255, 255},
+                           CCase{{100, 0, 77}, 77, 77, 77}})
+        EXPECT_EQ(MakeColorRef(uint32_t(c.r), uint32_t(c.g), uint32_t(c.b)), HslToRgb(c.m_Hsl))
+            << c.m_Hsl.m_nHue;
+    for (const CCase& c : {CCase{{11, 255, 129}, 255, 48, 3}, CCase{{210, 128, 96}, 48, 96, 144},
+                           CCase{{180, 23, 244}, 243, 245, 245}})
+        EXPECT_EQ(c.m_Hsl, RgbToHsl(MakeColorRef(uint32_t(c.r), uint32_t(c.g), uint32_t(c.b)), CHsl{}))
+            << c.r;
+
+    // The square at medium luminance, hue across and saturation up; the bar of the present hue.
+    CGDISurface square, bar;
+    square.Create(5, 3, 32);
+    CColorChooser::PaintSquare(square);
+    bar.Create(2, 3, 32);
+    chooser.SetHsl(CHsl{400, 300, -1}); // limited
+    EXPECT_EQ((CHsl{359, 255, 0}), chooser.GetHsl());
+    chooser.SetHsl(CHsl{120, 255, 7});
+    chooser.PaintBar(bar);
+    std::string sPixels;
+    const auto add = [&sPixels](const CGDISurface& surface, int x, int y)
+    {
+        char szPixel[16];
+        std::snprintf(szPixel, sizeof(szPixel), "%06X ", surface.GetPixel(x, y) & 0xFFFFFF);
+        sPixels += szPixel;
+    };
+    for (int x = 0; x < 5; ++x)
+        add(square, x, 0);
+    add(square, 0, 1);
+    add(square, 3, 2);
+    for (int y = 0; y < 3; ++y)
+        add(bar, 1, y);
+    EXPECT_EQ("0101FF 01FF80 FFFF01 FF017C 0501FF 4040C0 808080 FFFFFF 01FF01 000000 ", sPixels);
 }
 
 TEST(ColorChoosing, AllFourWidgetsFeedOneColor)
@@ -92,6 +133,17 @@ TEST(ColorChoosing, BoxesKeepToTheirRanges)
     EXPECT_EQ("359", bench.dlg.GetText(eColor_HueBox));
     bench.dlg.OnText(eColor_GreenBox, "007");
     EXPECT_EQ("007", bench.dlg.GetText(eColor_GreenBox)); // not put in order while it is typed
+    bench.dlg.OnText(eColor_SatBox, "999");
+    bench.dlg.OnText(eColor_LumBox, "128");
+    bench.dlg.OnText(eColor_HueBox, "120");
+    EXPECT_EQ("120 255 128 1 255 1 a0", bench.Boxes());
+    bench.dlg.OnText(eColor_SatBox, "0");
+    EXPECT_EQ("120 0 128 128 128 128 a0", bench.Boxes());
+    bench.dlg.OnText(eColor_LumBox, "51");
+    bench.dlg.OnText(eColor_BlueBox, "52");
+    EXPECT_EQ("240 2 52 51 51 52 a0", bench.Boxes());
+    bench.dlg.OnText(eColor_BlueBox, "");
+    bench.dlg.OnText(eColor_GreenBox, "007");
     bench.dlg.OnText(eColor_RedBox, "");
     EXPECT_EQ("", bench.dlg.GetText(eColor_RedBox));
     bench.dlg.OnText(eColor_AlphaBox, "-5x");
@@ -156,24 +208,38 @@ TEST(ColorChoosing, CellsAreSunkenAndMarked)
 {
     CColorBench bench;
     CCustomColorPalette& palette = bench.dlg.GetPalette();
-    palette.SetCurrentColor(0x12030201);
+    palette.SetCurrentColor(0x12030201); // alpha doesn't show
     const CPaletteColors colors{0xF0F0F0, 0x111111, 0x222222, 0x333333, 0x444444};
-    const CGDISurface& image = palette.Paint(colors, true);
-    const auto pixel = [&](int x, int y) { return image.GetPixel(x, y); };
-    const CRect rc = CCustomColorPalette::GetCellRect(1); // 28, 3 to 48, 20
-    EXPECT_EQ(0x111111u, pixel(28, 3));
-    EXPECT_EQ(0x222222u, pixel(29, 4));
-    EXPECT_EQ(0x333333u, pixel(47, 3)); // right and bottom edges end a pixel early where the text says so
-    EXPECT_EQ(0x333333u, pixel(28, 19));
-    EXPECT_EQ(0x444444u, pixel(46, 18));
-    EXPECT_EQ(0xF0F0F0u, pixel(30, 18));
-    EXPECT_EQ(0xFFFFFFu, pixel(30, 5));
-    EXPECT_EQ(0xF0F0F0u, pixel(rc.left - 1, 10));
-    EXPECT_EQ(0x030201u, pixel(10, 10)); // alpha doesn't show
-    EXPECT_EQ(0u, pixel(2, 2));          // selected
-    EXPECT_EQ(0x0F0F0Fu, pixel(0, 0));   // and with the focus
-    EXPECT_EQ(0xF0F0F0u, pixel(1, 0));
-    EXPECT_EQ(0xF0F0F0u, palette.Paint(colors, false).GetPixel(0, 0));
+    const std::map<CColorRef, char> letters = {{0xF0F0F0, '.'}, {0x111111, 's'}, {0x222222, 'd'},
+                                               {0x333333, 'h'}, {0x444444, 'l'}, {0x030201, 'c'},
+                                               {0xFFFFFF, 'w'}, {0, 'k'},        {0x0F0F0F, 'x'}};
+    // Cell 0 with the marks of the selection and the focus, and the edge of cell 1.
+    const auto picture = [&](bool bFocus, int yEnd)
+    {
+        const CGDISurface& image = palette.Paint(colors, bFocus);
+        Lines lines;
+        for (int y = 0; y < yEnd; ++y)
+        {
+            lines.emplace_back();
+            for (int x = 0; x < 32; ++x)
+            {
+                const auto it = letters.find(image.GetPixel(x, y));
+                lines.back() += it == letters.end() ? '?' : it->second;
+            }
+        }
+        return lines;
+    };
+    const Lines lines = picture(true, 24);
+    EXPECT_EQ((Lines{"x.x.x.x.x.x.x.x.x.x.x.x.x.......", ".........................x......",
+                     "x.kkkkkkkkkkkkkkkkkkkkkk........", "..kssssssssssssssssssshk.x..ssss",
+                     "x.ksddddddddddddddddd.hk....sddd", "..ksdcccccccccccccccc.hk.x..sdww",
+                     "x.ksdcccccccccccccccclhk....sdww"}),
+              Lines(lines.begin(), lines.begin() + 7));
+    EXPECT_EQ((Lines{"x.ks..llllllllllllllllhk....s..l", "..khhhhhhhhhhhhhhhhhhhhk.x..hhhh",
+                     "x.kkkkkkkkkkkkkkkkkkkkkk........", ".........................x......",
+                     "x.x.x.x.x.x.x.x.x.x.x.x.x.......", "................................"}),
+              Lines(lines.end() - 6, lines.end()));
+    EXPECT_EQ(std::string(32, '.'), picture(false, 1).at(0));
     const CPaletteColors dark{0x433D3A};
     EXPECT_EQ(0xFFFFFFu, palette.Paint(dark, false).GetPixel(2, 2));
 }

@@ -129,6 +129,7 @@ TEST(CurveEditing, GroupsMoveTogetherAndPinnedKeysKeepTheirTime)
     bench.dlg->OnLeftUp();
     bench.dlg->OnCommand(c_nCmdDeleteCurveKeys);
     EXPECT_EQ("0:2 1:2", bench.Keys());
+    EXPECT_TRUE(bench.dlg->IsTimeLocked(1) && bench.dlg->IsTimeLocked(2));
 
     CCurveBench steps("Steps", {{0, 1}, {0.5f, 5}, {1, 1}});
     steps.Range(0, 10);
@@ -137,6 +138,8 @@ TEST(CurveEditing, GroupsMoveTogetherAndPinnedKeysKeepTheirTime)
     steps.dlg->OnMouseMove(CPoint{95, 110}, false); // the last of a step curve is free
     steps.dlg->OnLeftUp();
     EXPECT_EQ("0:1 0.5:5 0.9:1*", steps.Keys());
+    EXPECT_FALSE(steps.dlg->IsTimeLocked(2));
+    EXPECT_TRUE(steps.dlg->IsTimeLocked(3)); // none
     steps.dlg->OnCommand(c_nCmdSelectAllCurveKeys);
     steps.dlg->OnCommand(c_nCmdDeleteCurveKeys);
     EXPECT_EQ("0:1", steps.Keys());
@@ -285,6 +288,8 @@ TEST(CurveEditing, BestFitByKind)
     };
     EXPECT_EQ("-7 13", fit("Line", {{0, 3}, {1, 3}}));
     EXPECT_EQ("-0.1 2.1", fit("Line", {{0, 0}, {1, 2}}));
+    EXPECT_EQ("1.9 4.1", fit("Line", {{0, 2}, {0.5f, 4}, {1, 3}}));
+    EXPECT_EQ("-4.1 -1.9", fit("Line", {{0, -2}, {0.5f, -4}, {1, -3}}));
     EXPECT_EQ("-10 10.005", fit("Line", {{0, 0}, {1, 0.005f}}));
     EXPECT_EQ("-0.1 1.1", fit("Color", {}));
     EXPECT_EQ("-0.5 0.5", fit("Text", {}));

@@ -193,6 +193,23 @@ TEST(CurvePainting, PensStandOutFromEveryGround)
         EXPECT_GE(clear.m_fWorst, 3.0) << std::hex << colors[0];
         EXPECT_EQ(plain.m_Reached, clear.m_Reached) << "in pieces, and whole";
     }
+    // A slanted line changes its pen where the ground has become bright enough for black.
+    CEffectProperty slope(&bench.Desc("Color"));
+    for (const uint32_t nColor : {0xFF000000u, 0xFFFFFFFFu})
+    {
+        CPropKey key;
+        key.m_fTime = nColor == 0xFFFFFFFFu ? 1.0f : 0.0f;
+        key.m_Data.SetColor(nColor);
+        slope.AddKey(key);
+    }
+    bench.view.m_rc = CRect{0, 0, 40, 50};
+    bench.view.m_fYMin = 0.0f;
+    bench.view.m_fYMax = 1.0f;
+    CRecordingSurface pieces(CRect{0, 0, 40, 50});
+    PaintCurve(&pieces, bench.view, slope, CCurvePaintOptions{.m_bContrastPens = true});
+    const Lines lines = pieces.Calls("line");
+    EXPECT_EQ((Lines{"line 0,50 19,27 w2 #FFFFFF", "line 19,27 40,0 w2 #000000"}),
+              Lines(lines.end() - 2, lines.end()));
     // On white, all is as it always was.
     const CEffectProperty line = bench.Curve("Line", {{0, 1}, {0.5f, 0}, {1, 0.5f}});
     CRecordingSurface plain, clear;
@@ -220,4 +237,26 @@ TEST(CurvePainting, TheScaleHasRoundValuesAtTheirHeights)
     EXPECT_EQ("", scale("Line", 0, 3e38f));
     EXPECT_EQ("-10@200 -5@150 0@100 5@50 10@0", scale("Line", 0, 0)); // the view of a range without a size
     EXPECT_TRUE(bench.Paint(bench.Curve("Line", {{0, 1}, {1, 2}}), "text").empty()) << "off by itself";
+
+    // Dots across every six pixels, and each value above its line, below it where there is no room above.
+    const auto paint = [&](const std::string& sStart, CRect rcSeen)
+    {
+        CRecordingSurface surface(rcSeen);
+        bench.view.m_rc = CRect{0, 0, 40, 50};
+        bench.view.m_fYMin = 0;
+        bench.view.m_fYMax = 10;
+        PaintCurve(&surface, bench.view, bench.Curve("Line", {{0, 20}, {1, 20}}),
+                   CCurvePaintOptions{.m_bScale = true});
+        return surface.Calls(sStart);
+    };
+    const CRect rcAll{0, 0, 40, 50};
+    EXPECT_EQ((Lines{"text 17,37 0", "text 17,12 5", "text 17,2 10"}), paint("text", rcAll));
+    EXPECT_EQ((Lines{"fill 0,0 40x50 #FFFFFF", "fill 15,37 10x12 #FFFFFF", "fill 15,12 10x12 #FFFFFF",
+                     "fill 15,2 16x12 #FFFFFF"}),
+              paint("fill", rcAll));
+    const Lines dots = paint("line", rcAll);
+    EXPECT_EQ("line 0,50 1,50", dots.at(0));
+    EXPECT_EQ("line 36,25 37,25", dots.at(13));
+    EXPECT_EQ(Lines{"text 17,12 5"}, paint("text", CRect{20, 14, 40, 37})) << "what is in view";
+    EXPECT_EQ("line 18,25 19,25", paint("line", CRect{20, 14, 40, 37}).at(0));
 }

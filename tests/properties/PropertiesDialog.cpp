@@ -50,6 +50,9 @@ TEST(PropertiesDialog, RowsStandInTheirPlaces)
     EXPECT_EQ("combo 120,42 70x17 #5004 off", ControlText(rows[1].m_pCtrls->GetControl(1)));
     EXPECT_EQ("label 120,66 190x13 #65535 'Look'", ControlText(rows[2].m_pCtrls->GetControl(0)));
     EXPECT_TRUE(rows[2].m_pCheck->m_bChecked);
+    EXPECT_EQ("Check box that indicates whether or not the property gets its value from this key or the "
+              "parent prefab.",
+              rows[2].m_pCheck->m_sToolTip);
     EXPECT_EQ("function 120,84 190x21 #5007 'Function'", ControlText(rows[3].m_pCtrls->GetControl(1)));
     EXPECT_TRUE(rows[9].m_pCheck->m_bVisible);
     EXPECT_FALSE(rows[10].m_pCheck->m_bVisible);
@@ -61,6 +64,40 @@ TEST(PropertiesDialog, RowsStandInTheirPlaces)
     EXPECT_FALSE(prefab.HasParentButtons());
     EXPECT_EQ("combo 120,42 70x17 #5004", ControlText(prefab.GetRows()[1].m_pCtrls->GetControl(1)));
     EXPECT_EQ(30, prefab.GetRows()[1].m_pCtrls->GetControl(0)->m_rc.left);
+}
+
+TEST(PropertiesDialog, TheViewHearsOfWhatChanges)
+{
+    struct CView : IPropertiesView
+    {
+        void OnCheckChanged(uint32_t nRow) override { log += "c" + std::to_string(nRow) + " "; }
+        void OnScrollBarChanged() override { log += "bar "; }
+        void OnParentButtonsChanged() override { log += "buttons "; }
+        void Repaint() override { log += "paint "; }
+        std::string Take() { return std::exchange(log, std::string()); }
+        std::string log;
+    } view;
+    CPropertyBench bench([](CTestPlugin& plugin)
+                         { plugin.type("T").prop(ePropType_Int, "A").prop(ePropType_Int, "B"); });
+    auto builder = bench.Build();
+    builder.prefab("T", "P");
+    CKey* pKey = builder.effect("E").key("T", 0, 10).onPrefab("P").lastKey();
+    CFXPropertiesDlg dialog(bench.services, *pKey);
+    dialog.SetView(&view);
+    dialog.OnInitDialog(CRect{0, 0, 300, 22}, &bench.dialogs.m_Font);
+    EXPECT_EQ("c0 c0 c1 c1 bar paint buttons ", view.Take());
+    dialog.OnCheck(CFXPropertiesDlg::c_nFirstCheckID + 1, false);
+    EXPECT_EQ("c1 ", view.Take());
+    dialog.OnCheck(CFXPropertiesDlg::c_nFirstCheckID + 2, true);
+    dialog.OnVScroll(EScrollCode::eOther);
+    dialog.OnVScroll(EScrollCode::eLineUp);
+    EXPECT_EQ("", view.Take());
+    dialog.OnVScroll(EScrollCode::eLineDown);
+    EXPECT_EQ("bar c0 c1 paint ", view.Take());
+    dialog.OnDisconnect();
+    EXPECT_EQ("c0 c1 buttons ", view.Take());
+    dialog.OnDisconnect();
+    EXPECT_EQ("", view.Take());
 }
 
 TEST(PropertiesDialog, ChecksTakeAndGiveBackValues)

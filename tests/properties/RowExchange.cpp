@@ -1,4 +1,5 @@
 #include <clocale>
+#include <cmath>
 #include <limits>
 
 #include "properties/PropertyBench.h"
@@ -123,6 +124,9 @@ TEST(RowExchange, AlphaComesBackTruncated)
     }
     EXPECT_EQ(125u, nLower);
     EXPECT_EQ("0.5020", AlphaText(128));
+    EXPECT_EQ("   inf", FloatText(INFINITY)); // the one kind that is shorter than its field
+    EXPECT_EQ(" inf", VectorText(INFINITY));
+    EXPECT_EQ("-0.126", VectorText(-0.1259));
     EXPECT_EQ(128u, AlphaFromText("0.5020"));
     EXPECT_EQ(126u, AlphaFromText(AlphaText(127)));
     EXPECT_EQ(0u, AlphaFromText("-1"));
@@ -146,7 +150,13 @@ TEST(RowExchange, ListsFindWholeTextsWithoutCase)
     bench.row.Select(1, 1);
     bench.row.Select(1, 1);
     bench.row.Select(1, 3);
+    bench.row.Select(1, -1);
+    bench.row.Select(0, 0); // the label
+    EXPECT_EQ(1, bench.row.GetControl(1)->m_nSelected);
     EXPECT_EQ(2, bench.nChanges);
+    bench.row.Select(1, 0);
+    EXPECT_EQ(0, bench.row.GetControl(1)->m_nSelected);
+    EXPECT_EQ(3, bench.nChanges);
 
     CRowBench empty("E", [](CTestPlugin& plugin) { plugin.type("T").prop(ePropType_Enum, "E").def("kept"); });
     EXPECT_TRUE(empty.row.GetFromControls(empty.prop.get(), 0));
@@ -225,6 +235,7 @@ TEST(RowExchange, ButtonsOpenTheirDialogs)
     EXPECT_EQ("C:\\new.dds", file.Text(1)); // the whole path, as long as there is no root
     file.row.Press(2);
     EXPECT_EQ(2, file.nChanges);
+    EXPECT_EQ("", file.Text(1)); // the caption follows
     file.Read();
     EXPECT_EQ("", file.Data().GetText());
 }

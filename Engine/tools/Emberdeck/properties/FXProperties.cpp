@@ -149,8 +149,6 @@ void CFXPropertiesDlg::OnCheck(uint32_t nID, bool bChecked)
     if (!m_Props.GetParent() || nID < c_nFirstCheckID || nID - c_nFirstCheckID >= m_Rows.size())
         return;
     const uint32_t nIndex = nID - c_nFirstCheckID;
-    if (!m_Rows[nIndex].m_pCheck)
-        return;
     if (bChecked)
     {
         // The set's own value goes, and with it what was typed.

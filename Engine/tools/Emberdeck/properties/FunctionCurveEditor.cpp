@@ -165,7 +165,7 @@ void CFunctionCurveDlg::OnTimeButton()
     if (IsTimeLocked(nIndex))
         return;
     float fTime = m_Prop.GetKey(nIndex)->m_fTime;
-    if (!AskNumber("Enter the new time", fTime) || nIndex >= m_Prop.GetNumKeys())
+    if (!AskNumber("Enter the new time", fTime))
         return;
     m_Prop.GetKey(nIndex)->m_fTime = std::clamp(fTime, 0.0f, 1.0f);
     Repaint();
