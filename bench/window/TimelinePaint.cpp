@@ -7,6 +7,7 @@
 
 #include "app/EditScope.h"
 #include "platform/Profile.h"
+#include "qt/frame/EffectWindows.h"
 #include "qt/frame/MainWindow.h"
 #include "qt/timeline/TrackWidget.h"
 #include "shared/sourcecontrol/SharedSourceControlMgr.h"
@@ -88,7 +89,7 @@ std::vector<CWindowFigure> MeasureTimelinePaint(int nFrames)
         return figures;
     window.resize(1920, 1080);
     window.show();
-    window.Open(*pSpell);
+    window.Effects().Open(*pSpell);
     TrackWidget* pTimeline = window.ActiveTimeline();
     pTimeline->parentWidget()->showMaximized();
     QTest::qWait(100);

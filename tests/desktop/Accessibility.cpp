@@ -87,16 +87,17 @@ TEST(DesktopAccessibility, PropertyDialogsAreNamed)
     };
     CEmberdeckApp& app = desk.App();
     InspectNext(
-        "properties", [&] { desk.window.EditProperties(*KeyOf(app.m_SpellMgr, "Smoke", 1)); }, editors);
+        "properties", [&] { desk.window.Host().EditProperties(*KeyOf(app.m_SpellMgr, "Smoke", 1)); },
+        editors);
     InspectNext("properties over a prefab",
-                [&] { desk.window.EditProperties(*KeyOf(app.m_SpellMgr, "Smoke", 0)); });
+                [&] { desk.window.Host().EditProperties(*KeyOf(app.m_SpellMgr, "Smoke", 0)); });
 }
 
 TEST(DesktopAccessibility, QuestionsAndChoosersAreNamed)
 {
     CLibraryDesktop desk(FillLibrary);
     desk.ShowEffect("Smoke");
-    InspectNext("types", [&] { desk.window.ChooseEffectType(); });
+    InspectNext("types", [&] { desk.window.Host().ChooseEffectType(); });
     InspectNext("about", [&] { desk.window.Frame().Run(c_nCmdAbout); });
     std::string sText = "x";
     float fValue = 1.0f;

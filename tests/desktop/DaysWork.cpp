@@ -80,7 +80,7 @@ TEST(DaysWork, FromAnEmptyLibraryToThePlayedEffects)
     desk.New(desk.pPrefabs, "[Prefabs]", "New Group", "Kit");
     desk.New(desk.pPrefabs, "Kit", "New Prefab", "Glow", desk.Type("Emitter"));
     desk.New(desk.pPrefabs, "Kit", "New Prefab", "Lamp", desk.Type("Light"));
-    EXPECT_EQ("Glow", desk.window.GetActivePrefab()->m_sName) << "the first one is active";
+    EXPECT_EQ("Glow", desk.window.Host().GetActivePrefab()->m_sName) << "the first one is active";
     desk.ShowPage(0);
 
     // Keys of the active prefab and of a type, linked by hand.

@@ -6,6 +6,7 @@
 
 #include "desktop/Desktop.h"
 #include "platform/Profile.h"
+#include "qt/frame/EffectWindows.h"
 #include "qt/frame/MainWindow.h"
 #include "qt/properties/QtPropertyDialogs.h"
 #include "qt/timeline/TrackWidget.h"
@@ -23,7 +24,8 @@ struct CDesktopBench
         dir.write("game/game.proj00", "[Project Directories]\r\nResourceRoot=res\r\n[Project Binaries]\r\n"
                                       "Fireglass=" EMBERDECK_BIN_DIR "/test_modules/TestFireglass.so\r\n");
         EXPECT_TRUE(window.Create(false, qobject_cast<MenuStyle*>(QApplication::style())));
-        window.SetPropertyEditor([this](CEffectPropertySet& set) { return dialogs.EditProperties(set); });
+        window.Host().SetPropertyEditor([this](CEffectPropertySet& set)
+                                        { return dialogs.EditProperties(set); });
         window.setGeometry(40, 40, 1400, 880);
         window.show();
         // A window manager that has only just come up may pass over the first window.
@@ -76,7 +78,7 @@ struct CDesktopBench
         EXPECT_TRUE(pSpell) << pszName;
         if (!pSpell)
             return nullptr;
-        window.Open(*pSpell);
+        window.Effects().Open(*pSpell);
         TrackWidget* pTimeline = window.ActiveTimeline();
         pTimeline->parentWidget()->showMaximized();
         Desktop::Settle();

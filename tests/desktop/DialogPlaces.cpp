@@ -32,7 +32,7 @@ TEST(DialogPlaces, DialogsComeBackWhereTheyWere)
                 act(*pOpen);
                 Desktop::Key("Escape");
             });
-        desk.window.ChooseEffectType();
+        desk.window.Host().ChooseEffectType();
         Desktop::Settle();
     };
 
@@ -78,7 +78,7 @@ TEST(DialogPlaces, DialogsComeBackWhereTheyWere)
                 Desktop::On(qobject_cast<TemplateDialog*>(pKey)->Controls().Find(eFXProps_OpenParent)));
             Desktop::Key("Escape");
         });
-    desk.window.EditProperties(key);
+    desk.window.Host().EditProperties(key);
     EXPECT_EQ("6", desk.profile->GetString("Places", "FxPropertiesDialog").substr(0, 1))
         << "the first one's place";
 }

@@ -31,7 +31,7 @@ struct CFocusDesk : CLibraryDesktop
         Desktop::Click(Desktop::On(pFirst, {30, pFirst->Logic().Layout().m_rcTrack.top + 18}));
         EXPECT_TRUE(pFirst->Logic().GetCurKey());
         for (const char* pszName : {"Smoke", "Torch"})
-            window.Open(*App().m_SpellMgr.FindSpell(pszName));
+            window.Effects().Open(*App().m_SpellMgr.FindSpell(pszName));
         Desktop::Settle();
     }
     std::string Active() const
@@ -228,7 +228,7 @@ TEST(DesktopFocus, TheStatusLineAndTheTitleTellWhatWasDone)
     desk.window.ActiveTimeline()->parentWidget()->showMaximized();
     Desktop::Settle();
     EXPECT_EQ("Emberdeck - [Torch] - new.Fx00a", title());
-    desk.window.Open(*desk.App().m_SpellMgr.FindSpell("Campfire"));
+    desk.window.Effects().Open(*desk.App().m_SpellMgr.FindSpell("Campfire"));
     Desktop::Settle();
     EXPECT_EQ("Emberdeck - [Campfire] - new.Fx00a", title());
     desk.window.ActiveTimeline()->parentWidget()->showNormal();
@@ -294,7 +294,7 @@ TEST(DesktopFocus, AnEmptyListOfTypesLeadsToTheProject)
             Desktop::Key("Down");
             Desktop::Key("Return");
         });
-    pChosen = desk.window.ChooseEffectType();
+    pChosen = desk.window.Host().ChooseEffectType();
     ASSERT_TRUE(pChosen);
     EXPECT_STREQ("Light", pChosen->m_szName);
     EXPECT_EQ(pSpell, &desk.window.ActiveTimeline()->GetSpell()) << "the new effect is still there";
@@ -304,7 +304,7 @@ TEST(DesktopFocus, AnEmptyListOfTypesLeadsToTheProject)
             EXPECT_EQ(2, pTypes->findChildren<QPushButton*>().size()) << "as it always was";
             Desktop::Key("Escape");
         });
-    desk.window.ChooseEffectType();
+    desk.window.Host().ChooseEffectType();
 }
 
 TEST(DesktopFocus, TheSelectionShowsWhereTheKeyboardIs)

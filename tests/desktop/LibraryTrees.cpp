@@ -208,8 +208,8 @@ TEST(DesktopTrees, KeysAndMenusRunTheCommands)
     EXPECT_FALSE(pFind->isVisible());
     Desktop::Click(desk.At(desk.pPrefabs, "Lamp"));
     desk.Choose(desk.At(desk.pPrefabs, "Lamp"), {"Set Active Prefab"});
-    ASSERT_TRUE(desk.window.GetActivePrefab());
-    EXPECT_EQ("Lamp", desk.window.GetActivePrefab()->m_sName);
+    ASSERT_TRUE(desk.window.Host().GetActivePrefab());
+    EXPECT_EQ("Lamp", desk.window.Host().GetActivePrefab()->m_sName);
     desk.ShowPage(0);
     EXPECT_TRUE(pFind->isVisible());
     desk.window.activateWindow();

@@ -24,7 +24,7 @@ static CEffectTypeTable s_Table = {.m_nVersion = 7,
 #ifdef PLUGIN_WILD
                                    .m_nNumTypes = 0x7FFFFFFF,
 #else
-                                    .m_nNumTypes = 1,
+                                   .m_nNumTypes = 1,
 #endif
                                    .m_pTypes = s_Types};
 

@@ -18,6 +18,7 @@
 
 #include "platform/Profile.h"
 #include "qt/frame/AssertDialog.h"
+#include "qt/frame/EffectWindows.h"
 #include "qt/frame/MainWindow.h"
 #include "qt/library/LibraryTreeView.h"
 #include "qt/timeline/TrackWidget.h"
@@ -156,7 +157,7 @@ TEST(Frame, ChildWindowsStandInSightOfEachOther)
     window.resize(1300, 800);
     window.show();
     for (const auto& pSpell : app.m_SpellMgr.Spells())
-        window.Open(*pSpell);
+        window.Effects().Open(*pSpell);
     auto* pArea = window.findChild<QMdiArea*>();
     const QList<QMdiSubWindow*> children = pArea->subWindowList();
     ASSERT_EQ(40, children.size());
@@ -166,8 +167,8 @@ TEST(Frame, ChildWindowsStandInSightOfEachOther)
         EXPECT_GE(children[i]->height(), 440);
         EXPECT_TRUE(i == 0 || children[i]->pos() != children[i - 1]->pos()) << i;
     }
-    window.CloseAll();
-    window.Open(*app.m_SpellMgr.Spells().front());
+    window.Effects().CloseAll();
+    window.Effects().Open(*app.m_SpellMgr.Spells().front());
     QMdiSubWindow* pFirst = pArea->subWindowList().constFirst();
     EXPECT_EQ(QPoint(0, 0), pFirst->pos()) << "from the start again";
     EXPECT_EQ(QStringLiteral("Emberdeck - Effect 0"), window.windowTitle());
@@ -179,13 +180,13 @@ TEST(Frame, ChildWindowsStandInSightOfEachOther)
     for (const char* pszName : {"Fire [*]", "*", "[*][*]"})
     {
         app.m_SpellMgr.Spells().front()->SetName(pszName);
-        window.RetitleAll();
+        window.Effects().RetitleAll();
         EXPECT_EQ("Emberdeck - " + std::string(pszName), window.windowHandle()->title().toStdString());
         pFirst->showMaximized();
         EXPECT_EQ("Emberdeck - [" + std::string(pszName) + "]", window.windowHandle()->title().toStdString());
         pFirst->showNormal();
     }
-    window.CloseAll();
+    window.Effects().CloseAll();
     app.NewEffectFile();
 }
 
@@ -250,7 +251,7 @@ TEST(Frame, WhatTheTimelinesShowIsChosenInTheViewMenu)
     }
 
     CSpell& spell = *later.App().m_SpellMgr.Spells().front();
-    later.Open(spell);
+    later.Effects().Open(spell);
     CTrackWnd& timeline = later.ActiveTimeline()->Logic();
     const auto firstLabel = [](CTrackWnd& of)
     {

@@ -9,7 +9,6 @@ TEST(FrameLife, IsBuiltInOrderAndStopsAtAFailedBar)
     const CCalls order = {"toolbar Standard",
                           "toolbar Source Control",
                           "status bar",
-                          "docking",
                           "images Standard",
                           "dock 32917 beside 0",
                           "images Source Control",

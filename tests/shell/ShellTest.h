@@ -82,7 +82,6 @@ public:
         m_Calls.push_back("status bar");
         return MakeBar(c_nCmdStatusBar);
     }
-    void EnableDocking() override { m_Calls.push_back("docking"); }
     void SetToolBarImages(const CKRToolbar& toolbar) override
     {
         m_Calls.push_back(std::string("images ") + toolbar.GetTable().m_pszTitle);

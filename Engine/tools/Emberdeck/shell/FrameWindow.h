@@ -14,7 +14,6 @@ public:
     // Creation, in the order in which CMainFrame::Create calls. False ends it, and the program.
     virtual bool CreateToolBar(const CKRToolbar& toolbar) = 0; // by its table, with no images yet; not owned
     virtual bool CreateStatusBar() = 0;                        // the message pane, then c_StatusIndicators
-    virtual void EnableDocking() = 0;                          // of bars, on all four sides
     // Gives a bar the images of its toolbar, at first and whenever they were made anew.
     virtual void SetToolBarImages(const CKRToolbar& toolbar) = 0;
     // At the top. nBesideBar is a docked bar whose row it joins, behind it; 0: a row of its own.

@@ -47,7 +47,6 @@ bool CMainFrame::Create()
     if (!m_Window.CreateToolBar(m_wndToolBar) || !m_Window.CreateToolBar(m_wndSourceControlBar) ||
         !m_Window.CreateStatusBar())
         return false;
-    m_Window.EnableDocking();
     DockWithImages(m_wndToolBar, 0);
     DockWithImages(m_wndSourceControlBar, m_wndToolBar.GetID());
     m_Window.CreateLeftDock();

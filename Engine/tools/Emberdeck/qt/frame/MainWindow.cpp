@@ -2,17 +2,21 @@
 
 #include <QApplication>
 #include <QHBoxLayout>
+#include <QLabel>
+#include <QMdiSubWindow>
 #include <QScreen>
-#include <QStatusBar>
 #include <QTimer>
 
 #include "app/resources/Bars.h"
+#include "qt/frame/EffectWindows.h"
+#include "qt/frame/FrameMenus.h"
+#include "qt/frame/FrameStatusBar.h"
+#include "qt/frame/PaneKeys.h"
 #include "qt/library/LeftDockWidget.h"
 #include "qt/timeline/TrackWidget.h"
 #include "qt/toolkit/AccessibleViews.h"
 #include "qt/toolkit/IconPainter.h"
 #include "qt/toolkit/ProgramIcon.h"
-#include "qt/toolkit/PropertyControls.h"
 #include "qt/toolkit/QtText.h"
 #include "qt/toolkit/ShellPainter.h"
 #include "qt/toolkit/TemplateDialog.h"
@@ -21,31 +25,21 @@
 MainWindow::MainWindow(IProfile& profile, ISourceControl& sourceControl, QtPrompts& prompts)
     : m_Profile(profile),
       m_Prompts(prompts),
+      m_pStatus(new FrameStatusBar(this)),
+      m_pEffects(new EffectWindows(m_App, profile)),
+      m_Host(*this, m_App, *m_pStatus),
+      m_App(CAppServices{prompts, profile, sourceControl, m_pEffects, &m_Host}),
       m_Splash(*this),
-      m_pArea(new QMdiArea),
-      m_pEmpty(new QLabel(m_pArea)),
       m_pCentre(new QWidget)
 {
     InstallAccessibleViews();
     m_Prompts.SetOwner(this);
-    m_pApp = std::make_unique<CEmberdeckApp>(CAppServices{prompts, profile, sourceControl, this, this});
     setWindowTitle(QStringLiteral("Emberdeck"));
     setWindowIcon(ProgramIcon());
     setAcceptDrops(true);
-    m_pArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    m_pArea->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    m_pArea->setAccessibleName(tr("Open effects"));
-    m_pEmpty->setAlignment(Qt::AlignCenter);
-    m_pEmpty->setWordWrap(true);
-    m_pEmpty->setAttribute(Qt::WA_TransparentForMouseEvents);
-    m_pArea->installEventFilter(this);
-    connect(m_pArea, &QMdiArea::subWindowActivated, this,
-            [this]
-            {
-                UpdateTitle();
-                CommandsChanged();
-            });
-    m_pApp->m_Edits.AddListener(this);
+    connect(m_pEffects, &EffectWindows::Changed, this, &MainWindow::UpdateTitle);
+    connect(m_pEffects, &QMdiArea::subWindowActivated, this, &MainWindow::CommandsChanged);
+    m_App.m_Edits.AddListener(this);
 }
 
 MainWindow::~MainWindow()
@@ -53,11 +47,13 @@ MainWindow::~MainWindow()
     qApp->removeEventFilter(this);
     for (const auto& [nBar, pBar] : m_Bars)
         pBar->disconnect(this); // they hide after the frame is gone
-    m_Splash.HideSplashScreen();
+    m_Splash.Logic().HideSplashScreen();
     if (m_pStyle)
         m_pStyle->SetDecorator(nullptr);
-    m_pApp->m_Edits.RemoveListener(this);
-    CloseAll();
+    m_App.m_Edits.RemoveListener(this);
+    m_pEffects->CloseAll();
+    m_pEffects->disconnect(this);
+    m_Host.SetDock(nullptr);
     delete m_pDock;
     m_pDock = nullptr;
 }
@@ -65,9 +61,9 @@ MainWindow::~MainWindow()
 bool MainWindow::Create(bool bSplash, MenuStyle* pStyle)
 {
     m_pStyle = pStyle;
-    m_pApp->Start();
-    m_Splash.EnableSplashScreen(bSplash);
-    m_pFrame = std::make_unique<CMainFrame>(*m_pApp, *this, ShellColors(palette()));
+    m_App.Start();
+    m_Splash.Logic().EnableSplashScreen(bSplash);
+    m_pFrame = std::make_unique<CMainFrame>(m_App, *this, ShellColors(palette()));
     m_pFrame->SetIconMaker(PaintIcon);
     if (!m_pFrame->Create())
         return false;
@@ -76,8 +72,11 @@ bool MainWindow::Create(bool bSplash, MenuStyle* pStyle)
         m_pStyle->SetDecorator(&m_pFrame->MenuDecorator());
         connect(m_pStyle, &MenuStyle::ItemHovered, this, &MainWindow::ShowHint);
     }
-    BuildMenus();
-    AddShortcuts();
+    m_pMenus = std::make_unique<FrameMenus>(*this, *m_pFrame, [this](int32_t nID) { RunCommand(nID); });
+    m_pMenus->AddAppearance(m_Profile);
+    m_pMenus->AddTimelineOptions(m_Profile, [this] { m_pEffects->ReadOptions(); });
+    m_pMenus->AddManual(m_Prompts);
+    AddPaneKeys(*this);
     qApp->installEventFilter(this);
 #if QT_CONFIG(sessionmanager)
     connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::OnSessionEnd, Qt::DirectConnection);
@@ -102,25 +101,7 @@ bool MainWindow::CreateToolBar(const CKRToolbar& toolbar)
 
 bool MainWindow::CreateStatusBar()
 {
-    auto* pHint = new QLabel(statusBar());
-    pHint->setObjectName(QStringLiteral("hint"));
-    pHint->setTextFormat(Qt::PlainText);
-    pHint->setSizePolicy(QSizePolicy::Ignored,
-                         QSizePolicy::Preferred); // a long line doesn't widen the window
-    statusBar()->addWidget(pHint, 1);
-    m_StatusEnd.setSingleShot(true);
-    connect(&m_StatusEnd, &QTimer::timeout, this, [this] { ShowStatus(std::string()); });
-    for (const CStatusIndicator& indicator : c_StatusIndicators)
-    {
-        auto* pLock = new QLabel(statusBar());
-        pLock->setAccessibleName(QString::fromUtf8(indicator.m_pszText));
-        pLock->setFixedWidth(fontMetrics().horizontalAdvance(QString::fromUtf8(indicator.m_pszText)) + 12);
-        pLock->setAlignment(Qt::AlignCenter);
-        statusBar()->addPermanentWidget(pLock);
-        m_Locks.push_back(pLock);
-    }
-    ShowHint(0);
-    UpdateLocks();
+    setStatusBar(m_pStatus);
     return true;
 }
 
@@ -139,12 +120,13 @@ void MainWindow::DockToolBar(int32_t nBar, int32_t)
 
 void MainWindow::CreateLeftDock()
 {
-    m_pDock = new LeftDockWidget(m_pApp->Context(), m_pCentre);
+    m_pDock = new LeftDockWidget(m_App.Context(), m_pCentre);
+    m_Host.SetDock(m_pDock);
     auto* pLayout = new QHBoxLayout(m_pCentre);
     pLayout->setContentsMargins(0, 0, 0, 0);
     pLayout->setSpacing(0);
     pLayout->addWidget(m_pDock);
-    pLayout->addWidget(m_pArea, 1);
+    pLayout->addWidget(m_pEffects, 1);
     setCentralWidget(m_pCentre);
 }
 
@@ -152,44 +134,22 @@ void MainWindow::CreateLeftDock()
 
 void MainWindow::RunCommand(int32_t nID)
 {
-    const std::string sFile = m_pApp->m_sFileName;
-    const size_t nEffects = m_pApp->m_SpellMgr.Spells().size();
-    ShowStatus(std::string()); // of the command before
+    const std::string sFile = m_App.m_sFileName;
+    const size_t nEffects = m_App.m_SpellMgr.Spells().size();
+    m_pStatus->ShowStatus(QString()); // of the command before
     m_pFrame->Run(nID);
     // A new effect comes last, where nobody may be looking.
-    if (nID == c_nCmdNewEffect && m_pDock && m_pApp->m_SpellMgr.Spells().size() > nEffects)
-        m_pDock->EffectPanel().ScrollTo(m_pApp->m_SpellMgr.Spells().back().get());
-    if (sFile != m_pApp->m_sFileName)
+    if (nID == c_nCmdNewEffect && m_pDock && m_App.m_SpellMgr.Spells().size() > nEffects)
+        m_pDock->EffectPanel().ScrollTo(m_App.m_SpellMgr.Spells().back().get());
+    if (sFile != m_App.m_sFileName)
         UpdateTextForm();
     UpdateTitle();
     CommandsChanged();
 }
 
-// What the pointer is over comes before what was done last, which is there again afterwards.
 void MainWindow::ShowHint(int32_t nID)
 {
-    const std::string_view sLine = CMainFrame::GetStatusLine(nID);
-    const bool bIdle = sLine == CMainFrame::GetStatusLine(0);
-    ShowStatusLine(bIdle && !m_sStatus.isEmpty() ? m_sStatus
-                                                 : QString::fromUtf8(sLine.data(), qsizetype(sLine.size())));
-}
-
-void MainWindow::ShowStatus(const std::string& sText)
-{
-    constexpr int c_nStatusMs = 60000; // long enough to come back from another window
-    m_sStatus = QtText::ToQt(sText);
-    m_StatusEnd.start(c_nStatusMs);
-    ShowHint(0);
-}
-
-void MainWindow::ShowStatusLine(const QString& sText)
-{
-    if (auto* pHint = findChild<QLabel*>(QStringLiteral("hint")))
-    {
-        pHint->setText(sText);
-        pHint->setToolTip(pHint->fontMetrics().horizontalAdvance(sText) > pHint->width() ? PlainToolTip(sText)
-                                                                                         : QString());
-    }
+    m_pStatus->ShowHint(nID);
 }
 
 bool MainWindow::HasBar(int32_t nBar) const
@@ -200,14 +160,13 @@ bool MainWindow::HasBar(int32_t nBar) const
 bool MainWindow::IsBarVisible(int32_t nBar) const
 {
     const auto it = m_Bars.find(nBar);
-    const QWidget* pBar = it != m_Bars.end() ? static_cast<QWidget*>(it->second) : findChild<QStatusBar*>();
-    return pBar && !pBar->isHidden();
+    return it != m_Bars.end() ? !it->second->isHidden() : !m_pStatus->isHidden();
 }
 
 void MainWindow::ShowBar(int32_t nBar, bool bShow)
 {
     if (nBar == c_nCmdStatusBar)
-        statusBar()->setVisible(bShow);
+        m_pStatus->setVisible(bShow);
     else if (HasBar(nBar))
         m_Bars[nBar]->setVisible(bShow);
 }
@@ -233,12 +192,7 @@ void MainWindow::EndEdit()
 
 bool MainWindow::IsGestureRunning() const
 {
-    if (m_pDock && m_pDock->IsBusy())
-        return true;
-    for (QMdiSubWindow* pChild : m_pArea->subWindowList())
-        if (auto* pTrack = qobject_cast<TrackWidget*>(pChild->widget()); pTrack && pTrack->Logic().IsBusy())
-            return true;
-    return false;
+    return (m_pDock && m_pDock->IsBusy()) || m_pEffects->IsGestureRunning();
 }
 
 void MainWindow::CommandsChanged()
@@ -257,14 +211,50 @@ void MainWindow::CommandsChanged()
 
 void MainWindow::ShowCommandStates()
 {
-    for (QAction* pAction : m_Actions)
-    {
-        const int32_t nID = pAction->data().toInt();
-        pAction->setEnabled(m_pFrame->IsEnabled(nID));
-        if (pAction->isCheckable())
-            pAction->setChecked(m_pFrame->IsChecked(nID));
-    }
+    if (m_pMenus)
+        m_pMenus->ShowStates();
     for (const auto& [nBar, pBar] : m_Bars)
         for (ToolButton* pButton : pBar->findChildren<ToolButton*>())
             pButton->setEnabled(m_pFrame->IsEnabled(pButton->GetCommand()));
+}
+
+// ---- What an edit changes on the screen
+
+void MainWindow::OnEdit(const CEdit& edit)
+{
+    m_pEffects->RepaintAll();
+    if (edit.Touches(ETouched::eLibrary))
+        UpdateTextForm();
+    m_pEffects->RetitleAll();
+    CommandsChanged();
+}
+
+TrackWidget* MainWindow::ActiveTimeline() const
+{
+    return m_pEffects->Active();
+}
+
+void MainWindow::UpdateTitle()
+{
+    const TrackWidget* pTrack = ActiveTimeline();
+    const char* pszView = pTrack ? pTrack->GetSpell().m_szName : "";
+    const bool bMaximised = m_pEffects->IsActiveMaximised();
+    QString sTitle = QtText::ToQt(CMainFrame::GetTitle(pszView, bMaximised));
+    // In the toolkit's own form, which it then leaves as it is; it would add it behind the file's name.
+    if (bMaximised && *pszView)
+        sTitle += QStringLiteral(" - [%1]").arg(QtText::ToQt(pszView));
+    setWindowTitle(QtText::Title(sTitle + QtText::PathToQt(CMainFrame::GetTitleOfFile(m_App.m_sFileName))));
+    m_pEffects->UpdateGreeting();
+}
+
+void MainWindow::UpdateTextForm()
+{
+    bool bLegacy = false;
+    for (const auto& pSpell : m_App.m_SpellMgr.Spells())
+        bLegacy = bLegacy || !QtText::IsUtf8(pSpell->m_szName);
+    for (const auto& pPrefab : m_App.m_SpellMgr.Prefabs())
+        bLegacy = bLegacy || !QtText::IsUtf8(pPrefab->m_sName);
+    m_App.m_SpellMgr.ForEachKey([&](CSpell&, CKey& key)
+                                { bLegacy = bLegacy || !QtText::IsUtf8(key.m_sName); });
+    QtText::SetLegacyForm(bLegacy);
 }

@@ -4,31 +4,25 @@
 #include <map>
 #include <memory>
 
-#include <QLabel>
 #include <QMainWindow>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QTimer>
 
 #include "app/EmberdeckApp.h"
+#include "qt/frame/EditorHost.h"
+#include "qt/frame/SplashScreen.h"
 #include "qt/toolkit/MenuStyle.h"
 #include "qt/toolkit/QtPrompts.h"
 #include "shell/MainFrame.h"
-#include "shell/Splash.h"
 
+class EffectWindows;
+class FrameMenus;
+class FrameStatusBar;
 class LeftDockWidget;
-class QListWidget;
 class QSessionManager;
 class ToolBarWidget;
 class TrackWidget;
 
-// The program's window: menus, bars, the library at the left, one child window for each open effect.
-class MainWindow : public QMainWindow,
-                   public IFrameWindow,
-                   public IDocuments,
-                   public IEditorHost,
-                   private IEditListener,
-                   private ISplashView
+// The program's window: menus, bars, the library at the left, the open effects beside it.
+class MainWindow : public QMainWindow, public IFrameWindow, private IEditListener
 {
     Q_OBJECT
 
@@ -40,30 +34,13 @@ public:
     bool Create(bool bSplash, MenuStyle* pStyle);
     // For the first time: where it was left, with its bars and the dock, or filling the screen.
     void ShowAsLeft();
-    // Opens the property dialogs on a key or prefab; true: accepted.
-    void SetPropertyEditor(std::function<bool(CEffectPropertySet&)> edit)
-    {
-        m_EditProperties = std::move(edit);
-    }
-    CEmberdeckApp& App() { return *m_pApp; }
+
+    CEmberdeckApp& App() { return m_App; }
     CMainFrame& Frame() { return *m_pFrame; }
+    EditorHost& Host() { return m_Host; }
+    EffectWindows& Effects() { return *m_pEffects; }
     LeftDockWidget* Dock() const { return m_pDock; }
     TrackWidget* ActiveTimeline() const;
-
-    // IDocuments
-    bool IsOpen(const CSpell* pSpell) const override;
-    void Open(CSpell& spell) override;
-    void Close(const CSpell* pSpell) override;
-    void CloseAll() override;
-    void RetitleAll() override;
-
-    // IEditorHost
-    CEffectPropertySet* GetActivePrefab() override;
-    void OfferActivePrefab(CEffectPropertySet* pPrefab) override;
-    void ClearActivePrefab() override;
-    bool EditProperties(CEffectPropertySet& set) override;
-    const CEffectTypeDesc* ChooseEffectType() override;
-    void ShowStatus(const std::string& sText) override;
 
 protected:
     void closeEvent(QCloseEvent* pEvent) override;
@@ -78,64 +55,44 @@ private:
     // IFrameWindow
     bool CreateToolBar(const CKRToolbar& toolbar) override;
     bool CreateStatusBar() override;
-    void EnableDocking() override {} // bars dock on all sides from the start
     void SetToolBarImages(const CKRToolbar& toolbar) override;
     void DockToolBar(int32_t nBar, int32_t nBesideBar) override;
     void CreateLeftDock() override;
-    void ShowSplash() override;
+    void ShowSplash() override { m_Splash.Logic().ShowSplashScreen(); }
     bool HasBar(int32_t nBar) const override;
     bool IsBarVisible(int32_t nBar) const override;
     void ShowBar(int32_t nBar, bool bShow) override;
     void Close() override { close(); }
-    void ShowAbout(const CAboutSharedDlg& dialog) override;
+    void ShowAbout(const CAboutSharedDlg& about) override;
     void EndEdit() override;
     bool IsGestureRunning() const override;
     void CommandsChanged() override;
     // IEditListener
     void OnEdit(const CEdit& edit) override;
-    // ISplashView
-    bool CreateSplash(int32_t nMilliseconds) override;
-    void DestroySplash() override;
 
-    void BuildMenus();
-    void AddItems(QMenu& menu, const CMenuTable& table);
-    void AddAppearanceItems(QMenu& viewMenu);
-    void AddTimelineItems(QMenu& viewMenu);
-    void AddShortcuts();
     void ShowCommandStates();
     void RunCommand(int32_t nID);
     void ShowHint(int32_t nID);
-    void ShowStatusLine(const QString& sText);
     void UpdateTitle();
-    void UpdateLocks();
+    void UpdateTextForm();
     void FocusLibrary();
     void CancelGestures();
     void OnSessionEnd(QSessionManager& session);
-    void ExplainNoTypes(QListWidget& list, const std::function<bool()>& fill);
-    QMdiSubWindow* FindChild(const CSpell* pSpell) const;
-    void PlaceChild(QMdiSubWindow& child);
-    void UpdateTextForm();
     void KeepPlaces();
     std::vector<QToolBar*> ToolBars() const;
 
     IProfile& m_Profile;
     QtPrompts& m_Prompts;
-    std::unique_ptr<CEmberdeckApp> m_pApp;
+    FrameStatusBar* m_pStatus;
+    EffectWindows* m_pEffects;
+    EditorHost m_Host;
+    CEmberdeckApp m_App;
     std::unique_ptr<CMainFrame> m_pFrame;
-    std::function<bool(CEffectPropertySet&)> m_EditProperties;
-    CSplashWnd m_Splash;
+    std::unique_ptr<FrameMenus> m_pMenus;
+    SplashScreen m_Splash;
     MenuStyle* m_pStyle = nullptr;
-    QMdiArea* m_pArea;
-    QLabel* m_pEmpty;
     LeftDockWidget* m_pDock = nullptr;
     QWidget* m_pCentre;
     std::map<int32_t, ToolBarWidget*> m_Bars;
-    std::vector<QAction*> m_Actions;
-    std::vector<QLabel*> m_Locks;
-    QPointer<QLabel> m_pSplash;
-    bool m_bSplashOver = false; // this window
     bool m_bUpdateQueued = false;
-    QString m_sStatus; // what the last command has come to; empty: nothing to tell
-    QTimer m_StatusEnd;
-    int m_nNextPlace = 0; // of the next child window
 };

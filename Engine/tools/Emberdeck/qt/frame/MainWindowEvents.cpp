@@ -1,33 +1,27 @@
-// What happens to the main window as a whole: its end, files that are dropped on it, locks, palette, the splash.
-
-#include <utility>
+// What happens to the main window as a whole: its end, files that are dropped on it, its places, focus and palette.
 
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMimeData>
 #include <QScreen>
 #include <QSessionManager>
-#include <QStatusBar>
 #include <QTimer>
 
 #include "app/resources/Bars.h"
+#include "qt/frame/EffectWindows.h"
+#include "qt/frame/FrameStatusBar.h"
 #include "qt/frame/MainWindow.h"
 #include "qt/library/LeftDockWidget.h"
 #include "qt/library/LibraryTreeView.h"
-#include "qt/timeline/TrackWidget.h"
 #include "qt/toolkit/DialogPlaces.h"
 #include "qt/toolkit/FramePlaces.h"
-#include "qt/toolkit/KeyLocks.h"
-#include "qt/toolkit/ProgramIcon.h"
 #include "qt/toolkit/QtText.h"
 #include "qt/toolkit/ShellPainter.h"
 #include "qt/toolkit/ToolBarWidget.h"
 
 void MainWindow::CancelGestures()
 {
-    for (QMdiSubWindow* pChild : m_pArea->subWindowList())
-        if (auto* pTrack = qobject_cast<TrackWidget*>(pChild->widget()); pTrack && pTrack->Logic().IsBusy())
-            pTrack->Logic().OnMouseLost();
+    m_pEffects->CancelGestures();
     if (m_pDock && m_pDock->IsBusy())
     {
         m_pDock->EffectPanel().OnMouseLost();
@@ -43,18 +37,14 @@ void MainWindow::closeEvent(QCloseEvent* pEvent)
     if (!pEvent->isAccepted())
         return;
     KeepPlaces();
-    CloseAll();
+    m_pEffects->CloseAll();
 }
 
 void MainWindow::changeEvent(QEvent* pEvent)
 {
     QMainWindow::changeEvent(pEvent);
     if (pEvent->type() == QEvent::PaletteChange && m_pFrame)
-    {
         m_pFrame->SetColors(ShellColors(palette()));
-        m_pArea->setBackground(
-            palette().brush(QPalette::Dark)); // the area keeps the colour that it began with
-    }
 }
 
 #if QT_CONFIG(sessionmanager)
@@ -118,12 +108,12 @@ void MainWindow::ShowAsLeft()
 {
     const CFramePlaces places = LoadFramePlaces(m_Profile);
     PlaceBars(m_Profile, *this, ToolBars());
-    statusBar()->setVisible(places.m_bStatusBar);
+    m_pStatus->setVisible(places.m_bStatusBar);
     if (!places.m_rc.isEmpty())
         setGeometry(DialogPlaces::FitOnScreen(*this, places.m_rc));
     // With room beside it: a dock as wide as the window would make that wider than the screen.
     const int nRoom = places.m_bMaximised ? screen()->availableGeometry().width() : width();
-    const int nMost = std::max(nRoom - m_pArea->minimumSizeHint().width(), 1);
+    const int nMost = std::max(nRoom - m_pEffects->minimumSizeHint().width(), 1);
     m_pDock->Bar().Restore(std::min(places.m_nDockWidth, nMost), places.m_bDockFolded);
     if (places.m_bMaximised)
         showMaximized();
@@ -140,7 +130,7 @@ void MainWindow::KeepPlaces()
     places.m_rc = places.m_bMaximised || isMinimized() ? normalGeometry() : geometry();
     places.m_nDockWidth = m_pDock->Bar().GetUnfoldedWidth();
     places.m_bDockFolded = m_pDock->Bar().SizeBar().IsCollapsed();
-    places.m_bStatusBar = !statusBar()->isHidden();
+    places.m_bStatusBar = !m_pStatus->isHidden();
     SaveFramePlaces(m_Profile, places, *this, ToolBars());
 }
 
@@ -165,10 +155,7 @@ bool MainWindow::focusNextPrevChild(bool bNext)
         if ((pWidget->focusPolicy() & Qt::TabFocus) != Qt::TabFocus || pWidget->focusProxy() ||
             !pWidget->isVisibleTo(this) || !pWidget->isEnabled() || pWidget->isWindow())
             return false;
-        for (const QMdiSubWindow* pChild : m_pArea->subWindowList())
-            if (pChild != m_pArea->activeSubWindow() && pChild->isAncestorOf(pWidget))
-                return false;
-        return pWidget->window() == this;
+        return pWidget->window() == this && !m_pEffects->IsInBackground(*pWidget);
     };
     const auto step = [bNext](const QWidget* pWidget)
     { return bNext ? pWidget->nextInFocusChain() : pWidget->previousInFocusChain(); };
@@ -181,123 +168,34 @@ bool MainWindow::focusNextPrevChild(bool bNext)
     return false;
 }
 
-void MainWindow::UpdateLocks()
+bool MainWindow::eventFilter(QObject* pObject, QEvent* pEvent)
 {
-    const CKeyLocks locks = ReadKeyLocks();
-    const auto isOn = [&locks](EStatusIndicator eID)
-    {
-        switch (eID)
-        {
-        case eIndicator_Caps:
-            return locks.m_bCaps;
-        case eIndicator_Num:
-            return locks.m_bNum;
-        case eIndicator_Scroll:
-            return locks.m_bScroll;
-        }
-        return false;
-    };
-    for (size_t i = 0; i < m_Locks.size(); ++i)
-        m_Locks[i]->setText(isOn(c_StatusIndicators[i].m_eID)
-                                ? QString::fromUtf8(c_StatusIndicators[i].m_pszText)
-                                : QString());
-}
-
-// ---- The splash
-
-void MainWindow::ShowSplash()
-{
-    m_Splash.ShowSplashScreen();
-}
-
-bool MainWindow::CreateSplash(int32_t nMilliseconds)
-{
-    winId(); // so that there is a window that the splash can belong to
-    m_pSplash = new QLabel(this, Qt::SplashScreen | Qt::FramelessWindowHint);
-    const QPixmap picture = SplashPicture(devicePixelRatioF());
-    m_pSplash->setPixmap(picture);
-    m_pSplash->setAttribute(Qt::WA_ShowWithoutActivating);
-    m_pSplash->setFixedSize(picture.deviceIndependentSize().toSize());
-    m_pSplash->move(screen()->geometry().center() - m_pSplash->rect().center());
-    m_pSplash->show();
-    m_pSplash->repaint();
-    QTimer::singleShot(nMilliseconds, this, [this] { m_Splash.OnTimer(); });
-    return true;
-}
-
-void MainWindow::DestroySplash()
-{
-    if (m_pSplash)
-    {
-        m_pSplash->hide(); // now: what comes next may keep the program busy
-        m_pSplash->deleteLater();
-    }
-    m_pSplash = nullptr;
-    repaint();
-}
-
-namespace
-{
-CSplashEvent SplashEvent(QEvent* pEvent)
-{
-    CSplashEvent event;
-    event.m_bForModalBox = QApplication::activeModalWidget() != nullptr;
+    if (m_Splash.Takes(pEvent))
+        return true;
     switch (pEvent->type())
     {
-    case QEvent::KeyPress:
-    case QEvent::ShortcutOverride:
-    case QEvent::KeyRelease:
-        event.m_eKind =
-            pEvent->type() == QEvent::KeyRelease ? CSplashEvent::eKeyRelease : CSplashEvent::eKeyPress;
-        event.m_nCode = static_cast<QKeyEvent*>(pEvent)->key();
-        event.m_bAutoRepeat = static_cast<QKeyEvent*>(pEvent)->isAutoRepeat();
+    case QEvent::Shortcut:
+        // Whatever a key of the window does, it does to the library with the name that is being typed.
+        if (m_pDock && m_pDock->IsEditing() && !IsDialogOrMenuUp())
+            EndEdit();
         break;
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonDblClick:
-    case QEvent::MouseButtonRelease:
-        event.m_nCode = int(static_cast<QMouseEvent*>(pEvent)->button());
-        if (event.m_nCode & (Qt::LeftButton | Qt::RightButton | Qt::MiddleButton)) // others are nobody's
-            event.m_eKind = pEvent->type() == QEvent::MouseButtonRelease ? CSplashEvent::eButtonRelease
-                                                                         : CSplashEvent::eButtonPress;
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+        // What the key does to its lock it does after this event.
+        if (const int nKey = static_cast<QKeyEvent*>(pEvent)->key();
+            nKey == Qt::Key_CapsLock || nKey == Qt::Key_NumLock || nKey == Qt::Key_ScrollLock)
+            QTimer::singleShot(0, m_pStatus, [this] { m_pStatus->UpdateLocks(); });
+        break;
+    case QEvent::WindowActivate:
+        if (pObject == this)
+        {
+            m_pStatus->UpdateLocks();
+            FocusLibrary();
+            m_Splash.OnOwnerActivated();
+        }
         break;
     default:
         break;
     }
-    return event;
-}
-} // namespace
-
-bool MainWindow::eventFilter(QObject* pObject, QEvent* pEvent)
-{
-    const CSplashEvent event = SplashEvent(pEvent);
-    if (event.m_eKind != CSplashEvent::eOther && m_Splash.PreTranslateAppMessage(event))
-    {
-        pEvent->accept();
-        return true;
-    }
-    // Whatever a key of the window does, it does to the library with the name that is being typed.
-    if (pEvent->type() == QEvent::Shortcut && m_pDock && m_pDock->IsEditing() && !IsDialogOrMenuUp())
-        EndEdit();
-    if (event.m_eKind == CSplashEvent::eKeyPress || event.m_eKind == CSplashEvent::eKeyRelease)
-    {
-        // What the key does to its lock it does after this event.
-        if (event.m_nCode == Qt::Key_CapsLock || event.m_nCode == Qt::Key_NumLock ||
-            event.m_nCode == Qt::Key_ScrollLock)
-            QTimer::singleShot(0, this, [this] { UpdateLocks(); });
-    }
-    else if (pObject == this && pEvent->type() == QEvent::WindowActivate)
-    {
-        UpdateLocks();
-        FocusLibrary();
-        if (m_pSplash && !std::exchange(m_bSplashOver, true))
-        {
-            // It was there first, so this window has come up over it. Window managers take it for a part of
-            // this window only when it is shown after that; then it also stays below a question.
-            m_pSplash->hide();
-            m_pSplash->show();
-        }
-    }
-    if (pObject == m_pArea && (pEvent->type() == QEvent::Resize || pEvent->type() == QEvent::Show))
-        UpdateTitle();
     return QMainWindow::eventFilter(pObject, pEvent);
 }

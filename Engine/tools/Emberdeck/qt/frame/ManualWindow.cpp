@@ -40,7 +40,7 @@ public:
             return image.width() > nMaxWidth ? image.scaledToWidth(nMaxWidth, Qt::SmoothTransformation)
                                              : image;
         }
-        const QVariant page = QTextBrowser::loadResource(nType, name);
+        QVariant page = QTextBrowser::loadResource(nType, name);
         if (nType == QTextDocument::MarkdownResource)
             NoteTables(QString::fromUtf8(page.toByteArray()));
         return page;

@@ -9,6 +9,7 @@
 #include <QToolBar>
 #include <QToolButton>
 
+#include "qt/frame/EffectWindows.h"
 #include "qt/frame/MainWindow.h"
 #include "qt/library/LeftDockWidget.h"
 #include "qt/library/LibraryTreeView.h"
@@ -98,6 +99,6 @@ void AddPaneKeys(MainWindow& window)
            [&window]
            {
                if (const TrackWidget* pTimeline = window.ActiveTimeline())
-                   window.Close(&pTimeline->GetSpell());
+                   window.Effects().Close(&pTimeline->GetSpell());
            });
 }

@@ -11,6 +11,7 @@
 #include "platform/Profile.h"
 #include "qsversion.h"
 #include "qt/frame/AssertDialog.h"
+#include "qt/frame/EffectWindows.h"
 #include "qt/frame/MainWindow.h"
 #include "qt/properties/QtPropertyDialogs.h"
 #include "qt/sourcecontrol/SourceControlFront.h"
@@ -86,7 +87,7 @@ int Start(const CEmberdeckCommandLineInfo& line, MenuStyle* pStyle)
         const std::string sText = "The settings can't be kept. " + sProblem;
         std::fprintf(stderr, "emberdeck: %s\n", sText.c_str());
         if (pShown)
-            pShown->ShowStatus(sText);
+            pShown->Host().ShowStatus(sText);
     };
     const std::unique_ptr<IProfile> pProfile = OpenFileProfile("emberdeck/settings.ini", tellFailure);
     ApplyAppearance(LoadAppearance(*pProfile));
@@ -117,11 +118,12 @@ int Start(const CEmberdeckCommandLineInfo& line, MenuStyle* pStyle)
         return nLeft == 0 ? 0 : 1;
     }
     QtPropertyDialogs dialogs(window.App().Context(), *pProfile, &window);
-    window.SetPropertyEditor([&dialogs](CEffectPropertySet& set) { return dialogs.EditProperties(set); });
+    window.Host().SetPropertyEditor([&dialogs](CEffectPropertySet& set)
+                                    { return dialogs.EditProperties(set); });
     window.ShowAsLeft();
     WaitForWindow(window);
     window.Frame().OpenFirstFile(line.m_sOpenFile);
-    window.RetitleAll();
+    window.Effects().RetitleAll();
     return QApplication::exec();
 }
 } // namespace

@@ -1,6 +1,7 @@
 #include "qt/toolkit/AccessibleViews.h"
 
 #include <QAccessibleWidget>
+#include <QWidget>
 
 namespace
 {
