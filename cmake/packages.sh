@@ -19,3 +19,4 @@ need_packages()
 
 BUILD_PACKAGES="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev qt6-base-dev libx11-dev"
 TEST_PACKAGES="libgtest-dev ccache make xvfb xauth xdotool openbox fonts-dejavu-core git subversion strace"
+STYLE_PACKAGES="clang-format clang-tidy"

@@ -25,7 +25,7 @@ CWorkCopyProvider::CWorkCopyProvider(const char* pszSystem, CClientProgram progr
 {
 }
 
-CWorkCopyProvider::CRun CWorkCopyProvider::Run(std::vector<std::string> arguments, const char* pszWhat,
+CWorkCopyProvider::CRun CWorkCopyProvider::Run(const std::vector<std::string>& arguments, const char* pszWhat,
                                                EPatience ePatience) const
 {
     return m_Program.Run(arguments, pszWhat, ePatience);

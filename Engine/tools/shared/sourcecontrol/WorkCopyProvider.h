@@ -63,7 +63,7 @@ protected:
     virtual CStatus Commit(const std::string& sDepotPath, const std::string& sText) = 0;
     virtual CStatus ReadHistory(const std::string& sDepotPath, std::vector<CHistoryEntry>& entries) = 0;
 
-    CRun Run(std::vector<std::string> arguments, const char* pszWhat,
+    CRun Run(const std::vector<std::string>& arguments, const char* pszWhat,
              EPatience ePatience = EPatience::eLocal) const;
     CStatus Failure(const std::string& sText) const { return {c_nSourceControlFailed, sText}; }
 

@@ -207,7 +207,7 @@ QImage ToQImage(const CPixelImage& image)
     for (int32_t y = 0; y < nGrid; ++y)
         for (int32_t x = 0; x < nGrid; ++x)
         {
-            const uint32_t n = image.m_Pixels[size_t(y * nGrid + x)];
+            const uint32_t n = image.m_Pixels[size_t(y) * size_t(nGrid) + size_t(x)];
             result.setPixel(x, y,
                             qRgba(int(n & 0xFF), int(n >> 8 & 0xFF), int(n >> 16 & 0xFF), int(n >> 24)));
         }
