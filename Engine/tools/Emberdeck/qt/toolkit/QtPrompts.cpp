@@ -16,6 +16,7 @@
 #include <QTreeView>
 
 #include "app/Messages.h"
+#include "properties/ResourceFile.h"
 #include "properties/ValueText.h"
 #include "qsnumber.h"
 #include "qt/toolkit/QtText.h"
@@ -58,26 +59,25 @@ QMessageBox::Icon Icon(EIcon eIcon)
     return QMessageBox::NoIcon;
 }
 
-// "Text|a;b|Text|c||" as the toolkit has it: "Text (a b);;Text (c)". Patterns ignore case, which makes them hard
-// to read: the dialog hides them and shows the text, which brings its own.
+// A filter's parts as the toolkit has them: "Text (a b)". Patterns ignore case, which makes them hard to read: the
+// dialog hides them and shows the text, which brings its own.
 QStringList Filters(const std::string& sFilter)
 {
-    const QStringList parts = QtText::ToQt(sFilter).split(QLatin1Char('|'));
     QStringList filters;
-    for (qsizetype i = 0; i + 1 < parts.size() && !parts[i].isEmpty(); i += 2)
+    for (const CFileFilter& filter : ParseFileFilter(sFilter))
     {
         QStringList patterns;
-        for (const QString& sPattern : parts[i + 1].split(QLatin1Char(';'), Qt::SkipEmptyParts))
+        for (const std::string& sPattern : filter.m_Patterns)
         {
             QString sAnyCase;
-            for (QChar c : sPattern == QLatin1String("*.*") ? QStringLiteral("*") : sPattern)
+            for (QChar c : QtText::ToQt(sPattern))
                 sAnyCase += c.isLetter()
                                 ? QLatin1Char('[') + QString(c.toLower()) + c.toUpper() + QLatin1Char(']')
                                 : QString(c);
             patterns << sAnyCase;
         }
-        const QString& sName = parts[i];
-        filters << sName + QLatin1String(" (") + patterns.join(QLatin1Char(' ')) + QLatin1Char(')');
+        filters << QtText::ToQt(filter.m_sText) + QLatin1String(" (") + patterns.join(QLatin1Char(' ')) +
+                       QLatin1Char(')');
     }
     return filters;
 }
