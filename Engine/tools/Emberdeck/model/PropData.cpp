@@ -39,9 +39,7 @@ CPropData::CPropData(const CPropData& other) noexcept
 
 CPropData::CPropData(CPropData&& other) noexcept
 {
-    std::memcpy(static_cast<void*>(this), &other, sizeof(*this));
-    std::memset(other.m_aInline, 0, sizeof(other.m_aInline));
-    other.m_nLen = 0;
+    Take(other);
 }
 
 CPropData& CPropData::operator=(const CPropData& other) noexcept
@@ -56,11 +54,17 @@ CPropData& CPropData::operator=(CPropData&& other) noexcept
     if (this != &other)
     {
         Release();
-        std::memcpy(static_cast<void*>(this), &other, sizeof(*this));
-        std::memset(other.m_aInline, 0, sizeof(other.m_aInline));
-        other.m_nLen = 0;
+        Take(other);
     }
     return *this;
+}
+
+void CPropData::Take(CPropData& other)
+{
+    std::memcpy(m_aInline, other.m_aInline, sizeof(m_aInline)); // or the block, which lies there too
+    m_nLen = other.m_nLen;
+    std::memset(other.m_aInline, 0, sizeof(other.m_aInline));
+    other.m_nLen = 0;
 }
 
 void CPropData::Release()

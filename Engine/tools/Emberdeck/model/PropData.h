@@ -53,6 +53,7 @@ private:
     const uint8_t* Bytes() const { return m_nLen > c_nInline ? m_pHeap : m_aInline; }
     uint8_t* Bytes() { return m_nLen > c_nInline ? m_pHeap : m_aInline; }
     void Store(const uint8_t* pBytes, uint32_t nLen); // nLen bytes of content, trailing zeros cut here
+    void Take(CPropData& other);                      // leaves it empty; what was here has been released
     void Release();
     void TrimInline();
 
