@@ -61,7 +61,7 @@ size_t ToNarrow(const wchar_t* psz, char* pszOut)
     size_t nLength = 0;
     for (; *psz; ++psz)
     {
-        const uint32_t nPoint = uint32_t(*psz);
+        const uint32_t nPoint = uint32_t(*psz); // NOLINT(bugprone-signed-char-misuse): it is a wide one
         if (!IsCodePoint(nPoint))
             return c_nIllFormed;
         nLength += PutUtf8(nPoint, pszOut ? pszOut + nLength : nullptr);

@@ -232,8 +232,8 @@ char* WriteFixed(char* p, double fValue, int nDecimals)
     }
     if (!std::isfinite(fValue))
     {
-        std::memcpy(p, std::isnan(fValue) ? "nan" : "inf", 3);
-        return p + 3;
+        const std::string_view sName = std::isnan(fValue) ? "nan" : "inf";
+        return std::copy(sName.begin(), sName.end(), p);
     }
     if (char* pDone = WriteScaled(p, pEnd, fValue, nDecimals))
         return pDone;

@@ -82,7 +82,7 @@ int Recover(const CRecoverRequest& request, const CBatchOptions& options)
         return Fail("no copy of " + request.m_sFile +
                     " is whole. Run the command with --list to see them, and with "
                     "--copy to take one all the same");
-    const CBackupStore::CEntry chosen = entries[*nChosen];
+    const CBackupStore::CEntry& chosen = entries[*nChosen];
     const std::optional<bool> bSound = store.IsSound(request.m_sFile, chosen);
     std::string sError;
     if (!store.Recover(request.m_sFile, *nChosen, sError))
