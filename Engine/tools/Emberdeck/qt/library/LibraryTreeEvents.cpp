@@ -5,9 +5,9 @@
 #include <QContextMenuEvent>
 #include <QMenu>
 #include <QMouseEvent>
-#include <QPointer>
 #include <QScrollBar>
 
+#include "qt/toolkit/PopupMenu.h"
 #include "qt/toolkit/QtSurface.h"
 #include "qt/toolkit/QtText.h"
 
@@ -129,8 +129,7 @@ void LibraryTreeView::ShowMenu(const CPanelMenu& entries, const QPoint& at)
 {
     if (entries.empty())
         return;
-    // The view may go while the menu is up, and takes it along.
-    const QPointer<QMenu> pMenu(new QMenu(this));
+    auto* pMenu = new QMenu(this);
     for (const CPanelMenuEntry& entry : entries)
     {
         if (entry.IsSeparator())
@@ -147,13 +146,9 @@ void LibraryTreeView::ShowMenu(const CPanelMenu& entries, const QPoint& at)
         if (entry.m_bDefault)
             pMenu->setDefaultAction(pAction);
     }
-    const QAction* pChosen = pMenu->exec(at);
-    if (!pMenu)
-        return;
-    const int nChosen = pChosen ? pChosen->data().toInt() : 0;
-    delete pMenu; // before the command: that may be the end of this view
-    if (m_pPanel && nChosen)
-        m_pPanel->Command(nChosen);
+    const std::optional<int> nChosen = RunPopup(pMenu, at);
+    if (nChosen && *nChosen && m_pPanel)
+        m_pPanel->Command(*nChosen);
 }
 
 void LibraryTreeView::keyPressEvent(QKeyEvent* pEvent)

@@ -5,13 +5,13 @@
 #include <QMenu>
 #include <QPaintEvent>
 #include <QPainter>
-#include <QPointer>
 #include <QStyle>
 #include <QTimer>
 #include <QToolTip>
 #include <cmath>
 
 #include "qt/toolkit/KeyCodes.h"
+#include "qt/toolkit/PopupMenu.h"
 #include "qt/toolkit/QtSurface.h"
 #include "qt/toolkit/QtText.h"
 
@@ -221,16 +221,11 @@ void TrackWidget::ShowMenu(CPoint pt, bool bCtrl)
     const std::vector<CMenuEntry> entries = m_Track.OnRightRelease(pt, bCtrl);
     if (entries.empty())
         return;
-    // The window may go while the menu is up, and takes it along.
-    const QPointer<QMenu> pMenu(new QMenu(this));
+    auto* pMenu = new QMenu(this);
     AddEntries(*pMenu, entries);
     const QPoint at = mapToGlobal(QPoint(pt.x - pMenu->sizeHint().width() / 2, pt.y));
-    const QAction* pChosen = pMenu->exec(at);
-    if (!pMenu)
-        return;
-    const int nChosen = pChosen ? pChosen->data().toInt() : 0;
-    delete pMenu; // before the command: that may be the end of this window
-    m_Track.OnMenuClosed(nChosen);
+    if (const std::optional<int> nChosen = RunPopup(pMenu, at))
+        m_Track.OnMenuClosed(*nChosen);
 }
 
 bool TrackWidget::IsLinkPress(QEvent* pEvent)
