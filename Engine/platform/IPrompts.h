@@ -47,6 +47,15 @@ struct CFileDialogRequest
     bool m_bMustExist = false;       // an open dialog gives only existing files
 };
 
+// What EnterText asks for.
+struct CTextEntry
+{
+    std::string m_sCaption;
+    std::string m_sLabel; // empty: the caption says it
+    // OK takes the text as it stands, also an empty one; else it has to be changed into another that isn't empty.
+    bool m_bAsItStands = false;
+};
+
 // What EnterNumber asks for. Both ends of the range belong to it.
 struct CNumberEntry
 {
@@ -74,9 +83,9 @@ public:
     // stays. An accepted dialog makes its folder the working directory.
     virtual bool ChooseFile(const CFileDialogRequest& request, std::string& sPath) = 0;
 
-    // One line of text in a dialog with a caption and a label; sText is the first text and the answer. An answer is
-    // never cut here. False: cancelled, and sText stays.
-    virtual bool EnterText(const std::string& sCaption, const std::string& sLabel, std::string& sText) = 0;
+    // One line of text; sText is the first text and the answer, which is never cut here. False: cancelled, and
+    // sText stays.
+    virtual bool EnterText(const CTextEntry& request, std::string& sText) = 0;
 
     // A whole number, limited by the dialog to the request's range; nValue is the first one, which may lie outside,
     // and the answer. False: cancelled, and nValue stays.

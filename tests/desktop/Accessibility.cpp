@@ -102,9 +102,11 @@ TEST(DesktopAccessibility, QuestionsAndChoosersAreNamed)
     std::string sText = "x";
     float fValue = 1.0f;
     int32_t nValue = 1;
-    InspectNext("name", [&] { desk.prompts.EnterText("Enter Name", "", sText); });
+    InspectNext("name", [&] { desk.prompts.EnterText({"Enter Name", ""}, sText); });
     InspectNext("game information",
-                [&] { desk.prompts.EnterText(c_szGameInfoCaption, c_szGameInfoLabel, sText); });
+                [&] {
+                    desk.prompts.EnterText({c_szGameInfoCaption, c_szGameInfoLabel, true}, sText);
+                });
     InspectNext("number", [&] { desk.prompts.EnterNumber({"Enter Length", "", 1, 9}, nValue); });
     InspectNext("float", [&] { desk.prompts.EnterFloat("Enter Value", "Value", fValue); });
     InspectNext("question",

@@ -24,7 +24,7 @@ public:
         sPath = m_sFile;
         return true;
     }
-    bool EnterText(const std::string&, const std::string&, std::string&) override { return false; }
+    bool EnterText(const CTextEntry&, std::string&) override { return false; }
     bool EnterNumber(const CNumberEntry&, int32_t&) override { return false; }
     bool EnterFloat(const std::string&, const std::string&, float&) override { return false; }
     void BeginWait() override {}

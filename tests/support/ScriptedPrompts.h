@@ -76,10 +76,10 @@ public:
         m_Files.push_back(request);
         return Give(Next(EKind::eFile, request.m_sInitialName).m_sText, sPath);
     }
-    bool EnterText(const std::string& sCaption, const std::string& sLabel, std::string& sText) override
+    bool EnterText(const CTextEntry& request, std::string& sText) override
     {
         m_Offered.push_back(sText);
-        return Give(Next(EKind::eText, sCaption + "\n" + sLabel).m_sText, sText);
+        return Give(Next(EKind::eText, request.m_sCaption + "\n" + request.m_sLabel).m_sText, sText);
     }
     bool EnterNumber(const CNumberEntry& request, int32_t& nValue) override
     {

@@ -151,6 +151,6 @@ void CEmberdeckApp::LaunchGame()
 void CEmberdeckApp::EditGameInfo()
 {
     std::string sText = m_Services.m_Profile.GetString("", c_szSettingCommandLine);
-    if (m_Services.m_Prompts.EnterText(c_szGameInfoCaption, c_szGameInfoLabel, sText))
+    if (m_Services.m_Prompts.EnterText({c_szGameInfoCaption, c_szGameInfoLabel, true}, sText))
         m_Services.m_Profile.WriteString("", c_szSettingCommandLine, sText);
 }

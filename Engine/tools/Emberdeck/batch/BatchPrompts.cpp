@@ -70,7 +70,7 @@ bool CBatchPrompts::ChooseFile(const CFileDialogRequest&, std::string&)
 {
     return false;
 }
-bool CBatchPrompts::EnterText(const std::string&, const std::string&, std::string&)
+bool CBatchPrompts::EnterText(const CTextEntry&, std::string&)
 {
     return false;
 }

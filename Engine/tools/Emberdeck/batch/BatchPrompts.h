@@ -15,7 +15,7 @@ public:
                 EIcon eIcon) override;
     void Advise(const std::string& sText) override { m_sAdvice = sText; }
     bool ChooseFile(const CFileDialogRequest& request, std::string& sPath) override;
-    bool EnterText(const std::string& sCaption, const std::string& sLabel, std::string& sText) override;
+    bool EnterText(const CTextEntry& request, std::string& sText) override;
     bool EnterNumber(const CNumberEntry& request, int32_t& nValue) override;
     bool EnterFloat(const std::string& sCaption, const std::string& sLabel, float& fValue) override;
     void BeginWait() override {}

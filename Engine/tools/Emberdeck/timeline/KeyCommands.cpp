@@ -186,7 +186,7 @@ void CKeyCommands::NameKeys(const CKey& first)
         sTitle = "Enter Name For " + (first.m_pTypeDesc ? TypeName(*first.m_pTypeDesc) : std::string("Key"));
         sText = first.m_sName;
     }
-    if (m_Context.m_Prompts.EnterText(sTitle, "", sText))
+    if (m_Context.m_Prompts.EnterText({sTitle, ""}, sText))
     {
         const std::string sName = CleanName(sText, c_nMaxEntryName); // may be empty
         CEditScope scope(m_Context.m_Edits, "Name Keys");
@@ -262,7 +262,7 @@ void CKeyCommands::CreatePrefab()
     if (!CurKey())
         return;
     std::string sName;
-    if (m_Context.m_Prompts.EnterText("Enter the name of the prefab", "", sName) && CurKey())
+    if (m_Context.m_Prompts.EnterText({"Enter the name of the prefab", ""}, sName) && CurKey())
         CLibraryEditor(m_Context).CreatePrefabFromKey(*CurKey(), sName);
 }
 

@@ -233,18 +233,18 @@ bool QtPrompts::ChooseFile(const CFileDialogRequest& request, std::string& sPath
     }
 }
 
-bool QtPrompts::EnterText(const std::string& sCaption, const std::string& sLabel, std::string& sText)
+bool QtPrompts::EnterText(const CTextEntry& request, std::string& sText)
 {
-    const bool bGameInfo = sCaption == c_szGameInfoCaption && sLabel == c_szGameInfoLabel;
-    TemplateDialog dialog(bGameInfo ? eDlg_GameInfo : eDlg_NameEntry, Owner());
-    dialog.setWindowTitle(QtText::Title(QtText::ToQt(sCaption)));
-    auto* pEdit = dialog.Controls().Get<QLineEdit>(bGameInfo ? int32_t(eGameInfo_CommandLine)
-                                                             : int32_t(eNameEntry_Text));
+    // A text to take as it stands may be long, such as a command line.
+    TemplateDialog dialog(request.m_bAsItStands ? eDlg_GameInfo : eDlg_NameEntry, Owner());
+    dialog.setWindowTitle(QtText::Title(QtText::ToQt(request.m_sCaption)));
+    auto* pEdit = dialog.Controls().Get<QLineEdit>(request.m_bAsItStands ? int32_t(eGameInfo_CommandLine)
+                                                                         : int32_t(eNameEntry_Text));
     auto* pOk = dialog.Controls().Get<QPushButton>(c_nControlOk);
     pEdit->setText(QtText::ToQt(sText));
-    pEdit->setAccessibleName(QtText::ToQt(sLabel.empty() ? sCaption : sLabel));
+    pEdit->setAccessibleName(QtText::ToQt(request.m_sLabel.empty() ? request.m_sCaption : request.m_sLabel));
     pEdit->selectAll();
-    if (!bGameInfo)
+    if (!request.m_bAsItStands)
     {
         // The user has to change the text before OK works, also with a name already in the box.
         pOk->setEnabled(false);
