@@ -8,6 +8,7 @@
 #include "platform/Files.h"
 #include "platform/NameFold.h"
 #include "platform/Paths.h"
+#include "qsstrutils.h"
 
 namespace
 {
@@ -19,23 +20,9 @@ constexpr const char* c_pszByteOrderMark = "\xEF\xBB\xBF"; // in the first line 
 // In no name, since names end with their line.
 constexpr const char* c_pszRepeated = "\n";
 
-constexpr bool IsBlank(char c)
-{
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-std::string_view Trim(std::string_view sText)
-{
-    while (!sText.empty() && IsBlank(sText.front()))
-        sText.remove_prefix(1);
-    while (!sText.empty() && IsBlank(sText.back()))
-        sText.remove_suffix(1);
-    return sText;
-}
-
 std::string NameOf(std::string_view sText)
 {
-    return FoldName(Trim(sText));
+    return FoldName(QSTrim(sText));
 }
 
 bool HasQuotes(std::string_view sValue)
@@ -46,14 +33,14 @@ bool HasQuotes(std::string_view sValue)
 
 std::string_view ReadValue(std::string_view sText)
 {
-    sText = Trim(sText);
+    sText = QSTrim(sText);
     return HasQuotes(sText) ? sText.substr(1, sText.size() - 2) : sText;
 }
 
 std::string FormatLine(const std::string& sKey, const std::string& sValue, bool bKeepBlanks)
 {
     // Quoted when reading would take something off otherwise.
-    const bool bQuote = HasQuotes(sValue) || (bKeepBlanks && Trim(sValue).size() != sValue.size());
+    const bool bQuote = HasQuotes(sValue) || (bKeepBlanks && QSTrim(sValue).size() != sValue.size());
     return sKey + '=' + (bQuote ? '"' + sValue + '"' : sValue);
 }
 
@@ -93,7 +80,7 @@ void CProfileText::AddLine(std::string_view sText, std::string& sSection)
 {
     CLine line;
     line.m_sText = sText;
-    const std::string_view sBody = Trim(sText);
+    const std::string_view sBody = QSTrim(sText);
     const size_t nClose = sBody.find(']');
     const size_t nEqual = sBody.find('=');
     if (sBody.starts_with('[') && nClose != std::string_view::npos)
@@ -128,8 +115,8 @@ bool CProfileText::Get(const std::string& sSection, const std::string& sKey, std
 void CProfileText::SetValue(const std::string& sSection, const std::string& sKey, const std::string& sValue,
                             bool bKeepBlanks)
 {
-    const std::string sSectionName(Trim(sSection));
-    const std::string sKeyName(Trim(sKey));
+    const std::string sSectionName(QSTrim(sSection));
+    const std::string sKeyName(QSTrim(sKey));
     if (!IsSectionName(sSectionName) || !IsKeyName(sKeyName))
         return;
     std::string sLine = sValue;
@@ -153,7 +140,7 @@ void CProfileText::Insert(const std::string& sSection, const std::string& sSecti
     const auto inSection = [&sSection](const CLine& line) { return line.m_sSection == sSection; };
     if (!sSection.empty() && m_Sections.insert(sSection).second)
     {
-        if (!m_Lines.empty() && !Trim(m_Lines.back().m_sText).empty())
+        if (!m_Lines.empty() && !QSTrim(m_Lines.back().m_sText).empty())
             m_Lines.push_back(CLine{std::string(), m_Lines.back().m_sSection, std::string(), std::string()});
         m_Lines.push_back(CLine{'[' + sSectionName + ']', sSection, std::string(), std::string()});
     }
@@ -162,7 +149,7 @@ void CProfileText::Insert(const std::string& sSection, const std::string& sSecti
     // Nothing in front of the first header yet: the very beginning, not the end of everything.
     if (sSection.empty() && begin == m_Lines.end())
         end = m_Lines.begin();
-    while (end != begin && end != m_Lines.begin() && Trim((end - 1)->m_sText).empty())
+    while (end != begin && end != m_Lines.begin() && QSTrim((end - 1)->m_sText).empty())
         --end;
     const size_t nPlace = static_cast<size_t>(end - m_Lines.begin());
     for (auto& entry : m_Index)

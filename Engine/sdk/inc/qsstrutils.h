@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // Bounded text helpers over NUL-terminated bytes. None writes outside the size that it is given, each leaves
@@ -36,6 +37,12 @@ bool QSStrIEquals(const char* pszStr1, const char* pszStr2);
 // Index of the first byte of the path's extension, behind the dot; -1 when its last component has no dot, and
 // for a null or empty path. Both separators end the search.
 int32_t FindExtension(const char* pszPath);
+
+// Without the blanks at both ends: spaces, and tab to carriage return.
+std::string_view QSTrim(std::string_view sText);
+
+// At most nMaxBytes of a text, cut at a whole UTF-8 character. Text in another code page is cut at bytes.
+std::string CutAtCharacter(std::string_view sText, size_t nMaxBytes);
 
 // Fills the numbered places of a text: %1 to %99, with or without a format part as in %1!s!, take the
 // argument of that number, %% is a percent sign, %n a line end (CR LF), %0 ends the text. A number without an

@@ -3,6 +3,7 @@
 #include "classiclocale.h"
 #include "qsassert.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -19,6 +20,22 @@ int FoldCase(char c)
 int32_t CompareNull(const char* pszStr1, const char* pszStr2)
 {
     return int32_t(pszStr1 != nullptr) - int32_t(pszStr2 != nullptr);
+}
+
+bool IsContinuation(char c)
+{
+    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
+// Bytes of the UTF-8 sequence that a lead byte begins; 1 for any other byte.
+size_t SequenceLength(char c)
+{
+    const unsigned char n = static_cast<unsigned char>(c);
+    if (n >= 0xC2 && n <= 0xDF)
+        return 2;
+    if ((n & 0xF0) == 0xE0)
+        return 3;
+    return n >= 0xF0 && n <= 0xF4 ? 4 : 1;
 }
 
 } // namespace
@@ -139,4 +156,34 @@ int32_t FindExtension(const char* pszPath)
             return -1;
     }
     return -1;
+}
+
+std::string_view QSTrim(std::string_view sText)
+{
+    constexpr std::string_view c_sBlanks = " \t\n\v\f\r";
+    const size_t nFirst = sText.find_first_not_of(c_sBlanks);
+    if (nFirst == std::string_view::npos)
+        return {};
+    return sText.substr(nFirst, sText.find_last_not_of(c_sBlanks) - nFirst + 1);
+}
+
+std::string CutAtCharacter(std::string_view sText, size_t nMaxBytes)
+{
+    if (sText.size() <= nMaxBytes)
+        return std::string(sText);
+    // Only a whole sequence that straddles the cut gives way: text in another code page is cut at bytes.
+    size_t nCut = nMaxBytes;
+    for (size_t nBack = 1; nBack <= 3 && nBack <= nMaxBytes; ++nBack)
+    {
+        const size_t nLead = nMaxBytes - nBack;
+        const size_t nLength = SequenceLength(sText[nLead]);
+        if (nLength == 1 && IsContinuation(sText[nLead]))
+            continue;
+        if (nLength > nBack && nLead + nLength <= sText.size() &&
+            std::all_of(sText.begin() + static_cast<std::ptrdiff_t>(nLead + 1),
+                        sText.begin() + static_cast<std::ptrdiff_t>(nLead + nLength), IsContinuation))
+            nCut = nLead;
+        break;
+    }
+    return std::string(sText.substr(0, nCut));
 }

@@ -12,21 +12,13 @@
 #include "qsamgr/qsanodebuilder.h"
 #include "qsamgr/qsanodewriter.h"
 #include "qsamgr/qsawriter.h"
+#include "qsstrutils.h"
 #include "shared/engine/AssetLibrarySource.h"
 
 namespace
 {
 
 constexpr const char* c_pszEffectType = "FX";
-constexpr std::string_view c_sBlanks = " \t\n\v\f\r";
-
-std::string_view Trim(std::string_view sText)
-{
-    const size_t nFirst = sText.find_first_not_of(c_sBlanks);
-    if (nFirst == std::string_view::npos)
-        return {};
-    return sText.substr(nFirst, sText.find_last_not_of(c_sBlanks) + 1 - nFirst);
-}
 
 void AddReference(CAssetLibrarySource& source, const std::string& sEffect, std::string_view sResource,
                   const char* pszResourceType)
@@ -41,7 +33,7 @@ void AddEffectReferences(CAssetLibrarySource& source, const std::string& sEffect
     while (!sNames.empty())
     {
         const size_t nEnd = std::min(sNames.find(';'), sNames.size());
-        const std::string_view sName = Trim(sNames.substr(0, nEnd));
+        const std::string_view sName = QSTrim(sNames.substr(0, nEnd));
         if (!sName.empty())
             AddReference(source, sEffect, sName, c_pszEffectType);
         sNames.remove_prefix(std::min(nEnd + 1, sNames.size()));

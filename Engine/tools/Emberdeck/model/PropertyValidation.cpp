@@ -9,19 +9,10 @@
 #include "model/EffectProperty.h"
 #include "model/NameIndex.h"
 #include "qsnumber.h"
+#include "qsstrutils.h"
 
 namespace
 {
-
-constexpr std::string_view c_sBlanks = " \t\n\v\f\r";
-
-std::string_view Trim(std::string_view sText)
-{
-    const size_t nFirst = sText.find_first_not_of(c_sBlanks);
-    if (nFirst == std::string_view::npos)
-        return std::string_view();
-    return sText.substr(nFirst, sText.find_last_not_of(c_sBlanks) - nFirst + 1);
-}
 
 // Takes the next item off a comma-separated list; false when nothing is left.
 bool TakeItem(std::string_view& sList, std::string_view& sItem)
@@ -36,11 +27,11 @@ bool TakeItem(std::string_view& sList, std::string_view& sItem)
 
 int FindItem(std::string_view sList, std::string_view sValue)
 {
-    sValue = Trim(sValue);
+    sValue = QSTrim(sValue);
     std::string_view sItem;
     for (int nIndex = 0; TakeItem(sList, sItem); ++nIndex)
     {
-        if (IsSameName(Trim(sItem), sValue))
+        if (IsSameName(QSTrim(sItem), sValue))
             return nIndex;
     }
     return -1;

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "app/LibraryEditor.h"
 #include "qsnumber.h"
+#include "qsstrutils.h"
 
 namespace
 {

@@ -1,11 +1,11 @@
 #include <utility>
 
-#include "app/LibraryEditor.h"
 #include "app/Messages.h"
 #include "platform/FileLock.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
 #include "properties/ColorDialog.h"
+#include "qsstrutils.h"
 
 // Where the custom colours are kept: the profile, and palette files.
 

@@ -8,7 +8,7 @@
 #include <QLineEdit>
 #include <QSignalBlocker>
 
-#include "app/LibraryEditor.h"
+#include "qsstrutils.h"
 #include "qt/toolkit/PropertyControls.h"
 #include "qt/toolkit/QtSurface.h"
 #include "qt/toolkit/QtText.h"
