@@ -4,6 +4,7 @@
 
 #include "FuzzTools.h"
 #include "app/CommandLineInfo.h"
+#include "platform/Paths.h"
 #include "platform/Process.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)

@@ -1,6 +1,5 @@
 #include "platform/FileProblem.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <sys/stat.h>
@@ -31,12 +30,6 @@ std::string Words(int nError)
     }
 }
 
-std::string FolderOf(const std::string& sNative)
-{
-    const size_t nSlash = sNative.rfind('/');
-    return nSlash == std::string::npos ? "." : sNative.substr(0, std::max<size_t>(nSlash, 1));
-}
-
 // What is wrong with a path before anything looks at the disk.
 std::string NameProblem(const std::string& sPath)
 {
@@ -51,7 +44,7 @@ std::string MissingProblem(const std::string& sNative, int nError)
     if (nError != ENOENT && nError != ENOTDIR)
         return sNative + " can't be reached: " + Words(nError) + ".";
     struct stat info;
-    const std::string sFolder = FolderOf(sNative);
+    const std::string sFolder = NativeFolderOf(sNative);
     if (stat(sFolder.c_str(), &info) != 0 || !S_ISDIR(info.st_mode))
         return "There is no folder " + sFolder + ".";
     return "There is no file " + sNative + ".";
@@ -83,7 +76,7 @@ std::string WriteProblem(const std::string& sPath)
     if (!sProblem.empty())
         return sProblem;
     const std::string sNative = NativePath(sPath);
-    const std::string sFolder = FolderOf(sNative);
+    const std::string sFolder = NativeFolderOf(sNative);
     struct stat info;
     if (stat(sNative.c_str(), &info) == 0)
     {

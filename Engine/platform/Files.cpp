@@ -101,12 +101,6 @@ bool DirectoryExists(const std::string& sPath)
     return GetStatus(sPath, info) && S_ISDIR(info.st_mode);
 }
 
-bool IsReadOnlyFile(const std::string& sPath)
-{
-    struct stat info;
-    return GetStatus(sPath, info) && !S_ISDIR(info.st_mode) && (info.st_mode & 0222) == 0;
-}
-
 CFileVersion FileVersion(const std::string& sPath)
 {
     struct stat info;

@@ -10,7 +10,6 @@ bool FileExists(const std::string& sPath); // a file or anything else that isn't
 bool PathExists(const std::string& sPath);
 bool DirectoryExists(const std::string& sPath);
 bool IsSameFile(const std::string& sLeft, const std::string& sRight); // by whatever names; both are there
-bool IsReadOnlyFile(const std::string& sPath);                        // no write bit in the mode
 uint64_t FileSize(const std::string& sPath);                          // 0 when there is none
 bool IsOrdinaryFile(const std::string& sPath); // neither a folder nor a pipe, socket or device
 

@@ -1,5 +1,6 @@
 #include "platform/Paths.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <memory>
@@ -87,9 +88,21 @@ std::string GetCurrentDirectoryPath()
     return pPath ? pPath.get() : std::string();
 }
 
-bool SetCurrentDirectoryPath(const std::string& sPath)
+std::string MakeFullPath(const std::string& sPath)
 {
-    return chdir(NativePath(sPath).c_str()) == 0;
+    if (sPath.empty() || IsForeignPath(sPath))
+        return sPath;
+    const std::string sNative = NativePath(sPath);
+    if (sNative.empty() || sNative[0] == '/')
+        return sNative.empty() ? sPath : sNative;
+    const std::string sDirectory = GetCurrentDirectoryPath();
+    return sDirectory.empty() ? sNative : CanonicalizePath(sDirectory + '/' + sNative);
+}
+
+std::string NativeFolderOf(const std::string& sNative)
+{
+    const size_t nSlash = sNative.rfind('/');
+    return nSlash == std::string::npos ? "." : sNative.substr(0, std::max<size_t>(nSlash, 1));
 }
 
 std::string GetExecutablePath()
@@ -97,13 +110,6 @@ std::string GetExecutablePath()
     char szPath[PATH_MAX];
     const ssize_t nLength = readlink("/proc/self/exe", szPath, sizeof(szPath));
     return nLength > 0 ? std::string(szPath, static_cast<size_t>(nLength)) : std::string();
-}
-
-std::string GetExecutableDirectory()
-{
-    const std::string sPath = GetExecutablePath();
-    const size_t nSlash = sPath.rfind('/');
-    return nSlash == std::string::npos ? std::string() : sPath.substr(0, nSlash);
 }
 
 std::string GetConfigDirectory()

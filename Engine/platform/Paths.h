@@ -42,10 +42,15 @@ std::vector<std::string> NativeLibraryPaths(std::string_view sPath);
 // that has nothing left becomes ".".
 std::string CanonicalizePath(std::string_view sPath);
 
+// The full form of a path for the life of a session, in which the working directory moves with each
+// file dialog. A path that has no place on this machine stays as it is.
+std::string MakeFullPath(const std::string& sPath);
+
+// The folder of a path in the machine's form: "." for a name alone.
+std::string NativeFolderOf(const std::string& sNative);
+
 std::string GetCurrentDirectoryPath(); // empty when there is none
-bool SetCurrentDirectoryPath(const std::string& sPath);
 std::string GetExecutablePath();
-std::string GetExecutableDirectory(); // without a trailing separator
-std::string GetConfigDirectory();     // $XDG_CONFIG_HOME or ~/.config; made by the writer
-std::string GetStateDirectory();      // $XDG_STATE_HOME or ~/.local/state
+std::string GetConfigDirectory(); // $XDG_CONFIG_HOME or ~/.config; made by the writer
+std::string GetStateDirectory();  // $XDG_STATE_HOME or ~/.local/state
 std::string GetTemporaryDirectory();

@@ -23,18 +23,12 @@ namespace
 constexpr int c_nMaxLinks = 40; // as the system itself follows
 constexpr int c_nMaxNames = 100;
 
-std::string FolderOf(const std::string& sPath)
-{
-    const size_t nSlash = sPath.rfind('/');
-    return nSlash == std::string::npos ? "." : sPath.substr(0, std::max<size_t>(nSlash, 1));
-}
-
 // Whether a name is the system's for what a program has open, such as /dev/stdout behind its links. What it leads to
 // must not be replaced: the program would go on with the file that was there.
 bool IsOpenFile(const std::string& sPath)
 {
     char szFolder[PATH_MAX];
-    const std::string_view sFolder = realpath(FolderOf(sPath).c_str(), szFolder) ? szFolder : "";
+    const std::string_view sFolder = realpath(NativeFolderOf(sPath).c_str(), szFolder) ? szFolder : "";
     return sFolder.starts_with("/proc/") && sFolder.ends_with("/fd");
 }
 
@@ -64,7 +58,7 @@ std::string FollowLinks(std::string sPath)
         if (nLength < 0)
             return sPath;
         const std::string sTarget(szTarget, static_cast<size_t>(nLength));
-        sPath = !sTarget.empty() && sTarget[0] == '/' ? sTarget : FolderOf(sPath) + '/' + sTarget;
+        sPath = !sTarget.empty() && sTarget[0] == '/' ? sTarget : NativeFolderOf(sPath) + '/' + sTarget;
     }
     return std::string();
 }
@@ -207,7 +201,7 @@ CReplacingFile::CReplacingFile(const std::string& sPath, unsigned nNewMode)
     if (stat(m_sTarget.c_str(), &info) != 0)
     {
         if (errno == ENOENT)
-            OpenIn(FolderOf(m_sTarget));
+            OpenIn(NativeFolderOf(m_sTarget));
         return;
     }
     // A rename would replace what an ordinary write couldn't touch.
@@ -215,7 +209,7 @@ CReplacingFile::CReplacingFile(const std::string& sPath, unsigned nNewMode)
         return;
     if (IsReplaceable(info) && !IsOpenFile(m_sTarget))
     {
-        if (OpenIn(FolderOf(m_sTarget)))
+        if (OpenIn(NativeFolderOf(m_sTarget)))
         {
             fchmod(m_File.Get(), 0600); // nobody sees more of it than of the old one
             return;
@@ -288,7 +282,7 @@ bool CReplacingFile::Rename()
         if (fchmod(m_File.Get(), old.st_mode & (bGiven ? 07777 : 0777)) != 0)
             return false;
     }
-    const std::string sFolder = FolderOf(m_sTarget); // before it is done, or it would fail behind that
+    const std::string sFolder = NativeFolderOf(m_sTarget); // before it is done, or it would fail behind that
     // Some systems tell of a lost write only when a file is closed; this one stays open for its lock.
     CFileHandle again(dup(m_File.Get()));
     if (!again.IsOpen() || fsync(again.Get()) != 0 || !again.Close())

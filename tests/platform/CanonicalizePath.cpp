@@ -40,11 +40,10 @@ TEST(Directories, FollowTheEnvironmentAndIgnoreRelativeValues)
     EXPECT_EQ("/home/x/.config", GetConfigDirectory());
     unsetenv("XDG_CONFIG_HOME");
 
-    EXPECT_EQ("tests_platform", GetExecutablePath().substr(GetExecutableDirectory().size() + 1));
+    EXPECT_TRUE(GetExecutablePath().ends_with("/tests_platform"));
     CTempDir folder;
     const CWorkingDir here(folder.dir());
-    MakeDir(folder, "Sub");
-    EXPECT_TRUE(SetCurrentDirectoryPath(".\\SUB\\"));
-    EXPECT_EQ(folder.path("Sub"), GetCurrentDirectoryPath());
-    EXPECT_FALSE(SetCurrentDirectoryPath("nowhere"));
+    EXPECT_EQ(folder.dir(), GetCurrentDirectoryPath());
+    EXPECT_EQ(folder.path("none"), MakeFullPath("x\\..\\none"));
+    EXPECT_EQ(NativeFolderOf(folder.path("none")), folder.dir());
 }

@@ -8,7 +8,6 @@
 #include <tuple>
 #include <utility>
 
-#include "app/CommandLineInfo.h"
 #include "model/MakeOrNull.h"
 #include "platform/FileLock.h"
 #include "platform/FileMode.h"

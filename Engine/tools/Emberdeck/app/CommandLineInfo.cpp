@@ -91,14 +91,3 @@ std::string GetCommandLineHelp()
            "  --version              print the version and end\n"
            "  --help                 print this text and end\n";
 }
-
-std::string MakeFullPath(const std::string& sPath)
-{
-    if (sPath.empty() || IsForeignPath(sPath))
-        return sPath;
-    const std::string sNative = NativePath(sPath);
-    if (sNative.empty() || sNative[0] == '/')
-        return sNative.empty() ? sPath : sNative;
-    const std::string sDirectory = GetCurrentDirectoryPath();
-    return sDirectory.empty() ? sNative : CanonicalizePath(sDirectory + '/' + sNative);
-}

@@ -44,7 +44,3 @@ CEmberdeckCommandLineInfo ParseCommandLine(const std::vector<std::string>& param
 
 // What --help prints.
 std::string GetCommandLineHelp();
-
-// The full form of a path for the life of a session, in which the working directory moves with each
-// file dialog. A path that has no place on this machine stays as it is.
-std::string MakeFullPath(const std::string& sPath);

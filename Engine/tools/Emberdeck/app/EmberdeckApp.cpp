@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "app/Advice.h"
-#include "app/CommandLineInfo.h"
 #include "app/LibraryEditor.h"
 #include "app/Messages.h"
 #include "app/StatusText.h"

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "app/CommandLineInfo.h"
 #include "platform/Paths.h"
 #include "platform/Process.h"
 

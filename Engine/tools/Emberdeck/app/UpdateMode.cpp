@@ -1,5 +1,4 @@
 #include "app/Advice.h"
-#include "app/CommandLineInfo.h"
 #include "app/EmberdeckApp.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"

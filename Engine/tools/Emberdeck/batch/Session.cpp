@@ -2,9 +2,9 @@
 #include <functional>
 #include <utility>
 
-#include "app/CommandLineInfo.h"
 #include "batch/Batch.h"
 #include "batch/CheckOutWatch.h"
+#include "platform/Paths.h"
 #include "platform/Profile.h"
 #include "shared/sourcecontrol/BuiltInProviders.h"
 #include "shared/sourcecontrol/ProviderLibraries.h"
