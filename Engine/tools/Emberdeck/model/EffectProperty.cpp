@@ -92,6 +92,19 @@ void CEffectProperty::ClearKeys()
     m_eOrder = eOrder_Sorted;
 }
 
+CPropKeyList CEffectProperty::TakeKeys()
+{
+    SortPending();
+    m_eOrder = eOrder_Sorted;
+    return std::move(m_Keys);
+}
+
+void CEffectProperty::SetKeys(CPropKeyList keys)
+{
+    m_Keys = std::move(keys);
+    m_eOrder = eOrder_Unknown;
+}
+
 void CEffectProperty::SortKeys()
 {
     if (m_eOrder != eOrder_Sorted)
@@ -123,6 +136,22 @@ CPropKeyList& CPropKeyList::operator=(const CPropKeyList& other)
     m_One = std::move(copy.m_One);
     m_nCount = other.m_nCount;
     m_nCapacity = copy.m_nCapacity;
+    return *this;
+}
+
+CPropKeyList::CPropKeyList(CPropKeyList&& other) noexcept
+{
+    *this = std::move(other);
+}
+
+CPropKeyList& CPropKeyList::operator=(CPropKeyList&& other) noexcept
+{
+    if (this == &other)
+        return *this;
+    m_pMany = std::move(other.m_pMany);
+    m_One = std::move(other.m_One);
+    m_nCount = std::exchange(other.m_nCount, 0);
+    m_nCapacity = std::exchange(other.m_nCapacity, 1);
     return *this;
 }
 

@@ -27,6 +27,8 @@ public:
     CPropKeyList() = default;
     CPropKeyList(const CPropKeyList& other); // may throw std::bad_alloc, as Add and the assignment do
     CPropKeyList& operator=(const CPropKeyList& other);
+    CPropKeyList(CPropKeyList&& other) noexcept; // leaves other empty
+    CPropKeyList& operator=(CPropKeyList&& other) noexcept;
 
     uint32_t Size() const { return m_nCount; }
     CPropKey* begin() { return m_pMany ? m_pMany.get() : &m_One; }
@@ -89,6 +91,9 @@ public:
     void AddDefaultKey(float fTime);   // with the descriptor's default; all zero without a descriptor
     void RemoveKey(uint32_t nIndex);   // out of range: nothing
     void ClearKeys();
+    // The list as a whole, as it stands, in order of time or not.
+    CPropKeyList TakeKeys();
+    void SetKeys(CPropKeyList keys);
     void SortKeys(); // stable, by time; a time that is no number goes last
 
 private:

@@ -7,6 +7,7 @@
 
 #include "effecttypes.h"
 #include "model/EffectProperty.h"
+#include "model/Serial.h"
 
 // The values that one effect type asks for: one slot for each descriptor, owned. An empty slot
 // means the parent's value. The base of CKey, and by itself a prefab. A parent outlives its
@@ -46,6 +47,7 @@ public:
     void ClearProperties();             // all slots empty; they stay as many
     std::string GetDisplayName() const; // "name - type", only the type without a name
 
+    CSerial m_Serial;
     std::string m_sName;                     // may be empty
     CEffectPropertySet* m_pParent = nullptr; // not owned
     const CEffectTypeDesc* m_pTypeDesc;      // not owned, in the plug-in

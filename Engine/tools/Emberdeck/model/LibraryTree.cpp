@@ -156,6 +156,36 @@ HLibraryItem CLibraryTree::InsertItem(std::string_view sText, int nImage, int nS
     return hItem;
 }
 
+bool CLibraryTree::RestoreItem(HLibraryItem hItem, std::string_view sText, int nImage, int nSelectedImage,
+                               HLibraryItem hParent, HLibraryItem hPrev, void* pData)
+{
+    CItem* pParent = Find(hParent);
+    CItem* pPrev = Find(hPrev);
+    const uint32_t nPlace = hItem.m_nID - m_nFirstID; // wraps for what lies before the first
+    const bool bPlaces = (!hParent || pParent) && (!hPrev || (pPrev && pPrev->m_pParent == pParent));
+    if (!bPlaces || nPlace >= m_Items.size() || m_Items[nPlace])
+        return false;
+    const bool bMade = TryAllocating(
+        [&]
+        {
+            auto pNew = std::make_unique<CItem>();
+            pNew->m_sText = sText;
+            m_Items[nPlace] = std::move(pNew);
+        });
+    if (!bMade)
+        return false;
+    CItem* pItem = m_Items[nPlace].get();
+    pItem->m_nImage = nImage;
+    pItem->m_nSelectedImage = nSelectedImage;
+    pItem->m_pData = pData;
+    pItem->m_nID = hItem.m_nID;
+    InsertBehind(pItem, pParent, pPrev);
+    NoteData(pItem);
+    ++m_nCount;
+    Tell(eTree_Inserted, hItem);
+    return true;
+}
+
 void CLibraryTree::SetItemText(HLibraryItem hItem, std::string_view sText)
 {
     if (CItem* pItem = Find(hItem))
@@ -263,13 +293,18 @@ void CLibraryTree::SetListener(std::function<void(EChange, HLibraryItem)> listen
 
 void CLibraryTree::Append(CItem* pItem, CItem* pParent)
 {
+    InsertBehind(pItem, pParent, pParent ? pParent->m_pLastChild : m_pLastRoot);
+}
+
+void CLibraryTree::InsertBehind(CItem* pItem, CItem* pParent, CItem* pPrev)
+{
     CItem*& pFirst = pParent ? pParent->m_pFirstChild : m_pFirstRoot;
     CItem*& pLast = pParent ? pParent->m_pLastChild : m_pLastRoot;
     pItem->m_pParent = pParent;
-    pItem->m_pPrev = pLast;
-    pItem->m_pNext = nullptr;
-    (pLast ? pLast->m_pNext : pFirst) = pItem;
-    pLast = pItem;
+    pItem->m_pPrev = pPrev;
+    pItem->m_pNext = pPrev ? pPrev->m_pNext : pFirst;
+    (pPrev ? pPrev->m_pNext : pFirst) = pItem;
+    (pItem->m_pNext ? pItem->m_pNext->m_pPrev : pLast) = pItem;
 }
 
 void CLibraryTree::Unlink(CItem* pItem)

@@ -70,6 +70,11 @@ public:
     {
         return InsertItem(sText, eImage_Leaf, eImage_Leaf, hParent, pData);
     }
+    // An item that was here before, under its old handle: behind hPrev, a child of hParent, or first for an empty
+    // one. False, nothing inserted: the handle was never given out, is in use
+    // or older than the last DeleteAllItems, hParent or hPrev is dead or not where it should be, or memory is out.
+    bool RestoreItem(HLibraryItem hItem, std::string_view sText, int nImage, int nSelectedImage,
+                     HLibraryItem hParent, HLibraryItem hPrev, void* pData);
     void SetItemText(HLibraryItem hItem, std::string_view sText);
     void SetItemData(HLibraryItem hItem, void* pData);
     void DeleteItem(HLibraryItem hItem); // with all below it
@@ -105,6 +110,7 @@ private:
     static HLibraryItem HandleOf(const CItem* pItem);
     void Tell(EChange eChange, HLibraryItem hItem) const;
     void Append(CItem* pItem, CItem* pParent);
+    void InsertBehind(CItem* pItem, CItem* pParent, CItem* pPrev); // null: in front
     void Unlink(CItem* pItem);
     void Destroy(CItem* pItem);
     void NoteData(const CItem* pItem);

@@ -44,6 +44,14 @@ public:
     // rest zero. May be given a part of its own text.
     void SetText(std::string_view sText);
 
+    // All 256 bytes, whatever they mean.
+    friend bool operator==(const CPropData& left, const CPropData& right)
+    {
+        return left.m_nLen == right.m_nLen && std::memcmp(left.Bytes(), right.Bytes(), left.m_nLen) == 0;
+    }
+
+    size_t GetMemory() const { return m_nLen > c_nInline ? m_nLen + 1 : 0; } // bytes beyond the object itself
+
     void Assign(const void* pBytes256); // all 256 bytes, such as a descriptor's m_Default
     void CopyTo(uint8_t (&aBytes)[c_nSize]) const;
 

@@ -17,6 +17,11 @@ CSpell::CSpell() : m_nSerial(s_nNumSpells + 1)
     SetName("Untitled FX " + std::to_string(s_nNumSpells++));
 }
 
+CSpell::CSpell(uint64_t nSerial) : m_nSerial(nSerial)
+{
+    SetName({});
+}
+
 void CSpell::SetName(std::string_view sName)
 {
     sName = sName.substr(0, sName.find('\0')).substr(0, c_nMaxName);

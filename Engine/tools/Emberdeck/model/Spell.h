@@ -13,6 +13,8 @@ public:
     static constexpr uint32_t c_nMaxName = 127;
 
     CSpell(); // named "Untitled FX %d"
+    // In place of one that has gone, under its serial: without a name, and counted for none.
+    explicit CSpell(uint64_t nSerial);
     CSpell(const CSpell&) = delete;
     CSpell& operator=(const CSpell&) = delete;
 

@@ -47,6 +47,10 @@ public:
     // none.
     void ForEachKey(const std::function<void(CSpell&, CKey&)>& visit) const;
 
+    // For whoever puts effects or prefabs back where they were: the lists themselves, without null.
+    std::vector<std::unique_ptr<CSpell>>& SpellsToRestore() { return m_Spells; }
+    std::vector<std::unique_ptr<CEffectPropertySet>>& PrefabsToRestore() { return m_Prefabs; }
+
     const std::vector<std::unique_ptr<CSpell>>& Spells() const { return m_Spells; }
     const std::vector<std::unique_ptr<CEffectPropertySet>>& Prefabs() const { return m_Prefabs; }
 

@@ -30,10 +30,14 @@ public:
     void SortKeys();                       // by start, stable; cuts nothing
     std::unique_ptr<CKey> RemoveKey(const CKey* pKey); // null when it isn't here
 
+    // For whoever puts keys back where they were: the list itself, which stays in order and without null.
+    std::vector<std::unique_ptr<CKey>>& KeysToRestore() { return m_Keys; }
     // In place of those that are here: in order, as PlaceKey leaves them.
     void SetKeys(std::vector<std::unique_ptr<CKey>> keys) { m_Keys = std::move(keys); }
 
     const std::vector<std::unique_ptr<CKey>>& Keys() const { return m_Keys; }
+
+    CSerial m_Serial;
 
 private:
     std::vector<std::unique_ptr<CKey>> m_Keys;

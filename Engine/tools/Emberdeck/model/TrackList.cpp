@@ -68,6 +68,11 @@ std::unique_ptr<CTrack> CTrackList::RemoveTrack(const CTrack* pTrack)
     return pRemoved;
 }
 
+void CTrackList::Renumber()
+{
+    RenumberFrom(m_Tracks, 0);
+}
+
 void CTrackList::Clear()
 {
     m_Tracks.clear();

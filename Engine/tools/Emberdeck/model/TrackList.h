@@ -27,6 +27,9 @@ public:
     std::unique_ptr<CTrack>
     RemoveTrack(const CTrack* pTrack); // lowers m_nTrack of the keys below; null: not here
     void Clear();                      // no tracks; phase length and id counter stay
+    // For whoever puts tracks back where they were: the list itself. Renumber runs behind each change.
+    std::vector<std::unique_ptr<CTrack>>& TracksToRestore() { return m_Tracks; }
+    void Renumber(); // tells all keys which track holds them
 
     CKey* FindKey(uint32_t nID) const;           // from the top, first found; null
     CTrack* FindTrackOf(const CKey* pKey) const; // the track that holds it, or null
