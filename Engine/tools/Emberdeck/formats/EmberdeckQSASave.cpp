@@ -1,30 +1,15 @@
 #include "formats/EmberdeckQSA.h"
 
 #include <algorithm>
-#include <memory>
 
-#include "formats/LineWriter.h"
+#include "formats/LibraryLines.h"
 #include "formats/ResourceCollector.h"
 #include "model/MakeOrNull.h"
 #include "model/NameIndex.h"
-#include "model/PropKinds.h"
 #include "platform/IPrompts.h"
-#include "platform/Paths.h"
-#include "qsamgr/qsafile.h"
-#include "qsamgr/qsanodebuilder.h"
-#include "qsamgr/qsautil.h"
-#include "qsassert.h"
-#include "qsnumber.h"
 
 namespace
 {
-
-constexpr int32_t c_nFormatVersion = 1;
-
-// Lists that are open within a group's: itself and its children.
-constexpr uint32_t c_nGroupDepth = 2;
-// Deepest nesting within an effect: effect, key-list, key, properties, property, value-list, value, data.
-constexpr uint32_t c_nLeafDepth = 8;
 
 // Goes through the tree below its first root without recursion, since nothing limits its depth. A visitor
 // is told of each group before and after its children, and of each leaf, with the item's depth.
@@ -41,7 +26,7 @@ void WalkTree(const CLibraryTree& tree, uint32_t nDepth, TVisitor& visitor)
             if (const HLibraryItem hChild = tree.GetChildItem(hItem))
             {
                 hItem = hChild;
-                nDepth += c_nGroupDepth;
+                nDepth += CLibraryLines::c_nInner;
                 continue;
             }
             visitor.CloseGroup(nDepth);
@@ -55,72 +40,25 @@ void WalkTree(const CLibraryTree& tree, uint32_t nDepth, TVisitor& visitor)
         while (hItem != hRoot && !(hNext = tree.GetNextSiblingItem(hItem)))
         {
             hItem = tree.GetParentItem(hItem);
-            nDepth -= c_nGroupDepth;
+            nDepth -= CLibraryLines::c_nInner;
             visitor.CloseGroup(nDepth);
         }
         hItem = hNext;
     }
 }
 
-// What isn't finite goes out as the nearest number: "inf" and "nan" would be read as none.
-void WritePropertyValue(CLineWriter& out, uint32_t nDepth, const CEffectProperty* pProp,
-                        const CPropKey* pPropKey)
-{
-    QS_ASSERT_MSG(pProp && pPropKey, "Error: Invalid parameters passed into WritePropertyValue");
-    if (!pProp || !pPropKey)
-        return;
-    const uint32_t eType = pProp->GetDesc()->m_eType;
-    const CPropData& data = pPropKey->m_Data;
-    switch (PropKind(eType).m_eForm)
-    {
-    case EPropForm::eText:
-        out.TextLine(nDepth, "data", data.GetText());
-        break;
-    case EPropForm::eInt:
-        out.ValueLine(nDepth, "data", data.GetInt());
-        break;
-    case EPropForm::eFloat:
-        out.ValueLine(nDepth, "data", QSNearestFloat(data.GetFloat()));
-        break;
-    case EPropForm::eVector:
-    {
-        const CVector3 v = data.GetVector();
-        out.ValueLine(nDepth, "data", QSNearestFloat(v.x), QSNearestFloat(v.y), QSNearestFloat(v.z));
-        break;
-    }
-    case EPropForm::eColor:
-    {
-        const uint32_t nColor = data.GetColor();
-        const auto Channel = [](uint32_t nChannel) { return static_cast<int32_t>(nChannel); };
-        out.ValueLine(nDepth, "data", Channel(PropColorRed(nColor)), Channel(PropColorGreen(nColor)),
-                      Channel(PropColorBlue(nColor)), Channel(PropColorAlpha(nColor)));
-        break;
-    }
-    case EPropForm::eNone:
-        QS_ASSERT_FORCED("Error: Unexpected property value");
-        break;
-    }
-}
-
-void WriteProperty(CLineWriter& out, uint32_t nDepth, const CEffectProperty* pProp)
+void WriteProperty(CLibraryLines& out, uint32_t nDepth, const CEffectProperty* pProp)
 {
     if (!HasValue(pProp))
         return;
     const CEffectPropertyDesc& desc = *pProp->GetDesc();
-    out.Line(nDepth, "( property");
-    out.TextLine(nDepth + 1, "name", BoundedText(desc.m_szName));
-    out.TextLine(nDepth + 1, "type", GetPropTypeName(desc.m_eType));
-    out.Line(nDepth + 1, "( value-list");
+    out.OpenProperty(nDepth, BoundedText(desc.m_szName), desc.m_eType);
     for (uint32_t i = 0; i < pProp->GetNumKeys(); ++i)
     {
-        const CPropKey* pPropKey = pProp->GetKey(i);
-        out.Line(nDepth + 2, "( value");
-        out.ValueLine(nDepth + 3, "time", QSNearestFloat(pPropKey->m_fTime));
-        WritePropertyValue(out, nDepth + 3, pProp, pPropKey);
-        out.Line(nDepth + 2, ")");
+        const CPropKey& key = *pProp->GetKey(i);
+        out.Value(nDepth + CLibraryLines::c_nInner, desc.m_eType, key.m_fTime, key.m_Data);
     }
-    out.Line(nDepth + 1, ")");
-    out.Line(nDepth, ")");
+    out.Close(nDepth);
 }
 
 // The prefab tree's items.
@@ -129,34 +67,21 @@ class CPrefabWriter
 public:
     explicit CPrefabWriter(CLineWriter& out) : m_Out(out) {}
 
-    void OpenGroup(const std::string& sName, uint32_t nDepth)
-    {
-        m_Out.Line(nDepth, "( container");
-        m_Out.TextLine(nDepth + 1, "name", sName);
-        m_Out.Line(nDepth + 1, "( children");
-    }
-    void CloseGroup(uint32_t nDepth)
-    {
-        m_Out.Line(nDepth + 1, ")");
-        m_Out.Line(nDepth, ")");
-    }
+    void OpenGroup(const std::string& sName, uint32_t nDepth) { m_Out.OpenGroup(nDepth, sName); }
+    void CloseGroup(uint32_t nDepth) { m_Out.Close(nDepth); }
     void Leaf(const void* pData, uint32_t nDepth)
     {
         const auto& prefab = *static_cast<const CEffectPropertySet*>(pData);
         if (!prefab.m_pTypeDesc)
             return;
-        m_Out.Line(nDepth, "( prefab");
-        m_Out.TextLine(nDepth + 1, "name", prefab.m_sName);
-        m_Out.TextLine(nDepth + 1, "type", BoundedText(prefab.m_pTypeDesc->m_szName));
-        m_Out.Line(nDepth + 1, "( properties");
+        m_Out.OpenPrefab(nDepth, prefab.m_sName, BoundedText(prefab.m_pTypeDesc->m_szName));
         for (uint32_t i = 0; i < prefab.GetNumProps(); ++i)
-            WriteProperty(m_Out, nDepth + 2, prefab.GetProperty(i));
-        m_Out.Line(nDepth + 1, ")");
-        m_Out.Line(nDepth, ")");
+            WriteProperty(m_Out, nDepth + CLibraryLines::c_nInner, prefab.GetProperty(i));
+        m_Out.Close(nDepth);
     }
 
 protected:
-    CLineWriter& m_Out;
+    CLibraryLines m_Out;
 };
 
 // The effect tree's items: the same groups, other leaves.
@@ -168,14 +93,10 @@ public:
     void Leaf(const void* pData, uint32_t nDepth)
     {
         const auto& spell = *static_cast<const CSpell*>(pData);
-        m_Out.Line(nDepth, "( effect");
-        m_Out.TextLine(nDepth + 1, "name", spell.m_szName);
-        m_Out.ValueLine(nDepth + 1, "length", spell.m_Tracks.m_nPhaseLength);
-        m_Out.Line(nDepth + 1, "( key-list");
+        m_Out.OpenEffect(nDepth, spell.m_szName, spell.m_Tracks.m_nPhaseLength);
         for (const CKey& key : spell.m_Tracks.AllKeys())
-            WriteKey(key, nDepth + 2);
-        m_Out.Line(nDepth + 1, ")");
-        m_Out.Line(nDepth, ")");
+            WriteKey(key, nDepth + CLibraryLines::c_nInner);
+        m_Out.Close(nDepth);
     }
 
 private:
@@ -183,45 +104,35 @@ private:
     {
         if (!key.m_pTypeDesc)
             return;
-        m_Out.Line(nDepth, "( key");
-        m_Out.TextLine(nDepth + 1, "name", key.m_sName);
-        m_Out.TextLine(nDepth + 1, "type", BoundedText(key.m_pTypeDesc->m_szName));
-        // Unsigned numbers go out as signed ones and come back the same.
-        m_Out.ValueLine(nDepth + 1, "id", static_cast<int32_t>(key.m_nKeyID));
-        m_Out.ValueLine(nDepth + 1, "start-time", key.m_nStartTime);
-        m_Out.ValueLine(nDepth + 1, "end-time", key.m_nEndTime);
-        m_Out.ValueLine(nDepth + 1, "track", static_cast<int32_t>(key.m_nTrack));
-        if (key.GetParent())
-            m_Out.TextLine(nDepth + 1, "parent", key.GetParent()->m_sName);
-        if (key.m_bMotionLinked)
-        {
-            m_Out.Line(nDepth + 1, "( motion-link");
-            m_Out.ValueLine(nDepth + 2, "id", static_cast<int32_t>(key.m_nMotionLinkID));
-            m_Out.Line(nDepth + 1, ")");
-        }
-        m_Out.Line(nDepth + 1, "( properties");
+        CKeyLines lines;
+        lines.m_sName = key.m_sName;
+        lines.m_sType = BoundedText(key.m_pTypeDesc->m_szName);
+        lines.m_nKeyID = key.m_nKeyID;
+        lines.m_nStartTime = key.m_nStartTime;
+        lines.m_nEndTime = key.m_nEndTime;
+        lines.m_nTrack = key.m_nTrack;
+        lines.m_pParent = key.GetParent() ? &key.GetParent()->m_sName : nullptr;
+        lines.m_bMotionLinked = key.m_bMotionLinked;
+        lines.m_nMotionLinkID = key.m_nMotionLinkID;
+        m_Out.OpenKey(nDepth, lines);
         for (uint32_t i = 0; i < key.GetNumProps(); ++i)
-            WriteProperty(m_Out, nDepth + 2, key.GetPropertyDirect(i));
-        m_Out.Line(nDepth + 1, ")");
-        m_Out.Line(nDepth, ")");
+            WriteProperty(m_Out, nDepth + CLibraryLines::c_nInner, key.GetPropertyDirect(i));
+        m_Out.Close(nDepth);
     }
 };
 
 void WriteTrees(CLineWriter& out, const CLibraryTree& effectTree, const CLibraryTree& prefabTree)
 {
-    out.Line(0, "( header");
-    out.ValueLine(1, "version", c_nFormatVersion);
-    out.Line(0, ")");
-
+    CLibraryLines lines(out);
+    lines.Header();
     CPrefabWriter prefabs(out);
-    out.Line(0, "( prefab-tree");
+    lines.OpenTree(true);
     WalkTree(prefabTree, 1, prefabs);
-    out.Line(0, ")");
-
+    lines.CloseTree();
     CEffectWriter effects(out);
-    out.Line(0, "( effect-tree");
+    lines.OpenTree(false);
     WalkTree(effectTree, 1, effects);
-    out.Line(0, ")");
+    lines.CloseTree();
 }
 
 // Measures the depth of groups.
@@ -233,37 +144,14 @@ struct CDepthMeter
     uint32_t m_nMax = 0;
 };
 
-// Whether the reader will take lists that nest as deep as these trees need. Only groups within some five
-// hundred others come near its limit; what lies in them is then measured to the line.
-bool CanLoadAgain(const CLibraryTree& effectTree, const CLibraryTree& prefabTree)
+bool SaveLibrary(const char* pszFilename, const CLibraryTree& effectTree, const CLibraryTree& prefabTree)
 {
     CDepthMeter meter;
     WalkTree(effectTree, 1, meter);
     WalkTree(prefabTree, 1, meter);
-    if (meter.m_nMax + c_nGroupDepth + c_nLeafDepth <= CQSANodeBuilder::c_nMaxOpen)
-        return true;
-    if (meter.m_nMax + c_nGroupDepth > CQSANodeBuilder::c_nMaxOpen)
-        return false; // the group's own name is too deep
-    CLineWriter measure(nullptr);
-    WriteTrees(measure, effectTree, prefabTree);
-    return measure.GetMaxOpenLists() <= CQSANodeBuilder::c_nMaxOpen;
-}
-
-bool SaveLibrary(const char* pszFilename, const CLibraryTree& effectTree, const CLibraryTree& prefabTree)
-{
-    // A file that can't be read back would take the place of one that can.
-    if (!CanLoadAgain(effectTree, prefabTree))
-        return false;
-
-    const auto pFile = std::make_unique<CQSAFile>();
-    if (!pFile->Open(NativePath(pszFilename).c_str(), false, CQSAUtil::IsFileCompressed(pszFilename), false))
-        return false;
-    WriteResourceDatabase(effectTree, *pFile);
-    {
-        CLineWriter out(pFile.get());
-        WriteTrees(out, effectTree, prefabTree);
-    }
-    return pFile->Close();
+    return WriteLibraryFile(
+        pszFilename, meter.m_nMax, [&](CQSAFile& file) { WriteResourceDatabase(effectTree, file); },
+        [&](CLineWriter& out) { WriteTrees(out, effectTree, prefabTree); });
 }
 
 } // namespace

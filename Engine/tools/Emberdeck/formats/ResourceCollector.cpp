@@ -43,20 +43,10 @@ void AddEffectReferences(CAssetLibrarySource& source, const std::string& sEffect
 void CollectFromProperty(CAssetLibrarySource& source, const std::string& sEffect, const CEffectProperty& prop)
 {
     const uint32_t eType = prop.GetDesc() ? prop.GetDesc()->m_eType : uint32_t(ePropType_None);
-    if (eType != ePropType_Filename && eType != ePropType_Animation && eType != ePropType_FireglassRef)
+    if (!IsReferenceKind(eType))
         return;
     for (uint32_t i = 0; i < prop.GetNumKeys(); ++i)
-    {
-        const std::string_view sText = prop.GetKey(i)->m_Data.GetText();
-        if (sText.empty())
-            continue;
-        if (eType == ePropType_Filename)
-            AddReference(source, sEffect, sText, "");
-        else if (eType == ePropType_Animation)
-            AddReference(source, sEffect, sText, "Animation");
-        else
-            AddEffectReferences(source, sEffect, sText);
-    }
+        AddValueReferences(source, sEffect, eType, prop.GetKey(i)->m_Data.GetText());
 }
 
 // The properties in force, a prefab's too.
@@ -79,8 +69,7 @@ void CollectFromItem(const CLibraryTree& tree, HLibraryItem hItem, CAssetLibrary
     const auto* pSpell = static_cast<const CSpell*>(tree.GetItemData(hItem));
     if (!tree.IsLeaf(hItem) || !pSpell)
         return;
-    if (pSpell->m_szName[0] != 0)
-        source.AddResource(pSpell->m_szName, c_pszEffectType);
+    AddEffectResource(source, pSpell->m_szName);
     CollectDependencies(*pSpell, source);
 }
 
@@ -98,7 +87,48 @@ HLibraryItem NextBelow(const CLibraryTree& tree, HLibraryItem hTop, HLibraryItem
     return {};
 }
 
+bool WriteSource(const CAssetLibrarySource& source, CQSAFile& file)
+{
+    constexpr uint32_t c_nBlockSize = 64 * 1024;
+    CQSALoadOnlyAlloc alloc(c_nBlockSize);
+    CQSANode* pNode = nullptr;
+    {
+        const auto pBuilder = MakeOrNull<CQSANodeBuilder>(&alloc); // its tables are too large for the stack
+        if (!pBuilder || !source.WriteTo(pBuilder.get()))
+            return false;
+        pNode = pBuilder->DetachHead();
+    }
+    if (!pNode)
+        return false;
+    CQSAWriter writer(&file);
+    return CQSANodeWriter::SaveNode(pNode, &writer); // the nodes go with their allocator
+}
+
 } // namespace
+
+void AddEffectResource(CAssetLibrarySource& source, const char* pszEffect)
+{
+    if (*pszEffect != 0)
+        source.AddResource(pszEffect, c_pszEffectType);
+}
+
+bool IsReferenceKind(uint32_t eType)
+{
+    return eType == ePropType_Filename || eType == ePropType_Animation || eType == ePropType_FireglassRef;
+}
+
+void AddValueReferences(CAssetLibrarySource& source, const std::string& sEffect, uint32_t eType,
+                        std::string_view sText)
+{
+    if (sText.empty())
+        return;
+    if (eType == ePropType_Filename)
+        AddReference(source, sEffect, sText, "");
+    else if (eType == ePropType_Animation)
+        AddReference(source, sEffect, sText, "Animation");
+    else if (eType == ePropType_FireglassRef)
+        AddEffectReferences(source, sEffect, sText);
+}
 
 bool CollectResources(const CLibraryTree& tree, HLibraryItem hItem, CAssetLibrarySource& source)
 {
@@ -145,20 +175,11 @@ bool CollectDependencies(const CSpell& spell, CAssetLibrarySource& source)
 bool WriteResourceDatabase(const CLibraryTree& effectTree, CQSAFile& file)
 {
     CAssetLibrarySource source;
-    if (!CollectResources(effectTree, effectTree.GetRootItem(), source))
-        return false;
+    return CollectResources(effectTree, effectTree.GetRootItem(), source) && WriteSource(source, file);
+}
 
-    constexpr uint32_t c_nBlockSize = 64 * 1024;
-    CQSALoadOnlyAlloc alloc(c_nBlockSize);
-    CQSANode* pNode = nullptr;
-    {
-        const auto pBuilder = MakeOrNull<CQSANodeBuilder>(&alloc); // its tables are too large for the stack
-        if (!pBuilder || !source.WriteTo(pBuilder.get()))
-            return false;
-        pNode = pBuilder->DetachHead();
-    }
-    if (!pNode)
-        return false;
-    CQSAWriter writer(&file);
-    return CQSANodeWriter::SaveNode(pNode, &writer); // the nodes go with their allocator
+bool WriteResourceDatabase(const std::function<void(CAssetLibrarySource&)>& collect, CQSAFile& file)
+{
+    CAssetLibrarySource source;
+    return TryAllocating([&] { collect(source); }) && WriteSource(source, file);
 }

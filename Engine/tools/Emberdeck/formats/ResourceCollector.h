@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "model/LibraryTree.h"
 #include "model/Spell.h"
@@ -29,3 +30,12 @@ void ForEachResourceFile(const CSpellMgr& spellMgr,
 // Writes the list for the effects below the tree's root to a file that is open for writing. A tree without
 // a root has no effects. False when memory is out, with nothing written, or when a write failed.
 bool WriteResourceDatabase(const CLibraryTree& effectTree, CQSAFile& file);
+
+// The same from elsewhere: collect adds each effect in tree order, and behind it what its keys refer to by the values
+// in force, key by key and slot by slot. It may throw when memory is out.
+bool WriteResourceDatabase(const std::function<void(CAssetLibrarySource&)>& collect, CQSAFile& file);
+void AddEffectResource(CAssetLibrarySource& source, const char* pszEffect); // one without a name isn't listed
+bool IsReferenceKind(uint32_t eType); // its values name files, animations or effects
+// The references in one value of that kind.
+void AddValueReferences(CAssetLibrarySource& source, const std::string& sEffect, uint32_t eType,
+                        std::string_view sText);
