@@ -5,7 +5,7 @@
 #include <QTest>
 #include <QWindow>
 
-#include "app/EditScope.h"
+#include "changes/EditScope.h"
 #include "platform/Profile.h"
 #include "qt/frame/EffectWindows.h"
 #include "qt/frame/MainWindow.h"

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "app/EditScope.h"
+#include "changes/EditScope.h"
 #include "model/EditClipboard.h"
 #include "model/EffectModule.h"
 #include "model/LibraryTree.h"

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "model/EffectProperty.h"
 #include "model/PropKinds.h"
 #include "platform/Paths.h"
 #include "qsamgr/qsafile.h"

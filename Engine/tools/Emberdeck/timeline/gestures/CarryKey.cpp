@@ -25,7 +25,9 @@ CCarryKey::CCarryKey(const CGestureContext& context, CTrack& track, CKey& key, b
 {
     if (bMove)
     {
-        Touch(Label());
+        CEditScope& scope = Scope(Label());
+        scope.TouchTrack(context.m_Spell, track);
+        scope.TouchKey(context.m_Spell, key);
         m_pKey = track.RemoveKey(&key);
     }
     else
@@ -52,7 +54,6 @@ void CCarryKey::Release()
 {
     if (m_pKey)
     {
-        Touch(Label());
         if (!m_bMove)
             m_pKey->m_nKeyID = Tracks().TakeKeyID(); // spent, whether or not the copy finds a place
         if (!Drop())
@@ -93,6 +94,7 @@ bool CCarryKey::Drop()
         return false;
     if (CTrack* pTrack = Tracks().GetTrack(landing->m_nTrack))
         return DropOn(*pTrack, landing->m_Span);
+    Scope(Label()).TouchTracks(m_Context.m_Spell);
     CTrack* pNew = Tracks().AddTrack();
     if (!pNew)
         return false;
@@ -106,6 +108,7 @@ bool CCarryKey::DropOn(CTrack& track, CKeySpan span)
 {
     if (!track.ReserveKey()) // a key that is appended without room would be gone
         return false;
+    Scope(Label()).TouchTrack(m_Context.m_Spell, track);
     CKey* pKey = m_pKey.get();
     pKey->m_nStartTime = span.m_nStart;
     pKey->m_nEndTime = span.m_nEnd;

@@ -46,6 +46,7 @@ bool CTimeGesture::Move(CPoint pt)
             Apply(key, step);
         }
     }
+    EndStep();
     return true;
 }
 
@@ -55,7 +56,7 @@ void CTimeGesture::Apply(CKey& key, const CStep& step)
     const int32_t nEnd = SaturateTime(step.m_nEnd);
     if (nStart == key.m_nStartTime && nEnd == key.m_nEndTime)
         return;
-    Touch(m_pszLabel);
+    Scope(m_pszLabel).TouchKey(m_Context.m_Spell, key);
     key.m_nStartTime = nStart;
     key.m_nEndTime = nEnd;
 }
@@ -71,7 +72,7 @@ void CTimeGesture::Release()
         if (std::is_sorted(keys.begin(), keys.end(), startsEarlier) ||
             std::none_of(keys.begin(), keys.end(), isSelected))
             continue;
-        Touch(m_pszLabel);
+        Scope(m_pszLabel).TouchTrack(m_Context.m_Spell, *pTrack);
         pTrack->SortKeys();
     }
     CloseScope();

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "app/EditScope.h"
+#include "changes/EditScope.h"
 #include "timeline/TrackLayout.h"
 
 // What a gesture works on; all borrowed, and alive as long as the gesture.
@@ -53,13 +53,16 @@ public:
 
 protected:
     CTrackList& Tracks() const { return m_Context.m_Spell.m_Tracks; }
-    // Call before each change.
-    void Touch(const char* pszLabel)
+    // Opened with the first change; what a change touches is told before it.
+    CEditScope& Scope(const char* pszLabel)
+    {
+        return m_Scope ? *m_Scope : m_Scope.emplace(m_Context.m_Edits, pszLabel);
+    }
+    // What was changed since the last step may be shown.
+    void EndStep()
     {
         if (m_Scope)
-            return;
-        m_Scope.emplace(m_Context.m_Edits, pszLabel);
-        m_Scope->Touch(&m_Context.m_Spell);
+            m_Scope->Step();
     }
     void CloseScope() { m_Scope.reset(); }
 

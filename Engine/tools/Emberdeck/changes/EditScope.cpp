@@ -1,4 +1,4 @@
-#include "app/EditScope.h"
+#include "changes/EditScope.h"
 
 #include <algorithm>
 #include <utility>
@@ -9,7 +9,8 @@
 bool CEdit::Touches(const void* pObject) const
 {
     return pObject && std::any_of(m_Touched.begin(), m_Touched.end(),
-                                  [pObject](const CTouch& touch) { return touch.m_pObject == pObject; });
+                                  [pObject](const CTouch& touch)
+                                  { return touch.m_pObject == pObject || touch.m_pPart == pObject; });
 }
 
 bool CEdit::Touches(ETouched eKind) const
@@ -73,20 +74,37 @@ void CEditHub::Touch(const CTouch& touch)
         return;
     m_Edit.m_Touched.push_back(touch);
     m_Seen.insert(touch); // without memory it is touched twice rather than never
+    if (m_pRecorder)
+        m_pRecorder->OnTouching(touch);
     // A copy, since a listener may open a scope that joins this one and touches more.
     const std::string sLabel = m_Edit.m_sLabel;
     Tell([&](IEditListener& listener) { listener.OnTouching(sLabel, touch); });
+}
+
+void CEditHub::Step()
+{
+    if (m_nDepth == 0 || m_Edit.m_Touched.empty())
+        return;
+    const CEdit edit = m_Edit; // a listener may open a scope that joins this one and touches more
+    Tell([&](IEditListener& listener) { listener.OnEditStep(edit); });
+}
+
+bool CEditHub::Abandon()
+{
+    return m_Edit.m_Touched.empty() || (m_pRecorder && m_pRecorder->PutBack(m_Edit));
 }
 
 void CEditHub::Close()
 {
     if (--m_nDepth > 0)
         return;
-    const CEdit edit = std::exchange(m_Edit, CEdit());
+    CEdit edit = std::exchange(m_Edit, CEdit());
     m_Seen.clear();
     if (edit.m_Touched.empty())
         return;
     ++m_nNumEdits;
+    if (m_pRecorder)
+        m_pRecorder->Finish(edit);
     // This runs in destructors. Who has no memory to hear of it shows the old state; the others hear of it.
     Tell([&](IEditListener& listener) { TryAllocating([&] { listener.OnEdit(edit); }); });
 }
@@ -104,26 +122,64 @@ CEditScope::~CEditScope()
 void CEditScope::Touch(const CSpell* pSpell)
 {
     if (pSpell)
-        m_Hub.Touch({ETouched::eSpell, pSpell});
+        m_Hub.Touch({ETouched::eSpell, pSpell, pSpell->m_nSerial});
+}
+
+void CEditScope::TouchPart(const CSpell& spell, EPart ePart, const void* pPart, uint64_t nPart)
+{
+    m_Hub.Touch({ETouched::eSpell, &spell, spell.m_nSerial, ePart, pPart, nPart});
+}
+
+void CEditScope::TouchHead(const CSpell& spell)
+{
+    TouchPart(spell, EPart::eHead, nullptr, 0);
+}
+
+void CEditScope::TouchTracks(const CSpell& spell)
+{
+    TouchPart(spell, EPart::eTracks, nullptr, 0);
+}
+
+void CEditScope::TouchTrack(const CSpell& spell, const CTrack& track)
+{
+    TouchPart(spell, EPart::eTrack, &track, track.m_Serial.Get());
+}
+
+void CEditScope::TouchKey(const CSpell& spell, const CKey& key)
+{
+    TouchPart(spell, EPart::eKey, &key, key.m_Serial.Get());
 }
 
 void CEditScope::TouchPrefab(const CEffectPropertySet* pPrefab)
 {
     if (pPrefab)
-        m_Hub.Touch({ETouched::ePrefab, pPrefab});
+        m_Hub.Touch({ETouched::ePrefab, pPrefab, pPrefab->m_Serial.Get()});
 }
 
-void CEditScope::TouchEffectTree()
+void CEditScope::TouchSpellList()
 {
-    m_Hub.Touch({ETouched::eEffectTree, nullptr});
+    m_Hub.Touch({ETouched::eSpellList});
 }
 
-void CEditScope::TouchPrefabTree()
+void CEditScope::TouchPrefabList()
 {
-    m_Hub.Touch({ETouched::ePrefabTree, nullptr});
+    m_Hub.Touch({ETouched::ePrefabList});
+}
+
+void CEditScope::TouchTree(ETreeSide eSide)
+{
+    m_Hub.Touch({eSide == ETreeSide::eEffects ? ETouched::eEffectTree : ETouched::ePrefabTree});
+}
+
+void CEditScope::TouchGroup(ETreeSide eSide, HLibraryItem hItem)
+{
+    CTouch touch{eSide == ETreeSide::eEffects ? ETouched::eEffectTree : ETouched::ePrefabTree};
+    touch.m_ePart = EPart::eGroup;
+    touch.m_nPart = hItem.m_nID;
+    m_Hub.Touch(touch);
 }
 
 void CEditScope::TouchLibrary()
 {
-    m_Hub.Touch({ETouched::eLibrary, nullptr});
+    m_Hub.Touch({ETouched::eLibrary});
 }

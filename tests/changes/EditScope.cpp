@@ -1,4 +1,4 @@
-#include "app/EditScope.h"
+#include "changes/EditScope.h"
 
 namespace
 {
