@@ -138,6 +138,18 @@ std::shared_ptr<const CSpellImage> CImageMaker::MakeSpell(const CSpell& spell)
     return pImage;
 }
 
+CItemImage CImageMaker::MakeItem(const CLibraryTree& tree, ETreeSide eSide, HLibraryItem hItem)
+{
+    CItemImage item{hItem.m_nID, tree.GetItemText(hItem), tree.GetItemImage(hItem),
+                    tree.GetItemSelectedImage(hItem)};
+    const void* pData = tree.GetItemData(hItem);
+    if (pData && eSide == ETreeSide::eEffects)
+        item.m_nObject = static_cast<const CSpell*>(pData)->m_nSerial;
+    else if (pData)
+        item.m_nObject = static_cast<const CEffectPropertySet*>(pData)->m_Serial.Get();
+    return item;
+}
+
 std::shared_ptr<const CGroupImage> CImageMaker::MakeGroup(const CLibraryTree& tree, ETreeSide eSide,
                                                           HLibraryItem hItem)
 {
@@ -145,18 +157,7 @@ std::shared_ptr<const CGroupImage> CImageMaker::MakeGroup(const CLibraryTree& tr
     pImage->m_nItem = hItem.m_nID;
     HLibraryItem h = hItem ? tree.GetChildItem(hItem) : tree.GetRootItem();
     for (; h; h = tree.GetNextSiblingItem(h))
-    {
-        const void* pData = tree.GetItemData(h);
-        CItemImage& item = pImage->m_Children.emplace_back();
-        item.m_nItem = h.m_nID;
-        item.m_sText = tree.GetItemText(h);
-        item.m_nImage = tree.GetItemImage(h);
-        item.m_nSelectedImage = tree.GetItemSelectedImage(h);
-        if (pData)
-            item.m_nObject = eSide == ETreeSide::eEffects
-                                 ? static_cast<const CSpell*>(pData)->m_nSerial
-                                 : static_cast<const CEffectPropertySet*>(pData)->m_Serial.Get();
-    }
+        pImage->m_Children.push_back(MakeItem(tree, eSide, h));
     return pImage;
 }
 

@@ -31,6 +31,7 @@ public:
     std::shared_ptr<const CSetImage> MakePrefab(const CEffectPropertySet& prefab);
     std::shared_ptr<const CTrackImage> MakeTrack(const CTrack& track);
     std::shared_ptr<const CSpellImage> MakeSpell(const CSpell& spell);
+    static CItemImage MakeItem(const CLibraryTree& tree, ETreeSide eSide, HLibraryItem hItem);
     // hItem empty: the roots.
     static std::shared_ptr<const CGroupImage> MakeGroup(const CLibraryTree& tree, ETreeSide eSide,
                                                         HLibraryItem hItem);
