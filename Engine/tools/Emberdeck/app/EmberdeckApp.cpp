@@ -64,6 +64,8 @@ CEmberdeckApp::CEmberdeckApp(const CAppServices& services)
     : m_Services(services),
       m_Context{m_SpellMgr,      m_EffectModule, m_Clipboard,        m_EffectTree,     m_PrefabTree,
                 m_sResourceRoot, m_Edits,        services.m_Prompts, HostOf(services), DocumentsOf(services)},
+      m_Recorder(ApplyTarget()),
+      m_History(ApplyTarget()),
       m_Backups(services.m_sBackupDirectory, IsWholeEffectFile)
 {
 }
@@ -350,6 +352,7 @@ bool CEmberdeckApp::SaveEffectFile()
     {
         if (!m_sDamagedFile.empty() && IsSameFile(m_sFileName, m_sDamagedFile))
             AcceptDamage();
+        m_History.MarkSaved();
         TellDone("Saved", m_sFileName);
     }
     if (!bSaved)

@@ -7,6 +7,8 @@
 
 #include "app/BackupStore.h"
 #include "app/EditContext.h"
+#include "app/History.h"
+#include "changes/ChangeRecorder.h"
 #include "formats/LoadReport.h"
 #include "platform/CrashMark.h"
 #include "platform/IProfile.h"
@@ -124,6 +126,7 @@ public:
     CEditContext& Context() { return m_Context; }
     ISourceControl& SourceControl() { return m_Services.m_SourceControl; }
     IProfile& Profile() { return m_Services.m_Profile; }
+    CHistory& History() { return m_History; }
 
     // What every room works on. Destroyed in the order that the destructor gives: the plug-in before the model.
     std::string m_sFileName; // empty for a library that was never saved
@@ -137,6 +140,10 @@ public:
     CEditHub m_Edits;
 
 private:
+    CApplyTarget ApplyTarget()
+    {
+        return {{m_SpellMgr, m_EffectTree, m_PrefabTree}, m_EffectModule, m_Edits, m_Owner};
+    }
     bool IsOwnFile(const std::string& sPackName) const;
     void EmptyLibrary();
     void InsertRoots();
@@ -153,6 +160,9 @@ private:
 
     CAppServices m_Services;
     CEditContext m_Context;
+    CLibraryOwner m_Owner{m_Context};
+    CChangeRecorder m_Recorder;
+    CHistory m_History;
     CBackupStore m_Backups;
     std::string m_sLastBackup;
     CLoadReport m_LoadReport;

@@ -31,11 +31,12 @@ void CLibraryEditor::DropPrefabs(CEditScope& scope, const CDoomed& doomed)
         {
             if (!doomedParent(key))
                 return;
-            scope.Touch(&spell);
+            scope.TouchKey(spell, key);
             detach(key);
         });
     if (CKey* pKey = m_Context.m_Clipboard.GetKey())
         detach(*pKey);
+    scope.TouchPrefabList();
     // From the back, where taking one out moves the fewest.
     const auto& prefabs = m_Context.m_SpellMgr.Prefabs();
     for (size_t i = prefabs.size(); i-- > 0;)
@@ -76,6 +77,8 @@ void CLibraryEditor::DeleteLeaves(CEditScope& scope, ELibrarySide eSide,
     if (leaves.empty() || !bListed)
         return;
     TouchTree(scope, eSide);
+    if (eSide == ELibrarySide::eEffects)
+        scope.TouchSpellList();
     for (const HLibraryItem hItem : leaves)
     {
         const auto* pSpell =
@@ -239,7 +242,9 @@ void CLibraryEditor::Sort(ELibrarySide eSide)
     if (unsorted.empty())
         return;
     CEditScope scope(m_Context.m_Edits, "Sort");
-    TouchTree(scope, eSide);
     for (const HLibraryItem h : unsorted)
+    {
+        TouchGroup(scope, eSide, h);
         tree.SortChildren(h, compare);
+    }
 }

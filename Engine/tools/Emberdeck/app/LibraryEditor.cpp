@@ -5,6 +5,11 @@
 #include "model/MakeOrNull.h"
 #include "qsstrutils.h"
 
+void CLibraryEditor::TouchGroup(CEditScope& scope, ELibrarySide eSide, HLibraryItem hGroup)
+{
+    scope.TouchGroup(eSide == ELibrarySide::eEffects ? ETreeSide::eEffects : ETreeSide::ePrefabs, hGroup);
+}
+
 void CLibraryEditor::TouchTree(CEditScope& scope, ELibrarySide eSide)
 {
     if (eSide == ELibrarySide::eEffects)
@@ -45,7 +50,7 @@ HLibraryItem CLibraryEditor::NewGroup(ELibrarySide eSide, HLibraryItem hGroup, c
     CEditScope scope(m_Context.m_Edits, "New Group");
     if (!FindGroup(eSide, hGroup))
         return {};
-    TouchTree(scope, eSide);
+    TouchGroup(scope, eSide, hGroup);
     return Tree(eSide).InsertGroup(pszName, hGroup);
 }
 
@@ -54,11 +59,12 @@ HLibraryItem CLibraryEditor::NewEffect(HLibraryItem hGroup)
     CEditScope scope(m_Context.m_Edits, "New Effect");
     if (!FindGroup(ELibrarySide::eEffects, hGroup))
         return {};
+    scope.TouchSpellList();
     CSpell* pSpell = m_Context.m_SpellMgr.AddSpell();
     if (!pSpell)
         return {};
     scope.Touch(pSpell);
-    scope.TouchEffectTree();
+    TouchGroup(scope, ELibrarySide::eEffects, hGroup);
     return m_Context.m_EffectTree.InsertLeaf(pSpell->m_szName, hGroup, pSpell);
 }
 
@@ -72,11 +78,12 @@ HLibraryItem CLibraryEditor::NewPrefab(HLibraryItem hGroup, const CEffectTypeDes
             return {};
         std::string sName;
         m_Context.m_SpellMgr.MakeUniquePrefabName(TypeName(*pType).c_str(), sName);
+        scope.TouchPrefabList();
         pPrefab = m_Context.m_SpellMgr.AddPrefab(pType);
         if (!pPrefab)
             return {};
         scope.TouchPrefab(pPrefab);
-        scope.TouchPrefabTree();
+        TouchGroup(scope, ELibrarySide::ePrefabs, hGroup);
         pPrefab->m_sName = sName;
         EnsureComplete(pPrefab);
         hItem = m_Context.m_PrefabTree.InsertLeaf(sName, hGroup, pPrefab);
@@ -90,11 +97,11 @@ CEffectPropertySet* CLibraryEditor::CreatePrefabFromKey(const CKey& key, const s
     if (!key.m_pTypeDesc)
         return nullptr;
     CEditScope scope(m_Context.m_Edits, "Create Prefab From Key");
+    scope.TouchPrefabList();
     CEffectPropertySet* pPrefab = m_Context.m_SpellMgr.AddPrefab(key.m_pTypeDesc);
     if (!pPrefab)
         return nullptr;
     scope.TouchPrefab(pPrefab);
-    scope.TouchPrefabTree();
     *pPrefab = key;
     pPrefab->Flatten();
     // The copy has brought the key's name, which the search for a free one would take for another's.
@@ -104,7 +111,9 @@ CEffectPropertySet* CLibraryEditor::CreatePrefabFromKey(const CKey& key, const s
     std::string sUnique;
     m_Context.m_SpellMgr.MakeUniquePrefabName(CutAtCharacter(sTyped, c_nMaxEntryName).c_str(), sUnique);
     pPrefab->m_sName = sUnique;
-    m_Context.m_PrefabTree.InsertLeaf(sUnique, EnsureRoot(ELibrarySide::ePrefabs), pPrefab);
+    const HLibraryItem hRoot = EnsureRoot(ELibrarySide::ePrefabs);
+    TouchGroup(scope, ELibrarySide::ePrefabs, hRoot);
+    m_Context.m_PrefabTree.InsertLeaf(sUnique, hRoot, pPrefab);
     return pPrefab;
 }
 
@@ -113,6 +122,7 @@ HLibraryItem CLibraryEditor::DuplicateEffect(const CSpell& source, HLibraryItem 
     CSpellMgr& spellMgr = m_Context.m_SpellMgr;
     CEditScope scope(m_Context.m_Edits, "Duplicate");
     const std::string sName = UniqueEffectName(names, source.m_szName);
+    scope.TouchSpellList();
     CSpell* pSpell = spellMgr.AddSpell();
     if (!pSpell)
         return {};
@@ -124,9 +134,9 @@ HLibraryItem CLibraryEditor::DuplicateEffect(const CSpell& source, HLibraryItem 
         return {};
     }
     names.Add(BoundedText(pSpell->m_szName));
-    scope.TouchEffectTree();
-    return m_Context.m_EffectTree.InsertLeaf(pSpell->m_szName, m_Context.m_EffectTree.GetParentItem(hItem),
-                                             pSpell);
+    const HLibraryItem hGroup = m_Context.m_EffectTree.GetParentItem(hItem);
+    TouchGroup(scope, ELibrarySide::eEffects, hGroup);
+    return m_Context.m_EffectTree.InsertLeaf(pSpell->m_szName, hGroup, pSpell);
 }
 
 HLibraryItem CLibraryEditor::DuplicatePrefab(const CEffectPropertySet& source, HLibraryItem hItem,
@@ -134,15 +144,17 @@ HLibraryItem CLibraryEditor::DuplicatePrefab(const CEffectPropertySet& source, H
 {
     CEditScope scope(m_Context.m_Edits, "Duplicate");
     const std::string sName = names.Make(source.m_sName);
+    scope.TouchPrefabList();
     CEffectPropertySet* pPrefab = m_Context.m_SpellMgr.AddPrefab(source.m_pTypeDesc);
     if (!pPrefab)
         return {};
     scope.TouchPrefab(pPrefab);
-    scope.TouchPrefabTree();
     *pPrefab = source;
     pPrefab->m_sName = sName;
     names.Add(pPrefab->m_sName);
-    return m_Context.m_PrefabTree.InsertLeaf(sName, m_Context.m_PrefabTree.GetParentItem(hItem), pPrefab);
+    const HLibraryItem hGroup = m_Context.m_PrefabTree.GetParentItem(hItem);
+    TouchGroup(scope, ELibrarySide::ePrefabs, hGroup);
+    return m_Context.m_PrefabTree.InsertLeaf(sName, hGroup, pPrefab);
 }
 
 HLibraryItem CLibraryEditor::DuplicateLeaf(ELibrarySide eSide, HLibraryItem hItem, CUniqueNames& names)
@@ -200,7 +212,7 @@ ERename CLibraryEditor::Rename(ELibrarySide eSide, HLibraryItem hItem, const std
     {
         if (sName == tree.GetItemText(hItem))
             return ERename::eUnchanged;
-        TouchTree(scope, eSide);
+        TouchGroup(scope, eSide, tree.GetParentItem(hItem));
         tree.SetItemText(hItem, sName);
         return ERename::eDone;
     }
@@ -215,7 +227,7 @@ ERename CLibraryEditor::Rename(ELibrarySide eSide, HLibraryItem hItem, const std
     if (bEffect)
     {
         CSpell* pSpell = static_cast<CSpell*>(pData);
-        scope.Touch(pSpell);
+        scope.TouchHead(*pSpell);
         pSpell->SetName(sName);
     }
     else
@@ -224,7 +236,7 @@ ERename CLibraryEditor::Rename(ELibrarySide eSide, HLibraryItem hItem, const std
         scope.TouchPrefab(pPrefab);
         pPrefab->m_sName = sName;
     }
-    TouchTree(scope, eSide);
+    TouchGroup(scope, eSide, tree.GetParentItem(hItem));
     tree.SetItemText(hItem, sName);
     m_Context.m_Documents.RetitleAll();
     Sort(eSide);
@@ -257,8 +269,9 @@ unsigned CLibraryEditor::ImportEffects(CSpellMgr& source, const std::vector<CSpe
     if (!IndexNames(ELibrarySide::eEffects, taken.size(), names))
         return 0;
     CEditScope scope(m_Context.m_Edits, "Import Effects");
-    scope.TouchEffectTree();
     const HLibraryItem hRoot = EnsureRoot(ELibrarySide::eEffects);
+    scope.TouchSpellList();
+    TouchGroup(scope, ELibrarySide::eEffects, hRoot);
     unsigned nCount = 0;
     for (std::unique_ptr<CSpell>& pTaken : taken)
     {

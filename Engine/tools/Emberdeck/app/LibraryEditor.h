@@ -84,6 +84,7 @@ public:
 
 private:
     static void TouchTree(CEditScope& scope, ELibrarySide eSide);
+    static void TouchGroup(CEditScope& scope, ELibrarySide eSide, HLibraryItem hGroup);
     static HLibraryItem MoveBranch(CLibraryTree& tree, HLibraryItem hItem, HLibraryItem hTarget);
     bool FindGroup(ELibrarySide eSide, HLibraryItem& hGroup);
     std::string NameOf(ELibrarySide eSide, const void* pData) const;

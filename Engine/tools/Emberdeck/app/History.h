@@ -1,0 +1,89 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "app/EditContext.h"
+#include "changes/Apply.h"
+
+// What holds on to effects and prefabs in the program: views, the active prefab, the clipboard.
+class CLibraryOwner : public ILibraryOwner
+{
+public:
+    explicit CLibraryOwner(CEditContext& context) : m_Context(context) {}
+    void OnReleasing(const CSpell& spell) override;
+    void
+    OnReleasing(CEffectPropertySet& prefab) override; // a key on the clipboard takes over what it has from it
+
+private:
+    CEditContext& m_Context;
+};
+
+// The steps of the library's edits, to go back and forth among them. It keeps what the hub's recorder gives; an edit
+// that has changed nothing is no step, and another library begins a new history.
+class CHistory : private IEditListener
+{
+public:
+    static constexpr size_t c_nDefaultBudget = size_t(256) << 20; // bytes
+
+    explicit CHistory(const CApplyTarget& target);
+    ~CHistory() override;
+    CHistory(const CHistory&) = delete;
+    CHistory& operator=(const CHistory&) = delete;
+
+    // Steps by number from 0, the oldest first. Those below the position are done, the others taken back.
+    size_t GetNumSteps() const { return m_Steps.size(); }
+    size_t GetPosition() const { return m_nPosition; }
+    const std::string& GetLabel(size_t nStep) const { return m_Steps[nStep].m_sLabel; } // below GetNumSteps
+    const CLibraryChange& GetChange(size_t nStep) const { return *m_Steps[nStep].m_pChange; }
+    bool CanUndo() const { return m_nPosition > 0; }
+    bool CanRedo() const { return m_nPosition < m_Steps.size(); }
+
+    // One step. False: there is none, an edit is open, or the library isn't as the step left it; this empties the
+    // history, the library stays, and GetProblem tells it.
+    bool Undo();
+    bool Redo();
+    bool GoTo(size_t nPosition); // step by step; false as soon as one is
+
+    // The position that is saved. New and opened libraries count as saved.
+    void MarkSaved();
+    bool IsSaved() const { return m_Saved == m_nPosition; }
+    std::optional<size_t> GetSavedPosition() const { return m_Saved; } // nothing: no way leads there
+
+    // Beyond this the oldest steps go; the newest one stays.
+    void SetBudget(size_t nBytes);
+    size_t GetMemory() const { return m_nMemory; } // bytes, about
+
+    // Why the history is empty, until the next step; empty when it has begun so.
+    const std::string& GetProblem() const { return m_sProblem; }
+
+    // Told behind each change of what stands above, a problem among them. It opens no scope.
+    std::function<void()> m_OnChanged;
+
+private:
+    struct CStep
+    {
+        std::string m_sLabel;
+        std::shared_ptr<const CLibraryChange> m_pChange;
+        size_t m_nMemory = 0;
+    };
+
+    void OnEdit(const CEdit& edit) override;
+    void Push(const CEdit& edit);
+    void DropOldest();
+    void BeginAnew(bool bSaved, const char* pszProblem);
+    bool Do(const CLibraryChange& change, const std::string& sLabel);
+    void Tell() const;
+
+    CApplyTarget m_Target;
+    std::deque<CStep> m_Steps;
+    size_t m_nPosition = 0;
+    std::optional<size_t> m_Saved = 0;
+    size_t m_nMemory = 0;
+    size_t m_nBudget = c_nDefaultBudget;
+    std::string m_sProblem;
+    bool m_bDoing = false;
+};

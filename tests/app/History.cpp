@@ -1,0 +1,326 @@
+#include "app/History.h"
+
+#include <random>
+
+#include "app/LibraryEditor.h"
+#include "changes/Compare.h"
+#include "formats/EmberdeckPacker.h"
+#include "support/AppBench.h"
+
+namespace
+{
+constexpr ELibrarySide c_Sides[] = {ELibrarySide::eEffects, ELibrarySide::ePrefabs};
+
+// Random edits of a library, each through the editor or within a scope of its own.
+class CWalk
+{
+public:
+    CWalk(CAppBench& bench, uint32_t nSeed) : m_Bench(bench), m_Random(nSeed) {}
+
+    CEmberdeckApp& App() { return *m_Bench.app; }
+    uint32_t Below(size_t n) { return m_Random() % static_cast<uint32_t>(n); }
+
+    std::string Text()
+    {
+        const std::string sFile = m_Dir.path("walk.Fx00a");
+        EXPECT_TRUE(SaveEffectLibrary(sFile.c_str(), App().m_EffectTree, App().m_PrefabTree));
+        const std::string sText = ReadBytes(sFile);
+        std::filesystem::remove(sFile);
+        return sText;
+    }
+    std::string Packed()
+    {
+        EXPECT_TRUE(
+            PackEffectLibrary(m_Dir.path("walk.Fx00p").c_str(), App().m_SpellMgr, App().m_EffectModule));
+        return ReadBytes(m_Dir.path("walk.Fx00p"));
+    }
+    std::shared_ptr<const CLibraryImage> Image()
+    {
+        return CLibraryImage::Make({App().m_SpellMgr, App().m_EffectTree, App().m_PrefabTree}, m_Maker);
+    }
+
+    void EditOnce()
+    {
+        const uint32_t nKind = Below(26);
+        const ELibrarySide eSide = c_Sides[Below(2)];
+        CLibraryEditor editor(App().Context());
+        switch (nKind)
+        {
+        case 0:
+            editor.NewGroup(eSide, AnyGroup(eSide), Name().c_str());
+            return;
+        case 1:
+            editor.NewEffect(AnyGroup(ELibrarySide::eEffects));
+            return;
+        case 2:
+            editor.NewPrefab(AnyGroup(ELibrarySide::ePrefabs), AnyType());
+            return;
+        case 3:
+            editor.Duplicate(eSide, AnyItem(eSide));
+            return;
+        case 4:
+            editor.DuplicateItems(eSide, {AnyItem(eSide), AnyItem(eSide)});
+            return;
+        case 5:
+            editor.Delete(eSide, AnyItem(eSide));
+            return;
+        case 6:
+            editor.DeleteItems(eSide, {AnyItem(eSide), AnyItem(eSide)});
+            return;
+        case 7:
+            editor.Rename(eSide, AnyItem(eSide), Name());
+            return;
+        case 8:
+            editor.Move(eSide, AnyItem(eSide), AnyGroup(eSide));
+            return;
+        case 9:
+            editor.MoveItems(eSide, {AnyItem(eSide), AnyItem(eSide)}, AnyGroup(eSide));
+            return;
+        case 10:
+            Import(editor);
+            return;
+        default:
+            EditEffect(editor, nKind);
+        }
+    }
+
+private:
+    std::string Name() { return "n" + std::to_string(Below(1000)); }
+    HLibraryItem AnyItem(ELibrarySide eSide)
+    {
+        const CLibraryTree& tree = CLibraryEditor(App().Context()).Tree(eSide);
+        HLibraryItem hItem = tree.GetRootItem();
+        for (uint32_t n = Below(tree.GetCount() + 1); n > 0 && hItem; --n)
+            hItem = tree.GetNextItem(hItem);
+        return hItem;
+    }
+    HLibraryItem AnyGroup(ELibrarySide eSide)
+    {
+        const CLibraryTree& tree = CLibraryEditor(App().Context()).Tree(eSide);
+        HLibraryItem hItem = AnyItem(eSide);
+        while (hItem && !tree.IsGroup(hItem))
+            hItem = tree.GetParentItem(hItem);
+        return hItem;
+    }
+    const CEffectTypeDesc* AnyType()
+    {
+        return App().m_EffectModule.GetType(Below(App().m_EffectModule.GetNumTypes()));
+    }
+    CEffectPropertySet* AnyPrefab()
+    {
+        const auto& prefabs = App().m_SpellMgr.Prefabs();
+        return prefabs.empty() ? nullptr : prefabs[Below(prefabs.size())].get();
+    }
+
+    void Import(CLibraryEditor& editor)
+    {
+        CSpellMgr other;
+        CLibraryTree effects, prefabs;
+        aLibrary(App().m_EffectModule, other, effects, prefabs)
+            .prefab("Sprite", "Theirs")
+            .effect("Import")
+            .key("Sprite")
+            .onPrefab("Theirs")
+            .effect("Import")
+            .key("Light");
+        editor.ImportEffects(other, {other.Spells()[0].get(), other.Spells()[1].get()});
+    }
+
+    void EditEffect(CLibraryEditor& editor, uint32_t nKind)
+    {
+        const auto& spells = App().m_SpellMgr.Spells();
+        if (spells.empty())
+            return;
+        CSpell& spell = *spells[Below(spells.size())];
+        CTrackList& tracks = spell.m_Tracks;
+        CEditScope scope(App().m_Edits, "Edit " + std::to_string(nKind));
+        if (nKind == 11 || tracks.GetNumTracks() == 0)
+        {
+            scope.TouchTracks(spell);
+            tracks.InsertTrackAfter(tracks.GetTrack(Below(tracks.GetNumTracks() + 1)));
+            return;
+        }
+        CTrack& track = *tracks.GetTrack(Below(tracks.GetNumTracks()));
+        if (nKind == 12)
+        {
+            scope.Touch(&spell);
+            tracks.RemoveTrack(&track);
+            return;
+        }
+        if (nKind == 13)
+        {
+            scope.TouchHead(spell);
+            tracks.m_nPhaseLength = static_cast<int32_t>(Below(20000));
+            return;
+        }
+        if (nKind < 17 || track.GetNumKeys() == 0)
+        {
+            AddKey(scope, spell, track);
+            return;
+        }
+        CKey& key = *track.GetKey(Below(track.GetNumKeys()));
+        if (nKind == 17)
+        {
+            CTrack& target = *tracks.GetTrack(Below(tracks.GetNumTracks()));
+            scope.TouchTrack(spell, track);
+            scope.TouchTrack(spell, target);
+            scope.TouchKey(spell, key);
+            key.m_nTrack = tracks.GetTrackNumber(&target);
+            target.PlaceKey(target.AppendKey(track.RemoveKey(&key)));
+        }
+        else if (nKind == 18)
+        {
+            scope.TouchTrack(spell, track);
+            scope.TouchKey(spell, key);
+            track.RemoveKey(&key);
+        }
+        else if (nKind == 19)
+            editor.CreatePrefabFromKey(key, Name());
+        else if (nKind == 20 && AnyPrefab())
+            EditSet(scope, nullptr, *AnyPrefab());
+        else
+            EditKey(scope, spell, track, key, nKind);
+    }
+    void AddKey(CEditScope& scope, CSpell& spell, CTrack& track)
+    {
+        CEffectPropertySet* pPrefab = Below(2) ? AnyPrefab() : nullptr;
+        auto pKey = std::make_unique<CKey>(pPrefab ? pPrefab->m_pTypeDesc : AnyType());
+        pKey->SetParent(pPrefab);
+        EnsureComplete(pKey.get());
+        pKey->m_nStartTime = static_cast<int32_t>(Below(9000));
+        pKey->m_nEndTime = pKey->m_nStartTime + 500;
+        scope.TouchTrack(spell, track);
+        pKey->m_nKeyID = spell.m_Tracks.TakeKeyID();
+        pKey->m_nTrack = spell.m_Tracks.GetTrackNumber(&track);
+        track.PlaceKey(track.AppendKey(std::move(pKey)));
+    }
+    void EditKey(CEditScope& scope, CSpell& spell, CTrack& track, CKey& key, uint32_t nKind)
+    {
+        scope.TouchKey(spell, key);
+        CEffectPropertySet* pPrefab = AnyPrefab();
+        if (nKind == 21)
+            key.m_nEndTime += static_cast<int32_t>(Below(100)) - 50;
+        else if (nKind == 22 && Below(2))
+            key.Unlink();
+        else if (nKind == 22)
+            key.Link(Below(9));
+        else if (nKind == 23 && pPrefab && key.SetParent(pPrefab))
+            key.ClearProperties();
+        else if (nKind == 24)
+        {
+            scope.TouchTrack(spell, track);
+            key.m_nStartTime = static_cast<int32_t>(Below(9000));
+            key.m_nEndTime = key.m_nStartTime + 300;
+            track.SortKeys();
+        }
+        else
+            EditSet(scope, &spell, key);
+    }
+    void EditSet(CEditScope& scope, const CSpell* pSpell, CEffectPropertySet& set)
+    {
+        if (!pSpell)
+            scope.TouchPrefab(&set);
+        if (set.GetNumProps() == 0)
+            return;
+        const uint32_t nSlot = Below(set.GetNumProps());
+        if (set.GetParent() && Below(3) == 0)
+            set.ClearLocal(nSlot);
+        else
+            set.MakeLocal(nSlot);
+        CEffectProperty* pProp = set.GetPropertyDirect(nSlot);
+        if (!pProp || !HasValue(pProp))
+            return;
+        if (Below(3) == 0)
+            pProp->AddDefaultKey(static_cast<float>(Below(1000)) / 999.0f);
+        CPropKey& value = *pProp->GetKey(Below(pProp->GetNumKeys()));
+        if (IsTextKind(pProp->GetDesc()->m_eType))
+            value.m_Data.SetText(pProp->GetDesc()->m_eType == ePropType_Enum ? "Add" : Name());
+        else if (pProp->GetDesc()->m_eType == ePropType_Int)
+            value.m_Data.SetInt(static_cast<int32_t>(Below(15)) + 1);
+        else if (pProp->GetDesc()->m_eType == ePropType_Color)
+            value.m_Data.SetColor(m_Random());
+        else
+            value.m_Data.SetFloat(static_cast<float>(Below(1000)) / 997.0f + 0.5f); // in no file to the bit
+        Validate(pProp);
+    }
+
+    CAppBench& m_Bench;
+    std::mt19937 m_Random;
+    CTempDir m_Dir;
+    CImageMaker m_Maker;
+};
+
+void WalkAndComeBack(CAppBench& bench, uint32_t nSeed, int nEdits)
+{
+    CWalk walk(bench, nSeed);
+    CHistory& history = bench.app->History();
+    bench.documents.CloseAll();
+    const std::string sFirst = walk.Text();
+    const std::string sFirstPacked = walk.Packed();
+    const auto pFirst = walk.Image();
+    std::string sNow = sFirst;
+    for (int i = 0; i < nEdits; ++i)
+    {
+        const size_t nSteps = history.GetNumSteps();
+        const auto pBefore = walk.Image();
+        walk.EditOnce();
+        ASSERT_EQ("", history.GetProblem()) << nSeed << " " << i;
+        const std::string sNext = walk.Text();
+        const auto pAfter = walk.Image();
+        if (history.GetNumSteps() == nSteps)
+        {
+            ASSERT_EQ(sNow, sNext) << nSeed << " " << i;
+            ASSERT_TRUE(Compare(*pBefore, *pAfter).IsEmpty());
+            continue;
+        }
+        const std::string sStep = history.GetLabel(nSteps);
+        ASSERT_TRUE(history.Undo()) << nSeed << " " << i << sStep;
+        ASSERT_EQ(sNow, walk.Text()) << nSeed << " " << i << sStep;
+        const CLibraryChange undone = Compare(*pBefore, *walk.Image());
+        ASSERT_TRUE(undone.IsEmpty()) << sStep << ": " << Tell(undone.m_Differences[0]);
+        ASSERT_TRUE(history.Redo()) << nSeed << " " << i << sStep;
+        ASSERT_EQ(sNext, walk.Text()) << nSeed << " " << i << sStep;
+        ASSERT_TRUE(Compare(*pAfter, *walk.Image()).IsEmpty()) << sStep;
+        // Two pictures tell the same as the recorder.
+        ASSERT_EQ(Compare(*pBefore, *pAfter).m_Differences.size(),
+                  history.GetChange(nSteps).m_Differences.size())
+            << nSeed << " " << i << sStep;
+        sNow = sNext;
+    }
+    const std::string sLastPacked = walk.Packed();
+    const auto pLast = walk.Image();
+    ASSERT_TRUE(history.GoTo(0)) << history.GetProblem();
+    EXPECT_EQ(sFirst, walk.Text());
+    EXPECT_EQ(sFirstPacked, walk.Packed());
+    EXPECT_TRUE(Compare(*pFirst, *walk.Image()).IsEmpty());
+    ASSERT_TRUE(history.GoTo(history.GetNumSteps())) << history.GetProblem();
+    EXPECT_EQ(sNow, walk.Text());
+    EXPECT_EQ(sLastPacked, walk.Packed());
+    EXPECT_TRUE(Compare(*pLast, *walk.Image()).IsEmpty());
+}
+} // namespace
+
+TEST(History, RandomWalksLeadBackAndForth)
+{
+    for (uint32_t nSeed = 0; nSeed < 5; ++nSeed)
+    {
+        CAppBench bench;
+        bench.Build()
+            .prefab("Sprite", "Puff")
+            .prefabGroup("Lights")
+            .prefab("Light", "Lamp")
+            .group("Old")
+            .effect("Smoke")
+            .key("Sprite")
+            .onPrefab("Puff")
+            .key("Light")
+            .track()
+            .key("Marker")
+            .end()
+            .effect("Fire")
+            .key("Sprite");
+        WalkAndComeBack(bench, nSeed, 150);
+        if (HasFatalFailure())
+            return;
+    }
+}
