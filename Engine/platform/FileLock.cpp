@@ -9,8 +9,8 @@
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 #include <thread>
+#include <unistd.h>
 
-#include "platform/Files.h"
 #include "platform/Paths.h"
 
 namespace
@@ -19,6 +19,8 @@ namespace
 std::atomic<int64_t> s_nWaitMs{10000};
 constexpr std::chrono::milliseconds c_Pause(15);
 constexpr uint64_t c_nMaxLockList = 4u << 20;
+
+thread_local CFileLock* s_pLast = nullptr; // of this thread's locks
 
 // One name may have become another file meanwhile: a writer that renames gives it a new one.
 bool IsStillThere(int nFile, const std::string& sNative)
@@ -74,36 +76,122 @@ void CFileLock::SetWait(std::chrono::milliseconds wait)
     s_nWaitMs = wait.count();
 }
 
-CFileLock::CFileLock(const std::string& sPath, ELock eLock, bool bCreate)
+// False: there is nothing to lock.
+bool CFileLock::Open(bool bCreate)
 {
-    const std::string sNative = NativePath(sPath);
+    // Without O_NONBLOCK a pipe would wait for its writer.
+    constexpr int c_nFlags = O_CLOEXEC | O_NONBLOCK;
+    // Over a network a file can be locked for writing only when it is open for that.
+    const int nAccess = m_eLock == ELock::eExclusive ? O_RDWR : O_RDONLY;
+    m_File = CFileHandle(open(m_sNative.c_str(), c_nFlags | nAccess));
+    if (!m_File.IsOpen() && errno == ENOENT && bCreate)
+    {
+        m_bMissing = true;
+        m_File = CFileHandle(open(m_sNative.c_str(), c_nFlags | nAccess | O_CREAT, 0666));
+    }
+    if (!m_File.IsOpen() && nAccess != O_RDONLY)
+        m_File = CFileHandle(open(m_sNative.c_str(), c_nFlags | O_RDONLY));
+    struct stat info;
+    if (!m_File.IsOpen() || fstat(m_File.Get(), &info) != 0)
+        return false;
+    m_nDevice = info.st_dev;
+    m_nFile = info.st_ino;
+    return true;
+}
+
+// Whether this thread has locked the file already. What a process has inherited isn't its own.
+bool CFileLock::IsCovered() const
+{
+    const auto covers = [this](const CFileLock& lock)
+    {
+        return lock.m_nProcess == m_nProcess && lock.m_nDevice == m_nDevice && lock.m_nFile == m_nFile &&
+               (lock.m_eLock == ELock::eExclusive || m_eLock == ELock::eShared);
+    };
+    for (const CFileLock* pLock = m_pBefore; pLock; pLock = pLock->m_pBefore)
+        if (covers(*pLock))
+            return true;
+    return false;
+}
+
+bool CFileLock::IsEmptyStill() const
+{
+    struct stat info;
+    return fstat(m_File.Get(), &info) == 0 && S_ISREG(info.st_mode) && info.st_size == 0;
+}
+
+CFileLock::CFileLock(const std::string& sPath, ELock eLock, bool bCreate)
+    : m_eLock(eLock),
+      m_sNative(NativePath(sPath)),
+      m_nProcess(getpid()),
+      m_pBefore(s_pLast)
+{
+    if (Acquire(bCreate))
+        s_pLast = this;
+    else
+        GiveUp();
+}
+
+// Also true where there is nothing to lock.
+bool CFileLock::Acquire(bool bCreate)
+{
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(s_nWaitMs.load());
-    const int nKind = (eLock == ELock::eShared ? LOCK_SH : LOCK_EX) | LOCK_NB;
+    const int nKind = (m_eLock == ELock::eShared ? LOCK_SH : LOCK_EX) | LOCK_NB;
     for (;;)
     {
-        // Without O_NONBLOCK a pipe would wait for its writer.
-        // Over a network a file can be locked for writing only when it is open for that.
-        const int nAccess = eLock == ELock::eExclusive ? O_RDWR : O_RDONLY;
-        const int nFlags = O_CLOEXEC | O_NONBLOCK | nAccess | (bCreate ? O_CREAT : 0);
-        m_File = CFileHandle(open(sNative.c_str(), nFlags, 0666));
-        if (!m_File.IsOpen() && nAccess != O_RDONLY)
-            m_File = CFileHandle(open(sNative.c_str(), O_CLOEXEC | O_NONBLOCK | O_RDONLY));
-        if (!m_File.IsOpen())
-            return;
-        if (flock(m_File.Get(), nKind) == 0)
+        if (!Open(bCreate))
         {
-            if (IsStillThere(m_File.Get(), sNative))
-                return;
-            continue;
+            m_bNew = m_bMissing;
+            return true;
         }
-        if (errno != EWOULDBLOCK && errno != EINTR)
-            return;
+        const bool bLocked = IsCovered() || flock(m_File.Get(), nKind) == 0;
+        if (bLocked && !IsStillThere(m_File.Get(), m_sNative))
+            continue;
+        if (bLocked || (errno != EWOULDBLOCK && errno != EINTR))
+        {
+            m_bNew = m_bMissing && IsEmptyStill();
+            return true;
+        }
         if (std::chrono::steady_clock::now() >= end)
-            break;
+            return false;
         std::this_thread::sleep_for(c_Pause);
     }
+}
+
+void CFileLock::GiveUp()
+{
     const std::string sHolder = HolderOf(m_File.Get());
-    m_sProblem = sNative + " is being read or written by " + (sHolder.empty() ? "another program" : sHolder) +
-                 ". Please try again when it has ended.";
+    m_sProblem = m_sNative + " is being read or written by " +
+                 (sHolder.empty() ? "another program" : sHolder) + ". Please try again when it has ended.";
+    // Where a link leads to, not the link. A writer that has the lock by now opens it anew.
+    if (m_bMissing && IsEmptyStill() && IsStillThere(m_File.Get(), m_sNative))
+        unlink(ResolvedPath(m_sNative).c_str());
     m_File.Close();
+}
+
+CFileLock::~CFileLock()
+{
+    // Mostly the last one; a lock may also be ended before one that was taken later.
+    for (CFileLock** ppLock = &s_pLast; *ppLock; ppLock = &(*ppLock)->m_pBefore)
+    {
+        if (*ppLock != this)
+            continue;
+        *ppLock = m_pBefore;
+        return;
+    }
+}
+
+CFileHold::CFileHold(const std::string& sPath)
+    : m_sPath(sPath),
+      m_Lock(sPath, ELock::eExclusive),
+      m_Version(FileVersion(sPath))
+{
+}
+
+std::string CFileHold::FindChange() const
+{
+    if (FileVersion(m_sPath) == m_Version)
+        return std::string();
+    return DisplayPath(m_sPath) +
+           " has been changed by another program since it was read. It was left as it is "
+           "now. Please try again.";
 }

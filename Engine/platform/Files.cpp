@@ -50,6 +50,36 @@ bool ReadToEnd(int nFile, std::string& sContent, uint64_t nExpected, uint64_t nM
     return true;
 }
 
+bool ReadFile(const std::string& sPath, std::string& sContent, uint64_t nMaxSize, bool bOrdinary)
+{
+    sContent.clear();
+    // Without O_NONBLOCK, opening a pipe that nobody writes to would wait forever.
+    CFileHandle file(open(NativePath(sPath).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat info;
+    if (!file.IsOpen() || fstat(file.Get(), &info) != 0 || S_ISDIR(info.st_mode))
+        return false;
+    const bool bRegular = S_ISREG(info.st_mode);
+    if (bOrdinary && !bRegular)
+        return false;
+    fcntl(file.Get(), F_SETFL, fcntl(file.Get(), F_GETFL) & ~O_NONBLOCK);
+    const uint64_t nSize = bRegular ? static_cast<uint64_t>(info.st_size) : 0;
+    if (nSize > nMaxSize)
+        return false;
+    // Files of the proc kind have size 0 and content: they count as streams.
+    const uint64_t nLimit = std::min<uint64_t>(nMaxSize, std::max(nSize, c_nMaxStreamSize));
+    bool bOk = false;
+    try
+    {
+        bOk = ReadToEnd(file.Get(), sContent, bRegular ? nSize : 4095, nLimit);
+    }
+    catch (const std::exception&)
+    {
+    }
+    if (!bOk)
+        sContent.clear();
+    return bOk;
+}
+
 int CompareEntries(const CDirectoryEntry& left, const CDirectoryEntry& right)
 {
     const int nFolded = CompareFolded(left.m_sName, right.m_sName);
@@ -110,12 +140,6 @@ CFileVersion FileVersion(const std::string& sPath)
             info.st_mtim.tv_sec * INT64_C(1000000000) + info.st_mtim.tv_nsec};
 }
 
-bool IsOrdinaryFile(const std::string& sPath)
-{
-    struct stat info;
-    return GetStatus(sPath, info) && S_ISREG(info.st_mode);
-}
-
 uint64_t FileSize(const std::string& sPath)
 {
     struct stat info;
@@ -124,30 +148,12 @@ uint64_t FileSize(const std::string& sPath)
 
 bool ReadWholeFile(const std::string& sPath, std::string& sContent, uint64_t nMaxSize)
 {
-    sContent.clear();
-    // Without O_NONBLOCK, opening a pipe that nobody writes to would wait forever.
-    CFileHandle file(open(NativePath(sPath).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    struct stat info;
-    if (!file.IsOpen() || fstat(file.Get(), &info) != 0 || S_ISDIR(info.st_mode))
-        return false;
-    fcntl(file.Get(), F_SETFL, fcntl(file.Get(), F_GETFL) & ~O_NONBLOCK);
-    const bool bRegular = S_ISREG(info.st_mode);
-    const uint64_t nSize = bRegular ? static_cast<uint64_t>(info.st_size) : 0;
-    if (nSize > nMaxSize)
-        return false;
-    // Files of the proc kind have size 0 and content: they count as streams.
-    const uint64_t nLimit = std::min<uint64_t>(nMaxSize, std::max(nSize, c_nMaxStreamSize));
-    bool bOk = false;
-    try
-    {
-        bOk = ReadToEnd(file.Get(), sContent, bRegular ? nSize : 4095, nLimit);
-    }
-    catch (const std::exception&)
-    {
-    }
-    if (!bOk)
-        sContent.clear();
-    return bOk;
+    return ReadFile(sPath, sContent, nMaxSize, false);
+}
+
+bool ReadOrdinaryFile(const std::string& sPath, std::string& sContent, uint64_t nMaxSize)
+{
+    return ReadFile(sPath, sContent, nMaxSize, true);
 }
 
 bool RemoveFile(const std::string& sPath)

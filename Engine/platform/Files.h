@@ -11,7 +11,6 @@ bool PathExists(const std::string& sPath);
 bool DirectoryExists(const std::string& sPath);
 bool IsSameFile(const std::string& sLeft, const std::string& sRight); // by whatever names; both are there
 uint64_t FileSize(const std::string& sPath);                          // 0 when there is none
-bool IsOrdinaryFile(const std::string& sPath); // neither a folder nor a pipe, socket or device
 
 // Which content a file has, told without reading it: another version is another content, as far as the file system
 // tells. All 0 when it isn't there.
@@ -27,6 +26,8 @@ CFileVersion FileVersion(const std::string& sPath);
 // At most nMaxSize bytes are taken; a larger file fails. What has no size of its own, such as a pipe,
 // is read to its end, at most 256 MB of it.
 bool ReadWholeFile(const std::string& sPath, std::string& sContent, uint64_t nMaxSize = UINT64_MAX);
+// The same, but fails at once for what is no ordinary file: a folder, pipe, socket or device.
+bool ReadOrdinaryFile(const std::string& sPath, std::string& sContent, uint64_t nMaxSize = UINT64_MAX);
 // Whole or not at all, through a CReplacingFile (see ReplacingFile.h, which also says where that can't be had).
 // A new file gets nNewMode, less what the user's mask takes away.
 bool WriteFileSafely(const std::string& sPath, const std::string& sContent, unsigned nNewMode = 0666);

@@ -248,14 +248,13 @@ private:
         const size_t nSlash = m_sPath.rfind('/');
         const bool bFolder =
             nSlash == std::string::npos || nSlash == 0 || MakeDirectories(m_sPath.substr(0, nSlash), 0700);
-        const bool bNew = !PathExists(m_sPath);
-        const CFileLock lock(m_sPath, ELock::eExclusive, bFolder && bNew);
+        const CFileLock lock(m_sPath, ELock::eExclusive, bFolder);
         sProblem = lock.GetProblem();
         Read(); // in any case: the values hold for this run
         if (!bFolder || !lock.IsHeld() || !m_bWritable || !WriteFileSafely(m_sPath, m_Text.Format()))
         {
             // Made for the lock, where a link leads to.
-            if (bNew && lock.IsHeld() && FileSize(m_sPath) == 0)
+            if (lock.IsNew())
                 RemoveFile(ResolvedPath(m_sPath));
             return false;
         }

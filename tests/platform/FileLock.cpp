@@ -79,6 +79,33 @@ TEST(FileLock, ReadersShareAndAWriterIsAlone)
     EXPECT_FALSE(CFileLock(sFile, ELock::eShared).IsHeld());
 }
 
+TEST(FileLock, AThreadLocksAgainWhatItHolds)
+{
+    const CTempDir dir;
+    const std::string sFile = dir.write("a", "x");
+    const CShortWait wait;
+    const auto isFreeForOthers = [&](ELock eLock)
+    {
+        bool bHeld = false;
+        std::thread([&] { bHeld = CFileLock(sFile, eLock).IsHeld(); }).join();
+        return bHeld;
+    };
+    auto pHold = std::make_unique<CFileHold>(sFile);
+    {
+        const CFileLock reader(sFile, ELock::eShared), writer(sFile, ELock::eExclusive, true);
+        EXPECT_TRUE(reader.IsHeld() && writer.IsHeld());
+        EXPECT_FALSE(writer.IsNew());
+    }
+    EXPECT_FALSE(isFreeForOthers(ELock::eShared)) << "the inner ones have taken the outer one along";
+    EXPECT_EQ("", pHold->FindChange());
+    EXPECT_TRUE(WriteFileSafely(sFile, "y"));
+    EXPECT_NE(std::string::npos, pHold->FindChange().find("/a has been changed by another program"));
+    pHold.reset();
+    const CFileLock reader(sFile, ELock::eShared);
+    EXPECT_TRUE(isFreeForOthers(ELock::eShared));
+    EXPECT_FALSE(isFreeForOthers(ELock::eExclusive));
+}
+
 TEST(FileLock, WaitsForItsTurnAndKnowsAReplacedFile)
 {
     const CTempDir dir;

@@ -1,10 +1,122 @@
 // Programs that meet at one file, and files that are none.
 
+#include <atomic>
 #include <thread>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
+#include "platform/FileHandle.h"
+#include "platform/FileLock.h"
 #include "programs/Programs.h"
+
+namespace
+{
+// A command that stands still when it tells of what it has read, until it is let go: nobody takes what it says.
+class CHeldCommand
+{
+public:
+    CHeldCommand(const CTempDir& dir, const std::string& sArguments) : m_sPipe(dir.path("errors"))
+    {
+        EXPECT_EQ(0, mkfifo(m_sPipe.c_str(), 0600));
+        m_Pipe = CFileHandle(open(m_sPipe.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
+        while (write(m_Pipe.Get(), "x", 1) == 1)
+            continue;
+        m_Command = std::thread(
+            [this, sArguments]
+            {
+                m_Result = RunProcess(
+                    "sh",
+                    {"-c", "exec " EMBERDECK_BIN_DIR "/emberdeck-batch " + sArguments + " 2>" + m_sPipe}, "",
+                    60000);
+            });
+    }
+    // Its exit status, and what it said.
+    int LetGo(std::string& sErrors)
+    {
+        std::atomic<bool> bEnded{false};
+        std::thread reader(
+            [&]
+            {
+                char szText[4096];
+                for (ssize_t n = 0; (n = read(m_Pipe.Get(), szText, sizeof(szText))) > 0 || !bEnded;)
+                {
+                    if (n > 0)
+                        sErrors.append(szText, static_cast<size_t>(n));
+                    else
+                        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+                }
+            });
+        m_Command.join();
+        bEnded = true;
+        reader.join();
+        std::filesystem::remove(m_sPipe);
+        return m_Result.m_nExitCode;
+    }
+
+private:
+    std::string m_sPipe;
+    CFileHandle m_Pipe;
+    std::thread m_Command;
+    CProcessResult m_Result;
+};
+} // namespace
+
+// Between the load and the save of one command another program writes: neither's work is lost.
+TEST(SharedFiles, WhatIsWrittenBetweenALoadAndItsSaveIsntLost)
+{
+    const CSampleProject project;
+    const std::string sFile = project.path("all/file.Fx00a");
+    std::string sOld = ReadBytes(project.path("bonfire.Fx00a"));
+    const std::string sOther = sOld + "\n";
+    sOld.insert(sOld.find('\n', sOld.find("( key-list")) + 1, "( stray )\n"); // of which the loader tells
+    for (const std::string& sCommand :
+         {"-q update " + project.path("all"), "-q convert " + sFile + " " + sFile})
+        for (const bool bAsksForLocks : {true, false})
+        {
+            SCOPED_TRACE(sCommand + (bAsksForLocks ? ", one of ours" : ", somebody else"));
+            project.write("all/file.Fx00a", sOld);
+            CHeldCommand command(project, sCommand);
+            for (int i = 0; i < 400 && !CFileLock::IsInUse(sFile); ++i)
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            EXPECT_TRUE(CFileLock::IsInUse(sFile));
+            CProcessResult other;
+            std::atomic<bool> bDone{false};
+            std::thread writer(
+                [&]
+                {
+                    if (bAsksForLocks)
+                        other = Batch({"convert", project.path("inferno.Fx00c"), sFile});
+                    else
+                        WriteBytes(sFile, sOther);
+                    bDone = true;
+                });
+            if (bAsksForLocks)
+                std::this_thread::sleep_for(std::chrono::milliseconds(300));
+            else
+                writer.join();
+            EXPECT_EQ(!bAsksForLocks, bDone.load());
+            std::string sErrors;
+            const int nStatus = command.LetGo(sErrors);
+            if (writer.joinable())
+                writer.join();
+            EXPECT_EQ(bAsksForLocks ? 0 : 1, nStatus) << sErrors;
+            EXPECT_EQ(!bAsksForLocks, Holds(sErrors, "file.Fx00a has been changed by another program since"))
+                << sErrors;
+            if (bAsksForLocks)
+            {
+                EXPECT_EQ(0, other.m_nExitCode) << other.m_sErrors;
+                EXPECT_EQ(
+                    0,
+                    Batch({"convert", project.path("inferno.Fx00c"), project.path("b.Fx00a")}).m_nExitCode);
+                EXPECT_TRUE(ReadBytes(project.path("b.Fx00a")) == ReadBytes(sFile));
+            }
+            else
+            {
+                EXPECT_TRUE(sOther == ReadBytes(sFile));
+            }
+        }
+}
 
 TEST(SharedFiles, ProgramsThatSaveAndPackOneLibraryAtOnceNeverMixItsBytes)
 {

@@ -39,12 +39,6 @@ bool CQSAFile::Open(const char* pszFilename, bool bRead, bool bCompressed, bool 
     m_bRecompress = false;
     if (pszFilename == nullptr)
         return false;
-    // The run-time library opens a directory for reading and only then fails to read it, which would pass for
-    // an empty file.
-    std::error_code error;
-    if (bRead && std::filesystem::is_directory(pszFilename, error))
-        return false;
-
     if (bCompressed && bAppend && !bRead)
         return OpenForAppend(pszFilename);
 

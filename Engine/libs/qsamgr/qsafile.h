@@ -17,8 +17,8 @@ public:
     CQSAFile(const CQSAFile&) = delete;
     CQSAFile& operator=(const CQSAFile&) = delete;
 
-    // Closes what is open, then opens the path for reading or for writing. Reading fails for a directory and,
-    // when compressed, for a wrong header. bAppend goes with writing only.
+    // Closes what is open, then opens the path for reading or for writing. Reading fails for what is
+    // no ordinary file and, when compressed, for a wrong header. bAppend goes with writing only.
     //
     // Appending to a compressed file works on a plain copy in the machine's temporary directory, which is
     // compressed back at Close. A missing file starts empty; one that can't be expanded fails and stays as it

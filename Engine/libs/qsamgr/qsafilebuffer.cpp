@@ -5,6 +5,27 @@
 
 #include <algorithm>
 #include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace
+{
+// For reading. A pipe without a writer would keep the open itself waiting, a device may have no end, and a folder
+// opens well and then passes for an empty file.
+std::FILE* OpenOrdinary(const char* pszFilename)
+{
+    const int nFile = open(pszFilename, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (nFile < 0)
+        return nullptr;
+    struct stat info;
+    std::FILE* pStream = fstat(nFile, &info) == 0 && S_ISREG(info.st_mode) ? fdopen(nFile, "rb") : nullptr;
+    if (pStream == nullptr)
+        close(nFile);
+    return pStream;
+}
+} // namespace
 
 CQSAFileBuffer::~CQSAFileBuffer()
 {
@@ -17,7 +38,7 @@ bool CQSAFileBuffer::Open(const char* pszFilename, EOpenMode eMode, uint32_t nCa
     // The e keeps the file from programs that are started meanwhile.
     const char* pszMode = nullptr;
     if (eMode == OPEN_READ && !bAppend)
-        pszMode = "rbe";
+        pszMode = "rb";
     else if (eMode == OPEN_WRITE)
         pszMode = bAppend ? "ab+e" : "wbe";
     if (pszMode == nullptr)
@@ -27,7 +48,7 @@ bool CQSAFileBuffer::Open(const char* pszFilename, EOpenMode eMode, uint32_t nCa
     }
     if (pszFilename == nullptr)
         return false;
-    m_pStream = std::fopen(pszFilename, pszMode);
+    m_pStream = eMode == OPEN_READ ? OpenOrdinary(pszFilename) : std::fopen(pszFilename, pszMode);
     if (m_pStream == nullptr)
         return false;
     if (!AllocateCache(nCacheSize))
@@ -51,12 +72,12 @@ bool CQSAFileBuffer::Close()
     bool bResult = true;
     if (m_pStream != nullptr)
     {
-        // What the run-time library still holds has to meet its errors before they are asked for.
+        // What the run-time library still holds has to meet its errors before they are asked for. Some file
+        // systems tell of a lost write only when the file is closed.
         if (m_eMode == OPEN_WRITE)
             std::fflush(m_pStream);
         bResult = std::ferror(m_pStream) == 0;
-        std::fclose(m_pStream);
-        m_pStream = nullptr;
+        bResult &= std::fclose(std::exchange(m_pStream, nullptr)) == 0;
     }
     m_eMode = OPEN_NONE;
     return bResult;

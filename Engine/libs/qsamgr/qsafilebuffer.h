@@ -22,8 +22,9 @@ public:
     CQSAFileBuffer& operator=(const CQSAFileBuffer&) = delete;
 
     // Closes what is open first. Writing truncates the file, or with bAppend adds behind what is there; either
-    // makes one that is missing. An empty file opens for reading. Reading with bAppend, and OPEN_NONE, fail an
-    // assertion. On false nothing is left open. A cache of no bytes counts as one of a single byte.
+    // makes one that is missing. An empty file opens for reading; a folder, pipe or device fails at once. Reading
+    // with bAppend, and OPEN_NONE, fail an assertion. On false nothing is left open. A cache of no bytes counts as
+    // one of a single byte.
     bool Open(const char* pszFilename, EOpenMode eMode, uint32_t nCacheSize, bool bAppend);
 
     // Writes what the cache holds. False when any read or write of this file met an error, the end of the file

@@ -135,6 +135,7 @@ void CEmberdeckApp::ClearAll()
 {
     CEditScope scope(m_Edits, "Clear");
     scope.TouchLibrary();
+    m_pHold.reset();
     m_sDamagedFile.clear();
     m_Context.m_Documents.CloseAll();
     EmptyLibrary();
@@ -208,17 +209,19 @@ bool CEmberdeckApp::LoadLibrary(const std::string& sPath, std::string& sError)
     CEditScope scope(m_Edits, "Open");
     scope.TouchLibrary();
     m_LoadReport = CLoadReport(m_OnLoaded != nullptr);
-    if (LoadEffectLibrary(sPath.c_str(), m_SpellMgr, m_EffectModule, &m_EffectTree, &m_PrefabTree, sError,
-                          &m_Services.m_Prompts, &m_LoadReport))
+    if (m_pHold && !m_pHold->IsHeld())
+        sError = m_pHold->GetProblem();
+    else if (LoadEffectLibrary(sPath.c_str(), m_SpellMgr, m_EffectModule, &m_EffectTree, &m_PrefabTree,
+                               sError, &m_Services.m_Prompts, &m_LoadReport))
         return true;
     NewEffectFile();
     return false;
 }
 
-bool CEmberdeckApp::OpenEffectFile(const char* pszPath)
+bool CEmberdeckApp::Open(const char* pszPath, bool bHold)
 {
     bool bOpened = false;
-    if (TryAllocating([&] { bOpened = OpenNow(pszPath ? pszPath : ""); }))
+    if (TryAllocating([&] { bOpened = OpenNow(pszPath ? pszPath : "", bHold); }))
         return bOpened;
     // Half a library must never be saved over a whole one.
     m_sFileName.clear();
@@ -227,7 +230,7 @@ bool CEmberdeckApp::OpenEffectFile(const char* pszPath)
     return false;
 }
 
-bool CEmberdeckApp::OpenNow(const std::string& sPath)
+bool CEmberdeckApp::OpenNow(const std::string& sPath, bool bHold)
 {
     IPrompts& prompts = m_Services.m_Prompts;
     m_sFileName = sPath;
@@ -248,6 +251,8 @@ bool CEmberdeckApp::OpenNow(const std::string& sPath)
         return false;
     }
     std::string sError;
+    if (bHold) // not before the check-out, which may put another file there
+        m_pHold = std::make_unique<CFileHold>(sPath);
     if (!LoadLibrary(sPath, sError))
     {
         TellLoadFailed(sPath, sError, m_LoadReport);
@@ -326,28 +331,8 @@ bool CEmberdeckApp::SaveEffectFile()
         return false;
 
     bool bSaved = false;
-    std::string sInUse; // by whom
-    TryAllocating(
-        [&]
-        {
-            if (!bMaySave)
-                return;
-            // A copy: the prompts of source control may run anything.
-            const std::string sPath = m_sFileName;
-            m_Services.m_SourceControl.EnsureCheckedOut(sPath.c_str(), 0);
-            const bool bNew = !PathExists(sPath);
-            const CFileLock lock(sPath, ELock::eExclusive, true);
-            sInUse = lock.GetProblem();
-            if (!lock.IsHeld())
-                return;
-            m_sLastBackup = m_Backups.Keep(sPath);
-            bSaved = SaveTo(sPath);
-            // Cut short, it would pass for a library. Where a link leads to, not the link.
-            if (!bSaved && bNew)
-                RemoveFile(ResolvedPath(sPath));
-            if (bSaved)
-                RememberFile(sPath);
-        });
+    std::string sProblem;
+    TryAllocating([&] { bSaved = bMaySave && SaveNow(sProblem); });
     if (bSaved)
     {
         if (!m_sDamagedFile.empty() && IsSameFile(m_sFileName, m_sDamagedFile))
@@ -360,14 +345,40 @@ bool CEmberdeckApp::SaveEffectFile()
         Advise(m_Services.m_Prompts,
                [&]
                {
-                   if (!sInUse.empty())
-                       return sInUse;
+                   if (!sProblem.empty())
+                       return sProblem;
                    std::string sAdvice = WriteProblem(m_sFileName);
                    const std::string sOld = WhereOldContentLies();
                    return sAdvice + (sAdvice.empty() || sOld.empty() ? "" : "\n") + sOld;
                });
         ShowFailure(m_Services.m_Prompts, c_MsgSaveFailed, m_sFileName.c_str());
     }
+    return bSaved;
+}
+
+// Throws when memory is out. sProblem says why nothing was tried; empty: the file couldn't be written.
+bool CEmberdeckApp::SaveNow(std::string& sProblem)
+{
+    // A copy: the prompts of source control may run anything.
+    const std::string sPath = m_sFileName;
+    m_Services.m_SourceControl.EnsureCheckedOut(sPath.c_str(), 0);
+    const std::unique_ptr<CFileHold> pHold = std::move(m_pHold);
+    if (pHold && (pHold->GetPath() == sPath || IsSameFile(pHold->GetPath(), sPath)))
+        sProblem = pHold->FindChange();
+    if (!sProblem.empty())
+        return false;
+    const CFileLock lock(sPath, ELock::eExclusive, true);
+    sProblem = lock.GetProblem();
+    if (!lock.IsHeld())
+        return false;
+    m_sLastBackup = m_Backups.Keep(sPath);
+    // A program that waited in vain for a lock on a file of its own making may just have taken it away.
+    const bool bSaved = SaveTo(sPath) && PathExists(sPath);
+    // Cut short, it would pass for a library. Where a link leads to, not the link.
+    if (!bSaved && lock.IsNew())
+        RemoveFile(ResolvedPath(sPath));
+    if (bSaved)
+        RememberFile(sPath);
     return bSaved;
 }
 

@@ -11,6 +11,7 @@
 #include "changes/ChangeRecorder.h"
 #include "formats/LoadReport.h"
 #include "platform/CrashMark.h"
+#include "platform/FileLock.h"
 #include "platform/IProfile.h"
 #include "shared/engine/ProjectLocator.h"
 #include "shared/sourcecontrol/SourceControl.h"
@@ -53,7 +54,10 @@ public:
     // The library is replaced without a question. Each failure has shown its message and leaves the
     // state of NewEffectFile. pszPath may be m_sFileName's own text.
     void NewEffectFile();
-    bool OpenEffectFile(const char* pszPath);
+    bool OpenEffectFile(const char* pszPath) { return Open(pszPath, false); }
+    // The same for a save over the same file at once: until then, or until the library goes, no other program of this
+    // kind can write it, and the save fails when somebody else has.
+    bool OpenToSave(const char* pszPath) { return Open(pszPath, true); }
     bool OpenWithDialog();
 
     // What the last open found in its file.
@@ -147,9 +151,11 @@ private:
     bool IsOwnFile(const std::string& sPackName) const;
     void EmptyLibrary();
     void InsertRoots();
-    bool OpenNow(const std::string& sPath); // throws when memory is out
+    bool Open(const char* pszPath, bool bHold);
+    bool OpenNow(const std::string& sPath, bool bHold); // throws when memory is out
     bool WarnOfPluginThatEnded();
     bool LoadLibrary(const std::string& sPath, std::string& sError);
+    bool SaveNow(std::string& sProblem);
     void TellReport(const std::string& sPath);
     bool MaySaveOver(const std::string& sPath);
     std::string WhyLeft() const; // by the rules of an update; empty: the file may be saved
@@ -166,8 +172,9 @@ private:
     CBackupStore m_Backups;
     std::string m_sLastBackup;
     CLoadReport m_LoadReport;
-    std::string m_sDamagedFile; // the open file, while a save over it has to ask
-    std::string m_sPackError;   // of the last pack, when the library had no place in a packed file
+    std::unique_ptr<CFileHold> m_pHold; // the open file, when it is to be saved at once
+    std::string m_sDamagedFile;         // the open file, while a save over it has to ask
+    std::string m_sPackError;           // of the last pack, when the library had no place in a packed file
     std::unique_ptr<CCrashMark> m_pPluginMark; // null: this session hasn't begun with a file
     bool m_bStarting = false;                  // the first file is being opened
     std::vector<std::string> m_UnreadDirectories;

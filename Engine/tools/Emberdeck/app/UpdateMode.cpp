@@ -85,13 +85,14 @@ std::string CEmberdeckApp::WhyLeft() const
 bool CEmberdeckApp::UpdateEffectFile(const char* pszPath)
 {
     const std::string sPath = pszPath ? pszPath : "";
-    bool bSaved = OpenEffectFile(pszPath);
+    bool bSaved = OpenToSave(pszPath);
     const std::string sWhy = bSaved ? WhyLeft() : std::string();
     if (!sWhy.empty() && m_OnLeft)
         m_OnLeft(sPath, sWhy);
     if (bSaved && m_UpdateRules.m_bRepair)
         AcceptDamage();
     bSaved = bSaved && sWhy.empty() && SaveEffectFile();
+    m_pHold.reset(); // of a file that is left as it is
     if (m_OnUpdated)
         m_OnUpdated(sPath, bSaved);
     return true;

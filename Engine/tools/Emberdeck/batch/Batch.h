@@ -42,8 +42,8 @@ public:
     ~CBatchSession();
 
     // Opens a library as the window does, and tells what the loader found. False: the message has been shown,
-    // of a library that the rules refuse, too.
-    bool Open(const std::string& sFile, const CLoadRules& rules);
+    // of a library that the rules refuse, too. With bToSave the command saves over the same file next.
+    bool Open(const std::string& sFile, const CLoadRules& rules, bool bToSave = false);
     // Finds the project of a file. False: the message has been shown.
     bool LocateProject(const std::string& sFile);
     // The same, and loads its plug-in, without a library.

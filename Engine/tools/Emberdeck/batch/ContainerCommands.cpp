@@ -1,3 +1,5 @@
+#include <optional>
+
 #include <CLI/CLI.hpp>
 
 #include "batch/Batch.h"
@@ -27,7 +29,7 @@ int Read(const std::string& sPath, std::string& sContent)
     const CFileLock lock(sPath, ELock::eShared);
     if (!lock.IsHeld())
         return Fail(lock.GetProblem());
-    return IsOrdinaryFile(sPath) && ReadWholeFile(sPath, sContent) ? eExit_Done : FailToRead(sPath);
+    return ReadOrdinaryFile(sPath, sContent) ? eExit_Done : FailToRead(sPath);
 }
 
 int Write(const std::string& sPath, const std::vector<uint8_t>& content)
@@ -42,12 +44,19 @@ int Write(const std::string& sPath, const std::vector<uint8_t>& content)
 int Transform(const std::string& sIn, const std::string& sOut, CTransform transform, const char* pszWrong,
               const CBatchOptions& options)
 {
+    std::optional<CFileHold> hold; // in place, nobody writes in between
+    if (IsSameFile(sIn, sOut))
+        hold.emplace(sIn);
+    if (hold && !hold->IsHeld())
+        return Fail(hold->GetProblem());
     std::string sContent;
     if (Read(sIn, sContent) != eExit_Done)
         return eExit_Failed;
     std::vector<uint8_t> result;
     if (!transform(reinterpret_cast<const uint8_t*>(sContent.data()), sContent.size(), result))
         return Fail(sIn + ": " + pszWrong);
+    if (const std::string sChange = hold ? hold->FindChange() : ""; !sChange.empty())
+        return Fail(sChange);
     if (Write(sOut, result) != eExit_Done)
         return eExit_Failed;
     if (options.m_bJson)

@@ -2,6 +2,7 @@
 
 #include "batch/Batch.h"
 #include "batch/Output.h"
+#include "platform/Files.h"
 
 void AddConvertCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult)
 {
@@ -21,7 +22,7 @@ void AddConvertCommand(CLI::App& app, const CBatchOptions& options, CCommandResu
         {
             CBatchSession session(options);
             nResult = eExit_Failed;
-            if (!session.Open(*pIn, *pRules))
+            if (!session.Open(*pIn, *pRules, IsSameFile(*pIn, *pOut)))
                 return;
             session.m_pApp->m_sFileName = *pOut;
             if (!session.m_pApp->SaveEffectFile())

@@ -191,7 +191,7 @@ void AddDumpCommand(CLI::App& app, const CBatchOptions& options, CCommandResult&
             CBatchSession session(options);
             nResult = eExit_Failed;
             std::string sBytes;
-            if (!IsOrdinaryFile(*pFile) || !ReadWholeFile(*pFile, sBytes))
+            if (!ReadOrdinaryFile(*pFile, sBytes))
             {
                 FailToRead(*pFile);
                 return;

@@ -4,7 +4,6 @@
 #include "batch/Output.h"
 #include "platform/FileLock.h"
 #include "platform/FileProblem.h"
-#include "platform/Files.h"
 #include "platform/Paths.h"
 #include "qsamgr/qsaallocator.h"
 #include "qsamgr/qsanode.h"
@@ -86,9 +85,7 @@ void AddNodesCommand(CLI::App& app, const CBatchOptions& options, CCommandResult
                 nResult = Fail(lock.GetProblem());
                 return;
             }
-            // A pipe or device may never come to an end.
-            if (!IsOrdinaryFile(*pFile) ||
-                !CQSANodeReader::LoadEntireFile(sNative.c_str(), CQSAUtil::IsFileCompressed(pFile->c_str()),
+            if (!CQSANodeReader::LoadEntireFile(sNative.c_str(), CQSAUtil::IsFileCompressed(pFile->c_str()),
                                                 &root, &alloc))
             {
                 root.Free(&alloc);

@@ -7,6 +7,7 @@
 #include "batch/Batch.h"
 #include "batch/Output.h"
 #include "formats/EmberdeckQSA.h"
+#include "platform/FileLock.h"
 
 namespace
 {
@@ -65,6 +66,10 @@ int List(const CRecoverRequest& request, const CBackupStore& store,
 
 int Recover(const CRecoverRequest& request, const CBatchOptions& options)
 {
+    // A save in between would change the list and its numbers.
+    const CFileLock lock(request.m_sFile, request.m_bList ? ELock::eShared : ELock::eExclusive);
+    if (!lock.IsHeld())
+        return Fail(lock.GetProblem());
     CBackupStore store(std::string(), IsWholeEffectFile);
     const std::vector<CBackupStore::CEntry> entries = store.List(request.m_sFile);
     if (request.m_bList)

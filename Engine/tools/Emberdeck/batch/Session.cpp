@@ -75,9 +75,10 @@ int CBatchSession::NumNotCheckedOut() const
     return m_pCheckOuts ? m_pCheckOuts->GetNumFailures() : 0;
 }
 
-bool CBatchSession::Open(const std::string& sFile, const CLoadRules& rules)
+bool CBatchSession::Open(const std::string& sFile, const CLoadRules& rules, bool bToSave)
 {
-    if (!m_pApp->OpenEffectFile(LibraryPath(sFile).c_str()) ||
+    const std::string sPath = LibraryPath(sFile);
+    if (!(bToSave ? m_pApp->OpenToSave(sPath.c_str()) : m_pApp->OpenEffectFile(sPath.c_str())) ||
         !MayGoOn(sFile, m_pApp->GetLoadReport(), rules))
         return false;
     m_pApp->AcceptDamage();

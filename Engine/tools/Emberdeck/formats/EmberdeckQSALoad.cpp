@@ -5,7 +5,6 @@
 #include "formats/LibraryLoader.h"
 #include "model/MakeOrNull.h"
 #include "platform/FileLock.h"
-#include "platform/Files.h"
 #include "platform/IPrompts.h"
 #include "platform/Paths.h"
 #include "qsamgr/qsaallocator.h"
@@ -97,9 +96,7 @@ bool LoadEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffe
             const CFileLock lock(sPath, ELock::eShared);
             if (!lock.IsHeld())
                 sError = lock.GetProblem();
-            // A pipe or device may never come to an end.
-            const bool bReadable =
-                pszFilename && lock.IsHeld() && (IsOrdinaryFile(sPath) || !PathExists(sPath));
+            const bool bReadable = pszFilename && lock.IsHeld();
             bLoaded = LoadNodes(loader, module, pszFilename,
                                 [&](CLoadedNodes& nodes)
                                 {
