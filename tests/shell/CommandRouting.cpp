@@ -45,18 +45,35 @@ TEST(CommandRouting, SourceControlCommandsReachTheManagerWithTheFile)
     CFrameBench bench;
     bench.app->m_sFileName = "/game/a.Fx00a";
     bench.sourceControl.m_bConnected = true;
-    const std::pair<int32_t, const char*> c_Cases[] = {
-        {c_nCmdCheckOut, "CheckOut /game/a.Fx00a 0"}, {c_nCmdSubmit, "Submit /game/a.Fx00a 0"},
-        {c_nCmdUndoChanges, "Undo /game/a.Fx00a 0"},  {c_nCmdGetLatest, "GetLatest /game/a.Fx00a 0"},
-        {c_nCmdHistory, "History /game/a.Fx00a 0"},
+    struct CCase
+    {
+        int32_t m_nID;
+        const char* m_pszCall;
+        const char* m_pszDone;
+        const char* m_pszFailed;
+    };
+    constexpr CCase c_Cases[] = {
+        {c_nCmdCheckOut, "CheckOut", "a.Fx00a is checked out", "a.Fx00a isn't checked out"},
+        {c_nCmdSubmit, "Submit", "a.Fx00a: the changes are submitted",
+         "a.Fx00a: the changes aren't submitted"},
+        {c_nCmdUndoChanges, "Undo", "a.Fx00a: the changes are undone", "a.Fx00a: the changes aren't undone"},
+        {c_nCmdGetLatest, "GetLatest", "a.Fx00a is the latest version",
+         "a.Fx00a: the latest version isn't fetched"},
+        {c_nCmdHistory, "History", "", "a.Fx00a: no history can be shown"},
     };
     bench.sourceControl.m_eState = eSCState_PendingElsewhere;
-    for (const auto& [nID, pszCall] : c_Cases)
-    {
-        EXPECT_TRUE(bench.frame.Run(nID));
-        EXPECT_EQ(CCalls{pszCall}, std::exchange(bench.sourceControl.m_Calls, {}));
-        EXPECT_EQ((CCalls{"end edit", "changed"}), bench.window.Take());
-    }
+    for (const CCase& test : c_Cases)
+        for (const bool bDone : {true, false})
+        {
+            bench.sourceControl.m_bResult = bDone;
+            bench.host.m_Status.clear();
+            EXPECT_TRUE(bench.frame.Run(test.m_nID));
+            EXPECT_EQ(CCalls{test.m_pszCall + std::string(" /game/a.Fx00a 0")},
+                      std::exchange(bench.sourceControl.m_Calls, {}));
+            EXPECT_EQ((CCalls{"end edit", "changed"}), bench.window.Take());
+            const std::string sTold = bDone ? test.m_pszDone : test.m_pszFailed;
+            EXPECT_EQ(sTold.empty() ? CCalls{} : CCalls{sTold}, bench.host.m_Status);
+        }
     // The state is asked for when the command runs: a menu may still show what was.
     bench.sourceControl.m_eState = eSCState_CheckedOut;
     EXPECT_TRUE(bench.frame.IsEnabled(c_nCmdCheckOut));

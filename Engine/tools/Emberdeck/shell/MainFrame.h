@@ -108,6 +108,11 @@ private:
     void OnGetLatest();
     void OnHistory();
 
+    // In the status line.
+    void Tell(const std::string& sText);
+    // Carries an operation of source control out on the open file and tells what it gave; an empty text isn't told.
+    void TellOperation(const std::function<bool(const char*)>& operation, const char* pszDone,
+                       const char* pszFailed);
     // The file's name for a call that may run anything, and so change it.
     std::string FileName() const { return m_App.m_sFileName; }
 

@@ -1,3 +1,5 @@
+#include "app/StatusText.h"
+#include "platform/Files.h"
 #include "shell/MainFrame.h"
 
 // The application's commands by id. Exit and the bars are the frame's own business.
@@ -99,41 +101,68 @@ void CMainFrame::OnAbout()
 void CMainFrame::OnConnect()
 {
     m_App.ConnectSourceControl();
+    Tell(m_App.SourceControl().IsConnected() ? "Connected to source control"
+                                             : "Not connected to source control");
 }
 
 void CMainFrame::OnDisconnect()
 {
     m_App.SourceControl().Disconnect();
+    Tell("Disconnected from source control");
 }
 
-// What the file operations give is advice: the state that is asked for afterwards shows what came of them.
+// What the file operations give is advice: the state that is asked for afterwards shows what came of them. Most have
+// no box that tells of it.
+
+void CMainFrame::TellOperation(const std::function<bool(const char*)>& operation, const char* pszDone,
+                               const char* pszFailed)
+{
+    const std::string sFile = m_App.m_sFileName; // a copy: the call may run anything
+    const CFileVersion before = FileVersion(sFile);
+    const bool bDone = operation(sFile.c_str());
+    const char* pszText = bDone ? pszDone : pszFailed;
+    if (*pszText)
+        Tell(TellName(sFile) + pszText +
+             (FileVersion(sFile) == before ? "" : ". File > Open shows the version that is there now"));
+}
 
 void CMainFrame::OnAddToSourceControl()
 {
-    m_App.SourceControl().AddFile(FileName().c_str());
+    TellOperation([this](const char* pszFile) { return m_App.SourceControl().AddFile(pszFile); },
+                  " is added to source control", " isn't added to source control");
 }
 
 void CMainFrame::OnCheckOut()
 {
-    m_App.SourceControl().CheckOut(FileName().c_str(), 0);
+    TellOperation([this](const char* pszFile) { return m_App.SourceControl().CheckOut(pszFile, 0); },
+                  " is checked out", " isn't checked out");
 }
 
 void CMainFrame::OnSubmit()
 {
-    m_App.SourceControl().Submit(FileName().c_str());
+    TellOperation([this](const char* pszFile) { return m_App.SourceControl().Submit(pszFile); },
+                  ": the changes are submitted", ": the changes aren't submitted");
 }
 
 void CMainFrame::OnUndoChanges()
 {
-    m_App.SourceControl().Undo(FileName().c_str());
+    TellOperation([this](const char* pszFile) { return m_App.SourceControl().Undo(pszFile); },
+                  ": the changes are undone", ": the changes aren't undone");
 }
 
 void CMainFrame::OnGetLatest()
 {
-    m_App.SourceControl().GetLatest(FileName().c_str());
+    TellOperation([this](const char* pszFile) { return m_App.SourceControl().GetLatest(pszFile); },
+                  " is the latest version", ": the latest version isn't fetched");
 }
 
 void CMainFrame::OnHistory()
 {
-    m_App.SourceControl().History(FileName().c_str());
+    TellOperation([this](const char* pszFile) { return m_App.SourceControl().History(pszFile); }, "",
+                  ": no history can be shown");
+}
+
+void CMainFrame::Tell(const std::string& sText)
+{
+    m_App.Context().m_Host.ShowStatus(sText);
 }
