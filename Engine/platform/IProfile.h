@@ -23,6 +23,7 @@ public:
     {
         std::string m_sSection, m_sKey, m_sValue;
     };
-    // All of them in one write: other programs see all or none. The result is that of WriteString.
+    // All of them in one write: other programs see all or none. The result is that of WriteString. Throws nothing,
+    // also when memory is out.
     virtual bool WriteStrings(const std::vector<CEntry>& entries) = 0;
 };

@@ -1,6 +1,7 @@
 #include "platform/Profile.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "platform/FileLock.h"
@@ -221,11 +222,20 @@ public:
 
     bool WriteStrings(const std::vector<CEntry>& entries) override
     {
-        m_Unsaved.insert(m_Unsaved.end(), entries.begin(), entries.end());
-        std::string sProblem;
-        const bool bStored = Store(sProblem);
-        if (!bStored && !std::exchange(m_bTold, true) && m_TellFailure)
-            m_TellFailure(sProblem.empty() ? WriteProblem(m_sPath) : sProblem);
+        bool bStored = false;
+        try
+        {
+            std::string sProblem;
+            m_Unsaved.insert(m_Unsaved.end(), entries.begin(), entries.end());
+            bStored = Store(sProblem);
+            if (!bStored)
+                TellFailure(sProblem.empty() ? WriteProblem(m_sPath) : sProblem);
+        }
+        catch (const std::bad_alloc&)
+        {
+            m_Version = CFileVersion(); // what was read may be half of it
+            TellFailure("Out of memory.");
+        }
         return bStored;
     }
 
@@ -261,6 +271,17 @@ private:
         m_Version = FileVersion(m_sPath);
         m_Unsaved.clear();
         return true;
+    }
+
+    void TellFailure(const std::string& sProblem)
+    try
+    {
+        if (!m_bTold && m_TellFailure)
+            m_TellFailure(sProblem);
+        m_bTold = true;
+    }
+    catch (const std::bad_alloc&)
+    {
     }
 
     std::string m_sPath;

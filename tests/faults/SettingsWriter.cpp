@@ -38,11 +38,11 @@ private:
 
 int WriteSettings(const std::string& sFile)
 {
-    const auto profile = OpenFileProfile(sFile);
-    if (profile->WriteStrings({{"Section", "First", "new"}, {"Section", "Second", std::string(3000, 'x')}}))
-        return 0;
-    std::fprintf(stderr, "the settings can't be written\n");
-    return 1;
+    const auto tell = [](const std::string& sWhy) { std::fprintf(stderr, "%s\n", sWhy.c_str()); };
+    const auto profile = OpenFileProfile(sFile, tell);
+    const std::vector<IProfile::CEntry> entries = {{"Section", "First", "new"},
+                                                   {"Section", "Second", std::string(3000, 'x')}};
+    return [&]() noexcept { return profile->WriteStrings(entries); }() ? 0 : 1;
 }
 
 int WritePalette(const std::string& sFile)
@@ -57,16 +57,22 @@ int WritePalette(const std::string& sFile)
     CPropertyServices services{context, *bench.profile, bench.dialogs};
     CKRColorDialog dialog{services, 0, 0x103};
     dialog.OnInitDialog(203, 69);
-    dialog.OnCommand(eColor_SaveButton);
+    [&]() noexcept { dialog.OnCommand(eColor_SaveButton); }();
     return prompts.m_bTold ? 1 : 0;
 }
 } // namespace
 
 int main(int argc, char** argv)
+try
 {
     if (argc == 3 && !std::strcmp(argv[1], "settings"))
         return WriteSettings(argv[2]);
     if (argc == 3 && !std::strcmp(argv[1], "palette"))
         return WritePalette(argv[2]);
     return 2;
+}
+catch (const std::bad_alloc&)
+{
+    std::fprintf(stderr, "no memory to begin with\n");
+    return 1;
 }

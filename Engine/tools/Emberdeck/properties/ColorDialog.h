@@ -85,6 +85,7 @@ private:
     void ShowColor(uint32_t nTypedBox = 0);
     void OnColorBox(uint32_t nID, const std::string& sText);
     uint32_t ReadColor() const;
+    bool SaveTo(const std::string& sPath) const; // throws when memory is out
     bool ReadFile(const std::string& sPath, CProfileText& file) const;
     std::vector<IProfile::CEntry> ProfileEntries() const;
 

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "app/Messages.h"
+#include "model/MakeOrNull.h"
 #include "platform/FileLock.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
@@ -99,21 +100,29 @@ void CKRColorDialog::OnLoadPalette()
 }
 
 // What else stands in the file stays there.
+bool CKRColorDialog::SaveTo(const std::string& sPath) const
+{
+    CProfileText file;
+    const CFileLock lock(sPath, ELock::eExclusive); // another editor may save its palette there
+    if (!lock.IsHeld() || !ReadFile(sPath, file))
+        return false;
+    m_Palette.SaveToFile(file);
+    for (int i = 0; i < CCustomColorPalette::c_nNumCells; ++i)
+        file.Set(c_szFileDescriptionSection, ColorKey(i), GetDescription(i));
+    return WriteFileSafely(sPath, file.Format());
+}
+
 void CKRColorDialog::OnSavePalette()
 {
     std::string sPath;
-    if (!m_Services.m_Context.m_Prompts.ChooseFile(PaletteRequest(false), sPath))
-        return;
-    CProfileText file;
-    const CFileLock lock(sPath, ELock::eExclusive); // another editor may save its palette there
-    bool bSaved = lock.IsHeld() && ReadFile(sPath, file);
-    if (bSaved)
-    {
-        m_Palette.SaveToFile(file);
-        for (int i = 0; i < CCustomColorPalette::c_nNumCells; ++i)
-            file.Set(c_szFileDescriptionSection, ColorKey(i), GetDescription(i));
-        bSaved = WriteFileSafely(sPath, file.Format());
-    }
-    if (!bSaved)
-        ShowMessage(m_Services.m_Context.m_Prompts, c_MsgSaveFailed, {DisplayPath(sPath)});
+    bool bCancelled = false, bSaved = false;
+    TryAllocating(
+        [&]
+        {
+            bCancelled = !m_Services.m_Context.m_Prompts.ChooseFile(PaletteRequest(false), sPath);
+            bSaved = !bCancelled && SaveTo(sPath);
+            sPath = DisplayPath(sPath);
+        });
+    if (!bCancelled && !bSaved)
+        ShowFailure(m_Services.m_Context.m_Prompts, c_MsgSaveFailed, sPath.c_str());
 }
