@@ -6,6 +6,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <initializer_list>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace
@@ -17,6 +18,7 @@ constexpr size_t c_nSignals = sizeof(c_aSignals) / sizeof(c_aSignals[0]);
 // Plain memory: a signal handler reads it.
 char s_szPlugin[512] = "";          // what is longer is cut; empty: none is called
 const char* s_pszProgram = nullptr; // null: nobody is told
+pid_t s_nProcess = 0;               // which calls it: one that it starts itself may end as it likes
 struct sigaction s_aBefore[c_nSignals];
 
 // Nothing but what a signal handler may call.
@@ -29,12 +31,15 @@ void Tell(const char* pszWhat)
     }
 }
 
+bool IsPluginCalled()
+{
+    return s_szPlugin[0] != '\0' && getpid() == s_nProcess;
+}
+
 void OnExit()
 {
-    if (s_szPlugin[0] == '\0')
-        return;
-    Tell(" has ended the program while it was called");
-    _exit(EXIT_FAILURE);
+    if (IsPluginCalled())
+        EndProgram(EXIT_FAILURE);
 }
 
 void OnSignal(int nSignal)
@@ -61,6 +66,7 @@ CPluginCall::CPluginCall(const char* pszPlugin) : m_bOutermost(s_szPlugin[0] == 
     if (!m_bOutermost)
         return;
     std::strncpy(s_szPlugin, pszPlugin && *pszPlugin ? pszPlugin : "?", sizeof(s_szPlugin) - 1);
+    s_nProcess = getpid();
     if (s_pszProgram)
         WatchSignals(true);
     std::fflush(stdout);
@@ -87,8 +93,22 @@ CPluginCall::~CPluginCall()
 void TellOfPluginsThatEnd(const char* pszProgram)
 {
     if (!s_pszProgram)
+    {
         std::atexit(OnExit);
+        std::at_quick_exit(OnExit);
+    }
     s_pszProgram = pszProgram;
+}
+
+void EndProgram(int nStatus)
+{
+    if (s_pszProgram && IsPluginCalled())
+    {
+        Tell(" has ended the program while it was called");
+        nStatus = EXIT_FAILURE;
+    }
+    for (;;)
+        syscall(SYS_exit_group, nStatus);
 }
 
 void CloseOutputToPlugins()

@@ -20,6 +20,10 @@ private:
 // signal, is named on standard error, and the status of an exit is 1. The name is the program's own.
 void TellOfPluginsThatEnd(const char* pszProgram);
 
+// Ends the program at once, without exit handlers: with that status or, told as above, with 1 while a plug-in is
+// called. For a program that gives its plug-ins this in place of the system's _exit.
+[[noreturn]] void EndProgram(int nStatus);
+
 // From now on what is printed to standard output goes to standard error. For a program that has printed all it
 // wanted to, and whose plug-in may have left something behind that runs at its end.
 void CloseOutputToPlugins();

@@ -17,7 +17,8 @@ public:
         std::string sText = ReadBytes(std::string(EMBERDECK_SOURCE_DIR) + "/docs/manual/smallest-plugin.c");
         Insert(sText, "    const float fSize", "    " + sInfo + "\n");
         Insert(sText, "    (void)pTable;", "    " + sRelease + "\n");
-        write("odd.c", "#include <signal.h>\n#include <stdio.h>\n#include <stdlib.h>\n#include <unistd.h>\n" +
+        write("odd.c", "#include <signal.h>\n#include <stdio.h>\n#include <stdlib.h>\n#include "
+                       "<sys/wait.h>\n#include <unistd.h>\n" +
                            sText + "__attribute__((constructor)) static void Load(void) { " + sLoad + " }\n" +
                            "__attribute__((destructor)) static void End(void) { " + sEnd + " }\n");
         const CProcessResult result = RunProcess(
@@ -66,7 +67,8 @@ TEST(PlugIns, WhatTheyPrintStaysOutOfTheOutput)
 
 TEST(PlugIns, WhatEndsTheProgramIsNamedAndNoSuccess)
 {
-    const std::string aEnds[] = {"exit(0);", "abort();", "*(volatile int*)0 = 1;"};
+    const std::string aEnds[] = {"exit(0);", "_exit(0);", "quick_exit(0);", "abort();",
+                                 "*(volatile int*)0 = 1;"};
     for (const std::string& sEnd : aEnds)
         for (const std::string sPlace : {"load", "info", "release", "end"})
         {
@@ -78,6 +80,11 @@ TEST(PlugIns, WhatEndsTheProgramIsNamedAndNoSuccess)
                 << sPlace << sEnd << result.m_sErrors;
             EXPECT_TRUE(Holds(result.m_sErrors, "odd.so has ")) << result.m_sErrors;
         }
+    // A process of its own may end.
+    const COddPlugin forks("", "const int n = fork(); if (n == 0) _exit(0); waitpid(n, 0, 0);", "", "");
+    const CProcessResult result = Batch({"types", forks.path("x")});
+    EXPECT_EQ(0, result.m_nExitCode);
+    EXPECT_EQ("", result.m_sErrors);
 }
 
 TEST(BatchJson, ToldReasonsAndFilesStandInIt)

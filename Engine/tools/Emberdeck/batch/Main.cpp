@@ -91,6 +91,16 @@ int Run(int argc, char** argv)
 }
 } // namespace
 
+// A plug-in finds these before the system's own, which would end the program past every exit handler.
+extern "C" [[noreturn]] void _exit(int nStatus)
+{
+    EndProgram(nStatus);
+}
+extern "C" [[noreturn]] void _Exit(int nStatus) noexcept
+{
+    EndProgram(nStatus);
+}
+
 int main(int argc, char** argv)
 {
     std::signal(SIGXFSZ, SIG_IGN); // a limit on file sizes is a failed write, which is told
