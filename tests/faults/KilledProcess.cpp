@@ -1,7 +1,8 @@
-// The batch program is killed at random moments while it saves, packs and recovers. Afterwards the old or the
-// new content is there, whole: in the file, or in the copy that `recover` finds.
+// The batch program is killed at random moments of everything that it writes. Afterwards the old or the new content is
+// there, whole: in the file, or in the copy that `recover` finds; and the next run leaves nothing of ours behind.
 
 #include <csignal>
+#include <cstdlib>
 #include <random>
 
 #include <sys/wait.h>
@@ -14,11 +15,16 @@ namespace
 {
 using CClock = std::chrono::steady_clock;
 
+// Of each job; the environment says another number for a long run.
+int NumKills()
+{
+    const char* pszKills = std::getenv("EMBERDECK_KILLS");
 #ifdef EMBERDECK_SANITIZED
-constexpr int c_nKills = 100;
+    return pszKills ? std::atoi(pszKills) : 6;
 #else
-constexpr int c_nKills = 1000;
+    return pszKills ? std::atoi(pszKills) : 20;
 #endif
+}
 
 // Runs emberdeck-batch with its settings below sHome, and kills it after that time; 0: lets it end. Whether it
 // ended by itself and well.
@@ -47,121 +53,146 @@ bool RunBatch(const std::string& sHome, std::vector<std::string> arguments, std:
     return WIFEXITED(nStatus) && WEXITSTATUS(nStatus) == 0;
 }
 
+// A job that writes one file.
+struct CVictim
+{
+    const char* m_pszName;
+    const char* m_pszTarget;
+    bool m_bInPlace; // cut by a kill, it has to be recovered
+    // The job that gives the file one of two contents, 0 or 1.
+    std::function<std::vector<std::string>(int n)> m_Arguments;
+    // What stands there before; by default the other one.
+    std::function<std::string(int n)> m_Old = {};
+};
+
 struct CKillBench : CFaultBench
 {
     CKillBench()
     {
-        for (const char* pszName : {"a.Fx00a", "b.Fx00a"})
-            MakeFile(pszName, 120, pszName);
+        for (const char* pszName : {"0.Fx00a", "1.Fx00a", "0.Fx00c", "1.Fx00c"})
+            MakeFile(pszName, 120, std::string(1, *pszName));
+        m_Random.seed(std::random_device{}());
     }
     bool Run(const std::vector<std::string>& arguments, std::chrono::microseconds life = {})
     {
         return RunBatch(dir.path("state"), arguments, life);
     }
-    // How long it takes when nobody disturbs it.
-    std::chrono::microseconds Measure(const std::vector<std::string>& arguments)
-    {
-        auto shortest = std::chrono::microseconds::max();
-        for (int i = 0; i < 5; ++i)
-        {
-            const auto start = CClock::now();
-            EXPECT_TRUE(Run(arguments));
-            shortest = std::min(shortest,
-                                std::chrono::duration_cast<std::chrono::microseconds>(CClock::now() - start));
-        }
-        return shortest;
-    }
-    bool HasLeftovers() const
+    std::string Left() const
     {
         for (const auto& entry : std::filesystem::recursive_directory_iterator(dir.dir()))
             if (entry.path().filename().string().starts_with(c_szSafeWritePrefix))
-                return true;
-        return false;
+                return entry.path();
+        return std::string();
     }
-    // One in some dozens is left alone, so that the contents change places on a busy machine, too.
-    std::chrono::microseconds Moment(std::chrono::microseconds whole)
+    std::chrono::microseconds Moment()
     {
-        const uint64_t nMoment = 1 + m_Random() % static_cast<uint64_t>(whole.count() * 5 / 4);
-        return std::chrono::microseconds(m_nMoments++ % 30 == 0 ? 0 : nMoment);
+        const uint64_t nMost = static_cast<uint64_t>(m_Whole.count() * 5 / 4);
+        return std::chrono::microseconds(1 + m_Random() % std::max<uint64_t>(nMost, 1));
     }
+    // Does it undisturbed, and takes its time.
+    std::string DoIt(const CVictim& victim, int n)
+    {
+        const auto start = CClock::now();
+        EXPECT_TRUE(Run(victim.m_Arguments(n))) << victim.m_pszName;
+        m_Whole = std::chrono::duration_cast<std::chrono::microseconds>(CClock::now() - start);
+        EXPECT_EQ("", Left()) << victim.m_pszName;
+        return ReadBytes(path(victim.m_pszTarget));
+    }
+    // Killed recoveries do no harm, either: the next one brings back what was sound last.
+    void Recover(const std::string& sFile, const std::string& sCut, const std::string& sOld)
+    {
+        for (int i = 0; i < 3; ++i)
+        {
+            Run({"recover", sFile}, Moment());
+            const std::string sBetween = ReadBytes(sFile);
+            ASSERT_TRUE(sBetween == sCut || sBetween == sOld);
+            WriteBytes(sFile, sCut);
+        }
+        ASSERT_TRUE(Run({"recover", sFile}));
+        ASSERT_TRUE(ReadBytes(sFile) == sOld);
+    }
+    void Kill(const CVictim& victim);
 
-    std::mt19937_64 m_Random{std::random_device{}()};
-    int m_nMoments = 0;
+private:
+    std::mt19937_64 m_Random;
+    std::chrono::microseconds m_Whole{0};
 };
+
+void CKillBench::Kill(const CVictim& victim)
+{
+    const std::string sFile = path(victim.m_pszTarget);
+    std::string content[2];
+    for (int n : {1, 0})
+    {
+        if (victim.m_Old)
+            WriteBytes(sFile, victim.m_Old(n));
+        content[n] = DoIt(victim, n);
+    }
+    ASSERT_TRUE(content[0] != content[1]);
+    int nNew = 0, nCut = 0;
+    const int nKills = NumKills();
+    for (int i = 0; i < nKills; ++i)
+    {
+        const int n = 1 - i % 2;
+        const std::string sOld = victim.m_Old ? victim.m_Old(n) : content[1 - n];
+        WriteBytes(sFile, sOld);
+        Run(victim.m_Arguments(n), Moment());
+        const std::string sFound = ReadBytes(sFile);
+        nNew += sFound == content[n] ? 1 : 0;
+        if (sFound != sOld && sFound != content[n])
+        {
+            ++nCut;
+            ASSERT_TRUE(victim.m_bInPlace) << victim.m_pszName << " was cut";
+            ASSERT_NO_FATAL_FAILURE(Recover(sFile, sFound, sOld)) << victim.m_pszName;
+        }
+        WriteBytes(sFile, sOld);
+        ASSERT_TRUE(DoIt(victim, n) == content[n]) << victim.m_pszName;
+    }
+    std::printf("%s: %d kills within %lld us, %d times the new, %d cut and recovered\n", victim.m_pszName,
+                nKills, static_cast<long long>(m_Whole.count()), nNew, nCut);
+}
 } // namespace
 
-TEST(KilledProcess, ASaveLeavesTheOldOrTheNew)
-{
-    for (const char* pszForm : {"file.Fx00a", "file.Fx00c"})
-    {
-        CKillBench bench;
-        const std::string sFile = bench.path(pszForm);
-        std::string content[2];
-        for (int i = 0; i < 2; ++i)
-        {
-            ASSERT_TRUE(bench.Run({"convert", bench.path(i ? "b.Fx00a" : "a.Fx00a"), sFile}));
-            content[i] = ReadBytes(sFile);
-        }
-        const auto whole = bench.Measure({"convert", bench.path("b.Fx00a"), sFile});
-        int nNow = 1, nCut = 0, nNew = 0;
-        for (int i = 0; i < c_nKills * 2 / 5; ++i)
-        {
-            bench.Run({"convert", bench.path(nNow ? "a.Fx00a" : "b.Fx00a"), sFile}, bench.Moment(whole));
-            const std::string sFound = ReadBytes(sFile);
-            if (sFound == content[1 - nNow])
-            {
-                nNow = 1 - nNow;
-                ++nNew;
-            }
-            else if (sFound != content[nNow])
-            {
-                ++nCut;
-                // Killed recoveries do no harm, either: the next one brings back what was sound last.
-                for (int nKilled = 0; nKilled < 3; ++nKilled)
-                {
-                    bench.Run({"recover", sFile}, bench.Moment(whole));
-                    const std::string sBetween = ReadBytes(sFile);
-                    ASSERT_TRUE(sBetween == sFound || sBetween == content[nNow]);
-                    WriteBytes(sFile, sFound);
-                }
-                ASSERT_TRUE(bench.Run({"recover", sFile}));
-                ASSERT_TRUE(ReadBytes(sFile) == content[nNow]);
-            }
-        }
-        std::printf("%s: %d kills in %lld us, %d times the new, %d cut and recovered\n", pszForm,
-                    c_nKills * 2 / 5, static_cast<long long>(whole.count()), nNew, nCut);
-        EXPECT_GT(nNew, 0);
-    }
-}
-
-TEST(KilledProcess, APackLeavesTheOldOrTheNew)
+TEST(KilledProcess, LeavesTheOldOrTheNew)
 {
     CKillBench bench;
     const auto pApp = bench.Start();
-    ASSERT_TRUE(pApp->OpenEffectFile(bench.path("a.Fx00a").c_str())); // for the types
-    const std::string sFile = bench.path("file.Fx00p");
-    std::string content[2];
-    for (int i = 0; i < 2; ++i)
+    ASSERT_TRUE(pApp->OpenEffectFile(bench.path("0.Fx00a").c_str())); // for the types
+    const auto source = [&](int n, const char* pszForm) { return bench.path(std::to_string(n) + pszForm); };
+    const auto toFile = [&](const char* pszCommand, const char* pszForm, const char* pszTarget)
     {
-        ASSERT_TRUE(bench.Run({"pack", bench.path(i ? "b.Fx00a" : "a.Fx00a"), "-o", sFile}));
-        content[i] = ReadBytes(sFile);
-    }
-    const auto whole = bench.Measure({"pack", bench.path("b.Fx00a"), "-o", sFile});
-    int nNow = 1, nNew = 0;
-    for (int i = 0; i < c_nKills / 5; ++i)
-    {
-        bench.Run({"pack", bench.path(nNow ? "a.Fx00a" : "b.Fx00a"), "-o", sFile}, bench.Moment(whole));
-        const std::string sFound = ReadBytes(sFile);
-        if (sFound == content[1 - nNow])
-        {
-            nNow = 1 - nNow;
-            ++nNew;
-        }
-        ASSERT_TRUE(sFound == content[nNow]);
-    }
-    ASSERT_TRUE(bench.Run({"pack", bench.path("a.Fx00a"), "-o", sFile}));
-    EXPECT_FALSE(bench.HasLeftovers()) << "a file that a killed run has left";
-    std::printf("pack: %d kills in %lld us, %d times the new\n", c_nKills / 5,
-                static_cast<long long>(whole.count()), nNew);
-    EXPECT_GT(nNew, 0);
+        return [=, &bench](int n) {
+            return std::vector<std::string>{pszCommand, source(n, pszForm), bench.path(pszTarget)};
+        };
+    };
+    // What is saved over itself has another form before.
+    const auto loose = [&](int n) { return ReadBytes(source(n, ".Fx00a")) + "\r\n"; };
+    std::filesystem::create_directory(bench.path("own"));
+    const CVictim victims[] = {
+        {"save as text", "file.Fx00a", true, toFile("convert", ".Fx00a", "file.Fx00a")},
+        {"save compressed", "file.Fx00c", true, toFile("convert", ".Fx00a", "file.Fx00c")},
+        {"update", "own/x.Fx00a", true,
+         [&](int) {
+             return std::vector<std::string>{"update", bench.path("own")};
+         },
+         loose},
+        {"convert onto itself", "self.Fx00a", true,
+         [&](int) {
+             return std::vector<std::string>{"convert", bench.path("self.Fx00a"), bench.path("self.Fx00a")};
+         },
+         loose},
+        {"compress", "file.z", false, toFile("compress", ".Fx00a", "file.z")},
+        {"decompress", "file.t", false, toFile("decompress", ".Fx00c", "file.t")},
+        {"pack", "file.Fx00p", false,
+         [&](int n) {
+             return std::vector<std::string>{"pack", source(n, ".Fx00a"), "-o", bench.path("file.Fx00p")};
+         }},
+        // Each brings back what the one before has replaced.
+        {"recover", "file.Fx00a", false,
+         [&](int) {
+             return std::vector<std::string>{"recover", bench.path("file.Fx00a")};
+         }},
+    };
+    for (const CVictim& victim : victims)
+        ASSERT_NO_FATAL_FAILURE(bench.Kill(victim));
 }
