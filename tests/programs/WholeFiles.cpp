@@ -193,12 +193,14 @@ TEST(WholeFiles, ATypeThatThePlugInLacksIsNamed)
     std::string sBytes = project.m_sWhole;
     const size_t nType = sBytes.rfind("( type \"Light\" )");
     ASSERT_NE(std::string::npos, nType);
+    const size_t nEffect = sBytes.find('"', sBytes.rfind("( effect", nType)) + 1;
+    const std::string sEffect = sBytes.substr(nEffect, sBytes.find('"', nEffect) - nEffect);
     sBytes.replace(nType, 16, "( type \"Laser\" )");
     const std::string sFile = project.write("laser.Fx00a", sBytes);
     const CProcessResult check = Batch({"check", sFile});
     EXPECT_EQ(1, check.m_nExitCode);
     EXPECT_TRUE(Holds(check.m_sOutput, "The plug-in has no type \"Laser\".")) << check.m_sOutput;
-    EXPECT_TRUE(Holds(check.m_sOutput, "Laser, id ")) << check.m_sOutput;
+    EXPECT_TRUE(Holds(check.m_sOutput, "Laser, id ") && Holds(check.m_sOutput, sEffect)) << check.m_sOutput;
     const CProcessResult pack = Batch({"pack", sFile});
     EXPECT_EQ(1, pack.m_nExitCode);
     EXPECT_TRUE(Holds(pack.m_sErrors, "The plug-in has no type \"Laser\".")) << pack.m_sErrors;

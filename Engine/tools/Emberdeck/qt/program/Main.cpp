@@ -100,22 +100,20 @@ int Start(const CEmberdeckCommandLineInfo& line, MenuStyle* pStyle)
         return 1;
     if (line.IsUpdateMode())
     {
-        int nLeft = 0;
+        int nFailed = 0;
         window.App().m_OnLoaded = [](const std::string& sFile, const CLoadReport& report)
         {
             if (report.IsDamaged())
                 std::fprintf(stderr, "%s\n", report.Lines(sFile + ": ").c_str());
         };
-        window.App().m_OnLeft = [&nLeft](const std::string& sFile, const std::string& sWhy)
-        {
-            ++nLeft;
-            std::fprintf(stderr, "emberdeck: %s wasn't updated: %s\n", sFile.c_str(), sWhy.c_str());
-        };
-        window.App().UpdateEffectsInDirectory(line.m_sUpdateDir.c_str());
+        window.App().m_OnLeft = [](const std::string& sFile, const std::string& sWhy)
+        { std::fprintf(stderr, "emberdeck: %s wasn't updated: %s\n", sFile.c_str(), sWhy.c_str()); };
+        window.App().m_OnUpdated = [&nFailed](const std::string&, bool bSaved) { nFailed += bSaved ? 0 : 1; };
+        const bool bWalked = window.App().UpdateEffectsInDirectory(line.m_sUpdateDir.c_str());
         for (const std::string& sDirectory : window.App().GetUnreadDirectories())
             std::fprintf(stderr, "emberdeck: the folder %s can't be read, so nothing in it was updated\n",
                          sDirectory.c_str());
-        return nLeft == 0 ? 0 : 1;
+        return bWalked && nFailed == 0 && window.App().GetUnreadDirectories().empty() ? 0 : 1;
     }
     QtPropertyDialogs dialogs(window.App().Context(), *pProfile, &window);
     window.Host().SetPropertyEditor([&dialogs](CEffectPropertySet& set)
