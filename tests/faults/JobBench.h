@@ -54,7 +54,7 @@ struct CJobBench : CFaultBench
     }
     CJob Recovery()
     {
-        return {"emberdeck-batch",   {"recover", "@file.Fx00a"}, "file.Fx00a", m_Content["b.Fx00a"], true,
+        return {"emberdeck-batch",   {"recover", "@file.Fx00a"}, "file.Fx00a", m_Content["b.Fx00a"], false,
                 m_Content["a.Fx00a"]};
     }
     // What is written beside and takes its place as a whole.
