@@ -15,8 +15,8 @@ struct CGeneratedLibrary
 {
     CEffectModule m_Module; // destroyed last: the table itself is static
     CSpellMgr m_SpellMgr;
-    CLibraryTree m_EffectTree;
-    CLibraryTree m_PrefabTree;
+    CEffectTree m_EffectTree;
+    CPrefabTree m_PrefabTree;
 };
 
 // The table of effect types that the made-up libraries use.

@@ -49,8 +49,8 @@ struct CFuzzLibrary
     }
 
     const CEffectModule& m_Module;
-    CLibraryTree m_EffectTree;
-    CLibraryTree m_PrefabTree;
+    CEffectTree m_EffectTree;
+    CPrefabTree m_PrefabTree;
     CSpellMgr m_SpellMgr;
     std::string m_sError;
 };

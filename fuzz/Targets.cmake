@@ -8,7 +8,8 @@ set(FUZZ_TARGETS
   project_locator ProjectLocator
   profile_text ProfileText
   command_line CommandLine
-  plugin_table PluginTable)
+  plugin_table PluginTable
+  change_text ChangeText)
 
 add_library(fuzz_support STATIC
   "${CMAKE_SOURCE_DIR}/bench/plain/PlainNodeReader.cpp" "${CMAKE_SOURCE_DIR}/bench/plain/PlainContainer.cpp"

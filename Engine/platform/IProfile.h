@@ -19,11 +19,11 @@ public:
     // False when the store can't be written; the value then holds for this run only.
     virtual bool WriteString(const std::string& sSection, const std::string& sKey,
                              const std::string& sValue) = 0;
+    // All of them in one write, section, key, value. Throws nothing, also when memory is out.
     struct CEntry
     {
         std::string m_sSection, m_sKey, m_sValue;
     };
-    // All of them in one write: other programs see all or none. The result is that of WriteString. Throws nothing,
-    // also when memory is out.
+    // All of them in one write: other programs see all or none. The result is that of WriteString.
     virtual bool WriteStrings(const std::vector<CEntry>& entries) = 0;
 };

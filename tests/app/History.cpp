@@ -2,14 +2,14 @@
 
 #include <random>
 
-#include "app/LibraryEditor.h"
+#include "app/EffectEditor.h"
+#include "app/PrefabEditor.h"
 #include "changes/Compare.h"
 #include "formats/EmberdeckPacker.h"
 #include "support/AppBench.h"
 
 namespace
 {
-constexpr ELibrarySide c_Sides[] = {ELibrarySide::eEffects, ELibrarySide::ePrefabs};
 
 // Random edits of a library, each through the editor or within a scope of its own.
 class CWalk
@@ -42,62 +42,64 @@ public:
     void EditOnce()
     {
         const uint32_t nKind = Below(26);
-        const ELibrarySide eSide = c_Sides[Below(2)];
-        CLibraryEditor editor(App().Context());
+        CEffectEditor effects(App().Context());
+        CPrefabEditor prefabs(App().Context());
+        const bool bEffects = Below(2) == 0;
+        CLibraryEditor& editor = bEffects ? static_cast<CLibraryEditor&>(effects) : prefabs;
+        const CLibraryTree& tree =
+            bEffects ? static_cast<const CLibraryTree&>(App().m_EffectTree) : App().m_PrefabTree;
         switch (nKind)
         {
         case 0:
-            editor.NewGroup(eSide, AnyGroup(eSide), Name().c_str());
+            editor.NewGroup(AnyGroup(tree), Name().c_str());
             return;
         case 1:
-            editor.NewEffect(AnyGroup(ELibrarySide::eEffects));
+            effects.NewEffect(AnyGroup(App().m_EffectTree));
             return;
         case 2:
-            editor.NewPrefab(AnyGroup(ELibrarySide::ePrefabs), AnyType());
+            prefabs.NewPrefab(AnyGroup(App().m_PrefabTree), AnyType());
             return;
         case 3:
-            editor.Duplicate(eSide, AnyItem(eSide));
+            editor.Duplicate(AnyItem(tree));
             return;
         case 4:
-            editor.DuplicateItems(eSide, {AnyItem(eSide), AnyItem(eSide)});
+            editor.DuplicateItems({AnyItem(tree), AnyItem(tree)});
             return;
         case 5:
-            editor.Delete(eSide, AnyItem(eSide));
+            editor.Delete(AnyItem(tree));
             return;
         case 6:
-            editor.DeleteItems(eSide, {AnyItem(eSide), AnyItem(eSide)});
+            editor.DeleteItems({AnyItem(tree), AnyItem(tree)});
             return;
         case 7:
-            editor.Rename(eSide, AnyItem(eSide), Name());
+            editor.Rename(AnyItem(tree), Name());
             return;
         case 8:
-            editor.Move(eSide, AnyItem(eSide), AnyGroup(eSide));
+            editor.Move(AnyItem(tree), AnyGroup(tree));
             return;
         case 9:
-            editor.MoveItems(eSide, {AnyItem(eSide), AnyItem(eSide)}, AnyGroup(eSide));
+            editor.MoveItems({AnyItem(tree), AnyItem(tree)}, AnyGroup(tree));
             return;
         case 10:
-            Import(editor);
+            Import(effects);
             return;
         default:
-            EditEffect(editor, nKind);
+            EditEffect(prefabs, nKind);
         }
     }
 
 private:
     std::string Name() { return "n" + std::to_string(Below(1000)); }
-    HLibraryItem AnyItem(ELibrarySide eSide)
+    HLibraryItem AnyItem(const CLibraryTree& tree)
     {
-        const CLibraryTree& tree = CLibraryEditor(App().Context()).Tree(eSide);
         HLibraryItem hItem = tree.GetRootItem();
         for (uint32_t n = Below(tree.GetCount() + 1); n > 0 && hItem; --n)
             hItem = tree.GetNextItem(hItem);
         return hItem;
     }
-    HLibraryItem AnyGroup(ELibrarySide eSide)
+    HLibraryItem AnyGroup(const CLibraryTree& tree)
     {
-        const CLibraryTree& tree = CLibraryEditor(App().Context()).Tree(eSide);
-        HLibraryItem hItem = AnyItem(eSide);
+        HLibraryItem hItem = AnyItem(tree);
         while (hItem && !tree.IsGroup(hItem))
             hItem = tree.GetParentItem(hItem);
         return hItem;
@@ -112,10 +114,11 @@ private:
         return prefabs.empty() ? nullptr : prefabs[Below(prefabs.size())].get();
     }
 
-    void Import(CLibraryEditor& editor)
+    void Import(CEffectEditor& editor)
     {
         CSpellMgr other;
-        CLibraryTree effects, prefabs;
+        CEffectTree effects;
+        CPrefabTree prefabs;
         aLibrary(App().m_EffectModule, other, effects, prefabs)
             .prefab("Sprite", "Theirs")
             .effect("Import")
@@ -126,7 +129,7 @@ private:
         editor.ImportEffects(other, {other.Spells()[0].get(), other.Spells()[1].get()});
     }
 
-    void EditEffect(CLibraryEditor& editor, uint32_t nKind)
+    void EditEffect(CPrefabEditor& editor, uint32_t nKind)
     {
         const auto& spells = App().m_SpellMgr.Spells();
         if (spells.empty())

@@ -8,7 +8,7 @@
 TEST(BigTree, WalksStayLinear)
 {
     CBrowserBench bench("Smoke");
-    CLibraryTree& tree = bench.lib->m_EffectTree;
+    CEffectTree& tree = bench.lib->m_EffectTree;
     CMultiSelectTreeCtrl& ctrl = bench.effects.m_Tree;
     CSpell* pSpell = bench.lib->m_SpellMgr.FindSpell("Smoke");
     CSpell last;
@@ -41,8 +41,8 @@ TEST(BigTree, WalksStayLinear)
     measure("widen", [&] { ctrl.WidenSelection(); });
     measure("find", [&] { ctrl.FindText("effect 99999", true, false, true); });
     EXPECT_EQ("[Effect 99999]", SelectionOf(ctrl));
-    CLibraryEditor editor(bench.context);
-    measure("sort", [&] { editor.Sort(ELibrarySide::eEffects); });
+    CEffectEditor editor(bench.context);
+    measure("sort", [&] { editor.Sort(); });
     bench.effectView.m_nTop = 30;
     measure("rubber band",
             [&]

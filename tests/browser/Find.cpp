@@ -31,7 +31,7 @@ std::string Walk(const CLibraryTree& tree, HLibraryItem hStart, bool bDown)
 
 TEST(Find, WalksEveryLeafOnceInEitherDirection)
 {
-    CLibraryTree tree;
+    TLibraryTree<CLibraryTree> tree;
     const HLibraryItem hRoot = tree.InsertGroup(".R", {});
     const HLibraryItem hA = tree.InsertLeaf(".a", hRoot, &tree);
     const HLibraryItem hG = tree.InsertGroup(".G", hRoot);

@@ -98,7 +98,7 @@ struct CTreeBench : ITreeParent
         log += (bExpand ? " open " : " close ") + tree.GetItemText(h);
     }
 
-    CLibraryTree tree;
+    TLibraryTree<CTreeBench> tree;
     CFakeTreeView view;
     CScriptedPrompts prompts;
     std::string log;

@@ -29,7 +29,7 @@ std::string Draw(const CLibraryTree& tree)
 
 TEST(LibraryTree, KeepsItsShape)
 {
-    CLibraryTree tree;
+    TLibraryTree<int> tree;
     int aData[3];
     const HLibraryItem hRoot = tree.InsertGroup("R", {});
     const HLibraryItem hGroup = tree.InsertGroup("g", hRoot);
@@ -80,7 +80,7 @@ TEST(LibraryTree, KeepsItsShape)
 
 TEST(LibraryTree, FindsTheFirstItemOfAData)
 {
-    CLibraryTree tree;
+    TLibraryTree<int> tree;
     int nData, nOther;
     const HLibraryItem hRoot = tree.InsertGroup("R", {});
     const HLibraryItem hLate = tree.InsertLeaf("late", hRoot, &nData);
@@ -92,11 +92,19 @@ TEST(LibraryTree, FindsTheFirstItemOfAData)
     EXPECT_EQ(hLate, tree.FindData(&nData));
     tree.DeleteItem(hLate);
     EXPECT_EQ(hTwin, tree.FindData(&nData));
-    tree.SetItemData(hTwin, &nOther);
+    tree.DeleteItem(hTwin);
     EXPECT_FALSE(tree.FindData(&nData));
-    EXPECT_EQ(hTwin, tree.FindData(&nOther));
-    tree.DeleteItem(hGroup);
-    EXPECT_FALSE(tree.FindData(&nOther));
+
+    // A moved item is another one, with what it stands for; so are those below it, in their order.
+    const HLibraryItem hInner = tree.InsertGroup("inner", hGroup);
+    tree.InsertLeaf("a", hInner, &nData);
+    tree.InsertLeaf("b", hInner, &nOther);
+    const HLibraryItem hMoved = tree.MoveItem(hInner, hRoot);
+    EXPECT_EQ("R(ginner(ab))", Draw(tree));
+    EXPECT_FALSE(tree.IsAlive(hInner));
+    EXPECT_EQ(hMoved, tree.GetParentItem(tree.FindData(&nOther)));
+    EXPECT_EQ(&nData, tree.GetItemData(tree.GetChildItem(hMoved)));
+    EXPECT_EQ(eImage_Group, tree.GetItemSelectedImage(hMoved));
 }
 
 TEST(LibraryTree, TellsOneListener)
@@ -120,7 +128,7 @@ TEST(LibraryTree, TellsOneListener)
 
 TEST(LibraryTree, DeepAndWideTrees)
 {
-    CLibraryTree tree;
+    TLibraryTree<CLibraryTree> tree;
     const HLibraryItem hRoot = tree.InsertGroup("R", {});
     HLibraryItem hDeep = hRoot;
     for (int i = 0; i < 100000; ++i)

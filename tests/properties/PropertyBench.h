@@ -93,7 +93,8 @@ struct CPropertyBench
     }
 
     std::shared_ptr<CTestModule> pModule;
-    CLibraryTree effectTree, prefabTree;
+    CEffectTree effectTree;
+    CPrefabTree prefabTree;
     CSpellMgr spellMgr;
     CEditClipboard clipboard;
     std::string sRoot;

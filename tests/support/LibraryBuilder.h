@@ -23,8 +23,8 @@ struct CTestLibrary
     CEffectModule& Module() { return m_pModule->m_Module; }
 
     std::shared_ptr<CTestModule> m_pModule;
-    CLibraryTree m_EffectTree;
-    CLibraryTree m_PrefabTree;
+    CEffectTree m_EffectTree;
+    CPrefabTree m_PrefabTree;
     CSpellMgr m_SpellMgr;
 };
 
@@ -128,8 +128,8 @@ class CLibraryBuilder
 {
 public:
     // Into objects of the caller's, or into a library of its own.
-    CLibraryBuilder(const CEffectModule& module, CSpellMgr& spellMgr, CLibraryTree& effectTree,
-                    CLibraryTree& prefabTree)
+    CLibraryBuilder(const CEffectModule& module, CSpellMgr& spellMgr, CEffectTree& effectTree,
+                    CPrefabTree& prefabTree)
         : m_Module(module),
           m_SpellMgr(spellMgr),
           m_EffectTree(effectTree),
@@ -328,8 +328,8 @@ private:
     std::unique_ptr<CTestLibrary> m_pLibrary;
     const CEffectModule& m_Module;
     CSpellMgr& m_SpellMgr;
-    CLibraryTree& m_EffectTree;
-    CLibraryTree& m_PrefabTree;
+    CEffectTree& m_EffectTree;
+    CPrefabTree& m_PrefabTree;
     std::vector<HLibraryItem> m_Groups;
     std::vector<HLibraryItem> m_PrefabGroups;
     CSpell* m_pSpell = nullptr;
@@ -348,8 +348,8 @@ inline CLibraryBuilder aLibrary(std::shared_ptr<CTestModule> pModule)
 {
     return CLibraryBuilder(std::make_unique<CTestLibrary>(std::move(pModule)));
 }
-inline CLibraryBuilder aLibrary(const CEffectModule& module, CSpellMgr& spellMgr, CLibraryTree& effectTree,
-                                CLibraryTree& prefabTree)
+inline CLibraryBuilder aLibrary(const CEffectModule& module, CSpellMgr& spellMgr, CEffectTree& effectTree,
+                                CPrefabTree& prefabTree)
 {
     return CLibraryBuilder(module, spellMgr, effectTree, prefabTree);
 }

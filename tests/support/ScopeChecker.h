@@ -17,16 +17,17 @@ inline std::string LibrarySnapshot(const CEditContext& context, const CTempDir& 
     EXPECT_TRUE(SaveEffectLibrary(sFile.c_str(), context.m_EffectTree, context.m_PrefabTree));
     std::string sText = ReadBytes(sFile);
     std::filesystem::remove(sFile); // writing over it, again and again, would wait for the disk
-    for (const CLibraryTree* pTree : {&context.m_EffectTree, &context.m_PrefabTree})
+    const auto addItems = [&sText](const auto& tree)
     {
-        for (HLibraryItem h = pTree->GetRootItem(); h; h = pTree->GetNextItem(h))
+        for (HLibraryItem h = tree.GetRootItem(); h; h = tree.GetNextItem(h))
         {
             char szData[40];
-            std::snprintf(szData, sizeof(szData), "%p", pTree->GetItemData(h));
-            sText +=
-                pTree->GetItemText(h) + "|" + std::to_string(pTree->GetItemImage(h)) + "|" + szData + "\n";
+            std::snprintf(szData, sizeof(szData), "%p", static_cast<const void*>(tree.GetItemData(h)));
+            sText += tree.GetItemText(h) + "|" + std::to_string(tree.GetItemImage(h)) + "|" + szData + "\n";
         }
-    }
+    };
+    addItems(context.m_EffectTree);
+    addItems(context.m_PrefabTree);
     for (const auto& pSpell : context.m_SpellMgr.Spells())
         sText += std::string(pSpell->m_szName) + "|" + std::to_string(pSpell->m_Tracks.GetNumTracks()) + "\n";
     return sText;

@@ -47,8 +47,8 @@ struct CEditContext
     CSpellMgr& m_SpellMgr;
     CEffectModule& m_EffectModule;
     CEditClipboard& m_Clipboard;
-    CLibraryTree& m_EffectTree;
-    CLibraryTree& m_PrefabTree;
+    CEffectTree& m_EffectTree;
+    CPrefabTree& m_PrefabTree;
     const std::string& m_sResourceRoot; // of the project, with a separator at its end; empty without one
     CEditHub& m_Edits;
     IPrompts& m_Prompts;

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "app/Advice.h"
-#include "app/LibraryEditor.h"
+#include "app/EffectEditor.h"
 #include "app/Messages.h"
 #include "app/StatusText.h"
 #include "formats/EmberdeckQSA.h"
@@ -432,9 +432,7 @@ bool CEmberdeckApp::SaveEffectFileAs()
 
 CSpell* CEmberdeckApp::NewEffect()
 {
-    CLibraryEditor editor(m_Context);
-    const HLibraryItem hItem = editor.NewEffect({});
-    CSpell* pSpell = static_cast<CSpell*>(m_EffectTree.GetItemData(hItem));
+    CSpell* pSpell = m_EffectTree.GetItemData(CEffectEditor(m_Context).NewEffect({}));
     if (pSpell)
         m_Context.m_Documents.Open(*pSpell);
     return pSpell;

@@ -138,8 +138,8 @@ public:
     std::string m_sResourceRoot;
     CEffectModule m_EffectModule;
     CSpellMgr m_SpellMgr;
-    CLibraryTree m_EffectTree;
-    CLibraryTree m_PrefabTree;
+    CEffectTree m_EffectTree;
+    CPrefabTree m_PrefabTree;
     CEditClipboard m_Clipboard;
     CEditHub m_Edits;
 

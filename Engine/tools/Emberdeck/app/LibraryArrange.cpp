@@ -1,190 +1,33 @@
-#include <algorithm>
 #include <set>
 
 #include "app/LibraryEditor.h"
-#include "model/MakeOrNull.h"
 #include "qsstrutils.h"
 
-// Deleting, moving and sorting.
+// Moving and sorting.
 
-// Frees every key from the prefabs that go, in one walk over all keys, then destroys them.
-void CLibraryEditor::DropPrefabs(CEditScope& scope, const CDoomed& doomed)
+HLibraryItem CLibraryEditor::Move(HLibraryItem hItem, HLibraryItem hTarget)
 {
-    // The nearest one above a set; null.
-    const auto doomedParent = [&doomed](const CEffectPropertySet& set)
-    {
-        CEffectPropertySet* p = set.GetParent();
-        while (p && !doomed.contains(p))
-            p = p->GetParent();
-        return p;
-    };
-    const auto detach = [&doomedParent](CKey& key)
-    {
-        for (CEffectPropertySet* p = doomedParent(key); p && key.DetachFromParent(p);)
-            p = doomedParent(key);
-    };
-    CEffectPropertySet* pActive = m_Context.m_Host.GetActivePrefab();
-    if (pActive && doomed.contains(pActive))
-        m_Context.m_Host.ClearActivePrefab();
-    m_Context.m_SpellMgr.ForEachKey(
-        [&](CSpell& spell, CKey& key)
-        {
-            if (!doomedParent(key))
-                return;
-            scope.TouchKey(spell, key);
-            detach(key);
-        });
-    if (CKey* pKey = m_Context.m_Clipboard.GetKey())
-        detach(*pKey);
-    scope.TouchPrefabList();
-    // From the back, where taking one out moves the fewest.
-    const auto& prefabs = m_Context.m_SpellMgr.Prefabs();
-    for (size_t i = prefabs.size(); i-- > 0;)
-    {
-        CEffectPropertySet* pPrefab = prefabs[i].get();
-        if (!doomed.contains(pPrefab))
-            continue;
-        scope.TouchPrefab(pPrefab);
-        m_Context.m_SpellMgr.DeletePrefab(pPrefab);
-    }
-}
-
-void CLibraryEditor::DropSpells(const CDoomed& doomed)
-{
-    const auto& spells = m_Context.m_SpellMgr.Spells();
-    for (size_t i = spells.size(); i-- > 0;)
-    {
-        if (doomed.contains(spells[i].get()))
-            m_Context.m_SpellMgr.DeleteSpell(spells[i].get());
-    }
-}
-
-// The items go first: while they are taken away, whoever shows them can still read their data.
-void CLibraryEditor::DeleteLeaves(CEditScope& scope, ELibrarySide eSide,
-                                  const std::vector<HLibraryItem>& leaves)
-{
-    CLibraryTree& tree = Tree(eSide);
-    CDoomed doomed;
-    const bool bListed = TryAllocating(
-        [&]
-        {
-            for (const HLibraryItem hItem : leaves)
-            {
-                if (tree.GetItemData(hItem))
-                    doomed.insert(tree.GetItemData(hItem));
-            }
-        });
-    if (leaves.empty() || !bListed)
-        return;
-    TouchTree(scope, eSide);
-    if (eSide == ELibrarySide::eEffects)
-        scope.TouchSpellList();
-    for (const HLibraryItem hItem : leaves)
-    {
-        const auto* pSpell =
-            eSide == ELibrarySide::eEffects ? static_cast<const CSpell*>(tree.GetItemData(hItem)) : nullptr;
-        if (pSpell)
-        {
-            m_Context.m_Documents.Close(pSpell);
-            scope.Touch(pSpell);
-        }
-        tree.DeleteItem(hItem);
-    }
-    if (eSide == ELibrarySide::eEffects)
-        DropSpells(doomed);
-    else
-        DropPrefabs(scope, doomed);
-}
-
-bool CLibraryEditor::Delete(ELibrarySide eSide, HLibraryItem hItem)
-{
-    CLibraryTree& tree = Tree(eSide);
-    const bool bLeaf = tree.IsLeaf(hItem);
-    // A leaf beside the root may go; a root group holds what is saved.
-    if (!tree.IsAlive(hItem) || (!bLeaf && !tree.GetParentItem(hItem)))
-        return false;
-    CEditScope scope(m_Context.m_Edits, "Delete");
-    if (bLeaf)
-    {
-        DeleteLeaves(scope, eSide, {hItem});
-        return true;
-    }
-
-    std::vector<HLibraryItem> leaves;
-    for (HLibraryItem h = tree.GetNextItem(hItem); h && tree.IsAncestor(hItem, h); h = tree.GetNextItem(h))
-    {
-        if (tree.IsLeaf(h))
-            leaves.push_back(h);
-    }
-    DeleteLeaves(scope, eSide, leaves);
-    TouchTree(scope, eSide);
-    tree.DeleteItem(hItem);
-    return true;
-}
-
-void CLibraryEditor::DeleteItems(ELibrarySide eSide, const std::vector<HLibraryItem>& items)
-{
-    CLibraryTree& tree = Tree(eSide);
-    CEditScope scope(m_Context.m_Edits, "Delete Selection");
-    std::vector<HLibraryItem> leaves;
-    for (const HLibraryItem hItem : items)
-    {
-        if (tree.IsLeaf(hItem))
-            leaves.push_back(hItem);
-    }
-    DeleteLeaves(scope, eSide, leaves);
-    for (const HLibraryItem hItem : items)
-        Delete(eSide, hItem); // dead by now: nothing
-}
-
-// A moved item is a new one, with its image for both states.
-HLibraryItem CLibraryEditor::MoveBranch(CLibraryTree& tree, HLibraryItem hItem, HLibraryItem hTarget)
-{
-    const auto copy = [&tree](HLibraryItem hOld, HLibraryItem hParent)
-    {
-        const int nImage = tree.GetItemImage(hOld);
-        const std::string sText = tree.GetItemText(hOld);
-        return tree.InsertItem(sText, nImage, nImage, hParent, tree.GetItemData(hOld));
-    };
-    const HLibraryItem hMoved = copy(hItem, hTarget);
-    std::vector<std::pair<HLibraryItem, HLibraryItem>> open = {{hItem, hMoved}};
-    while (!open.empty())
-    {
-        const auto [hOld, hNew] = open.back();
-        open.pop_back();
-        for (HLibraryItem h = tree.GetChildItem(hOld); h; h = tree.GetNextSiblingItem(h))
-            open.emplace_back(h, copy(h, hNew));
-    }
-    tree.DeleteItem(hItem);
-    return hMoved;
-}
-
-HLibraryItem CLibraryEditor::Move(ELibrarySide eSide, HLibraryItem hItem, HLibraryItem hTarget)
-{
-    CLibraryTree& tree = Tree(eSide);
     // A leaf beside the root may come to where it is saved; a root group stays.
-    const bool bStays = !tree.IsAlive(hItem) || (!tree.IsLeaf(hItem) && !tree.GetParentItem(hItem));
-    if (bStays || !tree.IsGroup(hTarget) || tree.IsAncestor(hItem, hTarget))
+    const bool bStays = !m_Tree.IsAlive(hItem) || (!m_Tree.IsLeaf(hItem) && !m_Tree.GetParentItem(hItem));
+    if (bStays || !m_Tree.IsGroup(hTarget) || m_Tree.IsAncestor(hItem, hTarget))
         return {};
-    if (tree.GetParentItem(hItem) == hTarget)
+    if (m_Tree.GetParentItem(hItem) == hTarget)
         return hItem;
 
     CEditScope scope(m_Context.m_Edits, "Move");
-    TouchTree(scope, eSide);
-    return MoveBranch(tree, hItem, hTarget);
+    TouchTree(scope);
+    return m_Tree.MoveItem(hItem, hTarget);
 }
 
-void CLibraryEditor::MoveItems(ELibrarySide eSide, const std::vector<HLibraryItem>& items,
-                               HLibraryItem hTarget)
+void CLibraryEditor::MoveItems(const std::vector<HLibraryItem>& items, HLibraryItem hTarget)
 {
-    CLibraryTree& tree = Tree(eSide);
-    if (!tree.IsGroup(hTarget))
+    if (!m_Tree.IsGroup(hTarget))
         return;
     CEditScope scope(m_Context.m_Edits, "Move Items");
     for (const HLibraryItem hItem : items)
     {
-        if (tree.IsLeaf(hItem))
-            Move(eSide, hItem, hTarget);
+        if (m_Tree.IsLeaf(hItem))
+            Move(hItem, hTarget);
     }
 
     // An inner group stays in the outer one, whose move makes it a new item that the list doesn't know.
@@ -193,39 +36,32 @@ void CLibraryEditor::MoveItems(ELibrarySide eSide, const std::vector<HLibraryIte
     std::vector<HLibraryItem> groups;
     for (const HLibraryItem hItem : items)
     {
-        if (!tree.IsGroup(hItem))
+        if (!m_Tree.IsGroup(hItem))
             continue;
         bool bInner = false;
-        for (HLibraryItem h = tree.GetParentItem(hItem); h && !bInner; h = tree.GetParentItem(h))
-            bInner = listed.contains(h) && tree.GetParentItem(h) && !tree.IsAncestor(h, hTarget);
+        for (HLibraryItem h = m_Tree.GetParentItem(hItem); h && !bInner; h = m_Tree.GetParentItem(h))
+            bInner = listed.contains(h) && m_Tree.GetParentItem(h) && !m_Tree.IsAncestor(h, hTarget);
         if (!bInner)
             groups.push_back(hItem);
     }
     for (const HLibraryItem hItem : groups)
-        Move(eSide, hItem, hTarget);
-    Sort(eSide);
+        Move(hItem, hTarget);
+    Sort();
 }
 
-void CLibraryEditor::Sort(ELibrarySide eSide)
+void CLibraryEditor::Sort()
 {
-    CLibraryTree& tree = Tree(eSide);
-    const bool bEffects = eSide == ELibrarySide::eEffects;
-    const auto compare = [&tree, bEffects](HLibraryItem hLeft, HLibraryItem hRight)
+    const auto compare = [this](HLibraryItem hLeft, HLibraryItem hRight)
     {
-        const void* pLeft = tree.GetItemData(hLeft);
-        const void* pRight = tree.GetItemData(hRight);
-        if (!pLeft || !pRight)
-            return int(pLeft != nullptr) - int(pRight != nullptr);
-        if (bEffects)
-            return int(QSStrICmp(static_cast<const CSpell*>(pLeft)->m_szName,
-                                 static_cast<const CSpell*>(pRight)->m_szName));
-        return int(QSStrICmp(static_cast<const CEffectPropertySet*>(pLeft)->m_sName.c_str(),
-                             static_cast<const CEffectPropertySet*>(pRight)->m_sName.c_str()));
+        const char* pszLeft = LeafName(hLeft);
+        const char* pszRight = LeafName(hRight);
+        return pszLeft && pszRight ? int(QSStrICmp(pszLeft, pszRight))
+                                   : int(pszLeft != nullptr) - int(pszRight != nullptr);
     };
     const auto isSorted = [&](HLibraryItem hParent)
     {
         HLibraryItem hPrev;
-        for (HLibraryItem h = tree.GetChildItem(hParent); h; hPrev = h, h = tree.GetNextSiblingItem(h))
+        for (HLibraryItem h = m_Tree.GetChildItem(hParent); h; hPrev = h, h = m_Tree.GetNextSiblingItem(h))
         {
             if (hPrev && compare(hPrev, h) > 0)
                 return false;
@@ -234,7 +70,7 @@ void CLibraryEditor::Sort(ELibrarySide eSide)
     };
 
     std::vector<HLibraryItem> unsorted; // first, since sorting moves what comes next
-    for (HLibraryItem h = tree.GetRootItem(); h; h = tree.GetNextItem(h))
+    for (HLibraryItem h = m_Tree.GetRootItem(); h; h = m_Tree.GetNextItem(h))
     {
         if (!isSorted(h))
             unsorted.push_back(h);
@@ -244,7 +80,7 @@ void CLibraryEditor::Sort(ELibrarySide eSide)
     CEditScope scope(m_Context.m_Edits, "Sort");
     for (const HLibraryItem h : unsorted)
     {
-        TouchGroup(scope, eSide, h);
-        tree.SortChildren(h, compare);
+        TouchGroup(scope, h);
+        m_Tree.SortChildren(h, compare);
     }
 }

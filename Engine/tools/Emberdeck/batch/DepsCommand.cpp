@@ -22,7 +22,7 @@ void AddDepsCommand(CLI::App& app, const CBatchOptions& options, CCommandResult&
                 return;
             }
             CAssetLibrarySource source;
-            const CLibraryTree& tree = session.m_pApp->m_EffectTree;
+            const CEffectTree& tree = session.m_pApp->m_EffectTree;
             CollectResources(tree, tree.GetRootItem(), source);
             CJson provides = CJson::array();
             CJson needs = CJson::array();

@@ -7,7 +7,8 @@ bool CEffectTreePanel::s_bCancelEdit = false;
 
 CEffectTreePanel::CEffectTreePanel(CEditContext& context, ITreeView& view, IImportView& importView,
                                    const CTreeOptions& options)
-    : CLibraryPanel(context, ELibrarySide::eEffects, eEffectPanel_Tree, view, c_EffectMessages, options),
+    : CLibraryPanel(context, context.m_EffectTree, eEffectPanel_Tree, view, c_EffectMessages, options),
+      m_Editor(context),
       m_ImportView(importView)
 {
 }
@@ -34,8 +35,13 @@ void CEffectTreePanel::OnOpenEffects()
 {
     if (!WidenAndAsk(c_EffectMessages.m_NoneToOpen, c_EffectMessages.m_ManyToOpen))
         return;
-    for (void* pSpell : GetSelectedLeafData())
-        m_Context.m_Documents.Open(*static_cast<CSpell*>(pSpell));
+    for (CSpell* pSpell : GetSelectedLeafData(m_Context.m_EffectTree))
+        m_Context.m_Documents.Open(*pSpell);
+}
+
+void CEffectTreePanel::ScrollTo(const CSpell* pSpell)
+{
+    m_Tree.EnsureVisible(m_Context.m_EffectTree.FindData(pSpell));
 }
 
 // Effects alone come, under the root: their prefabs and groups stay behind.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/EffectEditor.h"
 #include "browser/LibraryPanel.h"
 #include "browser/SelectFXToImportDlg.h"
 
@@ -16,13 +17,16 @@ public:
     void OnOpenEffects();
     void OnNewEffect();
     void OnImportEffects();
+    void ScrollTo(const CSpell* pSpell); // its item into view
 
 private:
     void OnOpen() override { OnOpenEffects(); }
     void RunCommand(int32_t nID) override;
+    CLibraryEditor& Editor() override { return m_Editor; }
     bool& CancelEditFlag() override { return s_bCancelEdit; }
 
     static bool s_bCancelEdit;
+    CEffectEditor m_Editor;
     IImportView& m_ImportView;
 };
 

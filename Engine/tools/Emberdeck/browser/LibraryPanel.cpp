@@ -16,15 +16,12 @@ bool IsLeafItem(const CMultiSelectTreeCtrl& ctrl, HLibraryItem hItem, int32_t, u
 
 } // namespace
 
-CLibraryPanel::CLibraryPanel(CEditContext& context, ELibrarySide eSide, uint32_t nTreeID, ITreeView& view,
+CLibraryPanel::CLibraryPanel(CEditContext& context, CLibraryTree& tree, uint32_t nTreeID, ITreeView& view,
                              const CPanelMessages& messages, const CTreeOptions& options)
-    : m_Tree(eSide == ELibrarySide::eEffects ? context.m_EffectTree : context.m_PrefabTree, view, *this,
-             context.m_Prompts, options),
+    : m_Tree(tree, view, *this, context.m_Prompts, options),
       m_Context(context),
-      m_Editor(context),
       m_View(view),
       m_Drag(m_Tree, view),
-      m_eSide(eSide),
       m_nTreeID(nTreeID),
       m_Messages(messages)
 {
@@ -42,7 +39,7 @@ void CLibraryPanel::OnCreate(IDialogControls* pControls)
     m_SizeCtrl.AddControl(m_nTreeID, 0, 0, 0, 0);
     // A file that has brought no root isn't given one before something is put into it.
     if (!m_Tree.Tree().GetRootItem())
-        m_Editor.EnsureRoot(m_eSide);
+        Editor().EnsureRoot();
 }
 
 bool CLibraryPanel::CanInsert() const
@@ -135,11 +132,9 @@ void CLibraryPanel::OnEndLabelEdit(const std::string& sText)
     const HLibraryItem hItem = m_Tree.GetCaret();
     if (CancelEditFlag() || !hItem)
         return;
-    const bool bEffect = m_eSide == ELibrarySide::eEffects && m_Tree.Tree().IsLeaf(hItem);
-    if (m_Editor.Rename(m_eSide, hItem, sText) == ERename::eInUse)
+    if (Editor().Rename(hItem, sText) == ERename::eInUse)
     {
-        const std::string sName = CleanName(sText, bEffect ? CSpell::c_nMaxName : c_nMaxEntryName);
-        ShowMessage(m_Context.m_Prompts, m_Messages.m_NameInUse, {sName});
+        ShowMessage(m_Context.m_Prompts, m_Messages.m_NameInUse, {Editor().NameFor(hItem, sText)});
         m_View.TakeFocus();
     }
 }
@@ -166,7 +161,7 @@ void CLibraryPanel::OnNewGroup()
 {
     HLibraryItem hGroup;
     if (FindInsertGroup(hGroup))
-        ShowNew(m_Editor.NewGroup(m_eSide, hGroup));
+        ShowNew(Editor().NewGroup(hGroup));
 }
 
 uint32_t CLibraryPanel::CountLeaves()
@@ -194,17 +189,6 @@ bool CLibraryPanel::WidenAndAsk(const CMessage& none, const CMessage& many)
     return eAnswer == EAnswer::eOk;
 }
 
-std::vector<void*> CLibraryPanel::GetSelectedLeafData() const
-{
-    std::vector<void*> data;
-    for (HLibraryItem h = m_Tree.GetFirstSelectedItem(); h; h = m_Tree.GetNextSelectedItem(h))
-    {
-        if (void* pData = m_Tree.Tree().GetItemData(h)) // groups have none
-            data.push_back(pData);
-    }
-    return data;
-}
-
 void CLibraryPanel::OnDuplicate()
 {
     if (!WidenAndAsk(m_Messages.m_NoneToDuplicate, m_Messages.m_ManyToDuplicate))
@@ -212,7 +196,7 @@ void CLibraryPanel::OnDuplicate()
     std::vector<HLibraryItem> items;
     m_Tree.GetSelectedItems(items);
     // Each copy would be selected alone in its turn: the last one stays so.
-    const std::vector<HLibraryItem> copies = m_Editor.DuplicateItems(m_eSide, items);
+    const std::vector<HLibraryItem> copies = Editor().DuplicateItems(items);
     if (!copies.empty())
         m_Tree.SelectOnly(copies.back());
 }
@@ -233,7 +217,7 @@ void CLibraryPanel::OnDeleteSelection()
         return;
     std::vector<HLibraryItem> items;
     m_Tree.GetSelectedItems(items);
-    m_Editor.DeleteItems(m_eSide, items);
+    Editor().DeleteItems(items);
 }
 
 void CLibraryPanel::CancelModes()

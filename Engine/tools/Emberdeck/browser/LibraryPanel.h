@@ -15,7 +15,7 @@
 
 // What both pages of the library share, without their windows: a tree whose leaves stand for objects of one
 // side of the model, label editing, the popup menu, keys, drag and drop, and the commands that only differ in
-// words. All changes of model and tree go through CLibraryEditor.
+// words. All changes of model and tree go through the side's editor.
 //
 // Events of the tree's window come here. Points are in its coordinates.
 class CLibraryPanel : private ITreeParent, private IEditListener
@@ -55,8 +55,6 @@ public:
     // Before a command of another window runs: takes over a text that is still in the edit box.
     void FinishEdit() { m_Tree.EndEdit(); }
     void CancelModes(); // ends edit, click, band and drag without their effect
-    // Scrolls the item of an effect or prefab into view.
-    void ScrollTo(const void* pData) { m_Tree.EnsureVisible(m_Tree.Tree().FindData(pData)); }
 
     // Conditions of the commands: they go by the selection, while the commands act on the caret.
     bool HasSelection() const { return m_Tree.GetSelectedCount() > 0; }
@@ -76,12 +74,13 @@ public:
     DialogSizeCtrl m_SizeCtrl;
 
 protected:
-    CLibraryPanel(CEditContext& context, ELibrarySide eSide, uint32_t nTreeID, ITreeView& view,
+    CLibraryPanel(CEditContext& context, CLibraryTree& tree, uint32_t nTreeID, ITreeView& view,
                   const CPanelMessages& messages, const CTreeOptions& options);
 
     virtual void OnOpen() = 0;
     virtual void RunCommand(int32_t nID) = 0; // enabled by now; one that isn't the panel's does nothing
     CPanelMenu BuildMenu(const CMenuTable& table) const;
+    virtual CLibraryEditor& Editor() = 0;
     virtual bool& CancelEditFlag() = 0; // the label edit in progress was ended by Cancel
 
     // The group that a new item goes to: the caret, or none for the root that is to be made. False: neither.
@@ -89,10 +88,20 @@ protected:
     void ShowNew(HLibraryItem hItem); // selected, visible, and its label is edited
     // Widens the selection and asks when it holds many leaves. False: not to go on.
     bool WidenAndAsk(const CMessage& none, const CMessage& many);
-    std::vector<void*> GetSelectedLeafData() const;
+    // What the selected leaves of the side's tree stand for.
+    template <class TObject>
+    std::vector<TObject*> GetSelectedLeafData(const TLibraryTree<TObject>& tree) const
+    {
+        std::vector<TObject*> data;
+        for (HLibraryItem h = m_Tree.GetFirstSelectedItem(); h; h = m_Tree.GetNextSelectedItem(h))
+        {
+            if (TObject* pObject = tree.GetItemData(h))
+                data.push_back(pObject);
+        }
+        return data;
+    }
 
     CEditContext& m_Context;
-    CLibraryEditor m_Editor;
     ITreeView& m_View;
 
 private:
@@ -111,7 +120,6 @@ private:
     void MoveSelection(HLibraryItem hTarget);
 
     CItemDrag m_Drag;
-    const ELibrarySide m_eSide;
     const uint32_t m_nTreeID;
     const CPanelMessages& m_Messages;
 };

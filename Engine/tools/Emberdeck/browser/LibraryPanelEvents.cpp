@@ -139,7 +139,7 @@ void CLibraryPanel::MoveSelection(HLibraryItem hTarget)
     std::vector<HLibraryItem> items;
     m_Tree.GetSelectedItems(items);
     const HLibraryItem hCaret = m_Tree.GetCaret();
-    m_Editor.MoveItems(m_eSide, items, hTarget);
+    Editor().MoveItems(items, hTarget);
     // A moved item is a new one; the caret would have gone to a neighbour.
     if (hCaret && !m_Tree.Tree().IsAlive(hCaret))
         m_Tree.SetCaret(hTarget);

@@ -5,7 +5,8 @@
 bool CPrefabTreePanel::s_bCancelEdit = false;
 
 CPrefabTreePanel::CPrefabTreePanel(CEditContext& context, ITreeView& view, const CTreeOptions& options)
-    : CLibraryPanel(context, ELibrarySide::ePrefabs, ePrefabPanel_Tree, view, c_PrefabMessages, options)
+    : CLibraryPanel(context, context.m_PrefabTree, ePrefabPanel_Tree, view, c_PrefabMessages, options),
+      m_Editor(context)
 {
 }
 
@@ -22,13 +23,13 @@ void CPrefabTreePanel::RunCommand(int32_t nID)
 
 CEffectPropertySet* CPrefabTreePanel::GetActivePrefab() const
 {
-    return static_cast<CEffectPropertySet*>(m_Tree.Tree().GetItemData(m_hActivePrefab));
+    return m_Context.m_PrefabTree.GetItemData(m_hActivePrefab);
 }
 
 void CPrefabTreePanel::OfferActivePrefab(CEffectPropertySet* pPrefab)
 {
     if (!GetActivePrefab() && pPrefab)
-        SetActiveItem(m_Tree.Tree().FindData(pPrefab));
+        SetActiveItem(m_Context.m_PrefabTree.FindData(pPrefab));
 }
 
 void CPrefabTreePanel::SetActiveItem(HLibraryItem hItem)
@@ -41,7 +42,7 @@ void CPrefabTreePanel::SetActiveItem(HLibraryItem hItem)
 // An item that moves is copied, then taken away: its prefab has an item still. One that is deleted hasn't.
 void CPrefabTreePanel::OnTreeChange(CLibraryTree::EChange eChange, HLibraryItem hItem)
 {
-    const CLibraryTree& tree = m_Tree.Tree();
+    const CPrefabTree& tree = m_Context.m_PrefabTree;
     if (eChange == CLibraryTree::eTree_Removing && m_hActivePrefab && tree.IsAncestor(hItem, m_hActivePrefab))
         m_pLeaving = tree.GetItemData(m_hActivePrefab);
     if (eChange == CLibraryTree::eTree_Removed && m_pLeaving)
@@ -72,9 +73,9 @@ void CPrefabTreePanel::OnOpenPrefabs()
 {
     if (!WidenAndAsk(c_PrefabMessages.m_NoneToOpen, c_PrefabMessages.m_ManyToOpen))
         return;
-    for (void* pPrefab : GetSelectedLeafData())
+    for (CEffectPropertySet* pPrefab : GetSelectedLeafData(m_Context.m_PrefabTree))
     {
-        if (m_Tree.Tree().FindData(pPrefab)) // still there after the editors before it
-            m_Context.m_Host.EditProperties(*static_cast<CEffectPropertySet*>(pPrefab));
+        if (m_Context.m_PrefabTree.FindData(pPrefab)) // still there after the editors before it
+            m_Context.m_Host.EditProperties(*pPrefab);
     }
 }

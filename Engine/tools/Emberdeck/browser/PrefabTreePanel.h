@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/PrefabEditor.h"
 #include "browser/LibraryPanel.h"
 
 // The page of the prefabs: each leaf of its tree stands for one. One of them may be the active prefab, which
@@ -24,14 +25,16 @@ public:
 private:
     void OnOpen() override { OnOpenPrefabs(); }
     void RunCommand(int32_t nID) override;
+    CLibraryEditor& Editor() override { return m_Editor; }
     bool& CancelEditFlag() override { return s_bCancelEdit; }
     void OnTreeChange(CLibraryTree::EChange eChange, HLibraryItem hItem) override;
     void SetActiveItem(HLibraryItem hItem);
 
     static bool s_bCancelEdit;
+    CPrefabEditor m_Editor;
     HLibraryItem m_hActivePrefab;
     // The active prefab while its item is being taken away. Only compared: the prefab may go, too.
-    const void* m_pLeaving = nullptr;
+    const CEffectPropertySet* m_pLeaving = nullptr;
 };
 
 inline constexpr TCommandRoute<CPrefabTreePanel> c_PrefabPanelRoutes[] = {

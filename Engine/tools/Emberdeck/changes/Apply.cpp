@@ -690,7 +690,7 @@ CApplier::TWhy CApplier::DoItem(const CDifference& d)
     {
         if (!tree.IsAlive(hItem) || tree.GetParentItem(hItem) != hParent)
             return c_szGone;
-        if (tree.HasChildren(hItem) || CImageMaker::MakeItem(tree, d.m_eSide, hItem) != *pOld)
+        if (tree.HasChildren(hItem) || CImageMaker::MakeItem(m_Target.m_Library, d.m_eSide, hItem) != *pOld)
             return c_szOther;
         m_Scope.TouchGroup(d.m_eSide, hParent);
         tree.DeleteItem(hItem);
@@ -699,21 +699,24 @@ CApplier::TWhy CApplier::DoItem(const CDifference& d)
     const auto* pNew = std::get_if<CItemImage>(&d.m_After);
     if (!pNew || tree.IsAlive(hItem) || (hParent && !tree.IsAlive(hParent)))
         return c_szThere;
-    void* pData = nullptr;
-    if (pNew->m_nObject)
-        pData = d.m_eSide == ETreeSide::eEffects ? static_cast<void*>(FindSpell(pNew->m_nObject))
-                                                 : static_cast<void*>(FindPrefab(pNew->m_nObject));
-    if (pNew->m_nObject && !pData)
+    const bool bEffects = d.m_eSide == ETreeSide::eEffects;
+    CSpell* pSpell = bEffects && pNew->m_nObject ? FindSpell(pNew->m_nObject) : nullptr;
+    CEffectPropertySet* pPrefab = !bEffects && pNew->m_nObject ? FindPrefab(pNew->m_nObject) : nullptr;
+    if (pNew->m_nObject && !pSpell && !pPrefab)
         return "what it stands for isn't there";
     HLibraryItem hPrev;
     HLibraryItem h = hParent ? tree.GetChildItem(hParent) : tree.GetRootItem();
     for (uint32_t i = 0; i < d.m_Place.m_nPlace && h; ++i, h = tree.GetNextSiblingItem(h))
         hPrev = h;
     m_Scope.TouchGroup(d.m_eSide, hParent);
-    return tree.RestoreItem(hItem, pNew->m_sText, pNew->m_nImage, pNew->m_nSelectedImage, hParent, hPrev,
-                            pData)
-               ? TWhy()
-               : TWhy("its handle isn't free");
+    const auto restore = [&](auto& side, auto* pObject)
+    {
+        return side.RestoreItem(hItem, pNew->m_sText, pNew->m_nImage, pNew->m_nSelectedImage, hParent, hPrev,
+                                pObject);
+    };
+    const bool bRestored = bEffects ? restore(m_Target.m_Library.m_EffectTree, pSpell)
+                                    : restore(m_Target.m_Library.m_PrefabTree, pPrefab);
+    return bRestored ? TWhy() : TWhy("its handle isn't free");
 }
 
 std::vector<uint64_t> SortedNumbers(const std::vector<CChangeRef>& refs)

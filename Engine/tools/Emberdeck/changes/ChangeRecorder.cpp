@@ -99,7 +99,7 @@ void CChangeRecorder::KeepGroup(ETreeSide eSide, HLibraryItem hItem)
 {
     auto& groups = m_Before.m_Groups[static_cast<size_t>(eSide)];
     if (!groups.contains(hItem.m_nID))
-        groups.emplace(hItem.m_nID, CImageMaker::MakeGroup(m_Target.m_Library.Tree(eSide), eSide, hItem));
+        groups.emplace(hItem.m_nID, CImageMaker::MakeGroup(m_Target.m_Library, eSide, hItem));
 }
 
 void CChangeRecorder::KeepKey(CKnownSpell& known, CTouchedSpell& touched, const CKey& key)
@@ -254,7 +254,7 @@ CKnownLibrary CChangeRecorder::LookAgain()
         {
             const HLibraryItem hGroup{open.back()};
             open.pop_back();
-            const auto& pGroup = groups[hGroup.m_nID] = CImageMaker::MakeGroup(tree, eSide, hGroup);
+            const auto& pGroup = groups[hGroup.m_nID] = CImageMaker::MakeGroup(library, eSide, hGroup);
             for (const CItemImage& item : pGroup->m_Children)
             {
                 if (!old.contains(item.m_nItem) && !groups.contains(item.m_nItem) &&

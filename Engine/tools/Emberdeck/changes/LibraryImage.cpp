@@ -138,26 +138,35 @@ std::shared_ptr<const CSpellImage> CImageMaker::MakeSpell(const CSpell& spell)
     return pImage;
 }
 
-CItemImage CImageMaker::MakeItem(const CLibraryTree& tree, ETreeSide eSide, HLibraryItem hItem)
+uint64_t CLibraryParts::ObjectOf(ETreeSide eSide, HLibraryItem hItem) const
 {
+    if (eSide == ETreeSide::eEffects)
+    {
+        const CSpell* pSpell = m_EffectTree.GetItemData(hItem);
+        return pSpell ? uint64_t(pSpell->m_nSerial) : 0;
+    }
+    const CEffectPropertySet* pPrefab = m_PrefabTree.GetItemData(hItem);
+    return pPrefab ? pPrefab->m_Serial.Get() : 0;
+}
+
+CItemImage CImageMaker::MakeItem(const CLibraryParts& library, ETreeSide eSide, HLibraryItem hItem)
+{
+    const CLibraryTree& tree = library.Tree(eSide);
     CItemImage item{hItem.m_nID, tree.GetItemText(hItem), tree.GetItemImage(hItem),
                     tree.GetItemSelectedImage(hItem)};
-    const void* pData = tree.GetItemData(hItem);
-    if (pData && eSide == ETreeSide::eEffects)
-        item.m_nObject = static_cast<const CSpell*>(pData)->m_nSerial;
-    else if (pData)
-        item.m_nObject = static_cast<const CEffectPropertySet*>(pData)->m_Serial.Get();
+    item.m_nObject = library.ObjectOf(eSide, hItem);
     return item;
 }
 
-std::shared_ptr<const CGroupImage> CImageMaker::MakeGroup(const CLibraryTree& tree, ETreeSide eSide,
+std::shared_ptr<const CGroupImage> CImageMaker::MakeGroup(const CLibraryParts& library, ETreeSide eSide,
                                                           HLibraryItem hItem)
 {
+    const CLibraryTree& tree = library.Tree(eSide);
     auto pImage = std::make_shared<CGroupImage>();
     pImage->m_nItem = hItem.m_nID;
     HLibraryItem h = hItem ? tree.GetChildItem(hItem) : tree.GetRootItem();
     for (; h; h = tree.GetNextSiblingItem(h))
-        pImage->m_Children.push_back(MakeItem(tree, eSide, h));
+        pImage->m_Children.push_back(MakeItem(library, eSide, h));
     return pImage;
 }
 
@@ -273,9 +282,10 @@ std::shared_ptr<const CSpellImage> NextSpell(const CSpell& spell, const CSpellIm
 
 } // namespace
 
-CTreeImage CImageMaker::MakeTree(const CLibraryTree& tree, ETreeSide eSide)
+CTreeImage CImageMaker::MakeTree(const CLibraryParts& library, ETreeSide eSide)
 {
-    return CollectTree(tree, [&](HLibraryItem hItem) { return MakeGroup(tree, eSide, hItem); });
+    return CollectTree(library.Tree(eSide),
+                       [&](HLibraryItem hItem) { return MakeGroup(library, eSide, hItem); });
 }
 
 std::shared_ptr<const CLibraryImage> CLibraryImage::Make(const CLibraryParts& library, CImageMaker& maker)
@@ -288,7 +298,7 @@ std::shared_ptr<const CLibraryImage> CLibraryImage::Make(const CLibraryParts& li
     for (const auto& pSpell : library.m_SpellMgr.Spells())
         pImage->m_Spells.push_back(maker.MakeSpell(*pSpell));
     for (const ETreeSide eSide : c_TreeSides)
-        pImage->m_Trees[static_cast<size_t>(eSide)] = CImageMaker::MakeTree(library.Tree(eSide), eSide);
+        pImage->m_Trees[static_cast<size_t>(eSide)] = CImageMaker::MakeTree(library, eSide);
     return pImage;
 }
 
@@ -337,7 +347,7 @@ std::shared_ptr<const CLibraryImage> CLibraryImage::Next(const CLibraryParts& li
             const bool bKept = !touched.m_bWholeTree[nSide] && found != m_Trees[nSide].end() &&
                                (*found)->m_nItem == hItem.m_nID &&
                                !touched.m_Groups[nSide].contains(hItem.m_nID);
-            return bKept ? *found : CImageMaker::MakeGroup(tree, eSide, hItem);
+            return bKept ? *found : CImageMaker::MakeGroup(library, eSide, hItem);
         };
         pImage->m_Trees[nSide] = CollectTree(tree, nextGroup);
     }

@@ -15,12 +15,14 @@ struct CEdit;
 struct CLibraryParts
 {
     CSpellMgr& m_SpellMgr;
-    CLibraryTree& m_EffectTree;
-    CLibraryTree& m_PrefabTree;
+    CEffectTree& m_EffectTree;
+    CPrefabTree& m_PrefabTree;
     CLibraryTree& Tree(ETreeSide eSide) const
     {
-        return eSide == ETreeSide::eEffects ? m_EffectTree : m_PrefabTree;
+        return eSide == ETreeSide::eEffects ? static_cast<CLibraryTree&>(m_EffectTree) : m_PrefabTree;
     }
+    // The serial of what an item stands for; 0: nothing.
+    uint64_t ObjectOf(ETreeSide eSide, HLibraryItem hItem) const;
 };
 
 // Makes nodes of what is in the model now. Types are shared among the nodes of one maker.
@@ -31,11 +33,11 @@ public:
     std::shared_ptr<const CSetImage> MakePrefab(const CEffectPropertySet& prefab);
     std::shared_ptr<const CTrackImage> MakeTrack(const CTrack& track);
     std::shared_ptr<const CSpellImage> MakeSpell(const CSpell& spell);
-    static CItemImage MakeItem(const CLibraryTree& tree, ETreeSide eSide, HLibraryItem hItem);
+    static CItemImage MakeItem(const CLibraryParts& library, ETreeSide eSide, HLibraryItem hItem);
     // hItem empty: the roots.
-    static std::shared_ptr<const CGroupImage> MakeGroup(const CLibraryTree& tree, ETreeSide eSide,
+    static std::shared_ptr<const CGroupImage> MakeGroup(const CLibraryParts& library, ETreeSide eSide,
                                                         HLibraryItem hItem);
-    static CTreeImage MakeTree(const CLibraryTree& tree, ETreeSide eSide);
+    static CTreeImage MakeTree(const CLibraryParts& library, ETreeSide eSide);
 
     // The plug-in may be another one from here on.
     void ForgetTypes() { m_ByDesc.clear(); }

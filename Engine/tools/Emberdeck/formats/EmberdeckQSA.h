@@ -41,8 +41,8 @@ public:
 };
 
 // Writes in place: an existing file is truncated first, and a failure part way leaves it cut.
-bool SaveEffectLibrary(const char* pszFilename, const CLibraryTree& effectTree,
-                       const CLibraryTree& prefabTree, IPrompts* pPrompts = nullptr);
+bool SaveEffectLibrary(const char* pszFilename, const CEffectTree& effectTree, const CPrefabTree& prefabTree,
+                       IPrompts* pPrompts = nullptr);
 
 // Asked again and again while a file is loaded. False: the load stops, as a failed one.
 using CLoadGoOn = std::function<bool()>;
@@ -51,13 +51,13 @@ using CLoadGoOn = std::function<bool()>;
 // sError has grown by the reasons, innermost first, one a line; the model holds what was read so far,
 // and the caller clears it. pObserver, when given, hears of each silent repair; it changes no result.
 bool LoadEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffectModule& module,
-                       CLibraryTree* pEffectTree, CLibraryTree* pPrefabTree, std::string& sError,
+                       CEffectTree* pEffectTree, CPrefabTree* pPrefabTree, std::string& sError,
                        IPrompts* pPrompts = nullptr, ILoadObserver* pObserver = nullptr,
                        const CLoadGoOn& goOn = {});
 
 // The same for the text of such a file, as it is behind the compression.
 bool LoadEffectText(std::string_view sText, CSpellMgr& spellMgr, const CEffectModule& module,
-                    CLibraryTree* pEffectTree, CLibraryTree* pPrefabTree, std::string& sError,
+                    CEffectTree* pEffectTree, CPrefabTree* pPrefabTree, std::string& sError,
                     ILoadObserver* pObserver = nullptr);
 
 // Whether the bytes of an effect file are whole, as far as that can be seen without a plug-in: the lists of a

@@ -17,8 +17,6 @@ namespace
 {
 
 constexpr CFieldName c_ContainerName = "container";
-constexpr CFieldName c_PrefabName = "prefab";
-constexpr CFieldName c_EffectName = "effect";
 
 constexpr int32_t c_nFormatVersion = 1;
 constexpr uint32_t c_nLoadBlockSize = 262144;
@@ -83,7 +81,7 @@ bool NoteOutOfMemory(std::string& sError)
 } // namespace
 
 bool LoadEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffectModule& module,
-                       CLibraryTree* pEffectTree, CLibraryTree* pPrefabTree, std::string& sError,
+                       CEffectTree* pEffectTree, CPrefabTree* pPrefabTree, std::string& sError,
                        IPrompts* pPrompts, ILoadObserver* pObserver, const CLoadGoOn& goOn)
 {
     const CWaitScope wait(pPrompts);
@@ -110,7 +108,7 @@ bool LoadEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffe
 }
 
 bool LoadEffectText(std::string_view sText, CSpellMgr& spellMgr, const CEffectModule& module,
-                    CLibraryTree* pEffectTree, CLibraryTree* pPrefabTree, std::string& sError,
+                    CEffectTree* pEffectTree, CPrefabTree* pPrefabTree, std::string& sError,
                     ILoadObserver* pObserver)
 {
     bool bLoaded = false;
@@ -148,22 +146,18 @@ std::optional<bool> IsWholeEffectFile(const std::string& sName, std::string_view
            IsVersionSupported(nodes.m_Root) && CQSAUtil::ShallowFindList(&nodes.m_Root, "effect-tree");
 }
 
-CLibraryLoader::CLibraryLoader(CSpellMgr& spellMgr, const CEffectModule& module, CLibraryTree* pEffectTree,
-                               CLibraryTree* pPrefabTree, std::string& sError, ILoadObserver* pObserver,
+CLibraryLoader::CLibraryLoader(CSpellMgr& spellMgr, const CEffectModule& module, CEffectTree* pEffectTree,
+                               CPrefabTree* pPrefabTree, std::string& sError, ILoadObserver* pObserver,
                                const CLoadGoOn& goOn)
-    : m_SpellMgr(spellMgr),
-      m_Module(module),
-      m_pEffectTree(pEffectTree),
-      m_pPrefabTree(pPrefabTree),
-      m_sError(sError),
-      m_Findings(pObserver),
+    : m_Load(module, sError, pObserver),
+      m_Properties(m_Load),
+      m_Prefabs(m_Load, m_Properties, spellMgr, pPrefabTree),
+      m_Effects(m_Load, m_Properties, m_Prefabs, spellMgr, pEffectTree),
       m_GoOn(goOn)
 {
-    for (const auto& pPrefab : spellMgr.Prefabs())
-        NotePrefabName(pPrefab.get());
 }
 
-void CLibraryLoader::AddMessage(const std::string& sMessage)
+void CLoadState::AddMessage(const std::string& sMessage)
 {
     if (!m_sError.empty())
         m_sError += "\r\n";
@@ -172,39 +166,39 @@ void CLibraryLoader::AddMessage(const std::string& sMessage)
 
 void CLibraryLoader::TellText(const CQSATextOutcome& outcome, const char* pszFilename)
 {
-    m_Findings.TellDamage(outcome);
-    if (m_Findings)
-        m_Findings.TellText(outcome, pszFilename);
+    m_Load.m_Findings.TellDamage(outcome);
+    if (m_Load.m_Findings)
+        m_Load.m_Findings.TellText(outcome, pszFilename);
 }
 
 // Prefabs come first, since keys refer to them by name; the file may hold its lists in any order.
 bool CLibraryLoader::LoadRoot(const CQSANode& root)
 {
-    if (m_Findings)
+    if (m_Load.m_Findings)
         TellRoot(root);
 
     if (const CQSANode* pPrefabs = CQSAUtil::ShallowFindList(&root, "prefab-tree"))
     {
-        if (!LoadTree(*pPrefabs, eSide_Prefabs))
+        if (!LoadTree(*pPrefabs, m_Prefabs))
         {
-            AppendError("Failed loading prefab tree");
+            m_Load.AppendError("Failed loading prefab tree");
             return false;
         }
     }
-    else if (m_pPrefabTree)
+    else if (CLibraryTree* pTree = m_Prefabs.Tree())
     {
-        m_pPrefabTree->InsertGroup("[Prefabs]", {});
+        pTree->InsertGroup("[Prefabs]", {});
     }
 
     const CQSANode* pEffects = CQSAUtil::ShallowFindList(&root, "effect-tree");
     if (!pEffects)
     {
-        AppendError("No effect list found in the file");
+        m_Load.AppendError("No effect list found in the file");
         return false;
     }
-    if (!LoadTree(*pEffects, eSide_Effects))
+    if (!LoadTree(*pEffects, m_Effects))
     {
-        AppendError("Failed loading effect tree");
+        m_Load.AppendError("Failed loading effect tree");
         return false;
     }
     return true;
@@ -214,16 +208,16 @@ void CLibraryLoader::TellRoot(const CQSANode& root)
 {
     static constexpr std::array<CFieldName, 4> c_aNames = {"resource-database", "header", "prefab-tree",
                                                            "effect-tree"};
-    const CNodeFields<4> fields(root, c_aNames, TellingSkipped(), false);
+    const CNodeFields<4> fields(root, c_aNames, m_Load.TellingSkipped(), false);
     if (const CQSANode* pHeader = fields.FindList(1))
         TellHeader(*pHeader);
     if (!fields.FindList(2))
-        m_Findings.Tell("There is no prefab tree; an empty one was made.");
+        m_Load.m_Findings.Tell("There is no prefab tree; an empty one was made.");
     for (const size_t nTree : {2u, 3u})
     {
         const CQSANode* pTree = fields.FindList(nTree);
         if (pTree && pTree->GetNumElements() > 2)
-            m_Findings.Tell(
+            m_Load.m_Findings.Tell(
                 QSFormat("The %s has more than one item at its top; only the first is saved again.",
                          ListName(*pTree)));
     }
@@ -232,61 +226,49 @@ void CLibraryLoader::TellRoot(const CQSANode& root)
 void CLibraryLoader::TellHeader(const CQSANode& header)
 {
     static constexpr std::array<CFieldName, 1> c_aNames = {"version"};
-    const CNodeFields<1> fields(header, c_aNames, TellingSkipped());
-    if (const char* pszVersion = FindValue(fields, 0))
-        m_Findings.TellWholeNumber(pszVersion, "version");
+    const CNodeFields<1> fields(header, c_aNames, m_Load.TellingSkipped());
+    if (const char* pszVersion = m_Load.FindValue(fields, 0))
+        m_Load.m_Findings.TellWholeNumber(pszVersion, "version");
 }
 
-bool CLibraryLoader::LoadTree(const CQSANode& list, ESide eSide)
+bool CLibraryLoader::LoadTree(const CQSANode& list, ILeafLoader& leaves)
 {
     for (uint32_t i = 1; i < list.GetNumElements(); ++i)
     {
-        if (!LoadTreeNode(*list.GetElement(i), {}, eSide))
+        if (!LoadTreeNode(*list.GetElement(i), {}, leaves))
             return false;
     }
     return true;
 }
 
 // Recurses as deep as groups nest, which the node reader has limited to some five hundred.
-bool CLibraryLoader::LoadTreeNode(const CQSANode& node, HLibraryItem hParent, ESide eSide)
+bool CLibraryLoader::LoadTreeNode(const CQSANode& node, HLibraryItem hParent, ILeafLoader& leaves)
 {
     if (m_GoOn && !m_GoOn())
     {
-        AppendError("Stopped by the user");
+        m_Load.AppendError("Stopped by the user");
         return false;
     }
     if (IsListNamed(node, c_ContainerName))
-        return LoadContainer(node, hParent, eSide);
-    if (eSide == eSide_Prefabs && IsListNamed(node, c_PrefabName))
-    {
-        if (LoadPrefab(node, hParent))
-            return true;
-        AppendError("Error loading prefab");
-        return false;
-    }
-    if (eSide == eSide_Effects && IsListNamed(node, c_EffectName))
-    {
-        if (LoadEffect(node, hParent))
-            return true;
-        AppendError("Error loading effect");
-        return false;
-    }
-    if (m_Findings)
-        m_Findings.TellSkipped(node);
+        return LoadContainer(node, hParent, leaves);
+    if (IsListNamed(node, leaves.ListName()))
+        return leaves.LoadLeaf(node, hParent);
+    if (m_Load.m_Findings)
+        m_Load.m_Findings.TellSkipped(node);
     return true;
 }
 
-bool CLibraryLoader::LoadContainer(const CQSANode& node, HLibraryItem hParent, ESide eSide)
+bool CLibraryLoader::LoadContainer(const CQSANode& node, HLibraryItem hParent, ILeafLoader& leaves)
 {
     static constexpr std::array<CFieldName, 2> c_aNames = {"name", "children"};
-    const CNodeFields<2> fields(node, c_aNames, TellingSkipped());
-    const char* pszName = FindValue(fields, 0);
+    const CNodeFields<2> fields(node, c_aNames, m_Load.TellingSkipped());
+    const char* pszName = m_Load.FindValue(fields, 0);
     if (!pszName)
     {
-        AppendError("Unable to find container name");
+        m_Load.AppendError("Unable to find container name");
         return false;
     }
-    CLibraryTree* pTree = eSide == eSide_Prefabs ? m_pPrefabTree : m_pEffectTree;
+    CLibraryTree* pTree = leaves.Tree();
     const HLibraryItem hGroup = pTree ? pTree->InsertGroup(pszName, hParent) : HLibraryItem();
     if (pTree && !hGroup)
         return false; // out of memory
@@ -294,9 +276,9 @@ bool CLibraryLoader::LoadContainer(const CQSANode& node, HLibraryItem hParent, E
     const CQSANode* pChildren = fields.FindList(1);
     for (uint32_t i = 1; pChildren && i < pChildren->GetNumElements(); ++i)
     {
-        if (!LoadTreeNode(*pChildren->GetElement(i), hGroup, eSide))
+        if (!LoadTreeNode(*pChildren->GetElement(i), hGroup, leaves))
         {
-            AppendError("Failed loading children of container %s", pszName);
+            m_Load.AppendError("Failed loading children of container %s", pszName);
             return false;
         }
     }

@@ -1,93 +1,31 @@
 #include <algorithm>
 #include <cstring>
 
-#include "formats/LibraryLoader.h"
+#include "formats/LeafLoaders.h"
 #include "model/MakeOrNull.h"
-#include "model/NameIndex.h"
 
 namespace
 {
 
+constexpr CFieldName c_EffectName = "effect";
 constexpr CFieldName c_KeyName = "key";
 
 } // namespace
 
-bool CLibraryLoader::LoadPrefab(const CQSANode& node, HLibraryItem hParent)
+const CFieldName& CEffectLoader::ListName() const
 {
-    static constexpr std::array<CFieldName, 3> c_aNames = {"name", "type", "properties"};
-    const CNodeFields<3> fields(node, c_aNames, TellingSkipped());
-    const char* pszName = FindValue(fields, 0);
-    const char* pszType = FindValue(fields, 1);
-    if (!pszName || !pszType)
-    {
-        AppendError("Unable to find a required parameter for prefab");
-        return false;
-    }
-    if (m_Findings)
-        m_Findings.EnterObject(pszName);
-    bool bFilled = false;
-    if (!TryAllocating([&] { bFilled = FillPrefab(pszName, pszType, fields.FindList(2), hParent); }))
-        AppendError("Failed to allocate memory for Prefab %s", pszName);
-    if (m_Findings)
-        m_Findings.EnterObject(nullptr);
-    return bFilled;
+    return c_EffectName;
 }
 
-bool CLibraryLoader::FillPrefab(const char* pszName, const char* pszType, const CQSANode* pProperties,
-                                HLibraryItem hParent)
+bool CEffectLoader::LoadLeaf(const CQSANode& node, HLibraryItem hParent)
 {
-    const CEffectTypeDesc* pTypeDesc = m_Module.FindType(pszType);
-    if (!pTypeDesc)
-    {
-        m_Findings.TellMissingType(pszType, pszName, std::string());
-        return false;
-    }
-    CEffectPropertySet* pPrefab = m_SpellMgr.AddPrefab(pTypeDesc);
-    if (!pPrefab)
-    {
-        AppendError("Failed to allocate memory for Prefab %s", pszName);
-        return false;
-    }
-    pPrefab->m_sName = pszName;
-    if (!LoadProperties(pProperties, *pPrefab))
-    {
-        AppendError("Error loading property of key %s", pszName);
-        m_SpellMgr.DeletePrefab(pPrefab);
-        return false;
-    }
-    Finish(*pPrefab);
-    m_Validation.Note(*pPrefab);
-    NotePrefabName(pPrefab);
-    if (m_pPrefabTree && !m_pPrefabTree->InsertLeaf(pPrefab->m_sName, hParent, pPrefab))
-    {
-        AppendError("Failed to allocate memory for Prefab %s", pszName);
-        return false;
-    }
-    return true;
+    if (LoadEffect(node, hParent))
+        return true;
+    AppendError("Error loading effect");
+    return false;
 }
 
-void CLibraryLoader::NotePrefabName(CEffectPropertySet* pPrefab)
-{
-    const char* pszName = pPrefab->m_sName.c_str(); // up to the first NUL, as keys name it
-    if (!m_PrefabsByName.emplace(pszName, pPrefab).second && m_Findings)
-        m_Findings.Tell("Another prefab has this name; keys stand on the first one.");
-}
-
-size_t CLibraryLoader::CNameHash::operator()(std::string_view sName) const
-{
-    uint64_t nHash = 0xCBF29CE484222325u;
-    for (const char c : sName)
-        nHash = (nHash ^ FoldNameByte(c)) * 0x100000001B3u;
-    return static_cast<size_t>(nHash ^ nHash >> 32);
-}
-
-CEffectPropertySet* CLibraryLoader::FindPrefab(std::string_view sName) const
-{
-    const auto found = m_PrefabsByName.find(sName);
-    return found == m_PrefabsByName.end() ? nullptr : found->second;
-}
-
-bool CLibraryLoader::LoadEffect(const CQSANode& node, HLibraryItem hParent)
+bool CEffectLoader::LoadEffect(const CQSANode& node, HLibraryItem hParent)
 {
     static constexpr std::array<CFieldName, 3> c_aNames = {"name", "length", "key-list"};
     const CNodeFields<3> fields(node, c_aNames, TellingSkipped());
@@ -115,8 +53,8 @@ bool CLibraryLoader::LoadEffect(const CQSANode& node, HLibraryItem hParent)
     return bFilled;
 }
 
-bool CLibraryLoader::FillEffect(CSpell& spell, const char* pszName, const char* pszLength,
-                                const CQSANode* pKeyList, HLibraryItem hParent)
+bool CEffectLoader::FillEffect(CSpell& spell, const char* pszName, const char* pszLength,
+                               const CQSANode* pKeyList, HLibraryItem hParent)
 {
     spell.SetName(std::string_view(pszName).substr(0, CSpell::c_nMaxName));
     spell.m_Tracks.m_nPhaseLength = ReadInt(pszLength, "length");
@@ -128,7 +66,7 @@ bool CLibraryLoader::FillEffect(CSpell& spell, const char* pszName, const char* 
     spell.m_Tracks.RecalcNextKeyID();
     if (m_Findings)
         m_Findings.TellLinks(spell);
-    if (m_pEffectTree && !m_pEffectTree->InsertLeaf(spell.m_szName, hParent, &spell))
+    if (m_pTree && !m_pTree->InsertLeaf(spell.m_szName, hParent, &spell))
     {
         AppendError("Unable to allocate memory for effect %s", pszName);
         return false;
@@ -137,20 +75,20 @@ bool CLibraryLoader::FillEffect(CSpell& spell, const char* pszName, const char* 
 }
 
 // Of a key that failed: the key itself has no type to be called by.
-void CLibraryLoader::TellIfTypeIsMissing(const CSpell& spell, const CQSANode& key)
+void CEffectLoader::TellIfTypeIsMissing(const CSpell& spell, const CQSANode& key)
 {
     static constexpr std::array<CFieldName, 3> c_aNames = {"name", "type", "id"};
     const CNodeFields<3> fields(key, c_aNames, [](const CQSANode&) {});
-    const char* pszName = fields.FindValue(0);
-    const char* pszType = fields.FindValue(1);
-    const char* pszID = fields.FindValue(2);
+    const char* pszName = FindValue(fields, 0);
+    const char* pszType = FindValue(fields, 1);
+    const char* pszID = FindValue(fields, 2);
     if (pszType && !m_Module.FindType(pszType))
         m_Findings.TellMissingType(
             pszType, spell.m_szName,
             QSFormat("%s, id %s", pszName && *pszName ? pszName : pszType, pszID ? pszID : "?"));
 }
 
-bool CLibraryLoader::LoadKeys(CSpell& spell, const CQSANode& keyList)
+bool CEffectLoader::LoadKeys(CSpell& spell, const CQSANode& keyList)
 {
     CTrackFills fills;
     for (uint32_t i = 1; i < keyList.GetNumElements(); ++i)
@@ -186,7 +124,7 @@ bool CLibraryLoader::LoadKeys(CSpell& spell, const CQSANode& keyList)
     return true;
 }
 
-bool CLibraryLoader::AddTracksFor(CTrackList& tracks, uint32_t nTrack)
+bool CEffectLoader::AddTracksFor(CTrackList& tracks, uint32_t nTrack)
 {
     if (nTrack < tracks.GetNumTracks())
         return true;
@@ -203,7 +141,7 @@ bool CLibraryLoader::AddTracksFor(CTrackList& tracks, uint32_t nTrack)
     return true;
 }
 
-bool CLibraryLoader::PlaceLoadedKey(CTrackList& tracks, CTrackFills& fills, std::unique_ptr<CKey> pKey)
+bool CEffectLoader::PlaceLoadedKey(CTrackList& tracks, CTrackFills& fills, std::unique_ptr<CKey> pKey)
 {
     ++m_nKeysLoaded;
     if (!AddTracksFor(tracks, pKey->m_nTrack))
@@ -232,7 +170,7 @@ bool CLibraryLoader::PlaceLoadedKey(CTrackList& tracks, CTrackFills& fills, std:
     return true;
 }
 
-struct CLibraryLoader::CKeyFields
+struct CEffectLoader::CKeyFields
 {
     const char* m_pszName; // null without one
     const char* m_pszType;
@@ -247,7 +185,7 @@ struct CLibraryLoader::CKeyFields
     const char* Name() const { return m_pszName ? m_pszName : ""; }
 };
 
-std::unique_ptr<CKey> CLibraryLoader::LoadKey(const CQSANode& node)
+std::unique_ptr<CKey> CEffectLoader::LoadKey(const CQSANode& node)
 {
     static constexpr std::array<CFieldName, 9> c_aNames = {
         "name", "type", "id", "start-time", "end-time", "track", "parent", "motion-link", "properties"};
@@ -268,7 +206,7 @@ std::unique_ptr<CKey> CLibraryLoader::LoadKey(const CQSANode& node)
     return pKey;
 }
 
-std::unique_ptr<CKey> CLibraryLoader::FillKey(const CKeyFields& fields)
+std::unique_ptr<CKey> CEffectLoader::FillKey(const CKeyFields& fields)
 {
     const CEffectTypeDesc* pTypeDesc = m_Module.FindType(fields.m_pszType);
     if (!pTypeDesc)
@@ -297,20 +235,20 @@ std::unique_ptr<CKey> CLibraryLoader::FillKey(const CKeyFields& fields)
         else if (m_Findings)
             m_Findings.Tell("The motion link has no id; it was dropped.");
     }
-    if (!LoadProperties(fields.m_pProperties, *pKey))
+    if (!m_Properties.LoadProperties(fields.m_pProperties, *pKey))
     {
         AppendError("Error loading property of key %s", fields.Name());
         return nullptr;
     }
-    Finish(*pKey);
+    m_Properties.Finish(*pKey);
     return pKey;
 }
 
-bool CLibraryLoader::SetKeyParent(CKey& key, const CKeyFields& fields)
+bool CEffectLoader::SetKeyParent(CKey& key, const CKeyFields& fields)
 {
     if (!fields.m_pszParent)
         return true;
-    CEffectPropertySet* pPrefab = FindPrefab(fields.m_pszParent);
+    CEffectPropertySet* pPrefab = m_Prefabs.FindPrefab(fields.m_pszParent);
     if (!pPrefab)
     {
         AppendError("Failed to find prefab %s for key %s", fields.m_pszParent, fields.Name());
@@ -320,25 +258,4 @@ bool CLibraryLoader::SetKeyParent(CKey& key, const CKeyFields& fields)
         m_Findings.Tell(
             QSFormat("Prefab %s is of another type; the key stands on none.", fields.m_pszParent));
     return true;
-}
-
-int32_t CLibraryLoader::ReadInt(const char* pszText, const char* pszField)
-{
-    if (m_Findings)
-        m_Findings.TellWholeNumber(pszText, pszField);
-    return QSTextToInt(pszText);
-}
-
-uint32_t CLibraryLoader::ReadID(const char* pszText, const char* pszField)
-{
-    if (m_Findings)
-        m_Findings.TellID(pszText, pszField);
-    return static_cast<uint32_t>(QSTextToInt(pszText));
-}
-
-float CLibraryLoader::ReadFloat(const char* pszText, const char* pszField)
-{
-    if (m_Findings)
-        m_Findings.TellDecimalNumber(pszText, pszField);
-    return QSTextToFloat(pszText);
 }

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "formats/LibraryLoader.h"
+#include "formats/PropertyLoader.h"
 #include "model/MakeOrNull.h"
 #include "model/NameIndex.h"
 #include "model/PropKinds.h"
@@ -75,7 +75,7 @@ bool LoadPropertyValue(const CQSANode* pData, EEffectPropertyType eType, CPropKe
     return true;
 }
 
-bool CLibraryLoader::LoadProperties(const CQSANode* pProperties, CEffectPropertySet& set)
+bool CPropertyLoader::LoadProperties(const CQSANode* pProperties, CEffectPropertySet& set)
 {
     CTypeInfo& type = TypeInfo(set.m_pTypeDesc);
     type.m_nNext = 0;
@@ -104,7 +104,7 @@ bool CLibraryLoader::LoadProperties(const CQSANode* pProperties, CEffectProperty
     return true;
 }
 
-CLibraryLoader::CTypeInfo& CLibraryLoader::TypeInfo(const CEffectTypeDesc* pTypeDesc)
+CPropertyLoader::CTypeInfo& CPropertyLoader::TypeInfo(const CEffectTypeDesc* pTypeDesc)
 {
     if (m_pLastType && m_pLastType->m_pTypeDesc == pTypeDesc)
         return *m_pLastType;
@@ -125,7 +125,7 @@ CLibraryLoader::CTypeInfo& CLibraryLoader::TypeInfo(const CEffectTypeDesc* pType
 }
 
 // A saved file has the properties in the order of their descriptors.
-int CLibraryLoader::FindProperty(CTypeInfo& type, const char* pszName) const
+int CPropertyLoader::FindProperty(CTypeInfo& type, const char* pszName) const
 {
     const std::string_view sName = pszName;
     int nIndex = -1;
@@ -138,8 +138,8 @@ int CLibraryLoader::FindProperty(CTypeInfo& type, const char* pszName) const
     return nIndex;
 }
 
-bool CLibraryLoader::LoadProperty(const CQSANode& node, CTypeInfo& type,
-                                  std::unique_ptr<CEffectProperty>& pProp)
+bool CPropertyLoader::LoadProperty(const CQSANode& node, CTypeInfo& type,
+                                   std::unique_ptr<CEffectProperty>& pProp)
 {
     static constexpr std::array<CFieldName, 3> c_aNames = {"name", "type", "value-list"};
     const CNodeFields<3> fields(node, c_aNames, TellingSkipped());
@@ -183,7 +183,7 @@ bool CLibraryLoader::LoadProperty(const CQSANode& node, CTypeInfo& type,
     return true;
 }
 
-void CLibraryLoader::LoadValues(const CQSANode& valueList, EEffectPropertyType eType, CEffectProperty& prop)
+void CPropertyLoader::LoadValues(const CQSANode& valueList, EEffectPropertyType eType, CEffectProperty& prop)
 {
     // What isn't a value takes no room, so a list of much else isn't believed to the end.
     constexpr uint32_t c_nMaxReserved = 64;
@@ -206,8 +206,8 @@ void CLibraryLoader::LoadValues(const CQSANode& valueList, EEffectPropertyType e
     }
 }
 
-bool CLibraryLoader::LoadValue(const CQSANode& node, EEffectPropertyType eType, const CEffectProperty& prop,
-                               CPropKey& key)
+bool CPropertyLoader::LoadValue(const CQSANode& node, EEffectPropertyType eType, const CEffectProperty& prop,
+                                CPropKey& key)
 {
     static constexpr std::array<CFieldName, 2> c_aNames = {"time", "data"};
     const CNodeFields<2> fields(node, c_aNames, TellingSkipped());
@@ -225,7 +225,7 @@ bool CLibraryLoader::LoadValue(const CQSANode& node, EEffectPropertyType eType, 
 
 // EnsureComplete, then ValidateSet; the latter in two parts, since what is inherited is validated again with
 // each key, and need not be.
-void CLibraryLoader::Finish(CEffectPropertySet& set)
+void CPropertyLoader::Finish(CEffectPropertySet& set)
 {
     if (m_Findings)
         TellMissing(set);
@@ -243,7 +243,7 @@ void CLibraryLoader::Finish(CEffectPropertySet& set)
 }
 
 // What EnsureComplete is going to fill. On a prefab it fills nothing that a file could have held.
-void CLibraryLoader::TellMissing(const CEffectPropertySet& set)
+void CPropertyLoader::TellMissing(const CEffectPropertySet& set)
 {
     if (set.GetParent())
         return;
@@ -254,4 +254,25 @@ void CLibraryLoader::TellMissing(const CEffectPropertySet& set)
             m_Findings.Tell(
                 QSFormat("There is no property %s; it took the default.", DescName(desc).c_str()));
     }
+}
+
+int32_t CLoadPart::ReadInt(const char* pszText, const char* pszField)
+{
+    if (m_Findings)
+        m_Findings.TellWholeNumber(pszText, pszField);
+    return QSTextToInt(pszText);
+}
+
+uint32_t CLoadPart::ReadID(const char* pszText, const char* pszField)
+{
+    if (m_Findings)
+        m_Findings.TellID(pszText, pszField);
+    return static_cast<uint32_t>(QSTextToInt(pszText));
+}
+
+float CLoadPart::ReadFloat(const char* pszText, const char* pszField)
+{
+    if (m_Findings)
+        m_Findings.TellDecimalNumber(pszText, pszField);
+    return QSTextToFloat(pszText);
 }

@@ -13,8 +13,8 @@ namespace
 
 // Goes through the tree below its first root without recursion, since nothing limits its depth. A visitor
 // is told of each group before and after its children, and of each leaf, with the item's depth.
-template <class TVisitor>
-void WalkTree(const CLibraryTree& tree, uint32_t nDepth, TVisitor& visitor)
+template <class TObject, class TVisitor>
+void WalkTree(const TLibraryTree<TObject>& tree, uint32_t nDepth, TVisitor& visitor)
 {
     const HLibraryItem hRoot = tree.GetRootItem();
     HLibraryItem hItem = hRoot;
@@ -31,9 +31,9 @@ void WalkTree(const CLibraryTree& tree, uint32_t nDepth, TVisitor& visitor)
             }
             visitor.CloseGroup(nDepth);
         }
-        else if (tree.IsLeaf(hItem) && tree.GetItemData(hItem))
+        else if (const TObject* pObject = tree.GetItemData(hItem))
         {
-            visitor.Leaf(tree.GetItemData(hItem), nDepth);
+            visitor.Leaf(*pObject, nDepth);
         }
 
         HLibraryItem hNext;
@@ -61,17 +61,26 @@ void WriteProperty(CLibraryLines& out, uint32_t nDepth, const CEffectProperty* p
     out.Close(nDepth);
 }
 
-// The prefab tree's items.
-class CPrefabWriter
+// What both trees have.
+class CGroupWriter
 {
 public:
-    explicit CPrefabWriter(CLineWriter& out) : m_Out(out) {}
+    explicit CGroupWriter(CLineWriter& out) : m_Out(out) {}
 
     void OpenGroup(const std::string& sName, uint32_t nDepth) { m_Out.OpenGroup(nDepth, sName); }
     void CloseGroup(uint32_t nDepth) { m_Out.Close(nDepth); }
-    void Leaf(const void* pData, uint32_t nDepth)
+
+protected:
+    CLibraryLines m_Out;
+};
+
+class CPrefabWriter : public CGroupWriter
+{
+public:
+    using CGroupWriter::CGroupWriter;
+
+    void Leaf(const CEffectPropertySet& prefab, uint32_t nDepth)
     {
-        const auto& prefab = *static_cast<const CEffectPropertySet*>(pData);
         if (!prefab.m_pTypeDesc)
             return;
         m_Out.OpenPrefab(nDepth, prefab.m_sName, BoundedText(prefab.m_pTypeDesc->m_szName));
@@ -79,20 +88,15 @@ public:
             WriteProperty(m_Out, nDepth + CLibraryLines::c_nInner, prefab.GetProperty(i));
         m_Out.Close(nDepth);
     }
-
-protected:
-    CLibraryLines m_Out;
 };
 
-// The effect tree's items: the same groups, other leaves.
-class CEffectWriter : public CPrefabWriter
+class CEffectWriter : public CGroupWriter
 {
 public:
-    using CPrefabWriter::CPrefabWriter;
+    using CGroupWriter::CGroupWriter;
 
-    void Leaf(const void* pData, uint32_t nDepth)
+    void Leaf(const CSpell& spell, uint32_t nDepth)
     {
-        const auto& spell = *static_cast<const CSpell*>(pData);
         m_Out.OpenEffect(nDepth, spell.m_szName, spell.m_Tracks.m_nPhaseLength);
         for (const CKey& key : spell.m_Tracks.AllKeys())
             WriteKey(key, nDepth + CLibraryLines::c_nInner);
@@ -121,7 +125,7 @@ private:
     }
 };
 
-void WriteTrees(CLineWriter& out, const CLibraryTree& effectTree, const CLibraryTree& prefabTree)
+void WriteTrees(CLineWriter& out, const CEffectTree& effectTree, const CPrefabTree& prefabTree)
 {
     CLibraryLines lines(out);
     lines.Header();
@@ -140,11 +144,14 @@ struct CDepthMeter
 {
     void OpenGroup(const std::string&, uint32_t nDepth) { m_nMax = std::max(m_nMax, nDepth); }
     void CloseGroup(uint32_t) {}
-    void Leaf(const void*, uint32_t) {}
+    template <class TObject>
+    void Leaf(const TObject&, uint32_t)
+    {
+    }
     uint32_t m_nMax = 0;
 };
 
-bool SaveLibrary(const char* pszFilename, const CLibraryTree& effectTree, const CLibraryTree& prefabTree)
+bool SaveLibrary(const char* pszFilename, const CEffectTree& effectTree, const CPrefabTree& prefabTree)
 {
     CDepthMeter meter;
     WalkTree(effectTree, 1, meter);
@@ -156,8 +163,8 @@ bool SaveLibrary(const char* pszFilename, const CLibraryTree& effectTree, const 
 
 } // namespace
 
-bool SaveEffectLibrary(const char* pszFilename, const CLibraryTree& effectTree,
-                       const CLibraryTree& prefabTree, IPrompts* pPrompts)
+bool SaveEffectLibrary(const char* pszFilename, const CEffectTree& effectTree, const CPrefabTree& prefabTree,
+                       IPrompts* pPrompts)
 {
     const CWaitScope wait(pPrompts);
     bool bSaved = false;

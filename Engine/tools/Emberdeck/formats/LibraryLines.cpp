@@ -107,6 +107,7 @@ void CLibraryLines::Value(uint32_t nDepth, uint32_t eType, float fTime, const CP
     m_Out.Line(nDepth, ")");
 }
 
+// What isn't finite goes out as the nearest number: "inf" and "nan" would be read as none.
 void CLibraryLines::Data(uint32_t nDepth, uint32_t eType, const CPropData& data)
 {
     switch (PropKind(eType).m_eForm)

@@ -64,9 +64,9 @@ void ForEachProperty(const CSpell& spell, const TCall& call)
     }
 }
 
-void CollectFromItem(const CLibraryTree& tree, HLibraryItem hItem, CAssetLibrarySource& source)
+void CollectFromItem(const CEffectTree& tree, HLibraryItem hItem, CAssetLibrarySource& source)
 {
-    const auto* pSpell = static_cast<const CSpell*>(tree.GetItemData(hItem));
+    const CSpell* pSpell = tree.GetItemData(hItem);
     if (!tree.IsLeaf(hItem) || !pSpell)
         return;
     AddEffectResource(source, pSpell->m_szName);
@@ -130,7 +130,7 @@ void AddValueReferences(CAssetLibrarySource& source, const std::string& sEffect,
         AddEffectReferences(source, sEffect, sText);
 }
 
-bool CollectResources(const CLibraryTree& tree, HLibraryItem hItem, CAssetLibrarySource& source)
+bool CollectResources(const CEffectTree& tree, HLibraryItem hItem, CAssetLibrarySource& source)
 {
     return TryAllocating(
         [&]
@@ -172,7 +172,7 @@ bool CollectDependencies(const CSpell& spell, CAssetLibrarySource& source)
         });
 }
 
-bool WriteResourceDatabase(const CLibraryTree& effectTree, CQSAFile& file)
+bool WriteResourceDatabase(const CEffectTree& effectTree, CQSAFile& file)
 {
     CAssetLibrarySource source;
     return CollectResources(effectTree, effectTree.GetRootItem(), source) && WriteSource(source, file);

@@ -16,7 +16,7 @@ class CQSAFile;
 
 // Adds the effects at and below an item, in tree order: each named one as a resource of type "FX", and what
 // it depends on. False when memory is out.
-bool CollectResources(const CLibraryTree& tree, HLibraryItem hItem, CAssetLibrarySource& source);
+bool CollectResources(const CEffectTree& tree, HLibraryItem hItem, CAssetLibrarySource& source);
 
 // Adds what an effect's keys refer to: files, animations and other effects, one record for each distinct
 // one. The values in force count, a prefab's too, since the game needs these. False when memory is out.
@@ -29,7 +29,7 @@ void ForEachResourceFile(const CSpellMgr& spellMgr,
 
 // Writes the list for the effects below the tree's root to a file that is open for writing. A tree without
 // a root has no effects. False when memory is out, with nothing written, or when a write failed.
-bool WriteResourceDatabase(const CLibraryTree& effectTree, CQSAFile& file);
+bool WriteResourceDatabase(const CEffectTree& effectTree, CQSAFile& file);
 
 // The same from elsewhere: collect adds each effect in tree order, and behind it what its keys refer to by the values
 // in force, key by key and slot by slot. It may throw when memory is out.

@@ -121,7 +121,7 @@ const std::string& CLibraryTree::GetItemText(HLibraryItem hItem) const
     return pItem ? pItem->m_sText : s_sNone;
 }
 
-void* CLibraryTree::GetItemData(HLibraryItem hItem) const
+void* CLibraryTree::DataOf(HLibraryItem hItem) const
 {
     const CItem* pItem = Find(hItem);
     return pItem ? pItem->m_pData : nullptr;
@@ -186,22 +186,33 @@ bool CLibraryTree::RestoreItem(HLibraryItem hItem, std::string_view sText, int n
     return true;
 }
 
+HLibraryItem CLibraryTree::MoveItem(HLibraryItem hItem, HLibraryItem hTarget)
+{
+    const auto copy = [this](HLibraryItem hOld, HLibraryItem hParent)
+    {
+        const int nImage = GetItemImage(hOld);
+        const std::string sText = GetItemText(hOld);
+        return InsertItem(sText, nImage, nImage, hParent, DataOf(hOld));
+    };
+    const HLibraryItem hMoved = copy(hItem, hTarget);
+    std::vector<std::pair<HLibraryItem, HLibraryItem>> open = {{hItem, hMoved}};
+    while (!open.empty())
+    {
+        const auto [hOld, hNew] = open.back();
+        open.pop_back();
+        for (HLibraryItem h = GetChildItem(hOld); h; h = GetNextSiblingItem(h))
+            open.emplace_back(h, copy(h, hNew));
+    }
+    DeleteItem(hItem);
+    return hMoved;
+}
+
 void CLibraryTree::SetItemText(HLibraryItem hItem, std::string_view sText)
 {
     if (CItem* pItem = Find(hItem))
     {
         pItem->m_sText = std::string(sText);
         Tell(eTree_Text, hItem);
-    }
-}
-
-void CLibraryTree::SetItemData(HLibraryItem hItem, void* pData)
-{
-    if (CItem* pItem = Find(hItem))
-    {
-        ForgetData(pItem);
-        pItem->m_pData = pData;
-        NoteData(pItem);
     }
 }
 
@@ -260,7 +271,7 @@ void CLibraryTree::SortChildren(HLibraryItem hItem,
     Tell(eTree_Sorted, hItem);
 }
 
-HLibraryItem CLibraryTree::FindData(const void* pData) const
+HLibraryItem CLibraryTree::ItemOf(const void* pData) const
 {
     if (pData && m_bDataComplete)
     {
@@ -271,7 +282,7 @@ HLibraryItem CLibraryTree::FindData(const void* pData) const
             return HLibraryItem{use->second.m_nID};
     }
     HLibraryItem hItem = GetRootItem();
-    while (hItem && GetItemData(hItem) != pData)
+    while (hItem && DataOf(hItem) != pData)
         hItem = GetNextItem(hItem);
     return hItem;
 }

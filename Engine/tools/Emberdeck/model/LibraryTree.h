@@ -26,8 +26,8 @@ enum ELibraryImage : int
     eImage_Leaf = 2,      // both images
 };
 
-// The hierarchy of one side of the library: groups, and leaves that stand for effects or prefabs.
-// Owns its items, not their data. Every operation takes a dead or empty handle: it gives null, 0 or
+// The hierarchy of one side of the library: groups, and leaves. What a leaf stands for is the data of
+// TLibraryTree, below; this is what can be done without knowing it. Every operation takes a dead or empty handle: it gives null, 0 or
 // empty text, or does nothing. Nothing recurses on the stack, however deep the tree. Steps from item to
 // item take constant time; IsAncestor takes the depth, SortChildren and DeleteItem what they touch.
 class CLibraryTree
@@ -55,42 +55,28 @@ public:
     bool IsGroup(HLibraryItem hItem) const { return GetItemImage(hItem) == eImage_Group; }
     bool IsLeaf(HLibraryItem hItem) const { return GetItemImage(hItem) == eImage_Leaf; }
     const std::string& GetItemText(HLibraryItem hItem) const; // good until the item's text changes or it goes
-    // What the item stands for, not owned: the effect or prefab of a leaf, null for a group.
-    void* GetItemData(HLibraryItem hItem) const;
 
     // As last child of hParent, or as last root for an empty one. The new item's handle; empty, nothing
     // inserted, when hParent is dead or memory is out.
-    HLibraryItem InsertItem(std::string_view sText, int nImage, int nSelectedImage, HLibraryItem hParent,
-                            void* pData = nullptr);
     HLibraryItem InsertGroup(std::string_view sText, HLibraryItem hParent)
     {
-        return InsertItem(sText, eImage_Group, eImage_GroupOpen, hParent);
+        return InsertItem(sText, eImage_Group, eImage_GroupOpen, hParent, nullptr);
     }
-    HLibraryItem InsertLeaf(std::string_view sText, HLibraryItem hParent, void* pData)
-    {
-        return InsertItem(sText, eImage_Leaf, eImage_Leaf, hParent, pData);
-    }
-    // An item that was here before, under its old handle: behind hPrev, a child of hParent, or first for an empty
-    // one. False, nothing inserted: the handle was never given out, is in use
-    // or older than the last DeleteAllItems, hParent or hPrev is dead or not where it should be, or memory is out.
-    bool RestoreItem(HLibraryItem hItem, std::string_view sText, int nImage, int nSelectedImage,
-                     HLibraryItem hParent, HLibraryItem hPrev, void* pData);
+    // With all below it, as last child of hTarget, which isn't within it. What has moved are new items, each with
+    // its image for both states; the old ones are dead. The new handle of hItem.
+    HLibraryItem MoveItem(HLibraryItem hItem, HLibraryItem hTarget);
     void SetItemText(HLibraryItem hItem, std::string_view sText);
-    void SetItemData(HLibraryItem hItem, void* pData);
     void DeleteItem(HLibraryItem hItem); // with all below it
     void DeleteAllItems(); // handles that were given out stay dead: their numbers don't come again
     // Reorders the children of hItem: stable, by compare(left, right) < 0. compare changes nothing here.
     void SortChildren(HLibraryItem hItem, const std::function<int(HLibraryItem, HLibraryItem)>& compare);
-
-    // First in tree order whose data this is; null. Without a search when it is the data of one item.
-    HLibraryItem FindData(const void* pData) const;
 
     // The next item in display order as if all were expanded; null at the end.
     HLibraryItem GetNextItem(HLibraryItem hItem) const;
 
     // Whoever shows the tree may ask to hear of changes. Called after the change; eTree_Removing before it.
     // Removing and Removed tell the item that DeleteItem was called on, not those below it, and the handle
-    // is dead by the second one. Sorted gives the parent, Cleared no item.
+    // is dead by the second one. Text stands for the images too; Sorted gives the parent, Cleared no item.
     // One listener at most; an empty function takes it away.
     enum EChange
     {
@@ -102,6 +88,15 @@ public:
         eTree_Cleared
     };
     void SetListener(std::function<void(EChange, HLibraryItem)> listener);
+
+protected:
+    // The objects without their type, which TLibraryTree puts on and takes off again.
+    void* DataOf(HLibraryItem hItem) const;
+    HLibraryItem ItemOf(const void* pData) const;
+    HLibraryItem InsertItem(std::string_view sText, int nImage, int nSelectedImage, HLibraryItem hParent,
+                            void* pData);
+    bool RestoreItem(HLibraryItem hItem, std::string_view sText, int nImage, int nSelectedImage,
+                     HLibraryItem hParent, HLibraryItem hPrev, void* pData);
 
 private:
     struct CItem;
@@ -124,6 +119,36 @@ private:
     uint32_t m_nCount = 0;
     // Which item a data pointer belongs to, null pointers aside.
     std::unordered_map<const void*, CDataUse> m_Data;
-    bool m_bDataComplete = true; // false once memory was short: FindData walks then
+    bool m_bDataComplete = true; // false once memory was short: ItemOf walks then
     std::function<void(EChange, HLibraryItem)> m_Listener;
 };
+
+// A tree whose leaves stand for objects of one kind, which it doesn't own.
+template <class TObject>
+class TLibraryTree : public CLibraryTree
+{
+public:
+    TObject* GetItemData(HLibraryItem hItem) const
+    {
+        return static_cast<TObject*>(DataOf(hItem));
+    } // of a group: null
+    HLibraryItem InsertLeaf(std::string_view sText, HLibraryItem hParent, TObject* pData)
+    {
+        return InsertItem(sText, eImage_Leaf, eImage_Leaf, hParent, pData);
+    }
+    // An item that was here before, under its old handle: behind hPrev, a child of hParent, or first for an empty
+    // one; pData is null for a group. False, nothing inserted: the handle was never given out, is in use or older
+    // than the last DeleteAllItems, hParent or hPrev is dead or not where it should be, or memory is out.
+    bool RestoreItem(HLibraryItem hItem, std::string_view sText, int nImage, int nSelectedImage,
+                     HLibraryItem hParent, HLibraryItem hPrev, TObject* pData)
+    {
+        return CLibraryTree::RestoreItem(hItem, sText, nImage, nSelectedImage, hParent, hPrev, pData);
+    }
+    // First in tree order whose data this is; null. Without a search when it is the data of one item.
+    HLibraryItem FindData(const TObject* pData) const { return ItemOf(pData); }
+};
+
+class CEffectPropertySet;
+class CSpell;
+using CEffectTree = TLibraryTree<CSpell>;
+using CPrefabTree = TLibraryTree<CEffectPropertySet>;

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/LibraryEditor.h"
+#include "app/LibraryNames.h"
+#include "app/PrefabEditor.h"
 #include "model/MakeOrNull.h"
 #include "timeline/TrackStatus.h"
 
@@ -263,7 +264,7 @@ void CKeyCommands::CreatePrefab()
         return;
     std::string sName;
     if (m_Context.m_Prompts.EnterText({"Enter the name of the prefab", ""}, sName) && CurKey())
-        CLibraryEditor(m_Context).CreatePrefabFromKey(*CurKey(), sName);
+        CPrefabEditor(m_Context).CreatePrefabFromKey(*CurKey(), sName);
 }
 
 void CKeyCommands::AssignPrefab()
