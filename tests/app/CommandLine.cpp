@@ -1,5 +1,6 @@
 #include "app/CommandLineInfo.h"
 
+#include "platform/Paths.h"
 #include "support/TempDir.h"
 #include "support/WorkingDir.h"
 

@@ -176,7 +176,8 @@ TEST(LeftDock, PagesFollowSizeAndTabs)
     }
     // An empty tree gets one; a file that brought none keeps what it has.
     CBrowserBench bare("", "");
-    for (CLibraryTree* pTree : {&bare.lib->m_EffectTree, &bare.lib->m_PrefabTree})
+    for (CLibraryTree* pTree :
+         std::initializer_list<CLibraryTree*>{&bare.lib->m_EffectTree, &bare.lib->m_PrefabTree})
         pTree->DeleteAllItems();
     bare.lib->m_EffectTree.InsertGroup("a", {}), bare.lib->m_EffectTree.InsertGroup("b", {});
     bare.effects.OnCreate(&page);

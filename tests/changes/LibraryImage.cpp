@@ -54,14 +54,13 @@ TEST(LibraryImage, WritesWhatTheSaverWrites)
         library.m_SpellMgr.Clear();
     }
 
-    // Without roots, with several, with odd items, and as deep as a file may be.
+    // Without roots, with several, with items of nobody, and as deep as a file may be.
     CTestLibrary odd;
     ExpectSameText(odd);
     CSpell* pSpell = odd.m_SpellMgr.AddSpell();
     odd.m_EffectTree.InsertLeaf("leaf", {}, pSpell);
     ExpectSameText(odd);
     HLibraryItem hGroup = odd.m_PrefabTree.InsertGroup("first", {});
-    odd.m_PrefabTree.InsertItem("neither", 7, 7, hGroup);
     odd.m_PrefabTree.InsertLeaf("nobody", hGroup, nullptr);
     odd.m_PrefabTree.InsertGroup("second", {});
     ExpectSameText(odd);
