@@ -232,6 +232,12 @@ TEST(CurveEditing, InsertLeavesTheCurveAsItIs)
     steps.dlg->SelectAll(false);
     steps.dlg->OnInsertKey();
     EXPECT_EQ("0:5 0.5:5* 0.6:1", steps.Keys());
+
+    // At the time of others: behind them, with the last one's value, which holds from there on.
+    CCurveBench equal("Steps", {{0.0f, 1.0f}, {0.5f, 3.0f}, {0.8f, 2.0f}});
+    equal.dlg->SelectAll(false);
+    equal.dlg->OnInsertKey();
+    EXPECT_EQ("0:1 0.5:3 0.5:3* 0.8:2", equal.Keys());
     steps.dlg->OnStepKey(true, false);
     steps.dlg->OnInsertKey();
     EXPECT_EQ("0:5 0.5:5 0.6:1 0.8:1*", steps.Keys());

@@ -106,6 +106,12 @@ TEST(RowExchange, SpinsStepUpwardFromZero)
     color.row.EnableControls(false);
     color.row.Spin(4, -1);
     EXPECT_EQ("1.1500", color.Text(3));
+
+    CRowBench size("Size");
+    size.row.SetText(1, "1e400"); // beyond all numbers, a step stays among them
+    size.row.Spin(2, -1);
+    size.Read();
+    EXPECT_GT(size.Data().GetFloat(), 0.0f);
 }
 
 TEST(RowExchange, AlphaComesBackTruncated)

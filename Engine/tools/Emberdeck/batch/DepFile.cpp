@@ -3,6 +3,7 @@
 #include <glob.h>
 
 #include <algorithm>
+#include <new>
 #include <set>
 #include <string_view>
 
@@ -62,7 +63,12 @@ std::set<std::string> Dependencies(const CEmberdeckApp& app)
     std::set<std::string> files = {NativePath(app.m_sFileName), NativePath(app.m_Project.m_sLocator),
                                    NativeLibraryPath(app.m_Project.m_sFireglass)};
     CAssetLibrarySource source;
-    CollectResources(app.m_EffectTree, app.m_EffectTree.GetRootItem(), source);
+    const CEffectTree& tree = app.m_EffectTree;
+    for (HLibraryItem h = tree.GetRootItem(); h; h = tree.GetNextSiblingItem(h)) // all are packed
+    {
+        if (!CollectResources(tree, h, source))
+            throw std::bad_alloc();
+    }
     for (const auto& pDependency : source.Dependencies())
     {
         if (pDependency->m_sResourceType.empty())

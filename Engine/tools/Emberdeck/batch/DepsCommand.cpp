@@ -1,3 +1,5 @@
+#include <new>
+
 #include <CLI/CLI.hpp>
 
 #include "batch/Batch.h"
@@ -23,7 +25,11 @@ void AddDepsCommand(CLI::App& app, const CBatchOptions& options, CCommandResult&
             }
             CAssetLibrarySource source;
             const CEffectTree& tree = session.m_pApp->m_EffectTree;
-            CollectResources(tree, tree.GetRootItem(), source);
+            for (HLibraryItem h = tree.GetRootItem(); h; h = tree.GetNextSiblingItem(h)) // all are packed
+            {
+                if (!CollectResources(tree, h, source))
+                    throw std::bad_alloc();
+            }
             CJson provides = CJson::array();
             CJson needs = CJson::array();
             for (const auto& pResource : source.Resources())

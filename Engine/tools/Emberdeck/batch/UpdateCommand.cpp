@@ -1,3 +1,5 @@
+#include <utility>
+
 #include <CLI/CLI.hpp>
 
 #include "batch/Batch.h"
@@ -45,15 +47,18 @@ void AddUpdateCommand(CLI::App& app, CBatchOptions& options, CCommandResult& nRe
             };
             session.m_pApp->m_OnUpdated = [&](const std::string& sFile, bool bSaved)
             {
+                const bool bCheckedOut = session.NumNotCheckedOut() == nNotCheckedOut;
+                nNotCheckedOut = session.NumNotCheckedOut();
+                const std::string sLeft = std::exchange(sWhyLeft, std::string());
+                if (!options.m_bJson)
+                    return;
                 CJson file = {{"file", ReadableText(sFile)},
                               {"result", bSaved ? "saved" : "failed"},
-                              {"error", ReadableText(bSaved             ? ""
-                                                     : sWhyLeft.empty() ? session.m_Prompts.GetLastFailure()
-                                                                        : sWhyLeft)}};
-                sWhyLeft.clear();
+                              {"error", ReadableText(bSaved          ? ""
+                                                     : sLeft.empty() ? session.m_Prompts.GetLastFailure()
+                                                                     : sLeft)}};
                 if (options.m_bCheckOut)
-                    file["checkedOut"] = session.NumNotCheckedOut() == nNotCheckedOut;
-                nNotCheckedOut = session.NumNotCheckedOut();
+                    file["checkedOut"] = bCheckedOut;
                 files.push_back(std::move(file));
             };
             const bool bWalked = session.m_pApp->UpdateEffectsInDirectory(pDir->c_str());

@@ -1,5 +1,6 @@
 #include "formats/EmberdeckPacker.h"
 
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -429,7 +430,8 @@ bool PackEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffe
     const CWaitScope wait(pPrompts);
     if (!pszFilename || !module.IsLoaded())
         return false;
-    bool bPacked = false;
+    std::optional<CReplacingFile> file;
+    bool bWritten = false;
     const bool bWhole = AllocateAll(
         [&]
         {
@@ -437,9 +439,10 @@ bool PackEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffe
             CPacker packer(spellMgr, module, pError ? *pError : sError);
             if (!packer.Plan())
                 return;
-            CReplacingFile file(pszFilename);
-            bPacked =
-                file.IsOpen() && packer.Write(file.GetPath(), pszTarget ? pszTarget : "") && file.Commit();
+            file.emplace(pszFilename);
+            bWritten = file->IsOpen() && packer.Write(file->GetPath(), pszTarget ? pszTarget : "");
         });
-    return bWhole && bPacked;
+    // Only what is whole takes the place of what was there: a value may be missing without a word until here.
+    bool bPacked = false;
+    return bWhole && bWritten && TryAllocating([&] { bPacked = file->Commit(); }) && bPacked;
 }

@@ -93,7 +93,7 @@ bool LoadEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffe
             const std::string sPath = pszFilename ? pszFilename : "";
             const CFileLock lock(sPath, ELock::eShared);
             if (!lock.IsHeld())
-                sError = lock.GetProblem();
+                loader.AppendError(lock.GetProblem().c_str());
             const bool bReadable = pszFilename && lock.IsHeld();
             bLoaded = LoadNodes(loader, module, pszFilename,
                                 [&](CLoadedNodes& nodes)

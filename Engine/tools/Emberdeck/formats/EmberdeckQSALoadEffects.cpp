@@ -79,9 +79,9 @@ void CEffectLoader::TellIfTypeIsMissing(const CSpell& spell, const CQSANode& key
 {
     static constexpr std::array<CFieldName, 3> c_aNames = {"name", "type", "id"};
     const CNodeFields<3> fields(key, c_aNames, [](const CQSANode&) {});
-    const char* pszName = FindValue(fields, 0);
-    const char* pszType = FindValue(fields, 1);
-    const char* pszID = FindValue(fields, 2);
+    const char* pszName = fields.FindValue(0);
+    const char* pszType = fields.FindValue(1);
+    const char* pszID = fields.FindValue(2);
     if (pszType && !m_Module.FindType(pszType))
         m_Findings.TellMissingType(
             pszType, spell.m_szName,

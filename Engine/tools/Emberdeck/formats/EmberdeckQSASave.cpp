@@ -7,6 +7,7 @@
 #include "model/MakeOrNull.h"
 #include "model/NameIndex.h"
 #include "platform/IPrompts.h"
+#include "qsassert.h"
 
 namespace
 {
@@ -31,7 +32,7 @@ void WalkTree(const TLibraryTree<TObject>& tree, uint32_t nDepth, TVisitor& visi
             }
             visitor.CloseGroup(nDepth);
         }
-        else if (const TObject* pObject = tree.GetItemData(hItem))
+        else if (const TObject* pObject = tree.IsLeaf(hItem) ? tree.GetItemData(hItem) : nullptr)
         {
             visitor.Leaf(*pObject, nDepth);
         }
@@ -55,8 +56,10 @@ void WriteProperty(CLibraryLines& out, uint32_t nDepth, const CEffectProperty* p
     out.OpenProperty(nDepth, BoundedText(desc.m_szName), desc.m_eType);
     for (uint32_t i = 0; i < pProp->GetNumKeys(); ++i)
     {
-        const CPropKey& key = *pProp->GetKey(i);
-        out.Value(nDepth + CLibraryLines::c_nInner, desc.m_eType, key.m_fTime, key.m_Data);
+        const CPropKey* pPropKey = pProp->GetKey(i);
+        QS_ASSERT_MSG(pProp && pPropKey, "Error: Invalid parameters passed into WritePropertyValue");
+        if (pPropKey)
+            out.Value(nDepth + CLibraryLines::c_nInner, desc.m_eType, pPropKey->m_fTime, pPropKey->m_Data);
     }
     out.Close(nDepth);
 }

@@ -64,13 +64,13 @@ void ForEachProperty(const CSpell& spell, const TCall& call)
     }
 }
 
-void CollectFromItem(const CEffectTree& tree, HLibraryItem hItem, CAssetLibrarySource& source)
+bool CollectFromItem(const CEffectTree& tree, HLibraryItem hItem, CAssetLibrarySource& source)
 {
     const CSpell* pSpell = tree.GetItemData(hItem);
     if (!tree.IsLeaf(hItem) || !pSpell)
-        return;
+        return true;
     AddEffectResource(source, pSpell->m_szName);
-    CollectDependencies(*pSpell, source);
+    return CollectDependencies(*pSpell, source);
 }
 
 // The next item of the tree below hTop, in display order; null at its end.
@@ -132,12 +132,14 @@ void AddValueReferences(CAssetLibrarySource& source, const std::string& sEffect,
 
 bool CollectResources(const CEffectTree& tree, HLibraryItem hItem, CAssetLibrarySource& source)
 {
-    return TryAllocating(
+    bool bAll = true;
+    const bool bWhole = TryAllocating(
         [&]
         {
-            for (HLibraryItem h = hItem; h; h = NextBelow(tree, hItem, h))
-                CollectFromItem(tree, h, source);
+            for (HLibraryItem h = hItem; h && bAll; h = NextBelow(tree, hItem, h))
+                bAll = CollectFromItem(tree, h, source);
         });
+    return bWhole && bAll;
 }
 
 void ForEachResourceFile(const CSpellMgr& spellMgr,

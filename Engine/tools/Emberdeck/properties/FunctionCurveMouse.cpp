@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
+
+#include "qsnumber.h"
 
 // Picking, dragging, adding and deleting keys, and what follows a change of the selection.
 
@@ -76,7 +79,7 @@ void CFunctionCurveDlg::DragSelected(double fTime, double fValue)
         if (bValue)
         {
             const double fNew = GetAxisValue(m_Prop, key, m_View.m_nAxis) + fValue;
-            SetAxisValue(static_cast<float>(fNew), key, m_View.m_nAxis, m_Prop);
+            SetAxisValue(QSNearestFloat(fNew), key, m_View.m_nAxis, m_Prop);
             if (bFirst)
                 ShowInRow(static_cast<int>(i));
             bFirst = false;
@@ -106,7 +109,7 @@ void CFunctionCurveDlg::OnAddKey(CPoint pt)
     if (m_Prop.GetDesc())
         key.m_Data.Assign(m_Prop.GetDesc()->m_Default);
     // Before it is in the list: the others are brought into range, the new one is not until it is dragged.
-    SetAxisValue(static_cast<float>(m_View.YToValue(pt.y)), key, m_View.m_nAxis, m_Prop);
+    SetAxisValue(QSNearestFloat(m_View.YToValue(pt.y)), key, m_View.m_nAxis, m_Prop);
     AddSelected(key);
 }
 
@@ -150,6 +153,12 @@ void CFunctionCurveDlg::OnInsertKey()
         key.m_Data = EvaluateValue(m_Prop, key.m_fTime);
     else if (m_Prop.GetDesc())
         key.m_Data.Assign(m_Prop.GetDesc()->m_Default);
+    // At the time of others it comes behind them, where the last one's value holds.
+    for (uint32_t i = 0; i < nKeys; ++i)
+    {
+        if (std::as_const(m_Prop).GetKey(i)->m_fTime == key.m_fTime)
+            key.m_Data = std::as_const(m_Prop).GetKey(i)->m_Data;
+    }
     AddSelected(key);
 }
 

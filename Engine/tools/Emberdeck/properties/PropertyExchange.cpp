@@ -1,6 +1,7 @@
 #include "properties/EffectPropertyCtrls.h"
 
 #include <algorithm>
+#include <cfloat>
 #include <cstdint>
 
 #include "platform/NameFold.h"
@@ -32,7 +33,7 @@ std::string SpinInt(const std::string& sText, int nDelta)
 std::string SpinFloat(const std::string& sText, int nDelta)
 {
     const double fValue = QSTextToDouble(sText.c_str()) - nDelta * c_fFloatStep;
-    return FloatText(fValue < 0.0 ? 0.0 : fValue);
+    return FloatText(std::clamp(fValue, 0.0, double(FLT_MAX)));
 }
 
 // The first item with exactly this text, but for case; the first of all when there is none.

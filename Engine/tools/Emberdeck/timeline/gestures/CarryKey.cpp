@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "model/MakeOrNull.h"
+
 namespace
 {
 
@@ -94,7 +96,9 @@ bool CCarryKey::Drop()
         return false;
     if (CTrack* pTrack = Tracks().GetTrack(landing->m_nTrack))
         return DropOn(*pTrack, landing->m_Span);
-    Scope(Label()).TouchTracks(m_Context.m_Spell);
+    // To keep what was takes memory, too: without it the key is refused.
+    if (!TryAllocating([this] { Scope(Label()).TouchTracks(m_Context.m_Spell); }))
+        return false;
     CTrack* pNew = Tracks().AddTrack();
     if (!pNew)
         return false;
@@ -108,7 +112,8 @@ bool CCarryKey::DropOn(CTrack& track, CKeySpan span)
 {
     if (!track.ReserveKey()) // a key that is appended without room would be gone
         return false;
-    Scope(Label()).TouchTrack(m_Context.m_Spell, track);
+    if (!TryAllocating([&] { Scope(Label()).TouchTrack(m_Context.m_Spell, track); }))
+        return false;
     CKey* pKey = m_pKey.get();
     pKey->m_nStartTime = span.m_nStart;
     pKey->m_nEndTime = span.m_nEnd;
