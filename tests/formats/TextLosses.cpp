@@ -190,7 +190,7 @@ class CMutator
 public:
     explicit CMutator(unsigned nSeed) : m_Random(nSeed) {}
 
-    std::unique_ptr<CTestLibrary> Library()
+    std::unique_ptr<CTestLibrary> GetLibrary()
     {
         CLibraryBuilder builder = aLibrary();
         if (Below(2))
@@ -398,7 +398,7 @@ TEST(TextLosses, WhatIsFoundSoundLosesNothing)
         const bool bFirst = nRound % c_nPerLibrary == 0;
         if (bFirst)
         {
-            base = Parsed(SavedBytes(*mutator.Library()));
+            base = Parsed(SavedBytes(*mutator.GetLibrary()));
             baseFacts = Facts(base);
         }
         CPiece changed = base;
