@@ -1,6 +1,7 @@
 #include "changes/LibraryImage.h"
 
 #include <algorithm>
+#include <bit>
 #include <unordered_set>
 
 #include "changes/EditScope.h"
@@ -22,7 +23,8 @@ const CGroupImage* FindGroup(const CTreeImage& tree, uint32_t nItem)
 
 bool IsSamePoint(const CPointImage& left, const CPointImage& right)
 {
-    return std::memcmp(&left.m_fTime, &right.m_fTime, sizeof(left.m_fTime)) == 0 &&
+    // To the bit: -0 isn't 0 in a packed file.
+    return std::bit_cast<uint32_t>(left.m_fTime) == std::bit_cast<uint32_t>(right.m_fTime) &&
            left.m_Data == right.m_Data;
 }
 
