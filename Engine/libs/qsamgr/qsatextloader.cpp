@@ -18,11 +18,12 @@
 // CTreeArena      cuts arrays of nodes and long texts off large chunks: no call per atom, no padding.
 // CPendingLists   stands for the token road's builder: the nodes that wait for their list to close, which
 //                 moves them side by side into the arena. A short text lies in its node.
-// CTextLoader     turns masks of 64 bytes into events. A quote always opens or closes a string, since there
-// is
+// CTextLoader     turns masks of 64 bytes into events. A quote always opens or closes a string, since there is
 //                 no escape, so a running parity of the quotes tells what lies inside strings; what is left
 //                 is bit arithmetic. An atom that runs over the end of the text at hand is carried in a
 //                 buffer of the size at which atoms are cut anyway.
+//
+// All three stand in one file: they are one loop, whose calls the compiler has to see through.
 namespace
 {
 constexpr size_t c_nMaxAtomLen = CQSANodeReader::c_nMaxAtomLen;
