@@ -203,9 +203,10 @@ TEST_F(GitProvider, LocksOfOthersBlockAFileThatNeedsOne)
 
 TEST_F(GitProvider, StoppingACallLeavesNoTrace)
 {
+    m_Prompts.m_sStopBehind = m_Dir.path("under way");
     Connect(m_Dir.path("copy"));
     const std::string sHook = Path(".git/hooks/pre-commit");
-    WriteBytes(sHook, "#!/bin/sh\nsleep 60\n");
+    WriteBytes(sHook, "#!/bin/sh\n: >'" + m_Prompts.m_sStopBehind + "'\nsleep 60\n");
     std::filesystem::permissions(sHook, std::filesystem::perms(0755));
     Write(c_sFile, "two\n");
     m_Front.m_Descriptions = {"two", "two"};

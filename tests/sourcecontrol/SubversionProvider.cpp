@@ -198,7 +198,9 @@ TEST_F(SubversionProvider, MissingProgramAndVanishedRepository)
 
 TEST_F(SubversionProvider, StoppingACallLeavesNoTrace)
 {
-    const std::string sHook = m_Dir.write("depot/hooks/pre-commit", "#!/bin/sh\nsleep 60\n");
+    m_Prompts.m_sStopBehind = m_Dir.path("under way");
+    const std::string sHook =
+        m_Dir.write("depot/hooks/pre-commit", "#!/bin/sh\n: >'" + m_Prompts.m_sStopBehind + "'\nsleep 60\n");
     std::filesystem::permissions(sHook, std::filesystem::perms(0755));
     Connect(m_Dir.path("mine"));
     WriteBytes(m_sFree, "changed\n");

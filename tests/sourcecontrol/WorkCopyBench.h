@@ -44,12 +44,17 @@ public:
     std::vector<CHistoryEntry> m_History;
 };
 
-// Somebody who wants one sort of call to stop.
+// Somebody who wants one sort of call to stop, once it has got so far that it has made a file. Sooner the program could be
+// between making its own lock and keeping it in mind, and then leaves it, whoever stops it.
 class CImpatientPrompts : public CScriptedPrompts
 {
 public:
-    bool Progress(const std::string& sWhat, double) override { return sWhat != m_sStopAt; }
+    bool Progress(const std::string& sWhat, double) override
+    {
+        return sWhat != m_sStopAt || !std::filesystem::exists(m_sStopBehind);
+    }
     std::string m_sStopAt;
+    std::string m_sStopBehind;
 };
 
 // An environment variable for the time of a test; no value: unset.
