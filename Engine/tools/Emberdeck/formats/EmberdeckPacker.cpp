@@ -52,12 +52,6 @@ std::string PackedName(std::string_view sText)
     return szPacked;
 }
 
-// Whose texts go into the string table as they are.
-bool IsTableText(uint32_t eType)
-{
-    return eType == ePropType_String || eType == ePropType_Animation || eType == ePropType_FireglassRef;
-}
-
 // The index that the game counts by; the default's for a text that isn't in the list, else 0.
 uint32_t EnumIndex(const CEffectPropertyDesc& desc, const CPropData& data)
 {
@@ -267,7 +261,7 @@ void CPacker::WriteName(const CEffectPropertyDesc& desc)
 void CPacker::CollectProperty(const CEffectProperty& prop)
 {
     const uint32_t eType = prop.GetDesc()->m_eType;
-    if (IsTableText(eType) || eType == ePropType_Filename)
+    if (PropKind(eType).m_bTyped || eType == ePropType_Filename)
     {
         for (uint32_t i = 0; i < prop.GetNumKeys(); ++i)
         {
@@ -376,30 +370,27 @@ uint32_t CPacker::CurveOffset(const CEffectProperty* pProperty)
 
 void CPacker::WriteValue(const CEffectPropertyDesc& desc, const CPropKey& key)
 {
-    const uint32_t eType = desc.m_eType;
-    if (IsTableText(eType))
+    const CPropKind& kind = PropKind(desc.m_eType);
+    switch (kind.m_eForm)
     {
-        WriteString(key.m_Data.GetText());
-        return;
-    }
-    switch (eType)
-    {
-    case ePropType_Filename:
-        WriteString(PackedName(key.m_Data.GetText()));
+    case EPropForm::eText:
+        if (desc.m_eType == ePropType_Enum)
+            m_pOut->WriteUint32(EnumIndex(desc, key.m_Data));
+        else if (kind.m_bTyped)
+            WriteString(key.m_Data.GetText());
+        else
+            WriteString(PackedName(key.m_Data.GetText()));
         break;
-    case ePropType_Enum:
-        m_pOut->WriteUint32(EnumIndex(desc, key.m_Data));
-        break;
-    case ePropType_Int:
+    case EPropForm::eInt:
         m_pOut->WriteInt32(key.m_Data.GetInt());
         break;
-    case ePropType_Float:
+    case EPropForm::eFloat:
         m_pOut->WriteFloat(key.m_Data.GetFloat());
         break;
-    case ePropType_Vector:
+    case EPropForm::eVector:
         m_pOut->WriteVector3(key.m_Data.GetVector());
         break;
-    case ePropType_Color:
+    case EPropForm::eColor:
     {
         const uint32_t nColor = key.m_Data.GetColor();
         m_pOut->WriteFloat(static_cast<float>(PropColorRed(nColor)) * c_fOneOver255);
@@ -408,7 +399,7 @@ void CPacker::WriteValue(const CEffectPropertyDesc& desc, const CPropKey& key)
         m_pOut->WriteFloat(static_cast<float>(PropColorAlpha(nColor)) * c_fOneOver255);
         break;
     }
-    default:
+    case EPropForm::eNone:
         QS_ASSERT_FORCED("Error: Unexpected property type");
         break;
     }

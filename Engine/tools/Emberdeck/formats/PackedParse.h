@@ -94,6 +94,8 @@ private:
     // A text of the table, of so many bytes at most; bFile notes it as a Filename's value.
     bool ReadText(uint32_t nAt, uint32_t nOffset, uint32_t nMaxLength, std::string& sText,
                   bool bFile = false);
+    bool ReadTextValue(CByteReader& reader, const CEffectPropertyDesc& desc, CPackedValue& value);
+    bool ReadEnumerator(CByteReader& reader, const CEffectPropertyDesc& desc, CPackedValue& value);
     bool ReadColor(CByteReader& reader, CPackedValue& value);
     bool CheckValues(uint32_t nAt, const CEffectPropertyDesc& desc, const CPackedValues& values);
     bool CheckCurveTable();

@@ -213,39 +213,20 @@ bool CPackedReader::ReadCurveRecord(const CEffectPropertyDesc& desc, uint32_t nO
 bool CPackedReader::ReadValue(CByteReader& reader, const CEffectPropertyDesc& desc, CPackedValue& value)
 {
     const uint32_t nAt = reader.Tell();
-    switch (desc.m_eType)
+    switch (PropKind(desc.m_eType).m_eForm)
     {
-    case ePropType_String:
-    case ePropType_Filename:
-    case ePropType_Animation:
-    case ePropType_FireglassRef:
-    {
-        const uint32_t nOffset = reader.ReadU32();
-        std::string sText;
-        const bool bFile = desc.m_eType == ePropType_Filename;
-        if (reader.IsOk() && !ReadText(nAt, nOffset, CPropData::c_nMaxText, sText, bFile))
+    case EPropForm::eText:
+        if (desc.m_eType == ePropType_Enum ? !ReadEnumerator(reader, desc, value)
+                                           : !ReadTextValue(reader, desc, value))
             return false;
-        if (bFile && PackedFileName(sText) != sText)
-            return Fail(nAt, "a file name that packing would have changed");
-        value.m_Value = std::move(sText);
         break;
-    }
-    case ePropType_Enum:
-    {
-        const uint32_t nIndex = reader.ReadU32();
-        const size_t nItems = SplitEnumList(DescData(desc).c_str()).size();
-        if (nIndex >= std::max<size_t>(nItems, 1))
-            return Fail(nAt, QSFormat("%s has no enumerator %u", DescName(desc).c_str(), nIndex));
-        value.m_Value = nIndex;
-        break;
-    }
-    case ePropType_Int:
+    case EPropForm::eInt:
         value.m_Value = static_cast<int32_t>(reader.ReadU32());
         break;
-    case ePropType_Float:
+    case EPropForm::eFloat:
         value.m_Value = reader.ReadFloat();
         break;
-    case ePropType_Vector:
+    case EPropForm::eVector:
     {
         CVector3 v;
         for (float* pComponent : {&v.x, &v.y, &v.z})
@@ -253,14 +234,39 @@ bool CPackedReader::ReadValue(CByteReader& reader, const CEffectPropertyDesc& de
         value.m_Value = v;
         break;
     }
-    case ePropType_Color:
+    case EPropForm::eColor:
         if (!ReadColor(reader, value))
             return false;
         break;
-    default:
+    case EPropForm::eNone:
         return Fail(nAt, QSFormat("%s is of a kind without a form", DescName(desc).c_str()));
     }
     return reader.IsOk() || Fail(nAt, "the file, or the part that this belongs to, ends here");
+}
+
+bool CPackedReader::ReadTextValue(CByteReader& reader, const CEffectPropertyDesc& desc, CPackedValue& value)
+{
+    const uint32_t nAt = reader.Tell();
+    const uint32_t nOffset = reader.ReadU32();
+    std::string sText;
+    const bool bFile = !PropKind(desc.m_eType).m_bTyped;
+    if (reader.IsOk() && !ReadText(nAt, nOffset, CPropData::c_nMaxText, sText, bFile))
+        return false;
+    if (bFile && PackedFileName(sText) != sText)
+        return Fail(nAt, "a file name that packing would have changed");
+    value.m_Value = std::move(sText);
+    return true;
+}
+
+bool CPackedReader::ReadEnumerator(CByteReader& reader, const CEffectPropertyDesc& desc, CPackedValue& value)
+{
+    const uint32_t nAt = reader.Tell();
+    const uint32_t nIndex = reader.ReadU32();
+    const size_t nItems = SplitEnumList(DescData(desc).c_str()).size();
+    if (nIndex >= std::max<size_t>(nItems, 1))
+        return Fail(nAt, QSFormat("%s has no enumerator %u", DescName(desc).c_str(), nIndex));
+    value.m_Value = nIndex;
+    return true;
 }
 
 bool CPackedReader::ReadColor(CByteReader& reader, CPackedValue& value)

@@ -21,6 +21,7 @@ struct CPropKind
     EEffectPropertyType m_eType;
     const char* m_pszName; // in text files, where it has a form
     EPropForm m_eForm;
+    bool m_bTyped;           // a text that is as it was typed: no file's name, and not chosen from a list
     bool m_bValue;           // false: the property is a row of the panel or nothing at all, and in no file
     uint32_t m_nAtoms;       // of a value in a text file
     uint32_t m_nPackedBytes; // of a value in a packed file

@@ -1,33 +1,13 @@
 #pragma once
 
-#include <array>
 #include <functional>
-#include <memory>
 #include <string>
 
 #include "model/EffectPropertySet.h"
-#include "properties/ControlDesc.h"
 #include "properties/EditorDialogs.h"
-#include "properties/ResourceFile.h"
-#include "properties/RowMetrics.h"
+#include "properties/RowLayout.h"
 
-// Who shows a row. The row must be shown as it stands, without telling it back as something that the user
-// did.
-class IRowView
-{
-public:
-    virtual ~IRowView() = default;
-    virtual void OnControlChanged(int nSlot) = 0; // text, choice, colour, state or place
-};
-
-// Where a row goes, in dialog coordinates.
-struct CRowPlace
-{
-    CRect m_rcLabel;
-    CRect m_rcControl;
-    uint32_t m_nBaseID = 0;
-    const ITextMeasure* m_pFont = nullptr; // only asked while the row is made
-};
+class IRowKind;
 
 // The controls that edit one property: a label and, by kind, boxes, spins, a list, a swatch, a file picker or
 // a button. Moves values between controls and a property, but never decides when: its owner does.
@@ -43,14 +23,14 @@ struct CRowPlace
 class CEffectPropertyCtrls
 {
 public:
-    static constexpr int c_nMaxSlots = 10;
+    static constexpr int c_nMaxSlots = CRowControls::c_nMaxSlots;
     using ChangeFn = std::function<void()>;
 
     explicit CEffectPropertyCtrls(CPropertyServices& services) : m_Services(services) {}
     CEffectPropertyCtrls(const CEffectPropertyCtrls&) = delete;
     CEffectPropertyCtrls& operator=(const CEffectPropertyCtrls&) = delete;
 
-    void SetView(IRowView* pView) { m_pView = pView; } // borrowed; null: nobody looks
+    void SetView(IRowView* pView) { m_Controls.m_pView = pView; } // borrowed; null: nobody looks
 
     // A row for a single value. change, which may be empty, runs at each change of a value's control, by the
     // user or by SetFromProperty, once for each box that is written. nCount is the number of slots used.
@@ -77,30 +57,18 @@ public:
     void Spin(int nSlot, int nDelta);                  // change of position: -1 is the upper arrow
     void Press(int nSlot);                             // any button; may open a dialog
 
-    const CControlDesc* GetControl(int nSlot) const; // null: an unused slot
+    const CControlDesc* GetControl(int nSlot) const { return m_Controls.Get(nSlot); } // null: an unused slot
     uint32_t GetType() const { return m_eType; }
     bool IsFunctionRow() const { return m_pSet != nullptr; }
 
 private:
-    class CLayout;
-
-    CControlDesc* Slot(int nSlot) const;
+    const IRowKind& Kind() const;
     CControlDesc* UsableSlot(int nSlot, EControlKind eKind) const;
-    void Changed(int nSlot);
-    void Notify();
-    void WriteBox(int nSlot, const std::string& sText);
-    void WriteFile(int nSlot, const std::string& sFile);
-    const std::string& BoxText(int nSlot) const;
-    void OnSwatch(int nSlot);
-    void OnVectorButton();
     void OnFunctionButton();
 
     CPropertyServices& m_Services;
-    IRowView* m_pView = nullptr;
     uint32_t m_eType = 0; // kind that the row was made for
-    std::array<std::unique_ptr<CControlDesc>, c_nMaxSlots> m_apCtrls;
-    CResourceFileButton m_File;
-    ChangeFn m_Change;
+    CRowControls m_Controls;
     CEffectPropertySet* m_pSet = nullptr; // rows of curves alone
     uint32_t m_nIndex = 0;
 };
