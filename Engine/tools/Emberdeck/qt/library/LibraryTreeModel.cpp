@@ -1,7 +1,5 @@
 #include "qt/library/LibraryTreeModel.h"
 
-#include <QIcon>
-
 #include "app/resources/TreeIcons.h"
 #include "qt/toolkit/PropertyControls.h"
 #include "qt/toolkit/QtText.h"

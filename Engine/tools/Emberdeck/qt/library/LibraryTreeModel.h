@@ -4,6 +4,7 @@
 #include <vector>
 
 #include <QAbstractItemModel>
+#include <QIcon>
 
 #include "browser/MultiSelectTreeCtrl.h"
 
