@@ -79,7 +79,7 @@ endforeach()
 foreach(program emberdeck emberdeck-batch)
   install(FILES "${packaging}/completions/${program}" DESTINATION share/bash-completion/completions)
 endforeach()
-install(FILES Engine/sdk/inc/effecttypes.h DESTINATION include/emberdeck)
+install(FILES Engine/sdk/inc/effecttypes.h Engine/sdk/inc/emberdeck_effects.h DESTINATION include/emberdeck)
 install(FILES samples/bonfire/plugin/fireglass.c samples/bonfire/plugin/fields.h
   DESTINATION share/doc/emberdeck/examples/fireglass)
 

@@ -7,6 +7,7 @@ TEST(Notices, WhatGamesCopySaysThatItIsFree)
 {
     const std::filesystem::path source = EMBERDECK_SOURCE_DIR;
     std::vector<std::filesystem::path> files = {source / "Engine/sdk/inc/effecttypes.h",
+                                                source / "Engine/sdk/inc/emberdeck_effects.h",
                                                 source / "docs/manual/smallest-plugin.c"};
     for (const auto& entry : std::filesystem::recursive_directory_iterator(source / "samples/bonfire"))
     {
