@@ -1,5 +1,5 @@
 // An effect library on the standard test types: what loads can be saved, loads again to the same bytes, and
-// packs into a file that both strict readers take.
+// packs into a file that both readers take.
 
 #include "FuzzLibrary.h"
 
@@ -16,16 +16,16 @@ void CheckPacked(CFuzzLibrary& library, const CEffectTypeTable& types, const cha
     std::string sBytes, sError;
     Require(library.Pack(sBytes, pszTarget), "a loaded library doesn't pack");
     CPackedLibrary packed;
-    bonfire::CPackedFile file;
-    if (!ReadPackedLibrary(sBytes, library.m_Module, packed, sError) ||
-        !ReadAsGame(sBytes, types, file, sError))
+    CGameFile game;
+    const bool bGame = game.Open(sBytes, types);
+    if (!ReadPackedLibrary(sBytes, library.m_Module, packed, sError) || !bGame)
     {
-        std::fprintf(stderr, "%s\n", sError.c_str());
+        std::fprintf(stderr, "%s, %s\n", sError.c_str(), game.Why().c_str());
         Require(false, "a packed library can't be read");
     }
     Require(packed.m_Effects.size() == library.m_SpellMgr.Spells().size() &&
-                file.m_Effects.size() == packed.m_Effects.size() &&
-                file.m_Strings.size() == packed.m_Strings.size(),
+                game.m_File.m_nNumEffects == packed.m_Effects.size() &&
+                game.m_File.m_nNumKeys == packed.m_Header.m_nNumKeys,
             "the packed library holds something else");
 }
 } // namespace

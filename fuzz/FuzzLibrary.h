@@ -1,26 +1,15 @@
 #pragma once
 
-#include <algorithm>
-#include <array>
-#include <bit>
-#include <cmath>
-#include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "FuzzTools.h"
+#include "GameFile.h"
 #include "formats/EmberdeckPacker.h"
 #include "formats/EmberdeckQSA.h"
 #include "formats/PackedReader.h"
 #include "support/TestPlugin.h"
-
-// The game's own reader calls some of its records as the editor calls some classes, and both stand in one
-// program only here.
-namespace bonfire
-{
-#include "game/PackedFile.h"
-}
 
 // A library of its own, to be loaded, saved and packed.
 struct CFuzzLibrary
@@ -54,9 +43,3 @@ struct CFuzzLibrary
     CSpellMgr m_SpellMgr;
     std::string m_sError;
 };
-
-inline bool ReadAsGame(const std::string& sBytes, const CEffectTypeTable& types, bonfire::CPackedFile& file,
-                       std::string& sError)
-{
-    return bonfire::ReadPackedFile({sBytes.begin(), sBytes.end()}, types, file, sError);
-}

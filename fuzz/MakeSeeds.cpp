@@ -28,10 +28,13 @@ void DeriveSeeds(const std::filesystem::path& corpus, const std::string& sName, 
     {
         CFuzzLibrary library(s_Types.m_Module);
         std::string sPacked;
-        if (library.Load(sText) && library.Pack(sPacked, pszTarget))
-            WriteSeed(corpus / "packed_file" / (sName + "." + pszTarget), sPacked);
-        else
+        if (!library.Load(sText) || !library.Pack(sPacked, pszTarget))
+        {
             std::printf("%s: not packed %s\n", sName.c_str(), library.m_sError.c_str());
+            continue;
+        }
+        for (const char* pszReader : {"packed_file", "effects_header"})
+            WriteSeed(corpus / pszReader / (sName + "." + pszTarget), sPacked);
     }
 }
 

@@ -5,6 +5,7 @@ set(FUZZ_TARGETS
   container Container
   effect_library EffectLibrary
   packed_file PackedFile
+  effects_header EffectsHeader
   project_locator ProjectLocator
   profile_text ProfileText
   command_line CommandLine
@@ -12,10 +13,9 @@ set(FUZZ_TARGETS
   change_text ChangeText)
 
 add_library(fuzz_support STATIC
-  "${CMAKE_SOURCE_DIR}/bench/plain/PlainNodeReader.cpp" "${CMAKE_SOURCE_DIR}/bench/plain/PlainContainer.cpp"
-  "${CMAKE_SOURCE_DIR}/fuzz/GameReader.cpp")
+  "${CMAKE_SOURCE_DIR}/bench/plain/PlainNodeReader.cpp" "${CMAKE_SOURCE_DIR}/bench/plain/PlainContainer.cpp")
 target_include_directories(fuzz_support PUBLIC "${CMAKE_SOURCE_DIR}/fuzz" "${CMAKE_SOURCE_DIR}/bench"
-  "${CMAKE_SOURCE_DIR}/tests" "${CMAKE_SOURCE_DIR}/samples/bonfire")
+  "${CMAKE_SOURCE_DIR}/tests")
 target_link_libraries(fuzz_support PUBLIC app)
 
 # fuzz_programs(PREFIX LIBRARY SOURCE...) makes the program PREFIXTARGET of each body, with LIBRARY to run it.

@@ -47,7 +47,7 @@ step "Strict reading of the packed files"
 "$batch" dump bonfire.Fx00p | head -n 12
 "$batch" dump inferno.Fx00p | head -n 2
 
-step "The game reads them by its own reader"
+step "The game reads them"
 "$bin/bonfire" --headless bonfire.Fx00p | head -n 24
 "$bin/bonfire" --headless inferno.Fx00p > inferno.txt
 echo "... and $(wc -l < inferno.txt) lines for inferno.Fx00p"

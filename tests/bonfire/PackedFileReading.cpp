@@ -2,6 +2,7 @@
 
 #include "SmallFile.h"
 #include "game/Listing.h"
+#include "game/Playback.h"
 
 TEST(PackedFileReading, GivesAllThatTheFileHoldsInEitherByteOrder)
 {
@@ -11,8 +12,9 @@ TEST(PackedFileReading, GivesAllThatTheFileHoldsInEitherByteOrder)
         std::string sError;
         CSmallFile small(bBig);
         ASSERT_TRUE(ReadPackedFile(small.Bytes(), SmallTypes(), file, sError)) << sError;
-        EXPECT_EQ(bBig, file.m_bBigEndian);
-        EXPECT_EQ((std::vector<uint32_t>{1, 2}), file.m_KeyCounts);
+        EXPECT_EQ(bBig, file.m_pFile->m_bBigEndian);
+        EXPECT_EQ(1u, EmberdeckKeyCount(file.m_pFile.get(), 0));
+        EXPECT_EQ(2u, EmberdeckKeyCount(file.m_pFile.get(), 1));
         EXPECT_EQ(16u, file.m_Strings.size());
         ASSERT_EQ(2u, file.m_Effects.size());
         const CEffect& fire = file.m_Effects[0];
@@ -20,12 +22,11 @@ TEST(PackedFileReading, GivesAllThatTheFileHoldsInEitherByteOrder)
         EXPECT_EQ(4000u, fire.m_nPhaseLength);
         ASSERT_EQ(3u, fire.m_Keys.size());
         ASSERT_EQ(9u, fire.m_Keys[0].m_Properties.size());
-        EXPECT_EQ("a\\b.dds", fire.m_Keys[0].m_Properties[0].m_Value.m_sText);
-        EXPECT_EQ(-2.0f, fire.m_Keys[0].m_Properties[4].m_Value.m_Floats[2]);
-        EXPECT_EQ(-3, fire.m_Keys[0].m_Properties[7].m_Value.m_nInt);
+        EXPECT_EQ("a\\b.dds", Evaluate(fire.m_Keys[0].m_Properties[0], 0).m_sText);
+        EXPECT_EQ(-2.0, Evaluate(fire.m_Keys[0].m_Properties[4], 0).m_Numbers[2]);
+        EXPECT_EQ(-3, Evaluate(fire.m_Keys[0].m_Properties[7], 0).m_Numbers[0]);
         EXPECT_EQ(fire.m_Keys[0].m_Properties[2].m_nCurve, fire.m_Keys[2].m_Properties[0].m_nCurve);
         EXPECT_EQ(5u, fire.m_Keys[2].m_nLink);
-        EXPECT_EQ(4u, file.m_Curves.size());
         EXPECT_EQ(&fire, file.FindEffect("FIRE"));
         EXPECT_EQ(nullptr, file.FindEffect("Fir"));
     }

@@ -19,10 +19,10 @@ enum
 
 TEST(Playback, ValuesAlongACurve)
 {
-    CPackedFile file = ReadSmallFile();
+    const CPackedFile file = ReadSmallFile();
     const auto& props = file.m_Effects[0].m_Keys[0].m_Properties;
     const auto number = [&](int nProp, double t, size_t i = 0)
-    { return Evaluate(file, props[size_t(nProp)], t).m_Numbers[i]; };
+    { return Evaluate(props[size_t(nProp)], t).m_Numbers[i]; };
     // A line from 1 to 3, held outside.
     EXPECT_EQ(1.0, number(eSize, -1));
     EXPECT_EQ(2.0, number(eSize, 0.5));
@@ -30,25 +30,23 @@ TEST(Playback, ValuesAlongACurve)
     // A step from 4 to -6 comes behind its time, and the last value holds.
     EXPECT_EQ(4.0, number(eFrame, 0.25));
     EXPECT_EQ(-6.0, number(eFrame, 0.5)); // the last key's own time is its own
-    CCurve& frames = file.m_Curves[props[eFrame].m_nCurve];
-    frames.m_Keys.push_back(frames.m_Keys[0]);
-    frames.m_Keys[2].m_fTime = 0.75f;
-    EXPECT_EQ(4.0, number(eFrame, 0.5)); // with a key behind it the old value still holds
-    EXPECT_EQ(-6.0, number(eFrame, 0.500001));
-    EXPECT_EQ(4.0, number(eFrame, 0.75));
+    CLooseValues loose;
+    const CProperty frames =
+        loose.Property(*props[eFrame].m_pDesc, {{0.0f, {4}}, {0.5f, {uint32_t(-6)}}, {0.75f, {4}}});
+    EXPECT_EQ(4.0, Evaluate(frames, 0.5).m_Numbers[0]); // with a key behind it the old value still holds
+    EXPECT_EQ(-6.0, Evaluate(frames, 0.500001).m_Numbers[0]);
+    EXPECT_EQ(4.0, Evaluate(frames, 0.75).m_Numbers[0]);
     // All four channels, alpha too; a constant never changes; texts can't be mixed.
     EXPECT_EQ(0.75, number(eColor, 0.25));
     EXPECT_EQ(0.875, number(eColor, 0.25, 3));
     EXPECT_EQ(-2.0, number(eOffset, 0.9, 2));
-    EXPECT_EQ("hot", Evaluate(file, props[eWords], 0.2).m_sText);
-    EXPECT_EQ("", Evaluate(file, props[eWords], 0.25).m_sText);
+    EXPECT_EQ("hot", Evaluate(props[eWords], 0.2).m_sText);
+    EXPECT_EQ("", Evaluate(props[eWords], 0.25).m_sText);
     // Two keys of one time: the line jumps, and nothing divides by zero.
-    CCurve& sizes = file.m_Curves[props[eSize].m_nCurve];
-    sizes.m_Keys.insert(sizes.m_Keys.begin() + 1, 2, sizes.m_Keys[0]);
-    sizes.m_Keys[1].m_fTime = sizes.m_Keys[2].m_fTime = 0.5f;
-    sizes.m_Keys[2].m_Value.m_Floats[0] = 7;
-    EXPECT_EQ(1.0, number(eSize, 0.5));
-    EXPECT_EQ(5.0, number(eSize, 0.75));
+    const CProperty sizes = loose.Property(
+        *props[eSize].m_pDesc, {{0.0f, {Bits(1)}}, {0.5f, {Bits(1)}}, {0.5f, {Bits(7)}}, {1.0f, {Bits(3)}}});
+    EXPECT_EQ(1.0, Evaluate(sizes, 0.5).m_Numbers[0]);
+    EXPECT_EQ(5.0, Evaluate(sizes, 0.75).m_Numbers[0]);
 }
 
 TEST(Playback, EventsInOrderOfTime)

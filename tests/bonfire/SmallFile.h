@@ -142,6 +142,58 @@ private:
     std::string m_sTexts;
 };
 
+// Values for tests of what plays them, in memory that has nothing else of a file.
+class CLooseValues
+{
+public:
+    CLooseValues()
+    {
+        m_File.m_pBytes = m_Bytes.data();
+        m_File.m_nStringTableSize = m_File.m_nSize = uint32_t(m_Bytes.size());
+    }
+    CLooseValues(const CLooseValues&) = delete;
+
+    // Points of a time and the words of a value; of a constant one, whose time doesn't count.
+    CProperty Property(const CEffectPropertyDesc& desc,
+                       const std::vector<std::pair<float, std::vector<uint32_t>>>& points)
+    {
+        CProperty prop = {};
+        prop.m_pFile = &m_File;
+        prop.m_pDesc = &desc;
+        prop.m_nValues = m_nEnd + 4;
+        prop.m_nNumValues = uint32_t(points.size());
+        for (const auto& [fTime, words] : points)
+        {
+            Add(&fTime, 4);
+            Add(words.data(), 4 * words.size());
+        }
+        return prop;
+    }
+    uint32_t Text(std::string_view s)
+    {
+        const uint32_t nAt = m_nEnd += 4; // behind a word that ends with a 0
+        Add(s.data(), s.size());
+        m_nEnd += 4 - m_nEnd % 4;
+        return nAt;
+    }
+
+private:
+    void Add(const void* p, size_t nSize)
+    {
+        std::memcpy(m_Bytes.data() + m_nEnd, p, nSize);
+        m_nEnd += uint32_t(nSize);
+    }
+
+    std::vector<uint8_t> m_Bytes = std::vector<uint8_t>(16384);
+    uint32_t m_nEnd = 0;
+    CEmberdeckFile m_File = {};
+};
+
+inline uint32_t Bits(float f)
+{
+    return std::bit_cast<uint32_t>(f);
+}
+
 inline CPackedFile ReadSmallFile()
 {
     CPackedFile file;

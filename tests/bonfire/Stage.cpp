@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "SmallFile.h"
 #include "game/Legend.h"
 
 namespace
@@ -28,52 +29,38 @@ public:
         key.m_nID = key.m_nLink = uint32_t(effect.m_Keys.size());
         return key;
     }
-    void Set(CKey& key, const char* pszName, CValue value)
-    {
-        Desc(key, pszName, value.m_eType, false);
-        key.m_Properties.back().m_Value = value;
-    }
     void Set(CKey& key, const char* pszName, float f)
     {
-        CValue value;
-        value.m_eType = ePropType_Float;
-        value.m_Floats[0] = f;
-        Set(key, pszName, value);
+        Add(key, pszName, ePropType_Float, {{0.0f, {Bits(f)}}});
+    }
+    void Set(CKey& key, const char* pszName, float x, float y, float z)
+    {
+        Add(key, pszName, ePropType_Vector, {{0.0f, {Bits(x), Bits(y), Bits(z)}}});
     }
     void SetText(CKey& key, const char* pszName, uint32_t eType, std::string_view s)
     {
-        CValue value;
-        value.m_eType = eType;
-        value.m_sText = s;
-        Set(key, pszName, value);
+        Add(key, pszName, eType, {{0.0f, {m_Values.Text(s)}}});
     }
-    void SetLine(CKey& key, const char* pszName, std::vector<std::pair<float, float>> values)
+    void SetLine(CKey& key, const char* pszName, const std::vector<std::pair<float, float>>& values)
     {
-        Desc(key, pszName, ePropType_Float, true);
-        key.m_Properties.back().m_nCurve = uint32_t(m_File.m_Curves.size());
-        CCurve& curve = m_File.m_Curves.emplace_back();
+        std::vector<std::pair<float, std::vector<uint32_t>>> points;
         for (const auto& [fTime, fValue] : values)
-        {
-            CCurveKey& at = curve.m_Keys.emplace_back();
-            at.m_fTime = fTime;
-            at.m_Value.m_eType = ePropType_Float;
-            at.m_Value.m_Floats[0] = fValue;
-        }
+            points.push_back({fTime, {Bits(fValue)}});
+        Add(key, pszName, ePropType_Float, points, true);
     }
 
     CPackedFile m_File;
     CBirthsOfKeys m_Births;
 
 private:
-    void Desc(CKey& key, const char* pszName, uint32_t eType, bool bCurve)
+    void Add(CKey& key, const char* pszName, uint32_t eType,
+             const std::vector<std::pair<float, std::vector<uint32_t>>>& points, bool bCurve = false)
     {
-        CEffectPropertyDesc& desc = m_Descs.emplace_back();
-        std::snprintf(desc.m_szName, sizeof(desc.m_szName), "%s", pszName);
-        desc.m_eType = eType;
-        desc.m_bFunctionCurve = desc.m_bInterpolate = bCurve;
-        key.m_Properties.emplace_back().m_pDesc = &desc;
+        m_Descs.push_back(Desc(pszName, eType, "", bCurve, bCurve));
+        key.m_Properties.push_back(m_Values.Property(m_Descs.back(), points));
     }
 
+    CLooseValues m_Values;
     std::vector<CEffectTypeDesc> m_Types;
     std::vector<CEffectPropertyDesc> m_Descs;
 };
@@ -91,7 +78,7 @@ TEST(Stage, ParticlesFollowRateBurstAndLimit)
     f.SetLine(key, "Rate", {{0, 0}, {0.5f, 20}, {1, 0}}); // 100 in all
     f.SetLine(key, "Burst", {{0, 5}, {0.1f, 0}, {0.4f, 0}, {0.5f, 3}});
     f.Set(key, "Lifetime", 1.0f);
-    const CBirths births(f.m_File, key);
+    const CBirths births(key);
     EXPECT_EQ(5.0, births.CountAt(0));
     EXPECT_NEAR(5 + 25 + 3, births.CountAt(5) - 25, 0.1);
     EXPECT_NEAR(108, births.CountAt(99), 0.1);
@@ -102,25 +89,25 @@ TEST(Stage, ParticlesFollowRateBurstAndLimit)
         EXPECT_LE(births.CountAt(fTime - 0.02), fParticle);
     }
     // The same moment gives the same picture, and a particle is where it was, a little on.
-    const auto now = ListParticles(f.m_File, key, births, 4.0, 1000);
-    const auto again = ListParticles(f.m_File, key, births, 4.0, 1000);
+    const auto now = ListParticles(key, births, 4.0, 1000);
+    const auto again = ListParticles(key, births, 4.0, 1000);
     ASSERT_EQ(now.size(), again.size());
     EXPECT_GT(now.size(), 8u);
     EXPECT_LE(now.size(), 16u);
     EXPECT_EQ(now.back().m_fChance, again.back().m_fChance);
     for (const CParticle& particle : now)
         EXPECT_TRUE(particle.m_fAge >= 0 && particle.m_fAge < 1);
-    EXPECT_TRUE(ListParticles(f.m_File, key, births, 11.01, 1000).empty()); // a lifetime after the end
+    EXPECT_TRUE(ListParticles(key, births, 11.01, 1000).empty()); // a lifetime after the end
 
     CKey& busy = f.Key(effect, 0, 0, 1e30f);
     f.Set(busy, "Rate", 1e30f);
     f.SetLine(busy, "Burst", {{0, 0}, {0.2f, 1e9f}, {0.3f, 0}, {0.4f, 1e9f}});
     f.Set(busy, "Max Particles", 30.0f);
     f.Set(busy, "Lifetime", 2.0f);
-    const CBirths most(f.m_File, busy);
+    const CBirths most(busy);
     for (const double t : {0.5, 3.0, 1e5, 3e5, 9e5, 1e25})
-        EXPECT_LE(ListParticles(f.m_File, busy, most, t, 1000).size(), 30u) << t;
-    EXPECT_GT(ListParticles(f.m_File, busy, most, 1e5, 1000).size(), 10u);
+        EXPECT_LE(ListParticles(busy, most, t, 1000).size(), 30u) << t;
+    EXPECT_GT(ListParticles(busy, most, 1e5, 1000).size(), 10u);
 }
 
 TEST(Stage, ShowsWhatRunsAndWhatIsLeftInTheAir)
@@ -175,15 +162,12 @@ TEST(Stage, NumbersThatAreNoneDoNoHarm)
     effect.m_sName = "Odd";
     effect.m_Keys.reserve(8);
     CKey& emitter = f.Key(effect, 0, -5, 3);
-    CValue vector;
-    vector.m_eType = ePropType_Vector;
-    vector.m_Floats = {c_fNan, c_fInf, -c_fInf};
     for (const char* psz : {"Rate", "Lifetime", "Size", "Spread", "Max Particles", "Turbulence"})
         f.Set(emitter, psz, c_fNan);
-    f.Set(emitter, "Velocity", vector);
+    f.Set(emitter, "Velocity", c_fNan, c_fInf, -c_fInf);
     CKey& light = f.Key(effect, 1, 0, 2);
     f.Set(light, "Radius", c_fInf);
-    f.Set(light, "Offset", vector);
+    f.Set(light, "Offset", c_fNan, c_fInf, -c_fInf);
     f.Set(light, "Flicker", c_fNan);
     f.Key(effect, 5, 2, 1); // ends before it starts
     for (const double t : {0.0, 1.0, 2.5, 1e30})

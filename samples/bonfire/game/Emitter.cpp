@@ -13,7 +13,6 @@ constexpr double c_fTurn = 6.283185307179586;
 
 struct CLaw // what all particles of a key obey
 {
-    const CPackedFile& m_File;
     const CKey& m_Key;
     const CBirths& m_Births;
     CPoint m_Gravity;
@@ -21,12 +20,9 @@ struct CLaw // what all particles of a key obey
     bool m_bFalls;        // comes out of the sky rather than from the origin
     double m_fTurbulence; // of the moment
 
-    CLaw(const CPackedFile& file, const CKey& key, const CBirths& births, double fSeconds)
-        : m_File(file),
-          m_Key(key),
-          m_Births(births)
+    CLaw(const CKey& key, const CBirths& births, double fSeconds) : m_Key(key), m_Births(births)
     {
-        const CKeyValues start(file, key, 0), now(file, key, ShareOf(key, fSeconds));
+        const CKeyValues start(key, 0), now(key, ShareOf(key, fSeconds));
         m_Gravity = start.Point("Gravity", {});
         m_fSpread = start.Number("Spread", 0, 0, 180) * c_fTurn / 360;
         const CPoint velocity = start.Point("Velocity", {});
@@ -71,7 +67,7 @@ CPoint Spread(const CPoint& velocity, double fSpread, uint64_t nParticle)
 
 CParticle CLaw::At(uint64_t nParticle, double fBorn, double fAge) const
 {
-    const CKeyValues birth(m_File, m_Key, ShareOf(m_Key, fBorn));
+    const CKeyValues birth(m_Key, ShareOf(m_Key, fBorn));
     CParticle particle;
     particle.m_fAge = fAge / LifeOf(nParticle);
     particle.m_fChance = Chance(nParticle, 5);
@@ -106,9 +102,9 @@ double Chance(uint64_t nSeed, uint64_t nWhich)
     return double((n ^ (n >> 31)) >> 11) * 0x1p-53;
 }
 
-CBirths::CBirths(const CPackedFile& file, const CKey& key)
+CBirths::CBirths(const CKey& key)
 {
-    const CKeyValues start(file, key, 0);
+    const CKeyValues start(key, 0);
     m_fLength = std::min(double(key.m_fEnd) - double(key.m_fStart), c_fLongest);
     m_fLifetime = start.Number("Lifetime", 1, 0.02, 60);
     m_fMost = start.Number("Max Particles", 200, 1, c_fMost);
@@ -122,8 +118,7 @@ CBirths::CBirths(const CPackedFile& file, const CKey& key)
     m_Counts.push_back(fCount);
     for (size_t i = 1; i <= c_nParts; ++i)
     {
-        const CKeyValues middle(file, key, (double(i) - 0.5) / c_nParts),
-            end(file, key, double(i) / c_nParts);
+        const CKeyValues middle(key, (double(i) - 0.5) / c_nParts), end(key, double(i) / c_nParts);
         const double fRate = middle.Number("Rate", 0, 0, 1e6);
         const double fNext = end.Number("Burst", 0, 0, m_fMost);
         const double fLiving = fCount - CountAt(double(i) * fPart - m_fLifetime);
@@ -158,24 +153,23 @@ double CBirths::TimeOf(double fParticle) const
     return (double(nPart) + (fParticle - m_Counts[nPart]) / (*it - m_Counts[nPart])) * m_fLength / c_nParts;
 }
 
-const CBirths& BirthsOf(const CPackedFile& file, const CKey& key, CBirthsOfKeys& births)
+const CBirths& BirthsOf(const CKey& key, CBirthsOfKeys& births)
 {
     const auto it = births.find(&key);
     if (it != births.end())
         return it->second;
     if (births.size() >= c_nMostKeys)
         births.clear();
-    return births.emplace(&key, CBirths(file, key)).first->second;
+    return births.emplace(&key, CBirths(key)).first->second;
 }
 
-std::vector<CParticle> ListParticles(const CPackedFile& file, const CKey& key, const CBirths& births,
-                                     double fSeconds, size_t nLimit)
+std::vector<CParticle> ListParticles(const CKey& key, const CBirths& births, double fSeconds, size_t nLimit)
 {
     std::vector<CParticle> particles;
     const double fUntil = births.CountAt(fSeconds);
     // Of those that came in the moment fSeconds - Lifetime() itself nothing is left.
     double fParticle = std::ceil(births.CountAt(fSeconds - births.Lifetime()));
-    const CLaw law(file, key, births, fSeconds);
+    const CLaw law(key, births, fSeconds);
     nLimit = std::min(nLimit, size_t(births.Most()));
     const uint64_t nSeed = uint64_t(key.m_nID) << 40;
     for (; fParticle < fUntil && particles.size() < nLimit; ++fParticle)
@@ -189,11 +183,10 @@ std::vector<CParticle> ListParticles(const CPackedFile& file, const CKey& key, c
     return particles;
 }
 
-std::vector<CParticleEnd> ListEnds(const CPackedFile& file, const CKey& key, const CBirths& births,
-                                   double fSeconds, size_t nCount)
+std::vector<CParticleEnd> ListEnds(const CKey& key, const CBirths& births, double fSeconds, size_t nCount)
 {
     std::vector<CParticleEnd> ends;
-    const CLaw law(file, key, births, fSeconds);
+    const CLaw law(key, births, fSeconds);
     const uint64_t nSeed = uint64_t(key.m_nID) << 40;
     for (double fParticle = 0; ends.size() < nCount && fParticle < births.CountAt(fSeconds); ++fParticle)
     {

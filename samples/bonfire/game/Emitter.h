@@ -30,7 +30,7 @@ class CBirths
 public:
     static constexpr double c_fMost = 10000; // particles at once, whatever the key says
 
-    CBirths(const CPackedFile& file, const CKey& key);
+    CBirths(const CKey& key);
 
     double Lifetime() const { return m_fLifetime; } // seconds that a particle lives at most
     double Most() const { return m_fMost; }         // particles at once
@@ -50,16 +50,14 @@ private:
 
 // Belongs to a file: to be emptied with it.
 using CBirthsOfKeys = std::map<const CKey*, CBirths>;
-const CBirths& BirthsOf(const CPackedFile& file, const CKey& key, CBirthsOfKeys& births);
+const CBirths& BirthsOf(const CKey& key, CBirthsOfKeys& births);
 
 // Those that live fSeconds after the start of the key, the oldest first and at most nLimit of them. The key's own
 // place is the origin.
-std::vector<CParticle> ListParticles(const CPackedFile& file, const CKey& key, const CBirths& births,
-                                     double fSeconds, size_t nLimit);
+std::vector<CParticle> ListParticles(const CKey& key, const CBirths& births, double fSeconds, size_t nLimit);
 
 // The first nCount particles that have ended by then.
-std::vector<CParticleEnd> ListEnds(const CPackedFile& file, const CKey& key, const CBirths& births,
-                                   double fSeconds, size_t nCount);
+std::vector<CParticleEnd> ListEnds(const CKey& key, const CBirths& births, double fSeconds, size_t nCount);
 
 // A value from 0 to below 1 that looks like chance and is the same each time.
 double Chance(uint64_t nSeed, uint64_t nWhich);

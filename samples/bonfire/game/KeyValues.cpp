@@ -13,12 +13,7 @@ double Bounded(double f, double fMin, double fMax)
 }
 } // namespace
 
-CKeyValues::CKeyValues(const CPackedFile& file, const CKey& key, double fShare)
-    : m_File(file),
-      m_Key(key),
-      m_fShare(Bounded(fShare, 0, 1))
-{
-}
+CKeyValues::CKeyValues(const CKey& key, double fShare) : m_Key(key), m_fShare(Bounded(fShare, 0, 1)) {}
 
 const CProperty* CKeyValues::Find(std::string_view sName) const
 {
@@ -33,7 +28,7 @@ double CKeyValues::Number(std::string_view sName, double fDefault, double fMin, 
     const CProperty* pProp = Find(sName);
     if (!pProp || NumberCount(pProp->m_pDesc->m_eType) == 0)
         return fDefault;
-    return Bounded(Evaluate(m_File, *pProp, m_fShare).m_Numbers[0], fMin, fMax);
+    return Bounded(Evaluate(*pProp, m_fShare).m_Numbers[0], fMin, fMax);
 }
 
 CPoint CKeyValues::Point(std::string_view sName, const CPoint& def) const
@@ -42,7 +37,7 @@ CPoint CKeyValues::Point(std::string_view sName, const CPoint& def) const
     const CProperty* pProp = Find(sName);
     if (!pProp || pProp->m_pDesc->m_eType != ePropType_Vector)
         return def;
-    const auto numbers = Evaluate(m_File, *pProp, m_fShare).m_Numbers;
+    const auto numbers = Evaluate(*pProp, m_fShare).m_Numbers;
     return {Bounded(numbers[0], -c_fFar, c_fFar), Bounded(numbers[1], -c_fFar, c_fFar),
             Bounded(numbers[2], -c_fFar, c_fFar)};
 }
@@ -52,7 +47,7 @@ CTint CKeyValues::Tint(std::string_view sName) const
     const CProperty* pProp = Find(sName);
     if (!pProp || pProp->m_pDesc->m_eType != ePropType_Color)
         return {};
-    const auto numbers = Evaluate(m_File, *pProp, m_fShare).m_Numbers;
+    const auto numbers = Evaluate(*pProp, m_fShare).m_Numbers;
     return {Bounded(numbers[0], 0, 1), Bounded(numbers[1], 0, 1), Bounded(numbers[2], 0, 1),
             Bounded(numbers[3], 0, 1)};
 }
@@ -60,7 +55,7 @@ CTint CKeyValues::Tint(std::string_view sName) const
 std::string_view CKeyValues::Text(std::string_view sName) const
 {
     const CProperty* pProp = Find(sName);
-    return pProp ? Evaluate(m_File, *pProp, m_fShare).m_sText : std::string_view();
+    return pProp ? Evaluate(*pProp, m_fShare).m_sText : std::string_view();
 }
 
 std::string_view CKeyValues::Enumerator(std::string_view sName) const
@@ -68,10 +63,10 @@ std::string_view CKeyValues::Enumerator(std::string_view sName) const
     const CProperty* pProp = Find(sName);
     if (!pProp || pProp->m_pDesc->m_eType != ePropType_Enum)
         return {};
-    std::string_view sFound;
-    FindEnumerator(FieldText(pProp->m_pDesc->m_szData),
-                   uint32_t(Evaluate(m_File, *pProp, m_fShare).m_Numbers[0]), sFound);
-    return sFound;
+    size_t nLength = 0;
+    const char* pEnumerator =
+        EmberdeckEnumerator(pProp->m_pDesc, uint32_t(Evaluate(*pProp, m_fShare).m_Numbers[0]), &nLength);
+    return pEnumerator ? std::string_view(pEnumerator, nLength) : std::string_view();
 }
 
 double ShareOf(const CKey& key, double fSeconds)

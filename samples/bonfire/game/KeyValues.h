@@ -32,7 +32,7 @@ class CKeyValues
 {
 public:
     // fShare is the share of the key's length that has passed; taken into 0 to 1.
-    CKeyValues(const CPackedFile& file, const CKey& key, double fShare);
+    CKeyValues(const CKey& key, double fShare);
 
     double Number(std::string_view sName, double fDefault, double fMin, double fMax) const;
     CPoint Point(std::string_view sName, const CPoint& def) const; // within 10,000 m
@@ -43,7 +43,6 @@ public:
 private:
     const CProperty* Find(std::string_view sName) const;
 
-    const CPackedFile& m_File;
     const CKey& m_Key;
     double m_fShare;
 };

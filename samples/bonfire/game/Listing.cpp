@@ -34,10 +34,9 @@ std::string Quoted(std::string_view sText)
 // The enumerator of that index, or its number where the list doesn't reach.
 std::string EnumeratorText(const CEffectPropertyDesc& desc, double fIndex)
 {
-    std::string_view sName;
-    if (!FindEnumerator(FieldText(desc.m_szData), uint32_t(fIndex), sName))
-        return ShortNumber(fIndex);
-    return std::string(sName);
+    size_t nLength = 0;
+    const char* pName = EmberdeckEnumerator(&desc, uint32_t(fIndex), &nLength);
+    return pName ? std::string(pName, nLength) : ShortNumber(fIndex);
 }
 
 std::string SampleText(const CEffectPropertyDesc& desc, const CSample& sample)
@@ -73,7 +72,7 @@ void ListProperty(const CPackedFile& file, const CProperty& prop, std::string& s
     s += "      " + std::string(FieldText(prop.m_pDesc->m_szName)) + " =";
     if (!prop.m_pDesc->m_bFunctionCurve)
     {
-        const CSample sample = Evaluate(file, prop, 0);
+        const CSample sample = Evaluate(prop, 0);
         s += " " + SampleText(*prop.m_pDesc, sample);
         if (sample.m_eType == ePropType_FireglassRef)
             s += ReferenceText(file, sample.m_sText);
@@ -82,7 +81,7 @@ void ListProperty(const CPackedFile& file, const CProperty& prop, std::string& s
     {
         for (const double fTime : {0.0, 0.25, 0.5, 0.75, 1.0})
         {
-            const CSample sample = Evaluate(file, prop, fTime);
+            const CSample sample = Evaluate(prop, fTime);
             s += " [" + ShortNumber(fTime) + "] " + SampleText(*prop.m_pDesc, sample);
             if (sample.m_eType == ePropType_FireglassRef)
                 s += ReferenceText(file, sample.m_sText);
@@ -148,62 +147,51 @@ const char* KindName(uint32_t eType)
     return eType < std::size(c_Names) ? c_Names[eType] : "Unknown";
 }
 
-void DumpValue(const CValue& value, CJsonText& json)
+void DumpValue(const CEmberdeckValue& value, CJsonText& json)
 {
     switch (value.m_eType)
     {
     case ePropType_Int:
-        json.Number(value.m_nInt);
-        break;
     case ePropType_Enum:
-        json.Number(value.m_nEnum);
+        json.Number(int64_t(value.m_Numbers[0]));
         break;
     case ePropType_Float:
-        json.Float(value.m_Floats[0]);
+        json.Float(float(value.m_Numbers[0]));
         break;
     case ePropType_Vector:
     case ePropType_Color:
     {
         json.Raw("[");
         bool bFirst = true;
-        for (size_t i = 0; i < NumberCount(value.m_eType); ++i)
-            json.Next(bFirst).Float(value.m_Floats[i]);
+        for (uint32_t i = 0; i < value.m_nNumNumbers; ++i)
+            json.Next(bFirst).Float(float(value.m_Numbers[i]));
         json.Raw("]");
         break;
     }
     default:
-        json.Text(value.m_sText);
+        json.Text(value.m_pszText);
     }
 }
 
-void DumpTimedValue(float fTime, const CValue& value, CJsonText& json)
-{
-    json.Raw("{\"time\":").Float(fTime).Raw(",\"value\":");
-    DumpValue(value, json);
-    json.Raw("}");
-}
-
-void DumpProperty(const CPackedFile& file, const CProperty& prop, CJsonText& json)
+void DumpProperty(const CProperty& prop, CJsonText& json)
 {
     json.Raw("{\"name\":").Text(FieldText(prop.m_pDesc->m_szName)).Raw(",").Field("offset", prop.m_nOffset);
     json.Raw(",\"type\":\"").Raw(KindName(prop.m_pDesc->m_eType)).Raw("\",\"curve\":");
     if (prop.m_pDesc->m_bFunctionCurve)
-    {
-        const CCurve& curve = file.m_Curves[prop.m_nCurve];
-        json.Raw("true,").Field("curveOffset", curve.m_nOffset).Raw(",\"values\":[");
-        bool bFirst = true;
-        for (const CCurveKey& key : curve.m_Keys)
-            DumpTimedValue(key.m_fTime, key.m_Value, json.Next(bFirst));
-    }
+        json.Raw("true,").Field("curveOffset", prop.m_nCurve).Raw(",\"values\":[");
     else
-    {
         json.Raw("false,\"values\":[");
-        DumpTimedValue(0, prop.m_Value, json);
+    bool bFirst = true;
+    for (uint32_t i = 0; i < prop.m_nNumValues; ++i)
+    {
+        json.Next(bFirst).Raw("{\"time\":").Float(EmberdeckTimeAt(&prop, i)).Raw(",\"value\":");
+        DumpValue(EmberdeckValueAt(&prop, i), json);
+        json.Raw("}");
     }
     json.Raw("]}");
 }
 
-void DumpKey(const CPackedFile& file, const CKey& key, CJsonText& json)
+void DumpKey(const CKey& key, CJsonText& json)
 {
     json.Raw("{").Field("offset", key.m_nOffset).Raw(",\"type\":").Text(FieldText(key.m_pType->m_szName));
     json.Raw(",").Field("typeId", key.m_pType->m_nTypeID);
@@ -211,24 +199,24 @@ void DumpKey(const CPackedFile& file, const CKey& key, CJsonText& json)
     json.Raw(",").Field("id", key.m_nID).Raw(",").Field("link", key.m_nLink).Raw(",\"properties\":[");
     bool bFirst = true;
     for (const CProperty& prop : key.m_Properties)
-        DumpProperty(file, prop, json.Next(bFirst));
+        DumpProperty(prop, json.Next(bFirst));
     json.Raw("]}");
 }
 
-void DumpEffect(const CPackedFile& file, const CEffect& effect, CJsonText& json)
+void DumpEffect(const CEffect& effect, CJsonText& json)
 {
     json.Raw("{\"name\":").Text(effect.m_sName).Raw(",").Field("offset", effect.m_nOffset);
     json.Raw(",").Field("phaseLength", effect.m_nPhaseLength).Raw(",\"keys\":[");
     bool bFirst = true;
     for (const CKey& key : effect.m_Keys)
-        DumpKey(file, key, json.Next(bFirst));
+        DumpKey(key, json.Next(bFirst));
     json.Raw("]}");
 }
 
 void DumpHeader(const CPackedFile& file, CJsonText& json)
 {
-    const CHeader& h = file.m_Header;
-    json.Raw("\"header\":{").Field("magic", h.m_nMagic).Raw(",").Field("fileVersion", h.m_nFileVersion);
+    const CEmberdeckFile& h = *file.m_pFile;
+    json.Raw("\"header\":{").Field("magic", EMBERDECK_MAGIC).Raw(",").Field("fileVersion", h.m_nFileVersion);
     json.Raw(",").Field("typeTableVersion", h.m_nTypeTableVersion);
     json.Raw(",").Field("stringTableSize", h.m_nStringTableSize);
     json.Raw(",").Field("curveTableSize", h.m_nCurveTableSize);
@@ -236,7 +224,7 @@ void DumpHeader(const CPackedFile& file, CJsonText& json)
     json.Raw(",").Field("numTypes", h.m_nNumTypes);
     json.Raw(",").Field("stringTableOffset", h.m_nStringTableOffset);
     json.Raw(",").Field("effectNamesOffset", h.m_nEffectNamesOffset);
-    json.Raw("},\"byteOrder\":\"").Raw(file.m_bBigEndian ? "big" : "little").Raw("\"");
+    json.Raw("},\"byteOrder\":\"").Raw(h.m_bBigEndian ? "big" : "little").Raw("\"");
 }
 } // namespace
 
@@ -275,8 +263,8 @@ std::string DumpAsJson(const CPackedFile& file, const CEffect* pOnly)
     DumpHeader(file, json);
     json.Raw(",\"keyCounts\":[");
     bool bFirst = true;
-    for (const uint32_t n : file.m_KeyCounts)
-        json.Next(bFirst).Number(n);
+    for (uint32_t i = 0; i < file.m_pFile->m_nNumTypes; ++i)
+        json.Next(bFirst).Number(EmberdeckKeyCount(file.m_pFile.get(), i));
     json.Raw("],\"strings\":[");
     bFirst = true;
     for (const auto& [nOffset, sText] : file.m_Strings)
@@ -285,10 +273,10 @@ std::string DumpAsJson(const CPackedFile& file, const CEffect* pOnly)
     bFirst = true;
     for (const CEffect& effect : file.m_Effects)
         if (!pOnly || pOnly == &effect)
-            DumpEffect(file, effect, json.Next(bFirst));
+            DumpEffect(effect, json.Next(bFirst));
     json.Raw("],\"effectNames\":[");
     bFirst = true;
-    for (std::string_view sName : file.m_EffectNames)
-        json.Next(bFirst).Text(sName);
+    for (const CEffect& effect : file.m_Effects)
+        json.Next(bFirst).Text(effect.m_sName);
     return json.Raw("]}\n").Take();
 }

@@ -9,52 +9,6 @@ namespace
 constexpr uint32_t c_nMaxNesting = 4;
 constexpr size_t c_nMaxVisible = 4096;
 
-CSample SampleOf(const CValue& value)
-{
-    CSample sample;
-    sample.m_eType = value.m_eType;
-    sample.m_sText = value.m_sText;
-    switch (value.m_eType)
-    {
-    case ePropType_Int:
-        sample.m_Numbers[0] = value.m_nInt;
-        break;
-    case ePropType_Enum:
-        sample.m_Numbers[0] = value.m_nEnum;
-        break;
-    default:
-        std::copy(value.m_Floats.begin(), value.m_Floats.end(), sample.m_Numbers.begin());
-    }
-    return sample;
-}
-
-bool CanBeMixed(uint32_t eType)
-{
-    return NumberCount(eType) != 0 && eType != ePropType_Enum;
-}
-
-CSample EvaluateCurve(const std::vector<CCurveKey>& keys, bool bInterpolate, double fTime)
-{
-    // Not "above", so that a time that is no number gives the first value too.
-    if (!(fTime > double(keys.front().m_fTime)))
-        return SampleOf(keys.front().m_Value);
-    if (fTime >= double(keys.back().m_fTime))
-        return SampleOf(keys.back().m_Value);
-    size_t k = 1;
-    while (double(keys[k].m_fTime) < fTime)
-        ++k;
-    CSample sample = SampleOf(keys[k - 1].m_Value);
-    if (!bInterpolate || !CanBeMixed(sample.m_eType))
-        return sample;
-    const double fFrom = keys[k - 1].m_fTime,
-                 fTo = keys[k].m_fTime; // the first is below fTime, so they differ
-    const double u = (fTime - fFrom) / (fTo - fFrom);
-    const CSample next = SampleOf(keys[k].m_Value);
-    for (size_t i = 0; i < NumberCount(sample.m_eType); ++i)
-        sample.m_Numbers[i] = (1 - u) * sample.m_Numbers[i] + u * next.m_Numbers[i];
-    return sample;
-}
-
 struct CScene
 {
     const CPackedFile& m_File;
@@ -83,7 +37,7 @@ struct CScene
     {
         for (const CProperty& prop : key.m_Properties)
             if (prop.m_pDesc->m_eType == ePropType_FireglassRef)
-                for (std::string_view sName : SplitReference(Evaluate(m_File, prop, fTime).m_sText))
+                for (std::string_view sName : SplitReference(Evaluate(prop, fTime).m_sText))
                 {
                     if (m_nStepsLeft == 0)
                         return;
@@ -112,11 +66,15 @@ size_t NumberCount(uint32_t eType)
     }
 }
 
-CSample Evaluate(const CPackedFile& file, const CProperty& prop, double fTime)
+CSample Evaluate(const CProperty& prop, double fTime)
 {
-    if (!prop.m_pDesc->m_bFunctionCurve)
-        return SampleOf(prop.m_Value);
-    return EvaluateCurve(file.m_Curves[prop.m_nCurve].m_Keys, prop.m_pDesc->m_bInterpolate != 0, fTime);
+    const CEmberdeckValue value = EmberdeckEvaluate(&prop, fTime);
+    CSample sample;
+    sample.m_eType = value.m_eType;
+    if (value.m_pszText)
+        sample.m_sText = value.m_pszText;
+    std::copy_n(value.m_Numbers, sample.m_Numbers.size(), sample.m_Numbers.begin());
+    return sample;
 }
 
 const CKey* FindLinkedKey(const CEffect& effect, const CKey& key)

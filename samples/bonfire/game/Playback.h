@@ -22,10 +22,8 @@ struct CSample
 // How many of m_Numbers count: 0 for the text kinds.
 size_t NumberCount(uint32_t eType);
 
-// fTime is the share of the key's length that has passed, 0 to 1. A constant has one value throughout. On
-// a step curve a value holds up to and with the time of the next key. On a line, numbers are mixed; texts
-// and enumerators can't be, and change as on a step curve.
-CSample Evaluate(const CPackedFile& file, const CProperty& prop, double fTime);
+// As EmberdeckEvaluate.
+CSample Evaluate(const CProperty& prop, double fTime);
 
 // The key that this one moves with: the first of the effect with the linked id. Null without a link, and
 // when no key has that id any more.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: 0BSD
 #include "game/PlugIn.h"
 
-#include <algorithm>
 #include <dlfcn.h>
 
 CPlugIn::~CPlugIn()
@@ -38,40 +37,5 @@ bool CPlugIn::Load(const std::string& sPath, std::string& sError)
         sError = sPath + " offers no effect types";
         return false;
     }
-    return true;
-}
-
-const CEffectTypeDesc* FindType(const CEffectTypeTable& table, uint32_t nTypeID)
-{
-    for (uint32_t i = 0; table.m_pTypes && i < table.m_nNumTypes; ++i)
-        if (table.m_pTypes[i].m_nTypeID == nTypeID)
-            return &table.m_pTypes[i];
-    return nullptr;
-}
-
-bool HoldsValue(const CEffectPropertyDesc& desc)
-{
-    return desc.m_eType != ePropType_None && desc.m_eType != ePropType_UI;
-}
-
-uint32_t CountEnumerators(std::string_view sList)
-{
-    if (sList.empty())
-        return 0;
-    const auto nCommas = uint32_t(std::count(sList.begin(), sList.end(), ','));
-    return sList.back() == ',' ? nCommas : nCommas + 1;
-}
-
-bool FindEnumerator(std::string_view sList, uint32_t nIndex, std::string_view& sName)
-{
-    for (; nIndex != 0 && sList.find(',') != std::string_view::npos; --nIndex)
-        sList.remove_prefix(sList.find(',') + 1);
-    if (nIndex != 0 || sList.empty())
-        return false;
-    sName = sList.substr(0, sList.find(','));
-    while (!sName.empty() && sName.front() == ' ')
-        sName.remove_prefix(1);
-    while (!sName.empty() && sName.back() == ' ')
-        sName.remove_suffix(1);
     return true;
 }

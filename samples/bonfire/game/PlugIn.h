@@ -37,15 +37,3 @@ std::string_view FieldText(const char (&szField)[N])
         ++n;
     return {szField, n};
 }
-
-// The first type with that number, or null.
-const CEffectTypeDesc* FindType(const CEffectTypeTable& table, uint32_t nTypeID);
-
-// False for the kinds that take a row of the editor's panel and hold no value.
-bool HoldsValue(const CEffectPropertyDesc& desc);
-
-// How many enumerators a list has: pieces between commas, empty ones too, but none behind a last comma.
-uint32_t CountEnumerators(std::string_view sList);
-
-// The enumerator of that index, without the blanks round it. False where the list doesn't reach.
-bool FindEnumerator(std::string_view sList, uint32_t nIndex, std::string_view& sName);

@@ -147,7 +147,7 @@ void CBuilder::AddEffect(const CEffect& effect, double fSeconds, const CPoint& o
         // A key moves with the one that it is linked to: it stands where that one stands.
         CPoint place = origin;
         if (const CKey* pOther = FindLinkedKey(effect, key))
-            place = place + CKeyValues(m_File, *pOther, ShareOf(*pOther, fSeconds - double(pOther->m_fStart)))
+            place = place + CKeyValues(*pOther, ShareOf(*pOther, fSeconds - double(pOther->m_fStart)))
                                 .Point("Offset", {});
         if (bEmitter)
             AddEmitter(key, fTime, place, nNesting);
@@ -160,7 +160,7 @@ void CBuilder::AddKey(const CKey& key, double fSeconds, const CPoint& origin, ui
 {
     const std::string_view sType = FieldText(key.m_pType->m_szName);
     const double fShare = ShareOf(key, fSeconds);
-    const CKeyValues values(m_File, key, fShare);
+    const CKeyValues values(key, fShare);
     const CPoint place = origin + values.Point("Offset", {});
     if (sType == "Sprite")
         AddSprite(values, place);
@@ -198,8 +198,8 @@ void CBuilder::AddShown(std::string_view sType, const CKeyValues& values, const 
 
 void CBuilder::AddEmitter(const CKey& key, double fSeconds, const CPoint& place, uint32_t nNesting)
 {
-    const CBirths& births = BirthsOf(m_File, key, m_Births);
-    const CKeyValues values(m_File, key, ShareOf(key, fSeconds));
+    const CBirths& births = BirthsOf(key, m_Births);
+    const CKeyValues values(key, ShareOf(key, fSeconds));
     CDot dot;
     dot.m_eBlend = BlendOf(values.Enumerator("Blend"));
     dot.m_eLook = LookOf(values.Text("Texture"));
@@ -210,7 +210,7 @@ void CBuilder::AddEmitter(const CKey& key, double fSeconds, const CPoint& place,
     if (fSeconds < fLength + births.Lifetime() && dot.m_Tint.a > 0)
     {
         const size_t nLeft = c_nMostDots - m_Stage.m_Dots.size();
-        for (const CParticle& particle : ListParticles(m_File, key, births, fSeconds, nLeft))
+        for (const CParticle& particle : ListParticles(key, births, fSeconds, nLeft))
         {
             CDot own = dot;
             own.m_At = place + particle.m_At;
@@ -224,7 +224,7 @@ void CBuilder::AddEmitter(const CKey& key, double fSeconds, const CPoint& place,
     if (sOnDeath.empty() || nNesting >= c_nMostNesting)
         return;
     // births may be gone once another emitter has been asked for.
-    for (const CParticleEnd& end : ListEnds(m_File, key, births, fSeconds, c_nMostEnds))
+    for (const CParticleEnd& end : ListEnds(key, births, fSeconds, c_nMostEnds))
         AddReferences(sOnDeath, fSeconds - end.m_fTime,
                       place + CPoint{end.m_At.x, std::max(0.0, end.m_At.y), end.m_At.z}, nNesting);
 }
@@ -233,7 +233,7 @@ void CBuilder::AddNested(const CKey& key, double fSeconds, const CPoint& place, 
 {
     if (nNesting >= c_nMostNesting)
         return;
-    const CKeyValues values(m_File, key, ShareOf(key, fSeconds));
+    const CKeyValues values(key, ShareOf(key, fSeconds));
     const double fRepeat = values.Number("Repeat", 1, 1, 1e6), fDelay = values.Number("Delay", 0, 0, 1e6);
     for (std::string_view sName : SplitReference(values.Text("Effect")))
     {
