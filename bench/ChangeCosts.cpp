@@ -10,6 +10,7 @@
 #include "bench/Measure.h"
 #include "changes/ChangeRecorder.h"
 #include "changes/LibraryImage.h"
+#include "changes/Merge.h"
 #include "formats/EmberdeckQSA.h"
 #include "qsnumber.h"
 
@@ -186,6 +187,39 @@ void MeasureHistory(CRecorded& recorded)
                 static_cast<double>(recorded.m_History.GetMemory() - nBefore) / 1e6,
                 (static_cast<double>(ResidentMemory()) - static_cast<double>(nResident)) / 1e6);
 }
+
+// Both sides move half of the keys of one effect, each the other half, and each adds some.
+void MeasureMerge(CRecorded& recorded)
+{
+    const CLibraryParts parts = recorded.m_Target.m_Library;
+    CSpell& spell = AddBigSpell(recorded, 100000);
+    CImageMaker maker;
+    const auto pBase = CLibraryImage::Make(parts, maker);
+    std::shared_ptr<const CLibraryImage> sides[2];
+    for (int nSide = 0; nSide < 2; ++nSide)
+    {
+        for (CKey& key : spell.m_Tracks.AllKeys())
+            key.m_nEndTime += static_cast<int>(key.m_nKeyID % 2) == nSide ? 5 : 0;
+        for (int i = 0; i < 1000; ++i)
+        {
+            auto pKey = spell.m_Tracks.GetTrack(0)->GetKey(0)->Clone();
+            pKey->m_nKeyID = 100000 + static_cast<uint32_t>(i);
+            pKey->m_nStartTime = 100000000 + (2 * i + nSide) * 100;
+            pKey->m_nEndTime = pKey->m_nStartTime + 90;
+            spell.m_Tracks.GetTrack(0)->AppendKey(std::move(pKey));
+        }
+        sides[nSide] = CLibraryImage::Make(parts, maker);
+        for (CKey& key : spell.m_Tracks.AllKeys())
+            key.m_nEndTime -= static_cast<int>(key.m_nKeyID % 2) == nSide ? 5 : 0;
+        auto& keys = spell.m_Tracks.GetTrack(0)->KeysToRestore();
+        keys.erase(keys.end() - 1000, keys.end());
+    }
+    const double fStart = Now();
+    const CMerged merged = Merge(*pBase, *sides[0], *sides[1]);
+    const std::string sWhat = "merging an effect of 100,000 keys that both sides changed, " +
+                              std::to_string(merged.m_Conflicts.size()) + " conflicts";
+    Print(sWhat.c_str(), Now() - fStart);
+}
 } // namespace
 
 int main(int argc, char** argv)
@@ -206,5 +240,6 @@ int main(int argc, char** argv)
     MeasureDrag(recorded);
     recorded.m_History.SetBudget(CHistory::c_nDefaultBudget);
     MeasureHistory(recorded);
+    MeasureMerge(recorded);
     return 0;
 }

@@ -1,4 +1,5 @@
-#include "changes/LibraryChange.h"
+#include "changes/ChangeWords.h"
+
 #include "model/EffectProperty.h"
 #include "qsnumber.h"
 
@@ -46,27 +47,6 @@ std::string TellPoints(const CChangePoints& points, uint32_t eType)
         sText +=
             (sText.empty() ? "" : "; ") + TellPoint(point, eType) + " at " + QSFixedText(point.m_fTime, 6);
     return sText.empty() ? "no value" : sText;
-}
-
-// A field's value as a person reads it.
-std::string TellValue(const CDifference& difference, const CChangeValue& value)
-{
-    if (const auto* pNumber = std::get_if<int64_t>(&value))
-    {
-        const bool bTime = difference.m_eKind == EDifference::eEffectLength ||
-                           difference.m_eKind == EDifference::eKeyStart ||
-                           difference.m_eKind == EDifference::eKeyEnd;
-        return std::to_string(*pNumber) + (bTime ? " ms" : "");
-    }
-    if (const auto* pText = std::get_if<std::string>(&value))
-        return Quoted(*pText);
-    if (const auto* pRef = std::get_if<CChangeRef>(&value))
-        return Quoted(pRef->m_sName);
-    if (const auto* pPlace = std::get_if<CChangePlace>(&value))
-        return pPlace->m_List.m_sName;
-    if (const auto* pPoints = std::get_if<CChangePoints>(&value))
-        return TellPoints(*pPoints, difference.m_eType);
-    return difference.m_eKind == EDifference::eSetValue ? "inherited" : "none";
 }
 
 std::string TellObject(const CDifference& difference)
@@ -137,17 +117,45 @@ const char* FieldName(EDifference eKind)
 
 } // namespace
 
-std::string Tell(const CDifference& difference)
+std::string TellValue(const CDifference& difference, const CChangeValue& value)
+{
+    if (const auto* pNumber = std::get_if<int64_t>(&value))
+    {
+        const bool bTime = difference.m_eKind == EDifference::eEffectLength ||
+                           difference.m_eKind == EDifference::eKeyStart ||
+                           difference.m_eKind == EDifference::eKeyEnd;
+        return std::to_string(*pNumber) + (bTime ? " ms" : "");
+    }
+    if (const auto* pText = std::get_if<std::string>(&value))
+        return Quoted(*pText);
+    if (const auto* pRef = std::get_if<CChangeRef>(&value))
+        return Quoted(pRef->m_sName);
+    if (const auto* pPlace = std::get_if<CChangePlace>(&value))
+        return pPlace->m_List.m_sName;
+    if (const auto* pPoints = std::get_if<CChangePoints>(&value))
+        return TellPoints(*pPoints, difference.m_eType);
+    if (!std::holds_alternative<std::monostate>(value))
+        return "there";
+    return difference.m_eKind == EDifference::eSetValue ? "inherited" : "none";
+}
+
+std::string TellAbout(const CDifference& difference)
 {
     std::string sText = difference.m_Effect.m_nSerial ? difference.m_Effect.m_sName + ": " : std::string();
     sText += TellObject(difference);
-    const bool bOrder = std::holds_alternative<std::vector<CChangeRef>>(difference.m_Before);
     const char* pszField = FieldName(difference.m_eKind);
     if (difference.m_eKind != EDifference::eSetValue && !pszField)
+        return sText;
+    return sText + (sText.empty() || sText.back() == ' ' ? "" : ", ") +
+           (pszField ? pszField : difference.m_sProperty);
+}
+
+std::string Tell(const CDifference& difference)
+{
+    const std::string sText = TellAbout(difference);
+    if (difference.m_eKind != EDifference::eSetValue && !FieldName(difference.m_eKind))
         return sText + (std::holds_alternative<std::monostate>(difference.m_Before) ? " is new" : " is gone");
-    const std::string sField = pszField ? pszField : difference.m_sProperty;
-    sText += (sText.empty() || sText.back() == ' ' ? "" : ", ") + sField;
-    if (bOrder)
+    if (std::holds_alternative<std::vector<CChangeRef>>(difference.m_Before))
         return sText + " changed";
     return sText + ": " + TellValue(difference, difference.m_Before) + " -> " +
            TellValue(difference, difference.m_After);
