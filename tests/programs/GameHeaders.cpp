@@ -14,7 +14,7 @@ std::string Compile(const std::string& sCommand)
 {
     const CProcessResult result =
         RunProcess("sh",
-                   {"-c", sCommand + " -Wall -Wextra -Wpedantic -Wconversion -O1 -I " + EMBERDECK_SOURCE_DIR +
+                   {"-c", sCommand + " -Wall -Wextra -Wpedantic -Wconversion -O2 -I " + EMBERDECK_SOURCE_DIR +
                               "/Engine/sdk/inc"},
                    "", 120000);
     return result.m_nExitCode == 0 ? result.m_sErrors : "failed: " + result.m_sErrors;

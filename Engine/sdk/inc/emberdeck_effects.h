@@ -209,10 +209,9 @@ typedef struct CEmberdeckValue
     uint32_t m_eType;       /* EEffectPropertyType */
     uint32_t m_nNumNumbers; /* Int, Enum, Float: 1; Vector: 3; Color: 4; the kinds of text: 0 */
     const char* m_pszText;  /* of the kinds of text, never null; else null. A Filename is relative to the
-                              resource root, with the ending of the packed resource */
-    double m_Numbers
-        [4]; /* Enum: the index into the descriptor's list. Vector: x y z. Color: red green blue alpha,
-                              0 to 1. What doesn't count is 0 */
+                               resource root, with the ending of the packed resource */
+    double m_Numbers[4];    /* Enum: the index into the descriptor's list. Vector: x y z. Color: red, green,
+                               blue, alpha, 0 to 1 each. What doesn't count is 0 */
 } CEmberdeckValue;
 
 /* ---- Bytes ---- */
@@ -273,16 +272,15 @@ static inline bool EmberdeckIsText_(uint32_t eType)
 /* A descriptor's name need not end with a NUL; its last byte doesn't count. */
 static inline bool EmberdeckIsNamed_(const CEffectPropertyDesc* pDesc, const char* pszName)
 {
-    size_t i = 0;
-    while (i < EMBERDECK_NAME_SIZE - 1 && pDesc->m_szName[i] && pDesc->m_szName[i] == pszName[i])
-        ++i;
-    return i == EMBERDECK_NAME_SIZE - 1 ? pszName[i] == '\0' : pDesc->m_szName[i] == pszName[i];
+    const char* p = pDesc->m_szName;
+    const char* pEnd = p + EMBERDECK_NAME_SIZE - 1;
+    for (; p < pEnd && *p; ++p, ++pszName)
+        if (*p != *pszName)
+            return false;
+    return *pszName == '\0';
 }
 
-/*
- * Null where no text begins. Texts are filled up to words, so one begins behind each word that ends with a
- * 0.
- */
+/* Null where no text begins. Texts are filled up to words: one begins behind each word that ends with 0. */
 static inline const char* EmberdeckTextAt_(const CEmberdeckFile* pFile, uint32_t nText)
 {
     const uint8_t* pTexts = pFile->m_pBytes + pFile->m_nStringTableOffset;
@@ -524,10 +522,7 @@ static inline bool EmberdeckCheckCurve_(CEmberdeckCheck_* pCheck, const CEffectP
     return EmberdeckCheckRecord_(pCheck, pDesc->m_eType, nCurve);
 }
 
-/*
- * Curves of properties of a kind without a value have no reference, but may stand in the table: times
- * alone.
- */
+/* Curves of properties of a kind without a value: nothing refers to them, and they are times alone. */
 static inline bool EmberdeckCheckUnused_(CEmberdeckCheck_* pCheck)
 {
     const CEmberdeckFile* pFile = pCheck->m_pFile;
@@ -696,8 +691,7 @@ static inline bool EmberdeckCheckNames_(CEmberdeckCheck_* pCheck)
 /*
  * How many elements the index needs that EmberdeckOpen is given: 4 bytes for each effect, 8 for each
  * effect type, and a byte for each word of the curve table; never more bytes than twice the file has. 0
- * for what is no packed file, and for one that is without all of these. pBytes may be null when nSize is
- * 0.
+ * for what is no packed file, and for one that has none of these. pBytes may be null when nSize is 0.
  */
 static inline size_t EmberdeckIndexLength(const void* pBytes, size_t nSize)
 {
@@ -888,10 +882,7 @@ static inline bool EmberdeckReadProp_(const CEmberdeckFile* pFile, const CEffect
     return true;
 }
 
-/*
- * The key's first property that has a value; false when there is none. They stand in the order of the
- * type.
- */
+/* The key's first property that has a value; false when there is none. They stand in the type's order. */
 static inline bool EmberdeckFirstProperty(const CEmberdeckKey* pKey, CEmberdeckProperty* pProp)
 {
     return EmberdeckReadProp_(pKey->m_pFile, pKey->m_pType, pKey->m_pType->m_pProps,
