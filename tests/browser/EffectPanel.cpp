@@ -1,4 +1,5 @@
 #include "BrowserBench.h"
+#include "support/HistoryBench.h"
 
 namespace
 {
@@ -77,6 +78,7 @@ TEST(EffectPanel, NewItemsAreSelectedAndNamedAtOnce)
 {
     CBrowserBench bench("[G Smoke] Fire");
     CScopeChecker checker(bench.context);
+    CHistoryBench undo(bench.context);
     bench.effects.m_Tree.Expand(bench.item("G"), false);
     bench.Run(bench.effects, {"G"}, c_nCmdNewEffectInGroup);
     EXPECT_EQ(0u, bench.effectView.m_sBox.find("Untitled FX "));
@@ -92,6 +94,13 @@ TEST(EffectPanel, NewItemsAreSelectedAndNamedAtOnce)
     bench.Run(bench.effects, {"G"}, c_nCmdNewGroup);
     EXPECT_EQ("New_Group", bench.effectView.m_sBox);
     bench.Type(bench.effects, bench.effectView, "Fire"); // groups share names; no sort
+    EXPECT_EQ("New Effect|New Group", undo.Labels()) << "with their names";
+    undo.Check(2);
+    bench.Run(bench.effects, {"Fire"}, c_nCmdNewGroup);
+    undo.m_History.MarkSaved(); // what is saved stays a position of its own
+    bench.Type(bench.effects, bench.effectView, "Inner");
+    EXPECT_EQ("New Effect|New Group|New Group|Name New Item", undo.Labels());
+    EXPECT_TRUE(undo.m_History.GoTo(2));
     EXPECT_EQ("[[Effects]]\n  [G]\n    A 'B'\n    Smoke\n    [Fire]\n  Fire\n", bench.dump());
     bench.Select({"Smoke"});
     bench.effects.OnNewGroup();

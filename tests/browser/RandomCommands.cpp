@@ -1,6 +1,7 @@
 #include <random>
 
 #include "BrowserBench.h"
+#include "support/HistoryBench.h"
 
 namespace
 {
@@ -138,6 +139,8 @@ TEST(RandomCommands, ModelAndTreesStayTogether)
         bench.host.m_pChosen = bench.lib->Module().FindType("Light");
         bench.import.m_Selected = {0, 1};
         CScopeChecker checker(bench.context);
+        CHistoryBench undo(bench.context);
+        size_t nSince = 0;
         for (int i = 0; i < 1000 && !::testing::Test::HasFailure(); ++i)
         {
             SCOPED_TRACE("seed " + std::to_string(nSeed) + " step " + std::to_string(i));
@@ -147,9 +150,16 @@ TEST(RandomCommands, ModelAndTreesStayTogether)
                 monkey.Step(bench, bench.prefabs, bench.prefabView);
             bench.CheckModel();
             checker.Check();
+            ++nSince;
+            if (bench.effectView.m_bEditBox || bench.prefabView.m_bEditBox)
+                continue;                             // undo takes a name first that is being typed
+            undo.Check(2 * std::exchange(nSince, 0)); // a command takes a name, too
+            bench.CheckModel();
+            checker.Check();
         }
         EXPECT_GT(bench.edits.GetNumEdits(), 60u);
         bench.effects.CancelModes();
         bench.prefabs.CancelModes();
+        undo.CheckAll();
     }
 }

@@ -1,5 +1,6 @@
 #include "app/EffectEditor.h"
 
+#include "app/StatusText.h"
 #include "model/MakeOrNull.h"
 #include "qsstrutils.h"
 
@@ -69,7 +70,7 @@ HLibraryItem CEffectEditor::DuplicateLeaf(HLibraryItem hItem, CUniqueNames& name
         hItem = tree.FindData(pSource); // it may have been moved under the root
     }
     const std::string sName = UniqueName(names, pSource->m_szName);
-    CEditScope scope(m_Context.m_Edits, "Duplicate");
+    CEditScope scope(m_Context.m_Edits, "Duplicate Effect");
     scope.TouchSpellList();
     CSpell* pSpell = spellMgr.AddSpell();
     if (!pSpell)
@@ -138,7 +139,7 @@ unsigned CEffectEditor::ImportEffects(CSpellMgr& source, const std::vector<CSpel
     CUniqueNames names;
     if (!IndexNames(taken.size(), names))
         return 0;
-    CEditScope scope(m_Context.m_Edits, "Import Effects");
+    CEditScope scope(m_Context.m_Edits, TellThings("Import", taken.size(), "Effect"));
     const HLibraryItem hRoot = EnsureRoot();
     scope.TouchSpellList();
     TouchGroup(scope, hRoot);

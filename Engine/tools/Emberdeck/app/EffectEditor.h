@@ -9,7 +9,7 @@ class CEffectEditor final : public CLibraryEditor
 {
 public:
     explicit CEffectEditor(CEditContext& context)
-        : CLibraryEditor(context, context.m_EffectTree, c_szEffectRoot, CSpell::c_nMaxName)
+        : CLibraryEditor(context, context.m_EffectTree, c_szEffectRoot, "Effect", CSpell::c_nMaxName)
     {
     }
 

@@ -206,7 +206,7 @@ bool CEmberdeckApp::ChooseProject()
 // The library of a file in place of the empty one. On failure nothing of it is left.
 bool CEmberdeckApp::LoadLibrary(const std::string& sPath, std::string& sError)
 {
-    CEditScope scope(m_Edits, "Open");
+    CEditScope scope(m_Edits, c_szOpenLabel);
     scope.TouchLibrary();
     m_LoadReport = CLoadReport(m_OnLoaded != nullptr);
     if (m_pHold && !m_pHold->IsHeld())

@@ -39,17 +39,23 @@ CHistory::~CHistory()
 void CHistory::OnEdit(const CEdit& edit)
 {
     if (edit.Touches(ETouched::eLibrary))
-        BeginAnew(true, "");
+        BeginAnew(edit.m_sLabel == c_szOpenLabel ? EHistoryStart::eOpened : EHistoryStart::eNew, "");
     else if (m_bDoing)
         return;
     else if (edit.m_bRecordFailed || (edit.m_pChange && !TryAllocating([&] { Push(edit); })))
-        BeginAnew(false, c_szNotRecorded);
+        BeginAnew(EHistoryStart::eCut, c_szNotRecorded);
 }
 
 void CHistory::Push(const CEdit& edit)
 {
     if (edit.m_pChange->IsEmpty())
         return;
+    // What is saved stays a position of its own.
+    if (edit.m_bContinues && CanUndo() && !CanRedo() && !IsSaved())
+    {
+        Complete(m_Steps.back(), *edit.m_pChange);
+        return;
+    }
     while (CanRedo())
     {
         m_nMemory -= m_Steps.back().m_nMemory;
@@ -66,6 +72,17 @@ void CHistory::Push(const CEdit& edit)
     Tell();
 }
 
+void CHistory::Complete(CStep& step, const CLibraryChange& change)
+{
+    auto pJoined = std::make_shared<const CLibraryChange>(step.m_pChange->Joined(change));
+    m_nMemory -= step.m_nMemory;
+    step.m_pChange = std::move(pJoined);
+    step.m_nMemory = sizeof(CStep) + step.m_pChange->GetMemory();
+    m_nMemory += step.m_nMemory;
+    DropOldest();
+    Tell();
+}
+
 void CHistory::DropOldest()
 {
     // What is taken back goes last, or it could never be done again.
@@ -74,17 +91,19 @@ void CHistory::DropOldest()
         m_nMemory -= m_Steps.front().m_nMemory;
         m_Steps.pop_front();
         --m_nPosition;
+        m_eStart = EHistoryStart::eCut;
         if (m_Saved)
             m_Saved = *m_Saved > 0 ? std::optional<size_t>(*m_Saved - 1) : std::nullopt;
     }
 }
 
-void CHistory::BeginAnew(bool bSaved, const char* pszProblem)
+void CHistory::BeginAnew(EHistoryStart eStart, const char* pszProblem)
 {
     m_Steps.clear();
     m_nPosition = 0;
     m_nMemory = 0;
-    m_Saved = bSaved ? std::optional<size_t>(0) : std::nullopt;
+    m_eStart = eStart;
+    m_Saved = eStart == EHistoryStart::eCut ? std::nullopt : std::optional<size_t>(0);
     TryAllocating([&] { m_sProblem = pszProblem; });
     Tell();
 }
@@ -96,7 +115,7 @@ bool CHistory::Do(const CLibraryChange& change, const std::string& sLabel)
     TryAllocating([&] { bDone = !Apply(change, m_Target, sLabel); });
     m_bDoing = false;
     if (!bDone)
-        BeginAnew(false, c_szNotAsItWas);
+        BeginAnew(EHistoryStart::eCut, c_szNotAsItWas);
     return bDone;
 }
 

@@ -9,6 +9,9 @@
 #include "app/EditContext.h"
 #include "changes/Apply.h"
 
+// The label of the edit that puts a file's library in place of another.
+constexpr const char* c_szOpenLabel = "Open";
+
 // What holds on to effects and prefabs in the program: views, the active prefab, the clipboard.
 class CLibraryOwner : public ILibraryOwner
 {
@@ -20,6 +23,14 @@ public:
 
 private:
     CEditContext& m_Context;
+};
+
+// What the history's first position is.
+enum class EHistoryStart
+{
+    eNew,    // an empty library
+    eOpened, // what a file held
+    eCut,    // steps before it are gone
 };
 
 // The steps of the library's edits, to go back and forth among them. It keeps what the hub's recorder gives; an edit
@@ -39,6 +50,7 @@ public:
     size_t GetPosition() const { return m_nPosition; }
     const std::string& GetLabel(size_t nStep) const { return m_Steps[nStep].m_sLabel; } // below GetNumSteps
     const CLibraryChange& GetChange(size_t nStep) const { return *m_Steps[nStep].m_pChange; }
+    EHistoryStart GetStart() const { return m_eStart; }
     bool CanUndo() const { return m_nPosition > 0; }
     bool CanRedo() const { return m_nPosition < m_Steps.size(); }
 
@@ -73,13 +85,15 @@ private:
 
     void OnEdit(const CEdit& edit) override;
     void Push(const CEdit& edit);
+    void Complete(CStep& step, const CLibraryChange& change); // with what an edit adds to it
     void DropOldest();
-    void BeginAnew(bool bSaved, const char* pszProblem);
+    void BeginAnew(EHistoryStart eStart, const char* pszProblem);
     bool Do(const CLibraryChange& change, const std::string& sLabel);
     void Tell() const;
 
     CApplyTarget m_Target;
     std::deque<CStep> m_Steps;
+    EHistoryStart m_eStart = EHistoryStart::eNew;
     size_t m_nPosition = 0;
     std::optional<size_t> m_Saved = 0;
     size_t m_nMemory = 0;

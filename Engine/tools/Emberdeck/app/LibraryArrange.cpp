@@ -14,7 +14,7 @@ HLibraryItem CLibraryEditor::Move(HLibraryItem hItem, HLibraryItem hTarget)
     if (m_Tree.GetParentItem(hItem) == hTarget)
         return hItem;
 
-    CEditScope scope(m_Context.m_Edits, "Move");
+    CEditScope scope(m_Context.m_Edits, LabelFor("Move", {hItem}));
     TouchTree(scope);
     return m_Tree.MoveItem(hItem, hTarget);
 }
@@ -23,7 +23,7 @@ void CLibraryEditor::MoveItems(const std::vector<HLibraryItem>& items, HLibraryI
 {
     if (!m_Tree.IsGroup(hTarget))
         return;
-    CEditScope scope(m_Context.m_Edits, "Move Items");
+    CEditScope scope(m_Context.m_Edits, LabelFor("Move", items));
     for (const HLibraryItem hItem : items)
     {
         if (m_Tree.IsLeaf(hItem))

@@ -1,6 +1,20 @@
 #include "app/LibraryEditor.h"
 
+#include "app/StatusText.h"
 #include "qsstrutils.h"
+
+std::string CLibraryEditor::LabelFor(const char* pszVerb, const std::vector<HLibraryItem>& items) const
+{
+    size_t nGroups = 0;
+    size_t nLeaves = 0;
+    for (const HLibraryItem hItem : items)
+    {
+        nGroups += m_Tree.IsGroup(hItem) ? 1 : 0;
+        nLeaves += m_Tree.IsLeaf(hItem) ? 1 : 0;
+    }
+    const char* pszThing = nGroups == 0 ? m_pszLeaf : nLeaves == 0 ? "Group" : "Item";
+    return TellThings(pszVerb, nGroups + nLeaves, pszThing);
+}
 
 HLibraryItem CLibraryEditor::EnsureRoot()
 {
@@ -37,14 +51,14 @@ HLibraryItem CLibraryEditor::NewGroup(HLibraryItem hGroup, const char* pszName)
 
 HLibraryItem CLibraryEditor::Duplicate(HLibraryItem hItem)
 {
-    CEditScope scope(m_Context.m_Edits, "Duplicate");
+    CEditScope scope(m_Context.m_Edits, LabelFor("Duplicate", {hItem}));
     CUniqueNames names;
     return m_Tree.IsLeaf(hItem) && IndexNames(1, names) ? DuplicateLeaf(hItem, names) : HLibraryItem();
 }
 
 std::vector<HLibraryItem> CLibraryEditor::DuplicateItems(const std::vector<HLibraryItem>& items)
 {
-    CEditScope scope(m_Context.m_Edits, "Duplicate");
+    CEditScope scope(m_Context.m_Edits, LabelFor("Duplicate", items));
     std::vector<HLibraryItem> copies;
     CUniqueNames names;
     if (!IndexNames(items.size(), names))
@@ -70,7 +84,7 @@ ERename CLibraryEditor::Rename(HLibraryItem hItem, const std::string& sText)
     if (sName.empty() || !m_Tree.GetParentItem(hItem))
         return ERename::eUnchanged;
 
-    CEditScope scope(m_Context.m_Edits, "Rename");
+    CEditScope scope(m_Context.m_Edits, LabelFor("Rename", {hItem}));
     if (!m_Tree.IsLeaf(hItem))
     {
         if (sName == m_Tree.GetItemText(hItem))
@@ -99,7 +113,7 @@ bool CLibraryEditor::Delete(HLibraryItem hItem)
     // A leaf beside the root may go; a root group holds what is saved.
     if (!m_Tree.IsAlive(hItem) || (!bLeaf && !m_Tree.GetParentItem(hItem)))
         return false;
-    CEditScope scope(m_Context.m_Edits, "Delete");
+    CEditScope scope(m_Context.m_Edits, LabelFor("Delete", {hItem}));
     if (bLeaf)
     {
         DeleteLeaves(scope, {hItem});
@@ -121,7 +135,7 @@ bool CLibraryEditor::Delete(HLibraryItem hItem)
 
 void CLibraryEditor::DeleteItems(const std::vector<HLibraryItem>& items)
 {
-    CEditScope scope(m_Context.m_Edits, "Delete Selection");
+    CEditScope scope(m_Context.m_Edits, LabelFor("Delete", items));
     std::vector<HLibraryItem> leaves;
     for (const HLibraryItem hItem : items)
     {

@@ -66,10 +66,13 @@ public:
 
 protected:
     // nMaxName: of the objects' names, in bytes.
-    CLibraryEditor(CEditContext& context, CLibraryTree& tree, const char* pszRoot, size_t nMaxName)
+    // pszLeaf: what a leaf stands for, as the labels of steps tell it: "Effect".
+    CLibraryEditor(CEditContext& context, CLibraryTree& tree, const char* pszRoot, const char* pszLeaf,
+                   size_t nMaxName)
         : m_Context(context),
           m_Tree(tree),
           m_pszRoot(pszRoot),
+          m_pszLeaf(pszLeaf),
           m_nMaxName(nMaxName)
     {
     }
@@ -95,7 +98,11 @@ protected:
 
 private:
     CLibraryTree& m_Tree;
+    // "Delete Effect", "Move Group", "Delete 3 Items", by those of the items that are there.
+    std::string LabelFor(const char* pszVerb, const std::vector<HLibraryItem>& items) const;
+
     const char* const m_pszRoot;
+    const char* const m_pszLeaf;
     const size_t m_nMaxName;
 };
 

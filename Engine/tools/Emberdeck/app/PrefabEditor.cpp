@@ -95,7 +95,7 @@ HLibraryItem CPrefabEditor::DuplicateLeaf(HLibraryItem hItem, CUniqueNames& name
         hItem = tree.FindData(pSource); // it may have been moved under the root
     }
     const std::string sName = names.Make(pSource->m_sName);
-    CEditScope scope(m_Context.m_Edits, "Duplicate");
+    CEditScope scope(m_Context.m_Edits, "Duplicate Prefab");
     scope.TouchPrefabList();
     CEffectPropertySet* pPrefab = m_Context.m_SpellMgr.AddPrefab(pSource->m_pTypeDesc);
     if (!pPrefab)

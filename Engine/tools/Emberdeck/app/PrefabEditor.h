@@ -7,7 +7,7 @@ class CPrefabEditor final : public CLibraryEditor
 {
 public:
     explicit CPrefabEditor(CEditContext& context)
-        : CLibraryEditor(context, context.m_PrefabTree, c_szPrefabRoot, c_nMaxEntryName)
+        : CLibraryEditor(context, context.m_PrefabTree, c_szPrefabRoot, "Prefab", c_nMaxEntryName)
     {
     }
 

@@ -131,12 +131,27 @@ void CLibraryPanel::OnEndLabelEdit(const std::string& sText)
 {
     const HLibraryItem hItem = m_Tree.GetCaret();
     if (CancelEditFlag() || !hItem)
+    {
+        m_hNew = {};
         return;
-    if (Editor().Rename(hItem, sText) == ERename::eInUse)
+    }
+    if (Rename(hItem, sText) == ERename::eInUse)
     {
         ShowMessage(m_Context.m_Prompts, m_Messages.m_NameInUse, {Editor().NameFor(hItem, sText)});
         m_View.TakeFocus();
     }
+}
+
+// The first name belongs to the making of the item, as long as nothing has come between.
+ERename CLibraryPanel::Rename(HLibraryItem hItem, const std::string& sText)
+{
+    const bool bFirst = m_hNew && m_hNew == hItem && m_nEditsAtNew == m_Context.m_Edits.GetNumEdits();
+    m_hNew = {};
+    if (!bFirst)
+        return Editor().Rename(hItem, sText);
+    CEditScope scope(m_Context.m_Edits, "Name New Item");
+    scope.Continue();
+    return Editor().Rename(hItem, sText);
 }
 
 bool CLibraryPanel::FindInsertGroup(HLibraryItem& hGroup) const
@@ -154,6 +169,8 @@ void CLibraryPanel::ShowNew(HLibraryItem hItem)
     if (!hItem)
         return;
     m_Tree.SelectOnly(hItem);
+    m_hNew = hItem;
+    m_nEditsAtNew = m_Context.m_Edits.GetNumEdits();
     m_Tree.EditLabel(hItem);
 }
 

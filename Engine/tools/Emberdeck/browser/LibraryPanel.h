@@ -54,6 +54,9 @@ public:
     HLibraryItem GetDropTarget() const { return m_Drag.GetTarget(); } // the highlighted group, or none
     // Before a command of another window runs: takes over a text that is still in the edit box.
     void FinishEdit() { m_Tree.EndEdit(); }
+    // Items that were changed from elsewhere: selected alone, and in view. Dead ones are passed over. Nothing while
+    // IsBusy.
+    void ShowItems(const std::vector<HLibraryItem>& items);
     void CancelModes(); // ends edit, click, band and drag without their effect
 
     // Conditions of the commands: they go by the selection, while the commands act on the caret.
@@ -116,10 +119,13 @@ private:
     bool IsAllowed(EEnableRule eRule) const;
     void OnDialogCommand(int32_t nID);
     uint32_t CountLeaves();
+    ERename Rename(HLibraryItem hItem, const std::string& sText);
     void Drop(CPoint pt);
     void MoveSelection(HLibraryItem hTarget);
 
     CItemDrag m_Drag;
+    HLibraryItem m_hNew;        // whose first name is being edited; none: there is no such item
+    uint64_t m_nEditsAtNew = 0; // edits that were done when it was made
     const uint32_t m_nTreeID;
     const CPanelMessages& m_Messages;
 };

@@ -1,5 +1,7 @@
 #include "browser/LibraryPanel.h"
 
+#include <algorithm>
+
 // Events of the tree's window, and drag and drop.
 
 void CLibraryPanel::OnPageShown(bool bShown)
@@ -10,6 +12,20 @@ void CLibraryPanel::OnPageShown(bool bShown)
         CancelModes();
     }
     m_Tree.ShowFindDialog(bShown);
+}
+
+void CLibraryPanel::ShowItems(const std::vector<HLibraryItem>& items)
+{
+    constexpr size_t c_nMost = 100; // more than these nobody looks at
+    if (IsBusy() || items.empty())
+        return;
+    m_Tree.SelectAllItems(false, {});
+    for (size_t i = std::min(items.size(), c_nMost); i-- > 0;)
+    {
+        m_Tree.EnsureVisible(items[i]);
+        m_Tree.SelectItem(items[i], true);
+    }
+    m_Tree.SetCaret(items.front());
 }
 
 bool CLibraryPanel::OnLeftPress(CPoint pt, CModifiers modifiers)

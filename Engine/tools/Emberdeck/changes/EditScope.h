@@ -58,6 +58,7 @@ struct CEdit
     // whole. Empty when in the end nothing has changed.
     std::shared_ptr<const CLibraryChange> m_pChange;
     bool m_bRecordFailed = false;
+    bool m_bContinues = false; // completes the edit before it: to a person both are one
 
     bool Touches(const void* pObject) const; // an effect, also by one of its parts, prefab, track or key
     bool Touches(ETouched eKind) const;
@@ -164,6 +165,8 @@ public:
     void TouchPrefabTree() { TouchTree(ETreeSide::ePrefabs); }
     void TouchLibrary();
 
+    // The edit completes the one before it, as a new item's first name does.
+    void Continue() { m_Hub.m_Edit.m_bContinues = true; }
     // A gesture's step is done, and may be shown.
     void Step() { m_Hub.Step(); }
     // Puts back what was when the outermost scope opened; the scope stays open, and ends as an edit that has changed
