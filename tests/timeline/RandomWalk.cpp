@@ -1,5 +1,6 @@
 #include <random>
 
+#include "support/HistoryBench.h"
 #include "timeline/TimelineBench.h"
 
 namespace
@@ -63,6 +64,7 @@ public:
     }
 
     CTimelineBench m_Bench{"S1000-2000 S2000-3000 S8500-10000 | L0-500 L9500-11500 | S0-10000 |"};
+    CHistoryBench m_Undo{m_Bench.context};
     std::string m_sStep;
 
 private:
@@ -89,6 +91,7 @@ private:
         }
         const bool bCtrl = Below(2), bShift = Below(4) == 0;
         m_sStep = std::string("drag") + (bCtrl ? " Ctrl" : "") + (bShift ? " Shift" : "");
+        const std::string sBefore = m_Undo.Text();
         m_Bench.Press(pt, bCtrl, bShift);
         for (uint32_t n = 1 + Below(4); n > 0; --n)
         {
@@ -96,6 +99,11 @@ private:
             pt.x += int32_t(Below(uint32_t(2 * nReach + 1))) - nReach;
             pt.y += bShift ? int32_t(Below(80)) - 40 : 0;
             m_Bench.wnd->OnMove(pt, true);
+        }
+        if (Below(8) == 0 && m_Bench.wnd->IsDragging())
+        {
+            EXPECT_TRUE(m_Bench.wnd->OnEscape());
+            EXPECT_EQ(sBefore, m_Undo.Text()) << m_sStep;
         }
         m_Bench.wnd->OnLeftRelease(pt);
     }
@@ -117,7 +125,10 @@ TEST(TimelineWalk, NothingMakesAnOverlapOrAStartBeforeTheOrigin)
             walk.Step();
             ASSERT_TRUE(IsInOrder(walk.m_Bench)) << nSeed << '.' << i << ' ' << walk.m_sStep << "\nfrom "
                                                  << sBefore << "\nto   " << walk.m_Bench.Dump();
+            walk.m_Undo.Check();
+            ASSERT_FALSE(HasFatalFailure()) << nSeed << '.' << i << ' ' << walk.m_sStep;
         }
+        walk.m_Undo.CheckAll();
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include "app/LibraryNames.h"
 #include "app/PrefabEditor.h"
+#include "app/StatusText.h"
 #include "model/MakeOrNull.h"
 #include "timeline/TrackStatus.h"
 
@@ -22,6 +23,11 @@ const CEffectPropertySet* IncompleteRoot(const CEffectPropertySet* pSet)
 }
 
 } // namespace
+
+std::string CKeyCommands::LabelFor(const char* pszVerb) const
+{
+    return TellThings(pszVerb, m_Selection.GetCount(), "Key");
+}
 
 bool CKeyCommands::AddKey(const CEffectTypeDesc* pType, CEffectPropertySet* pPrefab)
 {
@@ -114,7 +120,7 @@ void CKeyCommands::DeleteTrack()
 void CKeyCommands::DeleteKeys()
 {
     {
-        CEditScope scope(m_Context.m_Edits, "Delete Keys");
+        CEditScope scope(m_Context.m_Edits, LabelFor("Delete"));
         m_Links.UnlinkKeys(m_Selection.GetKeys(), scope);
         for (const std::unique_ptr<CTrack>& pTrack : Tracks().Tracks())
         {
@@ -134,7 +140,7 @@ void CKeyCommands::DeleteKeys()
 void CKeyCommands::ExpandKeys()
 {
     {
-        CEditScope scope(m_Context.m_Edits, "Expand Keys");
+        CEditScope scope(m_Context.m_Edits, LabelFor("Expand"));
         for (const std::unique_ptr<CTrack>& pTrack : Tracks().Tracks())
         {
             const auto& keys = pTrack->Keys();
@@ -190,7 +196,7 @@ void CKeyCommands::NameKeys(const CKey& first)
     if (m_Context.m_Prompts.EnterText({sTitle, ""}, sText))
     {
         const std::string sName = CleanName(sText, c_nMaxEntryName); // may be empty
-        CEditScope scope(m_Context.m_Edits, "Name Keys");
+        CEditScope scope(m_Context.m_Edits, LabelFor("Name"));
         for (CKey* pKey : m_Selection.GetKeys())
         {
             scope.Touch(&m_Spell);
@@ -222,7 +228,7 @@ void CKeyCommands::CutKey()
     CopyKey();
     if (!m_Context.m_Clipboard.GetKey())
         return; // no memory: what couldn't be copied stays
-    CEditScope scope(m_Context.m_Edits, "Cut Keys");
+    CEditScope scope(m_Context.m_Edits, LabelFor("Cut"));
     DeleteKeys();
 }
 

@@ -53,6 +53,7 @@ public:
     void AssignPrefab();
 
 private:
+    std::string LabelFor(const char* pszVerb) const; // of a step with the selected keys
     bool PlaceNewKey(CTrack& track, std::unique_ptr<CKey> pKey, CPoint pt, const char* pszLabel);
     CTrackList& Tracks() const { return m_Spell.m_Tracks; }
     CKey* CurKey() const { return m_Selection.GetCurKey(); }

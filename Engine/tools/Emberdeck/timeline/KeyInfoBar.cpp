@@ -2,13 +2,7 @@
 
 #include <utility>
 
-std::string DoubleAmpersands(const std::string& sText)
-{
-    std::string sDoubled;
-    for (const char c : sText)
-        sDoubled.append(c == '&' ? 2 : 1, c);
-    return sDoubled;
-}
+#include "app/StatusText.h"
 
 void CIntButton::Bind(const std::string& sTitle, int32_t* pValue)
 {

@@ -7,9 +7,6 @@
 #include "timeline/KeySelection.h"
 #include "timeline/TimeBar.h"
 
-// Names are plain text: what a menu or a group box would take for the mark of a shortcut is doubled.
-std::string DoubleAmpersands(const std::string& sText);
-
 // A button that shows a number and lets the user enter another.
 class CIntButton
 {

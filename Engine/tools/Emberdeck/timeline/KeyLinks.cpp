@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "app/StatusText.h"
 #include "qsnumber.h"
 #include "timeline/KeyIndex.h"
 #include "timeline/TrackStatus.h"
@@ -70,8 +71,9 @@ void CKeyLinks::UnlinkKey(CKey* pKey)
 
 void CKeyLinks::UnlinkSelected()
 {
-    CEditScope scope(m_Context.m_Edits, "Unlink Keys");
-    UnlinkKeys(m_Selection.GetKeys(), scope);
+    const std::vector<CKey*> keys = m_Selection.GetKeys();
+    CEditScope scope(m_Context.m_Edits, TellThings("Unlink", keys.size(), "Key"));
+    UnlinkKeys(keys, scope);
     m_View.Invalidate();
 }
 

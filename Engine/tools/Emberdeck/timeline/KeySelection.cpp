@@ -86,6 +86,17 @@ std::vector<CKey*> CKeySelection::GetKeys() const
     return selected;
 }
 
+void CKeySelection::Select(const std::vector<CKey*>& keys, CTrack* pTrack)
+{
+    if (keys.empty() && !pTrack)
+        return;
+    Clear();
+    for (CKey* pKey : keys)
+        pKey->m_bSelected = true;
+    SetCurKey(keys.empty() ? nullptr : keys.front());
+    SetCurTrack(keys.empty() ? pTrack : m_Tracks.FindTrackOf(keys.front()));
+}
+
 bool CKeySelection::Step(EKeyStep eStep, bool bAdd)
 {
     if (m_Tracks.GetNumTracks() == 0)

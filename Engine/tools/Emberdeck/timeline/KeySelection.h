@@ -36,6 +36,8 @@ public:
     uint32_t GetCount() const;          // keys with the flag
     std::vector<CKey*> GetKeys() const; // those, by track and place; a list of its own
 
+    // These keys and no others, the first one current; without a key that track alone. Both empty: nothing changes.
+    void Select(const std::vector<CKey*>& keys, CTrack* pTrack);
     // Makes another key the current one, or none and a track. bAdd: the flags stay. False: there is no such way,
     // and nothing has changed.
     bool Step(EKeyStep eStep, bool bAdd);

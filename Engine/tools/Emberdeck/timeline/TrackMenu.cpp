@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "app/StatusText.h"
 #include "app/resources/Menus.h"
-#include "timeline/KeyInfoBar.h"
 
 bool CTrackMenuState::IsAllowed(EEnableRule eRule) const
 {

@@ -115,6 +115,19 @@ void CTrackWnd::OnDeactivate()
     m_View.Invalidate();
 }
 
+bool CTrackWnd::OnEscape()
+{
+    if (!IsBusy())
+        return false;
+    OnDeactivate();
+    if (IsDragging())
+    {
+        m_pGesture->Abandon();
+        LeaveGesture();
+    }
+    return true;
+}
+
 void CTrackWnd::MoveKeys()
 {
     if (!m_Links.AskAboutTarget())
@@ -190,6 +203,11 @@ void CTrackWnd::EndGesture()
     // Behind the drop: without memory for the words the key is where it belongs.
     if (landing)
         TryAllocating([&] { m_Context.m_Host.ShowStatus(landing->m_bRoom ? "" : c_szCarryRefused); });
+    LeaveGesture();
+}
+
+void CTrackWnd::LeaveGesture()
+{
     m_Scene.ShowGesture(nullptr);
     m_pGesture.reset();
     m_Scene.SetCursor(ECursorShape::eArrow);

@@ -52,6 +52,15 @@ void CTrackWnd::OnStep(EKeyStep eStep, bool bAdd)
     m_Scene.Refresh();
 }
 
+void CTrackWnd::ShowKeys(const std::vector<CKey*>& keys, CTrack* pTrack)
+{
+    if (IsBusy())
+        return;
+    m_Selection.Select(keys, pTrack);
+    m_Scene.ShowCurrent();
+    m_Scene.Refresh();
+}
+
 void CTrackWnd::Command(int32_t nID)
 {
     if (IsBusy() || nID == 0)

@@ -47,6 +47,8 @@ public:
     void OnLeftRelease(CPoint pt);
     // The mouse was taken away: ends a gesture as a release where the pointer was last.
     void OnMouseLost();
+    // Esc: a gesture ends without its effect, the link line without a link. False: neither is there.
+    bool OnEscape();
     void OnDeactivate(); // the whole program isn't active any more
     // The popup menu for that point; empty: none is to be shown. OnMenuClosed must follow once it has gone.
     std::vector<CMenuEntry> OnRightRelease(CPoint pt, bool bCtrl);
@@ -56,6 +58,8 @@ public:
     bool OnKeyPress(uint16_t nKey, bool bCtrl, bool bShift, bool bAlt);
     // Makes another key the current one and brings it into view. bAdd: those selected before stay so.
     void OnStep(EKeyStep eStep, bool bAdd);
+    // What was changed from elsewhere: selected as CKeySelection::Select has it, and in view. Nothing while IsBusy.
+    void ShowKeys(const std::vector<CKey*>& keys, CTrack* pTrack);
     void OnScroll(EScrollEvent eEvent, int32_t nThumbPos = 0) { m_Scene.OnScroll(eEvent, nThumbPos); }
 
     void Command(int32_t nID); // unknown numbers do nothing
@@ -133,6 +137,7 @@ private:
     void StartGesture(std::unique_ptr<CTrackGesture> pGesture, ECursorShape eShape);
     void StepGesture(CPoint pt);
     void EndGesture();
+    void LeaveGesture(); // after its end
     CTrackMenuState MenuState() const;
 
     CEditContext& m_Context;

@@ -171,6 +171,12 @@ void TrackWidget::contextMenuEvent(QContextMenuEvent* pEvent)
     ShowMenu(m_Track.GetMenuPoint(), m_Track.GetCurKey() != nullptr); // what is selected with it stays so
 }
 
+void TrackWidget::ShowKeys(const std::vector<CKey*>& keys, CTrack* pTrack)
+{
+    m_Track.ShowKeys(keys, pTrack);
+    ShowPlace();
+}
+
 // The scroll bar and the slider where rows and view are.
 void TrackWidget::ShowPlace()
 {
@@ -198,6 +204,10 @@ void TrackWidget::keyPressEvent(QKeyEvent* pEvent)
     case Qt::Key_Return:
     case Qt::Key_Enter:
         return m_Track.Command(c_nCmdEditKey);
+    case Qt::Key_Escape:
+        if (!m_Track.OnEscape())
+            QWidget::keyPressEvent(pEvent);
+        return;
     default:
         QWidget::keyPressEvent(pEvent);
     }
@@ -243,8 +253,11 @@ bool TrackWidget::IsLinkPress(QEvent* pEvent)
             m_Track.OnLeftPress(PointOf(mapFromGlobal(static_cast<QMouseEvent*>(pEvent)->globalPosition())),
                                 false, false);
         return true;
-    case QEvent::MouseButtonRelease:
     case QEvent::KeyPress:
+        if (static_cast<QKeyEvent*>(pEvent)->key() == Qt::Key_Escape)
+            m_Track.OnEscape();
+        return true;
+    case QEvent::MouseButtonRelease:
     case QEvent::ShortcutOverride:
     case QEvent::Wheel:
         return true;

@@ -23,7 +23,8 @@ public:
 
     CSpell& GetSpell() const { return m_Spell; }
     CTrackWnd& Logic() { return m_Track; }
-    void SetOptions(const CTrackViewOptions& options); // before: CTrackViewOptions::ForUsers
+    void SetOptions(const CTrackViewOptions& options);             // before: CTrackViewOptions::ForUsers
+    void ShowKeys(const std::vector<CKey*>& keys, CTrack* pTrack); // as CTrackWnd does
     QAccessible::Role AccessibleRole() const override { return QAccessible::Chart; }
     QString AccessibleText() const override;
 

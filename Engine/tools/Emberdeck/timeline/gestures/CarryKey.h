@@ -30,6 +30,11 @@ private:
     bool Drop();
     bool DropOn(CTrack& track, CKeySpan span);
     void GoBack();
+    void GiveBack() override
+    {
+        if (m_pKey)
+            GoBack();
+    }
 
     CTrack& m_Track; // where a moved key came from
     const bool m_bMove;

@@ -6,7 +6,7 @@
 class CMoveKeys : public CTimeGesture
 {
 public:
-    CMoveKeys(const CGestureContext& context, CPoint ptDown) : CTimeGesture(context, "Move Keys", ptDown) {}
+    CMoveKeys(const CGestureContext& context, CPoint ptDown) : CTimeGesture(context, "Move", ptDown) {}
 
 protected:
     void Place(CStep& step) const override;

@@ -9,8 +9,7 @@ class CResizeKeysLeft : public CTimeGesture
 public:
     static constexpr int32_t c_nMinLength = 100; // milliseconds; a neighbour may leave less
 
-    CResizeKeysLeft(const CGestureContext& context, CPoint ptDown)
-        : CTimeGesture(context, "Resize Keys", ptDown)
+    CResizeKeysLeft(const CGestureContext& context, CPoint ptDown) : CTimeGesture(context, "Resize", ptDown)
     {
     }
 
@@ -25,7 +24,7 @@ public:
     static constexpr int32_t c_nMinLength = CResizeKeysLeft::c_nMinLength;
 
     CResizeKeysRight(const CGestureContext& context, CPoint ptDown)
-        : CTimeGesture(context, "Resize Keys", ptDown),
+        : CTimeGesture(context, "Resize", ptDown),
           m_nPhaseLength(context.m_Spell.m_Tracks.m_nPhaseLength)
     {
     }

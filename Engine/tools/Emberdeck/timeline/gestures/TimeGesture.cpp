@@ -2,21 +2,24 @@
 
 #include <algorithm>
 
+#include "app/StatusText.h"
 #include "timeline/KeyIndex.h"
 
-CTimeGesture::CTimeGesture(const CGestureContext& context, const char* pszLabel, CPoint ptDown)
+CTimeGesture::CTimeGesture(const CGestureContext& context, const char* pszVerb, CPoint ptDown)
     : CTrackGesture(context),
-      m_pszLabel(pszLabel),
       m_ptCur(ptDown)
 {
     const int64_t nTime = TimeFromPixel(context.m_Scale, ptDown.x);
+    uint32_t nKeys = 0;
     for (CKey& key : Tracks().AllKeys())
     {
         if (!key.m_bSelected)
             continue;
         key.m_nDragStart = SaturateTime(nTime - key.m_nStartTime);
         key.m_nDragEnd = SaturateTime(int64_t(key.m_nEndTime) - key.m_nStartTime);
+        ++nKeys;
     }
+    m_sLabel = TellThings(pszVerb, nKeys, "Key");
 }
 
 bool CTimeGesture::Move(CPoint pt)
@@ -56,7 +59,7 @@ void CTimeGesture::Apply(CKey& key, const CStep& step)
     const int32_t nEnd = SaturateTime(step.m_nEnd);
     if (nStart == key.m_nStartTime && nEnd == key.m_nEndTime)
         return;
-    Scope(m_pszLabel).TouchKey(m_Context.m_Spell, key);
+    Scope(m_sLabel).TouchKey(m_Context.m_Spell, key);
     key.m_nStartTime = nStart;
     key.m_nEndTime = nEnd;
 }
@@ -72,7 +75,7 @@ void CTimeGesture::Release()
         if (std::is_sorted(keys.begin(), keys.end(), startsEarlier) ||
             std::none_of(keys.begin(), keys.end(), isSelected))
             continue;
-        Scope(m_pszLabel).TouchTrack(m_Context.m_Spell, *pTrack);
+        Scope(m_sLabel).TouchTrack(m_Context.m_Spell, *pTrack);
         pTrack->SortKeys();
     }
     CloseScope();

@@ -13,8 +13,8 @@ public:
     // What a linked key keeps from either end of its target.
     static constexpr int32_t c_nLinkMargin = 50;
 
-    // Takes down how the selected keys lie about the pointer.
-    CTimeGesture(const CGestureContext& context, const char* pszLabel, CPoint ptDown);
+    // pszVerb: of the step's label. Takes down how the selected keys lie about the pointer.
+    CTimeGesture(const CGestureContext& context, const char* pszVerb, CPoint ptDown);
 
     bool Move(CPoint pt) override; // false: x is the same as before
     // A link's margin comes before the neighbours, so a key may have passed one: its track is put in order
@@ -39,6 +39,6 @@ protected:
 private:
     void Apply(CKey& key, const CStep& step);
 
-    const char* m_pszLabel;
+    std::string m_sLabel;
     CPoint m_ptCur;
 };

@@ -40,6 +40,9 @@ public:
     virtual void Release() = 0;
     // The window goes. Nothing gets lost; what stands in the library already stays there.
     virtual void Cancel() = 0;
+    // Back to what was before the press; no step of the history comes of it. Where nobody has recorded that, what
+    // stands in the library stays, as by Cancel.
+    void Abandon();
 
     // The steps are painted before the next event comes, not some time later.
     virtual bool PaintsAtOnce() const { return true; }
@@ -54,9 +57,9 @@ public:
 protected:
     CTrackList& Tracks() const { return m_Context.m_Spell.m_Tracks; }
     // Opened with the first change; what a change touches is told before it.
-    CEditScope& Scope(const char* pszLabel)
+    CEditScope& Scope(const std::string& sLabel)
     {
-        return m_Scope ? *m_Scope : m_Scope.emplace(m_Context.m_Edits, pszLabel);
+        return m_Scope ? *m_Scope : m_Scope.emplace(m_Context.m_Edits, sLabel);
     }
     // What was changed since the last step may be shown.
     void EndStep()
@@ -65,6 +68,8 @@ protected:
             m_Scope->Step();
     }
     void CloseScope() { m_Scope.reset(); }
+    // Before the library is put back: what the gesture holds goes back into it.
+    virtual void GiveBack() {}
 
     const CGestureContext m_Context;
 
