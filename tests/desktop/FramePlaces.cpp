@@ -4,6 +4,7 @@
 #include <QStatusBar>
 
 #include "desktop/LibraryBench.h"
+#include "qt/frame/HistoryDock.h"
 #include "qt/toolkit/DialogPlaces.h"
 #include "qt/toolkit/ToolBarWidget.h"
 
@@ -23,6 +24,7 @@ struct CRun
         Desktop::Settle([] { return false; }, 200);
     }
     ToolBarWidget* Bar(int32_t nBar) const { return window.findChild<ToolBarWidget*>(QString::number(nBar)); }
+    HistoryDock* History() const { return window.findChild<HistoryDock*>(); }
     void End()
     {
         Desktop::WhileOpen([](QWidget*) { Desktop::Key("alt+n"); });
@@ -47,6 +49,7 @@ TEST(FramePlaces, ComeBackInTheNextRun)
         EXPECT_TRUE(run.window.isMaximized()) << "at first";
         EXPECT_EQ(run.Bar(c_nCmdStandardBar)->y(), run.Bar(c_nCmdSourceControlBar)->y());
         nDock = run.window.Dock()->width();
+        EXPECT_FALSE(run.History()->isVisible());
         run.window.showNormal();
         run.window.setGeometry(120, 90, 1000, 640);
         Desktop::Settle([] { return false; }, 300);
@@ -56,6 +59,9 @@ TEST(FramePlaces, ComeBackInTheNextRun)
         nUnfolded = run.window.Dock()->width();
         EXPECT_GT(nUnfolded, nDock);
         run.window.addToolBar(Qt::BottomToolBarArea, run.Bar(c_nCmdStandardBar));
+        run.window.addDockWidget(Qt::BottomDockWidgetArea, run.History());
+        run.History()->show();
+        run.window.resizeDocks({run.History()}, {150}, Qt::Vertical);
         run.Bar(c_nCmdSourceControlBar)->hide();
         run.window.statusBar()->hide();
         Desktop::Settle();
@@ -67,6 +73,11 @@ TEST(FramePlaces, ComeBackInTheNextRun)
         EXPECT_EQ(rcLeft, run.window.geometry());
         EXPECT_EQ(nUnfolded, run.window.Dock()->width());
         EXPECT_EQ(Qt::BottomToolBarArea, run.window.toolBarArea(run.Bar(c_nCmdStandardBar)));
+        EXPECT_TRUE(run.History()->isVisible() && run.window.Frame().IsChecked(c_nCmdHistoryList));
+        EXPECT_EQ(Qt::BottomDockWidgetArea, run.window.dockWidgetArea(run.History()));
+        EXPECT_EQ(150, run.History()->height());
+        run.History()->setFloating(true);
+        run.History()->setGeometry(300, 200, 320, 260);
         EXPECT_TRUE(run.Bar(c_nCmdStandardBar)->isVisible());
         EXPECT_FALSE(run.Bar(c_nCmdSourceControlBar)->isVisible());
         EXPECT_FALSE(run.window.Frame().IsChecked(c_nCmdSourceControlBar));
@@ -83,6 +94,8 @@ TEST(FramePlaces, ComeBackInTheNextRun)
     {
         CRun run(*pProfile);
         EXPECT_TRUE(run.window.isMaximized());
+        EXPECT_TRUE(run.History()->isVisible() && run.History()->isFloating());
+        EXPECT_EQ(QSize(320, 260), run.History()->size());
         EXPECT_LT(run.window.Dock()->width(), 20);
         EXPECT_EQ(Qt::LeftToolBarArea, run.window.toolBarArea(run.Bar(c_nCmdStandardBar)));
         EXPECT_LT(run.Bar(c_nCmdSourceControlBar)->y(), run.Bar(c_nCmdStandardBar)->y());
@@ -129,8 +142,11 @@ TEST(FramePlaces, WhatCantBeRightMeansTheDefault)
         EXPECT_TRUE(run.Bar(c_nCmdStandardBar)->isVisible());
         EXPECT_FALSE(run.Bar(c_nCmdStandardBar)->isFloating()) << "one bar's place is wrong: all stay";
     }
+    // Of the third bar nothing is kept: it stands behind the others.
     pProfile->WriteString("Window", "Bar32916", "0 0 0 1 0 0 0");
+    pProfile->WriteString("Window", "DockHistory", "7 1 1 0 0 0 0");
     CRun run(*pProfile);
+    EXPECT_FALSE(run.History()->isVisible());
     EXPECT_TRUE(run.Bar(c_nCmdStandardBar)->isFloating());
     EXPECT_TRUE(run.Bar(c_nCmdStandardBar)->isVisible());
     EXPECT_TRUE(rcScreen.contains(run.Bar(c_nCmdStandardBar)->frameGeometry()));

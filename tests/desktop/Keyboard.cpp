@@ -64,7 +64,7 @@ TEST(DesktopKeyboard, DoesAllOfIt)
     EXPECT_EQ("2 tracks, 2 keys", StateOf(pTimeline));
     // Some commands stand in the toolbar alone.
     const auto focus = [] { return std::string(QApplication::focusWidget()->metaObject()->className()); };
-    for (const char* pszPane : {"ToolButton", "ToolButton", "LibraryTreeView", "TrackWidget"})
+    for (const char* pszPane : {"ToolButton", "ToolButton", "ToolButton", "LibraryTreeView", "TrackWidget"})
     {
         Desktop::Key("F6");
         EXPECT_EQ(pszPane, focus());
@@ -73,8 +73,8 @@ TEST(DesktopKeyboard, DoesAllOfIt)
     EXPECT_EQ("LibraryTreeView", focus());
     Desktop::Key("Home");
     InspectNext("menu of the tree", [] { Desktop::Key("shift+F10"); });
-    Desktop::Key("shift+F6");
-    Desktop::Key("shift+F6");
+    for (int i = 0; i < 3; ++i)
+        Desktop::Key("shift+F6");
     Desktop::Key("space"); // New Effect
     EXPECT_EQ(2u, desk.App().m_SpellMgr.Spells().size());
     const TrackWidget* pNew = desk.window.ActiveTimeline();

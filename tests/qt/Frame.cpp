@@ -154,6 +154,7 @@ TEST(Frame, ChildWindowsStandInSightOfEachOther)
     auto builder = aLibrary(module.m_Module, app.m_SpellMgr, app.m_EffectTree, app.m_PrefabTree);
     for (int i = 0; i < 40; ++i)
         builder.effect("Effect " + std::to_string(i)).key("Sprite", 0, 500);
+    app.History().MarkSaved();
     window.resize(1300, 800);
     window.show();
     for (const auto& pSpell : app.m_SpellMgr.Spells())
@@ -244,7 +245,7 @@ TEST(Frame, WhatTheTimelinesShowIsChosenInTheViewMenu)
         .effect("Smoke");
     for (MainWindow* pWindow : {&frame.window, &later})
     {
-        QMenu* pView = pWindow->menuBar()->actions().at(1)->menu();
+        QMenu* pView = pWindow->menuBar()->actions().at(2)->menu();
         EXPECT_EQ(QStringLiteral("&Timeline"), pView->actions().constLast()->text()) << "behind all others";
         for (const QAction* pAction : pView->actions().constLast()->menu()->actions())
             EXPECT_EQ(pWindow == &frame.window || !pAction->text().contains("Labels"), pAction->isChecked());
@@ -261,7 +262,7 @@ TEST(Frame, WhatTheTimelinesShowIsChosenInTheViewMenu)
         return surface.Calls("text").front();
     };
     EXPECT_EQ("text -3,10 0", firstLabel(timeline));
-    later.menuBar()->actions().at(1)->menu()->actions().constLast()->menu()->actions().at(1)->trigger();
+    later.menuBar()->actions().at(2)->menu()->actions().constLast()->menu()->actions().at(1)->trigger();
     EXPECT_EQ("text 0,10 0", firstLabel(timeline)) << "in what is open";
     EXPECT_TRUE(LoadTrackViewOptions(*frame.profile).m_bWholeRulerLabels);
     for (const CTrackViewSwitch& option : c_TrackViewSwitches)
@@ -302,7 +303,7 @@ TEST(Frame, BarsAndMenusAreDrawnByTheRulesOfTheShell)
               pFile->grab().toImage().pixelColor(rcNew.left() + 4, rcNew.center().y()));
     pFile->hide();
     // The key of an item that no table knows is shown, too, and the room for it isn't counted twice.
-    QMenu* pHelp = frame.Menu(2);
+    QMenu* pHelp = frame.Menu(3);
     pHelp->popup(QPoint(0, 0));
     pPopup = frame.window.Frame().MenuDecorator().FindPopup(pHelp);
     ASSERT_TRUE(pPopup);

@@ -172,7 +172,7 @@ TEST(CommandRouting, ADroppedFileGoesTheWayOfACommand)
 TEST(CommandRouting, BarsAreShownHiddenAndChecked)
 {
     CFrameBench bench;
-    for (int32_t nBar : {c_nCmdStandardBar, c_nCmdSourceControlBar, c_nCmdStatusBar})
+    for (int32_t nBar : {c_nCmdStandardBar, c_nCmdSourceControlBar, c_nCmdEditBar, c_nCmdStatusBar})
     {
         EXPECT_TRUE(bench.frame.IsEnabled(nBar) && bench.frame.IsChecked(nBar));
         EXPECT_TRUE(bench.frame.Run(nBar));

@@ -85,7 +85,7 @@ TEST(ResourceTables, MenusAndToolbarsHoldKnownCommands)
     for (int32_t nID : bar)
         EXPECT_TRUE(CMainFrame::HasHandler(nID)) << nID;
 
-    for (const CToolbarTable* pBar : {&c_StandardToolbar, &c_SourceControlToolbar})
+    for (const CToolbarTable* pBar : {&c_StandardToolbar, &c_SourceControlToolbar, &c_EditToolbar})
     {
         for (const CToolbarButton& button : *pBar)
         {
@@ -124,11 +124,12 @@ TEST(ResourceTables, AcceleratorsHaveNamesAndKnownCommands)
         }
     };
     check(c_FrameAccelerators);
-    EXPECT_EQ(3, nShortcuts); // Open, Save, Launch: the toolkit's own would silence the timeline's
+    // Open, Save, Launch, two each of Undo and Redo: the toolkit's own would silence the timeline's.
+    EXPECT_EQ(7, nShortcuts);
     check(c_PanelAccelerators);
     check(c_TimelineAccelerators);
     check(c_CurveAccelerators);
-    EXPECT_EQ(3, nShortcuts);
+    EXPECT_EQ(7, nShortcuts);
 }
 
 TEST(ResourceTables, ControlsStandInsideTheirDialogAndApart)

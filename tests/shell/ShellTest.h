@@ -91,6 +91,11 @@ public:
         m_Calls.push_back("dock " + std::to_string(nBar) + " beside " + std::to_string(nBesideBar));
     }
     void CreateLeftDock() override { m_Calls.push_back("left dock"); }
+    void CreateHistoryDock() override
+    {
+        m_Calls.push_back("history dock");
+        m_Bars[c_nCmdHistoryList] = false;
+    }
     void ShowSplash() override { m_Calls.push_back("splash"); }
 
     bool HasBar(int32_t nBar) const override { return m_Bars.count(nBar) != 0; }
@@ -104,15 +109,34 @@ public:
         if (m_WhileAbout)
             m_WhileAbout();
     }
-    void EndEdit() override { m_Calls.push_back("end edit"); }
+    void EndEdit() override
+    {
+        m_Calls.push_back("end edit");
+        if (m_OnEndEdit)
+            m_OnEndEdit();
+    }
     bool IsGestureRunning() const override { return m_bGesture; }
+    void ShowChange(const CChangeSpots& spots) override
+    {
+        m_sShown.clear();
+        for (const CChangeSpots::CEffect& effect : spots.m_Effects)
+        {
+            m_sShown += std::string(effect.m_pSpell->m_szName) + ":";
+            for (const CKey* pKey : effect.m_Keys)
+                m_sShown += " " + std::to_string(pKey->m_nKeyID);
+            m_sShown += effect.m_pTrack ? " track\n" : "\n";
+        }
+        for (const auto& items : spots.m_Items)
+            m_sShown += items.empty() ? "" : std::to_string(items.size()) + " items\n";
+    }
     void CommandsChanged() override { m_Calls.push_back("changed"); }
 
     std::vector<std::string> Take() { return std::exchange(m_Calls, {}); }
 
     int32_t m_nFailingBar = 0; // its creation fails
     bool m_bGesture = false;
-    std::function<void()> m_WhileAbout;
+    std::string m_sShown; // by the last ShowChange
+    std::function<void()> m_WhileAbout, m_OnEndEdit;
     std::map<int32_t, bool> m_Bars;
 
 private:

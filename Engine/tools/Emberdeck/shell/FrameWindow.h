@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "app/ChangeSpots.h"
 #include "shell/AboutDialog.h"
 #include "shell/Toolbar.h"
 
@@ -19,9 +20,11 @@ public:
     // At the top. nBesideBar is a docked bar whose row it joins, behind it; 0: a row of its own.
     virtual void DockToolBar(int32_t nBar, int32_t nBesideBar) = 0;
     virtual void CreateLeftDock() = 0; // not to be hidden by any menu of the toolkit
-    virtual void ShowSplash() = 0;     // CSplashWnd::ShowSplashScreen
+    // The steps of the library's history, which goes by c_nCmdHistoryList as a bar does; hidden at first.
+    virtual void CreateHistoryDock() = 0;
+    virtual void ShowSplash() = 0; // CSplashWnd::ShowSplashScreen
 
-    // Toolbars and the status bar, by their ids.
+    // Toolbars, the status bar and the history dock, by their ids.
     virtual bool HasBar(int32_t nBar) const = 0;
     virtual bool IsBarVisible(int32_t nBar) const = 0; // as it is, whoever has closed it
     virtual void ShowBar(int32_t nBar, bool bShow) = 0;
@@ -34,6 +37,9 @@ public:
     virtual void EndEdit() = 0;
     // A mouse gesture or the rubber line of a link is under way.
     virtual bool IsGestureRunning() const = 0;
-    // Enable states and check marks may be others now; ask for them again.
+    // What an undo or redo has changed: open views of these effects show and select their keys, the library's trees
+    // the items. Opens none.
+    virtual void ShowChange(const CChangeSpots& spots) = 0;
+    // Enable states, check marks and labels may be others now; ask for them again.
     virtual void CommandsChanged() = 0;
 };

@@ -34,7 +34,8 @@ CMainFrame::CMainFrame(CEmberdeckApp& app, IFrameWindow& window, const CShellCol
       m_Window(window),
       m_Colors(colors),
       m_wndToolBar(c_StandardToolbar, colors),
-      m_wndSourceControlBar(c_SourceControlToolbar, colors)
+      m_wndSourceControlBar(c_SourceControlToolbar, colors),
+      m_wndEditBar(c_EditToolbar, colors)
 {
     m_MenuDecorator.AddAccelerators(c_FrameAccelerators);
     m_MenuDecorator.AddAccelerators(c_PanelAccelerators);
@@ -45,11 +46,13 @@ CMainFrame::CMainFrame(CEmberdeckApp& app, IFrameWindow& window, const CShellCol
 bool CMainFrame::Create()
 {
     if (!m_Window.CreateToolBar(m_wndToolBar) || !m_Window.CreateToolBar(m_wndSourceControlBar) ||
-        !m_Window.CreateStatusBar())
+        !m_Window.CreateToolBar(m_wndEditBar) || !m_Window.CreateStatusBar())
         return false;
     DockWithImages(m_wndToolBar, 0);
     DockWithImages(m_wndSourceControlBar, m_wndToolBar.GetID());
+    DockWithImages(m_wndEditBar, m_wndSourceControlBar.GetID());
     m_Window.CreateLeftDock();
+    m_Window.CreateHistoryDock();
     m_Window.ShowSplash();
     return true;
 }
@@ -64,7 +67,7 @@ void CMainFrame::DockWithImages(CKRToolbar& toolbar, int32_t nBesideBar)
 void CMainFrame::SetColors(const CShellColors& colors)
 {
     m_Colors = colors;
-    for (CKRToolbar* pToolbar : {&m_wndToolBar, &m_wndSourceControlBar})
+    for (CKRToolbar* pToolbar : Toolbars())
     {
         pToolbar->SetColors(colors);
         if (m_Window.HasBar(pToolbar->GetID()))
@@ -74,7 +77,7 @@ void CMainFrame::SetColors(const CShellColors& colors)
 
 void CMainFrame::SetIconMaker(const IconMaker& maker)
 {
-    for (CKRToolbar* pToolbar : {&m_wndToolBar, &m_wndSourceControlBar})
+    for (CKRToolbar* pToolbar : Toolbars())
         pToolbar->SetIconMaker(maker);
 }
 
@@ -104,6 +107,10 @@ bool CMainFrame::IsAllowed(EEnableRule eRule) const
                eState != eSCState_Blocked;
     case EEnableRule::eIsControlled:
         return bConnected && eState != eSCState_NotControlled;
+    case EEnableRule::eCanUndo:
+        return m_App.History().CanUndo() && !m_App.m_Edits.IsOpen();
+    case EEnableRule::eCanRedo:
+        return m_App.History().CanRedo() && !m_App.m_Edits.IsOpen();
     default: // the conditions of other owners
         return false;
     }
@@ -155,7 +162,7 @@ bool CMainFrame::IsBusy() const
     return m_bRunning || m_bAsking || m_Window.IsGestureRunning();
 }
 
-bool CMainFrame::RunAlone(const std::function<bool()>& operation)
+bool CMainFrame::RunAlone(const std::function<bool()>& operation, bool bFile)
 {
     if (IsBusy())
         return false;
@@ -165,7 +172,8 @@ bool CMainFrame::RunAlone(const std::function<bool()>& operation)
         if (!operation())
             return false;
         m_bMayClose = false;
-        RefreshSourceControl();
+        if (bFile)
+            RefreshSourceControl();
     }
     m_Window.CommandsChanged();
     return true;
@@ -197,7 +205,8 @@ bool CMainFrame::Run(int32_t nID)
                 return false;
             (this->*FindRoute(c_Routes, pCommand->m_nID)->m_pfnRun)();
             return true;
-        });
+        },
+        nID != c_nCmdUndo && nID != c_nCmdRedo);
 }
 
 bool CMainFrame::OpenFile(const std::string& sPath)
@@ -248,9 +257,11 @@ std::string CMainFrame::GetTitle(std::string_view sActiveView, bool bMaximised)
     return sTitle;
 }
 
-std::string CMainFrame::GetTitleOfFile(const std::string& sFileName)
+std::string CMainFrame::GetTitleOfFile(const std::string& sFileName, bool bSaved)
 {
-    return sFileName.empty() ? std::string() : " - " + TellName(sFileName);
+    if (sFileName.empty() && bSaved)
+        return std::string();
+    return " - " + (sFileName.empty() ? std::string("Untitled") : TellName(sFileName)) + (bSaved ? "" : "*");
 }
 
 std::string_view CMainFrame::GetStatusLine(int32_t nID)

@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/EmberdeckApp.h"
 #include "app/resources/Menus.h"
@@ -39,6 +40,9 @@ public:
     bool IsEnabled(int32_t nID) const;
     // A bar's item has a check mark while the bar is visible.
     bool IsChecked(int32_t nID) const;
+    // What a menu shows for a command: the label of its item, with the name of the step behind it where the command
+    // is Undo or Redo and there is one. "&" marks the shortcut letter.
+    std::string GetLabel(const CMenuItem& item) const;
     // Carries a command out, if it may be given by now: a menu may show a state that is gone. A command
     // that comes while another has a dialog up, or while a gesture runs, does nothing; but Exit is the
     // window's to judge. False: nothing was done.
@@ -47,6 +51,8 @@ public:
     bool OpenFile(const std::string& sPath);
     // The first file of the session (CEmberdeckApp::OpenFirstFile), likewise.
     bool OpenFirstFile(const std::string& sAskedFor);
+    // To that position of the library's history, under the conditions of a command.
+    bool GoToStep(size_t nPosition);
     // A command has a dialog up, the exit question is asked, or a gesture runs: no command may be given.
     bool IsBusy() const;
     // Before a menu of the bar opens. Source control is asked about the file when the menu's own items
@@ -68,22 +74,26 @@ public:
     // "Emberdeck", and the title of the active view when there is one. That of a maximised view is left to
     // the toolkit, which adds it on its own.
     static std::string GetTitle(std::string_view sActiveView, bool bMaximised);
-    // Behind that, the name of the library's file: " - fire.Fx00a". Empty for a library that has none.
-    static std::string GetTitleOfFile(const std::string& sFileName);
+    // Behind that, the name of the library's file: " - fire.Fx00a". Empty for a library that has none. An asterisk
+    // behind it marks unsaved work, and a library without a name is then told as "Untitled".
+    static std::string GetTitleOfFile(const std::string& sFileName, bool bSaved);
     // The message pane while the pointer is over a command; "Ready" for one without a text, and for 0.
     static std::string_view GetStatusLine(int32_t nID);
 
     CKRMenuDecorator& MenuDecorator() { return m_MenuDecorator; }
     const CKRToolbar& StandardToolbar() const { return m_wndToolBar; }
     const CKRToolbar& SourceControlToolbar() const { return m_wndSourceControlBar; }
+    const CKRToolbar& EditToolbar() const { return m_wndEditBar; }
 
 private:
-    static const TCommandRoute<CMainFrame> c_Routes[20];
+    static const TCommandRoute<CMainFrame> c_Routes[22];
 
     void DockWithImages(CKRToolbar& toolbar, int32_t nBesideBar);
     bool IsAllowed(EEnableRule eRule) const;
-    // Carries something out when nothing else is under way; false: it isn't, or has given false.
-    bool RunAlone(const std::function<bool()>& operation);
+    // Carries something out when nothing else is under way; false: it isn't, or has given false. bFile: it may have
+    // changed what source control says of the file.
+    bool RunAlone(const std::function<bool()>& operation, bool bFile = true);
+    std::vector<CKRToolbar*> Toolbars() { return {&m_wndToolBar, &m_wndSourceControlBar, &m_wndEditBar}; }
     void RefreshSourceControl();
     void OnBarCheck(int32_t nBar);
 
@@ -107,6 +117,10 @@ private:
     void OnUndoChanges();
     void OnGetLatest();
     void OnHistory();
+    void OnUndo();
+    void OnRedo();
+    // Undoes and redoes up to that position, shows what that has changed, and tells it.
+    void GoTo(size_t nPosition);
 
     // In the status line.
     void Tell(const std::string& sText);
@@ -121,6 +135,7 @@ private:
     CShellColors m_Colors;
     CKRToolbar m_wndToolBar;
     CKRToolbar m_wndSourceControlBar;
+    CKRToolbar m_wndEditBar;
     CKRMenuDecorator m_MenuDecorator;
     ESourceControlState m_eFileState = eSCState_Unknown;
     bool m_bRunning = false; // a command

@@ -24,6 +24,8 @@ const TCommandRoute<CMainFrame> CMainFrame::c_Routes[] = {
     {c_nCmdUndoChanges, &CMainFrame::OnUndoChanges},
     {c_nCmdGetLatest, &CMainFrame::OnGetLatest},
     {c_nCmdHistory, &CMainFrame::OnHistory},
+    {c_nCmdUndo, &CMainFrame::OnUndo},
+    {c_nCmdRedo, &CMainFrame::OnRedo},
 };
 
 bool CMainFrame::HasHandler(int32_t nID)

@@ -27,8 +27,8 @@ constexpr uint16_t c_nKeyF5 = 0x74;
 constexpr uint16_t c_nKeyF6 = 0x75;
 constexpr uint16_t c_nKeyF24 = 0x87;
 
-// Table 128, the frame's. All but the first three rows are standard commands of the toolkit that nothing
-// carries out here. They get no shortcut (CMainFrame::IsShortcut): the timeline has some of the same keys.
+// Table 128, the frame's. Rows of standard commands of the toolkit that nothing carries out here get no
+// shortcut (CMainFrame::IsShortcut): the timeline has some of the same keys. A command shows its first key.
 inline constexpr CAccelerator c_FrameAccelerators[] = {
     {true, false, 'O', c_nCmdOpen},
     {true, false, 'S', c_nCmdSave},
@@ -39,8 +39,10 @@ inline constexpr CAccelerator c_FrameAccelerators[] = {
     {false, true, c_nKeyDelete, c_nCmdToolkitCut},
     {true, false, 'V', c_nCmdToolkitPaste},
     {false, true, c_nKeyInsert, c_nCmdToolkitPaste},
-    {true, false, 'Z', c_nCmdToolkitUndo},
-    {false, false, c_nKeyBackspace, c_nCmdToolkitUndo, true},
+    {true, false, 'Z', c_nCmdUndo},
+    {false, false, c_nKeyBackspace, c_nCmdUndo, true},
+    {true, false, 'Y', c_nCmdRedo},
+    {true, true, 'Z', c_nCmdRedo},
     {false, false, c_nKeyF6, c_nCmdNextPane},
     {false, true, c_nKeyF6, c_nCmdPreviousPane},
 };

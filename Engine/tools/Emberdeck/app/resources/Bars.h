@@ -56,13 +56,18 @@ inline constexpr CToolbarButton c_SourceControlButtons[] = {
     {c_nCmdGetLatest, &c_GetLatestIcon},
     {c_nCmdHistory, &c_HistoryIcon},
 };
+inline constexpr CToolbarButton c_EditButtons[] = {
+    {c_nCmdUndo, &c_UndoIcon},
+    {c_nCmdRedo, &c_RedoIcon},
+};
 // clang-format on
 
-// Both flat, visible at first, at the top, with tool tips, fly-by status text and a gripper.
+// All flat, visible at first, at the top, with tool tips, fly-by status text and a gripper.
 inline constexpr CToolbarTable c_StandardToolbar =
     MakeToolbar(c_nCmdStandardBar, "Standard", c_StandardButtons);
 inline constexpr CToolbarTable c_SourceControlToolbar =
     MakeToolbar(c_nCmdSourceControlBar, "Source Control", c_SourceControlButtons);
+inline constexpr CToolbarTable c_EditToolbar = MakeToolbar(c_nCmdEditBar, "Edit", c_EditButtons);
 
 // The status bar has the message pane, then one for each of these.
 enum EStatusIndicator : int32_t

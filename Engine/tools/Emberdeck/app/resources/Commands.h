@@ -59,13 +59,16 @@ constexpr int32_t c_nCmdGetLatest = 32911;
 constexpr int32_t c_nCmdHistory = 32912;
 constexpr int32_t c_nCmdSourceControlBar = 32916; // also the bar's own id
 constexpr int32_t c_nCmdStandardBar = 32917;      // the same
+constexpr int32_t c_nCmdEditBar = 33024;          // the same
+constexpr int32_t c_nCmdHistoryList = 33025;      // of the library's changes; also the dock's own id
 constexpr int32_t c_nCmdNew = 57600;
 constexpr int32_t c_nCmdOpen = 57601;
 constexpr int32_t c_nCmdToolkitCopy = 57634;
 constexpr int32_t c_nCmdToolkitCut = 57635;
 constexpr int32_t c_nCmdFind = 57636;
 constexpr int32_t c_nCmdToolkitPaste = 57637;
-constexpr int32_t c_nCmdToolkitUndo = 57643;
+constexpr int32_t c_nCmdUndo = 57643;
+constexpr int32_t c_nCmdRedo = 57644;
 constexpr int32_t c_nCmdAbout = 57664;
 constexpr int32_t c_nCmdExit = 57665;
 constexpr int32_t c_nCmdNextPane = 57680;
@@ -97,6 +100,8 @@ enum class EEnableRule
     eCanCheckOut,     // connected, and the file is under control, not checked out here, not blocked
     eCanSubmitOrUndo, // connected, and the file is under control with something pending, not blocked
     eIsControlled,    // connected, and the file is under control
+    eCanUndo,         // there is a step to take back, and no edit is under way
+    eCanRedo,         // or to do again
     eBarExists,
     eAnySelected, // the panel's selection isn't empty
     eOneSelected,
@@ -141,6 +146,9 @@ inline constexpr CCommand c_Commands[] = {
     {c_nCmdAbout, "&About Emberdeck...", EEnableRule::eAlways, ECommandOwner::eApplication},
     {c_nCmdExit, "E&xit", EEnableRule::eAlways, ECommandOwner::eApplication},
 
+    {c_nCmdUndo, "&Undo", EEnableRule::eCanUndo, ECommandOwner::eApplication}, // the step's name behind it
+    {c_nCmdRedo, "&Redo", EEnableRule::eCanRedo, ECommandOwner::eApplication}, // the same
+
     {c_nCmdConnect, "Co&nnect", EEnableRule::eNotConnected, ECommandOwner::eApplication},
     {c_nCmdDisconnect, "&Disconnect", EEnableRule::eConnected, ECommandOwner::eApplication},
     {c_nCmdAddToSourceControl, "&Add to Source Control...", EEnableRule::eCanAdd, ECommandOwner::eApplication},
@@ -152,7 +160,9 @@ inline constexpr CCommand c_Commands[] = {
 
     {c_nCmdSourceControlBar, "Source &Control", EEnableRule::eBarExists, ECommandOwner::eFrame},
     {c_nCmdStandardBar, "&Standard", EEnableRule::eBarExists, ECommandOwner::eFrame},
+    {c_nCmdEditBar, "&Edit", EEnableRule::eBarExists, ECommandOwner::eFrame},
     {c_nCmdStatusBar, "&Status Bar", EEnableRule::eBarExists, ECommandOwner::eFrame},
+    {c_nCmdHistoryList, "&History", EEnableRule::eBarExists, ECommandOwner::eFrame},
 
     {c_nCmdOpenSelection, "Open Effects\tEnter", EEnableRule::eAnySelected, ECommandOwner::ePanels},
     {c_nCmdNewGroup, "New Group", EEnableRule::eOneGroupSelected, ECommandOwner::ePanels},
@@ -192,7 +202,6 @@ inline constexpr CCommand c_Commands[] = {
     {c_nCmdToolkitCopy, "", EEnableRule::eNever, ECommandOwner::eNobody},
     {c_nCmdToolkitCut, "", EEnableRule::eNever, ECommandOwner::eNobody},
     {c_nCmdToolkitPaste, "", EEnableRule::eNever, ECommandOwner::eNobody},
-    {c_nCmdToolkitUndo, "", EEnableRule::eNever, ECommandOwner::eNobody},
     {c_nCmdNextPane, "", EEnableRule::eNever, ECommandOwner::eNobody},
     {c_nCmdPreviousPane, "", EEnableRule::eNever, ECommandOwner::eNobody},
 };

@@ -81,10 +81,13 @@ inline constexpr CMenuItem c_File[] = {
 };
 inline constexpr CMenuTable c_FileMenu = MakeMenu(c_File);
 
-inline constexpr CMenuItem c_Toolbars[] = {{c_nCmdSourceControlBar}, {c_nCmdStandardBar}};
+inline constexpr CMenuItem c_Edit[] = {{c_nCmdUndo}, {c_nCmdRedo}};
+inline constexpr CMenuTable c_EditMenu = MakeMenu(c_Edit);
+
+inline constexpr CMenuItem c_Toolbars[] = {{c_nCmdSourceControlBar}, {c_nCmdStandardBar}, {c_nCmdEditBar}};
 inline constexpr CMenuTable c_ToolbarsMenu = MakeMenu(c_Toolbars);
 
-inline constexpr CMenuItem c_View[] = {{0, "Toolbars", &c_ToolbarsMenu}, {c_nCmdStatusBar}};
+inline constexpr CMenuItem c_View[] = {{0, "Toolbars", &c_ToolbarsMenu}, {c_nCmdStatusBar}, {c_nCmdHistoryList}};
 inline constexpr CMenuTable c_ViewMenu = MakeMenu(c_View);
 
 inline constexpr CMenuItem c_Help[] = {{c_nCmdAbout}};
@@ -92,6 +95,7 @@ inline constexpr CMenuTable c_HelpMenu = MakeMenu(c_Help);
 
 inline constexpr CMenuItem c_Bar[] = {
     {0, "&File", &c_FileMenu},
+    {0, "&Edit", &c_EditMenu},
     {0, "&View", &c_ViewMenu},
     {0, "&Help", &c_HelpMenu},
 };

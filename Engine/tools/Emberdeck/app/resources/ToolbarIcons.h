@@ -329,4 +329,45 @@ inline constexpr CIconArt c_HistoryIcon = {{
     "; r. R7 8 4 1"
     "; l. R3 8 1 1"
     "; l. R12 8 1 1"}}};
+
+// An arrow back, and one forth: the shape of the changes that are given up, in blue.
+inline constexpr CIconArt c_UndoIcon = {{
+    "................",
+    "................",
+    ".....nn.........",
+    "....nbn.........",
+    "...nbBn.........",
+    "..nbBBnnnn......",
+    ".nbBBBBBBbnn....",
+    "nbBBBbbbbbbbn...",
+    ".nbbbbbbbbbbn...",
+    "..nbbbnnnnbbbn..",
+    "...nbbn...nbbn..",
+    "....nbn...nbbn..",
+    ".....nn..nbbn...",
+    ".......nnbbnn...",
+    ".......nnnn.....",
+    "................"},
+    {{"bn M.5 7.5 L5.5 2.5 V5.5 H8.5 C12.5 5.5 13.5 8 13.5 10 C13.5 13 11 14.5 7.5 14.5 V13.5 C9.5 13.3 10.8 12.3 10.5 11 C10.2 9.9 9 9.5 8 9.5 H5.5 V12.5 Z"
+    "; B. M2 7.3 L5 4.4 V6.5 H9 C10 6.5 11 6.8 11.6 7.6 C10 7.2 9 7.3 8 7.3 Z"}}};
+
+inline constexpr CIconArt c_RedoIcon = {{
+    "................",
+    "................",
+    ".........nn.....",
+    ".........nbn....",
+    ".........nBbn...",
+    "......nnnnBBbn..",
+    "....nnbBBBBBBbn.",
+    "...nbbbbbbbBBBbn",
+    "...nbbbbbbbbbbn.",
+    "..nbbbnnnnbbbn..",
+    "..nbbn...nbbn...",
+    "..nbbn...nbn....",
+    "...nbbn..nn.....",
+    "...nnbbnn.......",
+    ".....nnnn.......",
+    "................"},
+    {{"bn M15.5 7.5 L10.5 2.5 V5.5 H7.5 C3.5 5.5 2.5 8 2.5 10 C2.5 13 5 14.5 8.5 14.5 V13.5 C6.5 13.3 5.2 12.3 5.5 11 C5.8 9.9 7 9.5 8 9.5 H10.5 V12.5 Z"
+    "; B. M14 7.3 L11 4.4 V6.5 H7 C6 6.5 5 6.8 4.4 7.6 C6 7.2 7 7.3 8 7.3 Z"}}};
 // clang-format on

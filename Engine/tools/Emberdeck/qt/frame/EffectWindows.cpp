@@ -144,6 +144,25 @@ void EffectWindows::RepaintAll()
         pTrack->update();
 }
 
+bool EffectWindows::ShowChange(const std::vector<CChangeSpots::CEffect>& effects)
+{
+    QMdiSubWindow* pFirst = nullptr;
+    bool bActive = false;
+    for (const CChangeSpots::CEffect& effect : effects)
+    {
+        QMdiSubWindow* pChild = FindChild(effect.m_pSpell);
+        if (!pChild)
+            continue;
+        qobject_cast<TrackWidget*>(pChild->widget())->ShowKeys(effect.m_Keys, effect.m_pTrack);
+        bActive = bActive || pChild == activeSubWindow();
+        if (!pFirst)
+            pFirst = pChild;
+    }
+    if (pFirst && !bActive)
+        setActiveSubWindow(pFirst);
+    return pFirst != nullptr;
+}
+
 void EffectWindows::ReadOptions()
 {
     for (TrackWidget* pTrack : Timelines())

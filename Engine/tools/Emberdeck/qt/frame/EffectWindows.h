@@ -2,6 +2,7 @@
 
 #include <QMdiArea>
 
+#include "app/ChangeSpots.h"
 #include "app/EmberdeckApp.h"
 
 class QLabel;
@@ -29,6 +30,9 @@ public:
     bool IsGestureRunning() const;
     void CancelGestures();
     void RepaintAll();
+    // Those of the effects that are open show and select what a change concerns; the first becomes the active one,
+    // unless one of them is. False: none of them is open.
+    bool ShowChange(const std::vector<CChangeSpots::CEffect>& effects);
     void ReadOptions(); // what they show beyond the plain picture, as the settings have it by now
     // The greeting tells of the library that is loaded; nothing while an effect is open.
     void UpdateGreeting();

@@ -9,6 +9,7 @@
 #include "qt/timeline/TrackWidget.h"
 #include "qt/toolkit/Appearance.h"
 #include "qt/toolkit/KeyCodes.h"
+#include "qt/toolkit/QtText.h"
 
 FrameMenus::FrameMenus(QMainWindow& window, CMainFrame& frame, std::function<void(int32_t)> run)
     : m_Window(window),
@@ -25,6 +26,7 @@ FrameMenus::FrameMenus(QMainWindow& window, CMainFrame& frame, std::function<voi
             m_pHelp = pMenu;
     }
     AddShortcuts();
+    ShowStates();
 }
 
 void FrameMenus::AddItems(QMenu& menu, const CMenuTable& table)
@@ -40,16 +42,14 @@ void FrameMenus::AddItems(QMenu& menu, const CMenuTable& table)
         }
         else
         {
-            // The key behind the label's tab is the accelerator's, which the menu shows by itself.
-            QAction* pAction =
-                menu.addAction(QString::fromUtf8(item.GetLabel()).section(QLatin1Char('\t'), 0, 0));
+            QAction* pAction = menu.addAction(QString());
             pAction->setData(item.m_nID);
             pAction->setMenuRole(QAction::NoRole);
-            pAction->setCheckable(item.m_nID == c_nCmdStandardBar || item.m_nID == c_nCmdSourceControlBar ||
-                                  item.m_nID == c_nCmdStatusBar);
+            const CCommand* pCommand = FindCommand(item.m_nID);
+            pAction->setCheckable(pCommand && pCommand->m_eOwner == ECommandOwner::eFrame);
             QObject::connect(pAction, &QAction::triggered, &m_Window,
                              [this, nID = item.m_nID] { m_Run(nID); });
-            m_Actions.push_back(pAction);
+            m_Actions.emplace_back(pAction, &item);
         }
     }
     QObject::connect(&menu, &QMenu::aboutToShow, &m_Window,
@@ -62,12 +62,13 @@ void FrameMenus::AddItems(QMenu& menu, const CMenuTable& table)
 
 void FrameMenus::ShowStates()
 {
-    for (QAction* pAction : m_Actions)
+    for (const auto& [pAction, pItem] : m_Actions)
     {
-        const int32_t nID = pAction->data().toInt();
-        pAction->setEnabled(m_Frame.IsEnabled(nID));
+        // The key behind the label's tab is the accelerator's, which the menu shows by itself.
+        pAction->setText(QtText::ToQt(m_Frame.GetLabel(*pItem)).section(QLatin1Char('\t'), 0, 0));
+        pAction->setEnabled(m_Frame.IsEnabled(pItem->m_nID));
         if (pAction->isCheckable())
-            pAction->setChecked(m_Frame.IsChecked(nID));
+            pAction->setChecked(m_Frame.IsChecked(pItem->m_nID));
     }
 }
 

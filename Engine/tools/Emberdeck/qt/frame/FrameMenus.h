@@ -18,7 +18,7 @@ public:
     // All borrowed. run carries out the command of an item or shortcut.
     FrameMenus(QMainWindow& window, CMainFrame& frame, std::function<void(int32_t)> run);
 
-    // Greys and checks all items as the frame says.
+    // Greys, checks and names all items as the frame says.
     void ShowStates();
     // Below the table's items of the View menu, since it is the toolkit's own matter.
     void AddAppearance(IProfile& profile);
@@ -33,7 +33,7 @@ private:
     QMainWindow& m_Window;
     CMainFrame& m_Frame;
     std::function<void(int32_t)> m_Run;
-    std::vector<QAction*> m_Actions;
+    std::vector<std::pair<QAction*, const CMenuItem*>> m_Actions;
     QMenu* m_pView = nullptr;
     QMenu* m_pHelp = nullptr;
 };

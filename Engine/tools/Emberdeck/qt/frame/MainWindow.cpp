@@ -11,6 +11,7 @@
 #include "qt/frame/EffectWindows.h"
 #include "qt/frame/FrameMenus.h"
 #include "qt/frame/FrameStatusBar.h"
+#include "qt/frame/HistoryDock.h"
 #include "qt/frame/PaneKeys.h"
 #include "qt/library/LeftDockWidget.h"
 #include "qt/timeline/TrackWidget.h"
@@ -40,6 +41,7 @@ MainWindow::MainWindow(IProfile& profile, ISourceControl& sourceControl, QtPromp
     connect(m_pEffects, &EffectWindows::Changed, this, &MainWindow::UpdateTitle);
     connect(m_pEffects, &QMdiArea::subWindowActivated, this, &MainWindow::CommandsChanged);
     m_App.m_Edits.AddListener(this);
+    m_App.History().m_OnChanged = [this] { OnHistoryChanged(); };
 }
 
 MainWindow::~MainWindow()
@@ -51,6 +53,11 @@ MainWindow::~MainWindow()
     if (m_pStyle)
         m_pStyle->SetDecorator(nullptr);
     m_App.m_Edits.RemoveListener(this);
+    m_App.History().m_OnChanged = nullptr;
+    if (m_pHistory)
+        m_pHistory->disconnect(this); // it hides after the frame is gone
+    delete m_pHistory;
+    m_pHistory = nullptr;
     m_pEffects->CloseAll();
     m_pEffects->disconnect(this);
     m_Host.SetDock(nullptr);
@@ -130,6 +137,20 @@ void MainWindow::CreateLeftDock()
     setCentralWidget(m_pCentre);
 }
 
+void MainWindow::CreateHistoryDock()
+{
+    m_pHistory = new HistoryDock(m_App.History(), this);
+    addDockWidget(Qt::RightDockWidgetArea, m_pHistory);
+    m_pHistory->hide();
+    connect(m_pHistory, &HistoryDock::Chosen, this,
+            [this](size_t nPosition)
+            {
+                m_pFrame->GoToStep(nPosition);
+                CommandsChanged();
+            });
+    connect(m_pHistory, &QDockWidget::visibilityChanged, this, [this] { CommandsChanged(); });
+}
+
 // ---- Commands and bars
 
 void MainWindow::RunCommand(int32_t nID)
@@ -152,23 +173,30 @@ void MainWindow::ShowHint(int32_t nID)
     m_pStatus->ShowHint(nID);
 }
 
+QWidget* MainWindow::FindBar(int32_t nBar) const
+{
+    if (nBar == c_nCmdStatusBar)
+        return m_pStatus;
+    if (nBar == c_nCmdHistoryList)
+        return m_pHistory;
+    const auto it = m_Bars.find(nBar);
+    return it != m_Bars.end() ? it->second : nullptr;
+}
+
 bool MainWindow::HasBar(int32_t nBar) const
 {
-    return nBar == c_nCmdStatusBar || m_Bars.count(nBar) != 0;
+    return FindBar(nBar) != nullptr;
 }
 
 bool MainWindow::IsBarVisible(int32_t nBar) const
 {
-    const auto it = m_Bars.find(nBar);
-    return it != m_Bars.end() ? !it->second->isHidden() : !m_pStatus->isHidden();
+    return !FindBar(nBar)->isHidden();
 }
 
 void MainWindow::ShowBar(int32_t nBar, bool bShow)
 {
-    if (nBar == c_nCmdStatusBar)
-        m_pStatus->setVisible(bShow);
-    else if (HasBar(nBar))
-        m_Bars[nBar]->setVisible(bShow);
+    if (QWidget* pBar = FindBar(nBar))
+        pBar->setVisible(bShow);
 }
 
 void MainWindow::ShowAbout(const CAboutSharedDlg& about)
@@ -216,9 +244,36 @@ void MainWindow::ShowCommandStates()
     for (const auto& [nBar, pBar] : m_Bars)
         for (ToolButton* pButton : pBar->findChildren<ToolButton*>())
             pButton->setEnabled(m_pFrame->IsEnabled(pButton->GetCommand()));
+    if (m_sToldProblem == m_App.History().GetProblem())
+        return;
+    m_sToldProblem = m_App.History().GetProblem();
+    if (!m_sToldProblem.empty())
+        m_pStatus->ShowStatus(QtText::ToQt(m_sToldProblem));
+}
+
+void MainWindow::OnHistoryChanged()
+{
+    if (m_pHistory)
+        m_pHistory->Refresh();
+    UpdateTitle();
+    CommandsChanged();
 }
 
 // ---- What an edit changes on the screen
+
+// The trees show the effect whose view isn't open, too: somewhere it has to be seen what has happened.
+void MainWindow::ShowChange(const CChangeSpots& spots)
+{
+    const bool bOpen = m_pEffects->ShowChange(spots.m_Effects);
+    if (!m_pDock)
+        return;
+    for (const ETreeSide eSide : c_TreeSides)
+        m_pDock->ShowItems(eSide, spots.m_Items[static_cast<size_t>(eSide)]);
+    const bool bItems = !spots.m_Items[0].empty() || !spots.m_Items[1].empty();
+    if (!bOpen && !bItems && !spots.m_Effects.empty())
+        m_pDock->ShowItems(ETreeSide::eEffects,
+                           {m_App.m_EffectTree.FindData(spots.m_Effects.front().m_pSpell)});
+}
 
 void MainWindow::OnEdit(const CEdit& edit)
 {
@@ -243,7 +298,8 @@ void MainWindow::UpdateTitle()
     // In the toolkit's own form, which it then leaves as it is; it would add it behind the file's name.
     if (bMaximised && *pszView)
         sTitle += QStringLiteral(" - [%1]").arg(QtText::ToQt(pszView));
-    setWindowTitle(QtText::Title(sTitle + QtText::PathToQt(CMainFrame::GetTitleOfFile(m_App.m_sFileName))));
+    setWindowTitle(QtText::Title(
+        sTitle + QtText::PathToQt(CMainFrame::GetTitleOfFile(m_App.m_sFileName, m_App.History().IsSaved()))));
     m_pEffects->UpdateGreeting();
 }
 

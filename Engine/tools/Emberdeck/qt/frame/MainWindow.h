@@ -16,6 +16,7 @@
 class EffectWindows;
 class FrameMenus;
 class FrameStatusBar;
+class HistoryDock;
 class LeftDockWidget;
 class QSessionManager;
 class ToolBarWidget;
@@ -58,6 +59,7 @@ private:
     void SetToolBarImages(const CKRToolbar& toolbar) override;
     void DockToolBar(int32_t nBar, int32_t nBesideBar) override;
     void CreateLeftDock() override;
+    void CreateHistoryDock() override;
     void ShowSplash() override { m_Splash.Logic().ShowSplashScreen(); }
     bool HasBar(int32_t nBar) const override;
     bool IsBarVisible(int32_t nBar) const override;
@@ -66,11 +68,14 @@ private:
     void ShowAbout(const CAboutSharedDlg& about) override;
     void EndEdit() override;
     bool IsGestureRunning() const override;
+    void ShowChange(const CChangeSpots& spots) override;
     void CommandsChanged() override;
     // IEditListener
     void OnEdit(const CEdit& edit) override;
 
+    QWidget* FindBar(int32_t nBar) const; // null: there is none
     void ShowCommandStates();
+    void OnHistoryChanged();
     void RunCommand(int32_t nID);
     void ShowHint(int32_t nID);
     void UpdateTitle();
@@ -92,7 +97,9 @@ private:
     SplashScreen m_Splash;
     MenuStyle* m_pStyle = nullptr;
     LeftDockWidget* m_pDock = nullptr;
+    HistoryDock* m_pHistory = nullptr;
     QWidget* m_pCentre;
+    std::string m_sToldProblem; // of the history
     std::map<int32_t, ToolBarWidget*> m_Bars;
     bool m_bUpdateQueued = false;
 };

@@ -10,13 +10,16 @@
 #include "app/resources/Bars.h"
 #include "qt/frame/EffectWindows.h"
 #include "qt/frame/FrameStatusBar.h"
+#include "qt/frame/HistoryDock.h"
 #include "qt/frame/MainWindow.h"
 #include "qt/library/LeftDockWidget.h"
 #include "qt/library/LibraryTreeView.h"
 #include "qt/toolkit/DialogPlaces.h"
+#include "qt/toolkit/DockPlaces.h"
 #include "qt/toolkit/FramePlaces.h"
 #include "qt/toolkit/QtText.h"
 #include "qt/toolkit/ShellPainter.h"
+#include "qt/toolkit/TextUndo.h"
 #include "qt/toolkit/ToolBarWidget.h"
 
 void MainWindow::CancelGestures()
@@ -101,13 +104,15 @@ void MainWindow::dropEvent(QDropEvent* pEvent)
 
 std::vector<QToolBar*> MainWindow::ToolBars() const
 {
-    return {m_Bars.at(c_nCmdStandardBar), m_Bars.at(c_nCmdSourceControlBar)}; // as they come
+    return {m_Bars.at(c_nCmdStandardBar), m_Bars.at(c_nCmdSourceControlBar),
+            m_Bars.at(c_nCmdEditBar)}; // as they come
 }
 
 void MainWindow::ShowAsLeft()
 {
     const CFramePlaces places = LoadFramePlaces(m_Profile);
     PlaceBars(m_Profile, *this, ToolBars());
+    PlaceDock(m_Profile, *this, *m_pHistory);
     m_pStatus->setVisible(places.m_bStatusBar);
     if (!places.m_rc.isEmpty())
         setGeometry(DialogPlaces::FitOnScreen(*this, places.m_rc));
@@ -132,6 +137,7 @@ void MainWindow::KeepPlaces()
     places.m_bDockFolded = m_pDock->Bar().SizeBar().IsCollapsed();
     places.m_bStatusBar = !m_pStatus->isHidden();
     SaveFramePlaces(m_Profile, places, *this, ToolBars());
+    SaveDockPlace(m_Profile, *this, *m_pHistory);
 }
 
 // Where nothing has the focus, the toolkit would give it to the first button of the toolbars.
@@ -170,7 +176,7 @@ bool MainWindow::focusNextPrevChild(bool bNext)
 
 bool MainWindow::eventFilter(QObject* pObject, QEvent* pEvent)
 {
-    if (m_Splash.Takes(pEvent))
+    if (m_Splash.Takes(pEvent) || TakeTextUndo(pObject, *pEvent))
         return true;
     switch (pEvent->type())
     {

@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QDockWidget>
 #include <QShortcut>
 #include <QToolBar>
 #include <QToolButton>
@@ -52,6 +53,8 @@ std::vector<CPane> PanesOf(MainWindow& window)
         add(pDock, FirstInDock(*pDock));
     if (TrackWidget* pTimeline = window.ActiveTimeline())
         add(pTimeline, pTimeline);
+    for (QDockWidget* pDock : window.findChildren<QDockWidget*>())
+        add(pDock, pDock->widget());
     for (QToolBar* pBar : window.findChildren<QToolBar*>())
         add(pBar, FirstInBar(*pBar));
     return panes;

@@ -215,6 +215,17 @@ bool LeftDockWidget::IsBusy() const
     return m_pEffectPanel->IsBusy() || m_pPrefabPanel->IsBusy();
 }
 
+void LeftDockWidget::ShowItems(ETreeSide eSide, const std::vector<HLibraryItem>& items)
+{
+    if (items.empty() || IsBusy())
+        return;
+    m_pTabs->setCurrentIndex(eSide == ETreeSide::eEffects ? 0 : 1);
+    if (eSide == ETreeSide::eEffects)
+        m_pEffectPanel->ShowItems(items);
+    else
+        m_pPrefabPanel->ShowItems(items);
+}
+
 void LeftDockWidget::resizeEvent(QResizeEvent*)
 {
     if (m_bReady && m_pDock)

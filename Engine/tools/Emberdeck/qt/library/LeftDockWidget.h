@@ -76,6 +76,8 @@ public:
     void FinishEdits();
     bool IsEditing() const; // a name
     bool IsBusy() const;
+    // On their page, as CLibraryPanel::ShowItems does. Neither unfolds the dock nor takes the focus.
+    void ShowItems(ETreeSide eSide, const std::vector<HLibraryItem>& items);
     CLeftDockBar& Bar() { return *m_pDock; }
 
 protected:

@@ -78,38 +78,10 @@ public:
     using QLineEdit::QLineEdit;
 
 protected:
-    bool event(QEvent* pEvent) override
-    {
-        // What the window has a command on as well is the box's own as long as it is open.
-        if (pEvent->type() == QEvent::ShortcutOverride &&
-            (IsUndo(*static_cast<QKeyEvent*>(pEvent)) || IsRedo(*static_cast<QKeyEvent*>(pEvent))))
-        {
-            pEvent->accept();
-            return true;
-        }
-        return QLineEdit::event(pEvent);
-    }
     void keyPressEvent(QKeyEvent* pEvent) override
     {
-        if (IsUndo(*pEvent))
-            undo();
-        else if (IsRedo(*pEvent))
-            redo();
-        else
-            QLineEdit::keyPressEvent(pEvent);
+        QLineEdit::keyPressEvent(pEvent);
         pEvent->accept();
-    }
-
-private:
-    static bool IsUndo(const QKeyEvent& key)
-    {
-        return key.matches(QKeySequence::Undo) ||
-               (key.key() == Qt::Key_Backspace && key.modifiers() == Qt::AltModifier);
-    }
-    static bool IsRedo(const QKeyEvent& key)
-    {
-        return key.matches(QKeySequence::Redo) ||
-               (key.key() == Qt::Key_Y && key.modifiers() == Qt::ControlModifier);
     }
 };
 

@@ -136,7 +136,13 @@ void PlaceBars(const IProfile& profile, QMainWindow& window, const std::vector<Q
     for (QToolBar* pBar : bars)
     {
         CBarPlace place;
-        if (!ReadBar(profile, *pBar, place))
+        if (!placed.empty() && profile.GetString(c_szSection, KeyOf(*pBar)).empty())
+        {
+            const CBarPlace& before = placed.back().second;
+            if (!before.m_bFloating)
+                place = {before.m_nSide, before.m_nRow, before.m_nPlace + 1};
+        }
+        else if (!ReadBar(profile, *pBar, place))
             return;
         placed.emplace_back(pBar, place);
     }

@@ -25,6 +25,7 @@ CFramePlaces LoadFramePlaces(const IProfile& profile);
 bool SaveFramePlaces(IProfile& profile, const CFramePlaces& places, const QMainWindow& window,
                      const std::vector<QToolBar*>& bars);
 
-// The bars of the window, which it has by now, to where they stood: side, row, order, off the frame, hidden. What
-// isn't kept of a bar, or can't be right, leaves all of them as they are.
+// The bars of the window, which it has by now, to where they stood: side, row, order, off the frame, hidden. One
+// of which nothing is kept stands behind the one before it; what can't be right, or nothing of the first one, leaves all
+// of them as they are.
 void PlaceBars(const IProfile& profile, QMainWindow& window, const std::vector<QToolBar*>& bars);
