@@ -78,6 +78,24 @@ void CKRColorDialog::OnInitDialog(int32_t nPaletteWidth, int32_t nPaletteHeight)
     ShowDescription();
     ShowColor();
     SetBox(eColor_AlphaBox, std::to_string(m_nResultColor >> 24));
+    NoteStep();
+}
+
+CColorState CKRColorDialog::GetState() const
+{
+    CColorState state = {m_Chooser, GetText(eColor_AlphaBox), m_Palette.GetColors(), m_asDescriptions};
+    state.m_Descriptions[static_cast<size_t>(m_nCurrentColor)] = OneLine(GetText(eColor_DescriptionBox));
+    return state;
+}
+
+void CKRColorDialog::SetState(const CColorState& state)
+{
+    m_Chooser = state.m_Chooser;
+    m_asDescriptions = state.m_Descriptions;
+    m_Palette.SetColors(state.m_Cells);
+    ShowDescription();
+    ShowColor();
+    SetBox(eColor_AlphaBox, state.m_sAlpha);
 }
 
 // Enter presses OK without taking the focus from a box, and so does a tool button.
@@ -133,17 +151,21 @@ void CKRColorDialog::CommitBoxes()
     OnFocusLost(eColor_AlphaBox);
 }
 
+// A description as a file takes it.
+std::string CKRColorDialog::OneLine(std::string sText)
+{
+    for (size_t nEnd = 0; (nEnd = sText.find("\r\n", nEnd)) != std::string::npos;)
+        sText.erase(nEnd, 1);
+    std::replace_if(
+        sText.begin(), sText.end(), [](char c) { return c == '\n' || c == '\r' || c == '\0'; }, ' ');
+    return CutAtCharacter(sText, c_nMaxDescription);
+}
+
 void CKRColorDialog::OnFocusLost(uint32_t nID)
 {
     if (nID == eColor_DescriptionBox)
     {
-        std::string sText = GetText(nID);
-        // One line each in a file.
-        for (size_t nEnd = 0; (nEnd = sText.find("\r\n", nEnd)) != std::string::npos;)
-            sText.erase(nEnd, 1);
-        std::replace_if(
-            sText.begin(), sText.end(), [](char c) { return c == '\n' || c == '\r' || c == '\0'; }, ' ');
-        m_asDescriptions[static_cast<size_t>(m_nCurrentColor)] = CutAtCharacter(sText, c_nMaxDescription);
+        m_asDescriptions[static_cast<size_t>(m_nCurrentColor)] = OneLine(GetText(nID));
     }
     else if (nID == eColor_AlphaBox)
     {

@@ -8,6 +8,7 @@
 #include "app/resources/DialogIds.h"
 #include "properties/ColorPalette.h"
 #include "properties/EditorDialogs.h"
+#include "properties/OwnUndo.h"
 
 // Who shows the dialog.
 class IColorDialogView
@@ -20,9 +21,24 @@ public:
     virtual void FocusOnPalette() = 0;
 };
 
+// The colour that is chosen, and the palette. The selected cell is none of it.
+struct CColorState
+{
+    CColorChooser m_Chooser;
+    std::string m_sAlpha;
+    CCustomColorPalette::CCells m_Cells;
+    std::array<std::string, CCustomColorPalette::c_nNumCells> m_Descriptions;
+    friend bool operator==(const CColorState& left, const CColorState& right)
+    {
+        return left.m_Chooser.GetRgb() == right.m_Chooser.GetRgb() &&
+               left.m_Chooser.GetHsl() == right.m_Chooser.GetHsl() && left.m_sAlpha == right.m_sAlpha &&
+               left.m_Cells == right.m_Cells && left.m_Descriptions == right.m_Descriptions;
+    }
+};
+
 // Chooses a colour with alpha, from a palette of 24 custom colours with descriptions, which are kept in the
 // profile and in palette files. A colour word has red in bits 0 to 7, green, blue, and alpha on top.
-class CKRColorDialog : private IPaletteParent
+class CKRColorDialog : public TOwnUndo<CColorState>, private IPaletteParent
 {
 public:
     static constexpr uint32_t c_nOpaque = 0x80000000; // flag: alpha starts at 255, not at the word's own
@@ -30,7 +46,7 @@ public:
 
     // Other flags speak of the platform's own dialog, which ours is always: opened fully, on the given colour.
     CKRColorDialog(CPropertyServices& services, uint32_t nColor, uint32_t nFlags);
-    virtual ~CKRColorDialog() = default;
+    ~CKRColorDialog() override = default;
     CKRColorDialog(const CKRColorDialog&) = delete;
     CKRColorDialog& operator=(const CKRColorDialog&) = delete;
 
@@ -79,6 +95,9 @@ private:
     void OnCellCleared(int nCell) override;
     void RepaintPalette() override;
 
+    CColorState GetState() const override;
+    void SetState(const CColorState& state) override;
+    static std::string OneLine(std::string sText);
     void CommitBoxes();
     void SetBox(uint32_t nID, const std::string& sText);
     void ShowDescription();

@@ -101,6 +101,12 @@ void CCustomColorPalette::Attach(int32_t nWidth, int32_t nHeight)
     m_Surface.Create(nWidth, nHeight, c_nDepth);
 }
 
+void CCustomColorPalette::SetColors(const CCells& colors)
+{
+    m_anColors = colors;
+    m_Parent.RepaintPalette();
+}
+
 void CCustomColorPalette::SetCurrentColor(uint32_t nColor)
 {
     m_anColors[static_cast<size_t>(m_nSelected)] = nColor;

@@ -70,6 +70,9 @@ public:
     const CGDISurface& Paint(const CPaletteColors& colors, bool bHasFocus);
     static CRect GetCellRect(int nCell);
 
+    using CCells = std::array<uint32_t, c_nNumCells>;
+    const CCells& GetColors() const { return m_anColors; }
+    void SetColors(const CCells& colors); // repaints, and tells nothing else
     uint32_t GetColor(int nCell) const { return m_anColors[static_cast<size_t>(nCell)]; }
     int GetSelected() const { return m_nSelected; }
     int GetFocus() const { return m_nFocus; }
@@ -82,7 +85,7 @@ private:
 
     IPaletteParent& m_Parent;
     CGDISurface m_Surface;
-    std::array<uint32_t, c_nNumCells> m_anColors;
+    CCells m_anColors;
     int m_nSelected = 0;
     int m_nFocus = 0;
 };

@@ -59,6 +59,7 @@ void CFXPropertiesDlg::OnInitDialog(const CRect& rcRows, const ITextMeasure* pFo
     if (m_pView)
         m_pView->Repaint();
     UpdateParentButtons();
+    NoteStep();
 }
 
 void CFXPropertiesDlg::BuildRow(uint32_t nIndex, const ITextMeasure* pFont, uint32_t& nControlID)
@@ -73,13 +74,7 @@ void CFXPropertiesDlg::BuildRow(uint32_t nIndex, const ITextMeasure* pFont, uint
     const int32_t nLabel = rcRows.left + m_Metrics.m_nCheckWidth;
     CRow& row = m_Rows[nIndex];
     if (m_Props.GetParent())
-    {
-        row.m_pCheck = std::make_unique<CControlDesc>();
-        row.m_pCheck->m_eKind = EControlKind::eCheck;
-        row.m_pCheck->m_nID = c_nFirstCheckID + nIndex;
-        row.m_pCheck->m_rc = CRect{rcRows.left, nTop, nLabel, nBottom};
-        row.m_pCheck->m_sToolTip = c_szCheckToolTip;
-    }
+        MakeCheck(nIndex);
     CRowPlace place;
     place.m_rcLabel = CRect{nLabel, nTop, nSplit, nBottom};
     place.m_rcControl = CRect{nSplit + m_Metrics.m_nGap, nTop, rcRows.right, nBottom};
@@ -92,6 +87,68 @@ void CFXPropertiesDlg::BuildRow(uint32_t nIndex, const ITextMeasure* pFont, uint
     else
         row.m_pCtrls->CreateControls(pProp->GetDesc(), place, nCount);
     nControlID += nCount;
+}
+
+// At the row's place as the list is scrolled.
+void CFXPropertiesDlg::MakeCheck(uint32_t nIndex)
+{
+    const int32_t nTop = m_rcRows.top + m_Metrics.m_nPitch * (static_cast<int32_t>(nIndex) - m_nTopRow);
+    auto pCheck = std::make_unique<CControlDesc>();
+    pCheck->m_eKind = EControlKind::eCheck;
+    pCheck->m_nID = c_nFirstCheckID + nIndex;
+    pCheck->m_rc =
+        CRect{m_rcRows.left, nTop, m_rcRows.left + m_Metrics.m_nCheckWidth, nTop + m_Metrics.m_nHeight};
+    pCheck->m_sToolTip = c_szCheckToolTip;
+    pCheck->m_bVisible = IsRowVisible(nIndex);
+    m_Rows[nIndex].m_pCheck = std::move(pCheck);
+}
+
+bool operator==(const CSetState& left, const CSetState& right)
+{
+    const CEffectPropertySet& a = *left.m_pSet;
+    const CEffectPropertySet& b = *right.m_pSet;
+    const auto isSame = [](const auto& pOld, const auto& pNew)
+    {
+        if (!pOld || !pNew)
+            return !pOld && !pNew;
+        const CEffectProperty &before = *pOld, &after = *pNew;
+        bool bSame = before.GetNumKeys() == after.GetNumKeys();
+        for (uint32_t i = 0; bSame && i < before.GetNumKeys(); ++i)
+            bSame = before.GetKey(i)->m_fTime == after.GetKey(i)->m_fTime &&
+                    before.GetKey(i)->m_Data == after.GetKey(i)->m_Data;
+        return bSame;
+    };
+    return a.GetParent() == b.GetParent() &&
+           std::equal(a.m_Props.begin(), a.m_Props.end(), b.m_Props.begin(), b.m_Props.end(), isSame);
+}
+
+// With what stands in the rows, which OK would read.
+CSetState CFXPropertiesDlg::GetState() const
+{
+    auto pSet = std::make_shared<CEffectPropertySet>(m_Props);
+    for (uint32_t i = 0; i < m_Rows.size(); ++i)
+    {
+        CEffectProperty* pOwn = pSet->GetPropertyDirect(i);
+        if (pOwn && m_Rows[i].m_pCtrls && !IsCurve(*pOwn))
+            m_Rows[i].m_pCtrls->GetFromControls(pOwn, 0);
+    }
+    return {std::move(pSet)};
+}
+
+void CFXPropertiesDlg::SetState(const CSetState& state)
+{
+    m_Props = *state.m_pSet;
+    for (uint32_t i = 0; i < m_Rows.size(); ++i)
+    {
+        if (!m_Props.GetParent())
+            m_Rows[i].m_pCheck.reset();
+        else if (!m_Rows[i].m_pCheck && m_Rows[i].m_pCtrls)
+            MakeCheck(i);
+        CheckChanged(i);
+        UpdateRowState(i);
+    }
+    RefreshAllRows();
+    UpdateParentButtons();
 }
 
 bool CFXPropertiesDlg::OnOK()

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "properties/EffectPropertyCtrls.h"
+#include "properties/OwnUndo.h"
 
 // Who shows the dialog. Rows have views of their own.
 class IPropertiesView
@@ -39,9 +40,16 @@ enum class EScrollCode
     eOther
 };
 
+// What a key or prefab has for itself.
+struct CSetState
+{
+    std::shared_ptr<const CEffectPropertySet> m_pSet; // never null
+    friend bool operator==(const CSetState& left, const CSetState& right);
+};
+
 // The list of all properties of a key or prefab. Works on a copy of the set, which the caller takes over
 // after OK; only Open Parent writes elsewhere, into the prefab itself and at once.
-class CFXPropertiesDlg
+class CFXPropertiesDlg : public TOwnUndo<CSetState>
 {
 public:
     static constexpr uint32_t c_nFirstControlID = 5000;
@@ -89,7 +97,10 @@ public:
     CEffectPropertySet m_Props;
 
 private:
+    CSetState GetState() const override;
+    void SetState(const CSetState& state) override;
     void BuildRow(uint32_t nIndex, const ITextMeasure* pFont, uint32_t& nControlID);
+    void MakeCheck(uint32_t nIndex);
     void ReadRows();
     void RefreshRow(uint32_t nIndex);
     void RefreshAllRows();

@@ -38,6 +38,32 @@ void CFunctionCurveDlg::OnInitDialog(const CRect& rcCurve, const CRect& rcLabel,
     // A colour curve opens on its alpha: the colour itself is seen behind it.
     OnAxisChange(Kind() == ePropType_Color ? 3 : 0);
     OnBestFit();
+    NoteStep();
+}
+
+bool operator==(const CCurveKeys& left, const CCurveKeys& right)
+{
+    return std::equal(left.m_Keys.begin(), left.m_Keys.end(), right.m_Keys.begin(), right.m_Keys.end(),
+                      [](const CPropKey& a, const CPropKey& b)
+                      { return a.m_fTime == b.m_fTime && a.m_Data == b.m_Data; });
+}
+
+CCurveKeys CFunctionCurveDlg::GetState() const
+{
+    CCurveKeys state;
+    for (uint32_t i = 0; i < m_Prop.GetNumKeys(); ++i)
+        state.m_Keys.push_back(*m_Prop.GetKey(i));
+    return state;
+}
+
+void CFunctionCurveDlg::SetState(const CCurveKeys& state)
+{
+    CPropKeyList keys;
+    keys.Reserve(static_cast<uint32_t>(state.m_Keys.size()));
+    for (const CPropKey& key : state.m_Keys)
+        keys.Add(key);
+    m_Prop.SetKeys(std::move(keys));
+    OnSelectionChanged();
 }
 
 bool CFunctionCurveDlg::OnOK()

@@ -8,6 +8,7 @@
 #include "app/resources/DialogIds.h"
 #include "properties/CurvePainter.h"
 #include "properties/EffectPropertyCtrls.h"
+#include "properties/OwnUndo.h"
 
 // Who shows the dialog. The row under the curve has a view of its own.
 class ICurveDialogView
@@ -27,12 +28,19 @@ struct CCurveControlState
     friend bool operator==(const CCurveControlState&, const CCurveControlState&) = default;
 };
 
+// The keys of a curve. Which are selected comes along, and makes no difference.
+struct CCurveKeys
+{
+    std::vector<CPropKey> m_Keys;
+    friend bool operator==(const CCurveKeys& left, const CCurveKeys& right);
+};
+
 // Edits a function curve: keys are added with the right button, picked and dragged with the left one, and
 // given exact values and times below. Works on a copy, m_Prop, which the caller takes over after OK.
 //
 // A gesture is fed by events: OnLeftDown, OnMouseMove for every move, OnLeftUp for the release and when the
 // mouse is lost. It holds flags and points, never an index. Points are the dialog's.
-class CFunctionCurveDlg
+class CFunctionCurveDlg : public TOwnUndo<CCurveKeys>
 {
 public:
     // A null property is reported. Read-only: all may be looked at and selected, nothing changes.
@@ -91,6 +99,8 @@ private:
         uint32_t m_nCount = 0;
         int m_nFirst = -1;
     };
+    CCurveKeys GetState() const override;
+    void SetState(const CCurveKeys& state) override;
     CSelection GetSelection() const;
     uint32_t Kind() const;
     bool IsRangeEditable() const;

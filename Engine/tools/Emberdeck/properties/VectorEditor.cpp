@@ -56,6 +56,16 @@ void CEditVectorDlg::OnInitDialog(const CRect& rcSide, const CRect& rcTop)
 {
     m_rcSide = rcSide;
     m_rcTop = rcTop;
+    NoteStep();
+}
+
+void CEditVectorDlg::SetState(const CVectorState& state)
+{
+    m_vDirection = state.m_vDirection;
+    m_sMagnitude = state.m_sMagnitude;
+    Repaint();
+    if (m_pView)
+        m_pView->ShowMagnitude();
 }
 
 bool CEditVectorDlg::OnOK()

@@ -4,6 +4,7 @@
 
 #include "platform/IDrawSurface.h"
 #include "platform/IPrompts.h"
+#include "properties/OwnUndo.h"
 #include "qsmath.h"
 
 // The two views of a direction.
@@ -19,6 +20,7 @@ class IVectorDialogView
 public:
     virtual ~IVectorDialogView() = default;
     virtual void RepaintViews() = 0;
+    virtual void ShowMagnitude() = 0;   // its text in the box
     virtual void SelectMagnitude() = 0; // focus to the box, all of its text selected
 };
 
@@ -32,10 +34,21 @@ inline constexpr CVectorPreset c_VectorPresets[] = {
     {"Right", {1, 0, 0}}, {"Forward", {0, 0, 1}}, {"Back", {0, 0, -1}},
 };
 
+struct CVectorState
+{
+    CVector3 m_vDirection;
+    std::string m_sMagnitude;
+    friend bool operator==(const CVectorState& left, const CVectorState& right)
+    {
+        return left.m_vDirection.x == right.m_vDirection.x && left.m_vDirection.y == right.m_vDirection.y &&
+               left.m_vDirection.z == right.m_vDirection.z && left.m_sMagnitude == right.m_sMagnitude;
+    }
+};
+
 // A vector as a unit direction, which is swung by dragging in one of two views, and a magnitude. Points and
 // the views' rectangles are the dialog's. Feed OnMouseMove for every move, and OnLeftUp for the release and
 // when the mouse is lost.
-class CEditVectorDlg
+class CEditVectorDlg : public TOwnUndo<CVectorState>
 {
 public:
     static constexpr float c_fMinMagnitude = 0.001f;
@@ -72,6 +85,8 @@ public:
     float m_fMagnitude = 0.0f;
 
 private:
+    CVectorState GetState() const override { return {m_vDirection, m_sMagnitude}; }
+    void SetState(const CVectorState& state) override;
     CPoint FromCentre(CPoint pt) const;
     void Repaint();
 

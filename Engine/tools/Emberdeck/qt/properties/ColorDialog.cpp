@@ -10,6 +10,7 @@
 
 #include "app/resources/ToolbarIcons.h"
 #include "qt/properties/ColorViews.h"
+#include "qt/properties/DialogUndo.h"
 #include "qt/toolkit/AccessibleViews.h"
 #include "qt/toolkit/PropertyControls.h"
 #include "qt/toolkit/QtSurface.h"
@@ -40,6 +41,7 @@ ColorDialog::ColorDialog(CKRColorDialog& dialog, QWidget* pParent)
     SetTabOrder();
     m_Dialog.SetView(this);
     m_pBasic->setFocus();
+    new DialogUndo(*this, dialog);
 }
 
 ColorDialog::~ColorDialog()

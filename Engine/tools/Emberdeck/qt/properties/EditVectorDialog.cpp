@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QPushButton>
 
+#include "qt/properties/DialogUndo.h"
 #include "qt/toolkit/QtSurface.h"
 #include "qt/toolkit/QtText.h"
 
@@ -90,6 +91,7 @@ EditVectorDialog::EditVectorDialog(CEditVectorDlg& dialog, QWidget* pParent)
         pButton->setAutoDefault(true); // Enter presses the one that has the focus
     m_Dialog.SetView(this);
     SelectMagnitude();
+    new DialogUndo(*this, dialog);
 }
 
 EditVectorDialog::~EditVectorDialog()
@@ -107,6 +109,11 @@ void EditVectorDialog::RepaintViews()
 {
     m_pSide->update();
     m_pTop->update();
+}
+
+void EditVectorDialog::ShowMagnitude()
+{
+    m_pMagnitude->setText(QtText::ToQt(m_Dialog.GetMagnitudeText()));
 }
 
 void EditVectorDialog::SelectMagnitude()

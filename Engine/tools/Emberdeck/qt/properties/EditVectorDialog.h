@@ -48,6 +48,7 @@ protected:
 
 private:
     void RepaintViews() override;
+    void ShowMagnitude() override;
     void SelectMagnitude() override;
 
     CEditVectorDlg& m_Dialog;

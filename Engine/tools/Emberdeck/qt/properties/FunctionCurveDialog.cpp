@@ -11,6 +11,7 @@
 
 #include "app/resources/Accelerators.h"
 #include "app/resources/DialogIcons.h"
+#include "qt/properties/DialogUndo.h"
 #include "qt/toolkit/KeyCodes.h"
 #include "qt/toolkit/PropertyControls.h"
 #include "qt/toolkit/QtSurface.h"
@@ -134,6 +135,7 @@ FunctionCurveDialog::FunctionCurveDialog(CFunctionCurveDlg& dialog, QWidget* pPa
     OnButtonsChanged();
     SetTabOrder();
     m_Controls.Find(c_nControlOk)->setFocus();
+    new DialogUndo(*this, dialog);
     // Before the box that has the focus, which has a use of its own for some of the keys.
     qApp->installEventFilter(this);
 }

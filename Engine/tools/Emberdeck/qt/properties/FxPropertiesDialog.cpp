@@ -10,6 +10,7 @@
 #include <QSignalBlocker>
 #include <QWheelEvent>
 
+#include "qt/properties/DialogUndo.h"
 #include "qt/toolkit/PropertyControls.h"
 #include "qt/toolkit/QtSurface.h"
 #include "qt/toolkit/QtText.h"
@@ -53,6 +54,7 @@ FxPropertiesDialog::FxPropertiesDialog(CFXPropertiesDlg& dialog, QWidget* pParen
     OnScrollBarChanged();
     OnParentButtonsChanged();
     SetTabOrder();
+    new DialogUndo(*this, dialog);
     // Before any child sees it: a list must not change under the wheel.
     qApp->installEventFilter(this);
 }
@@ -91,22 +93,27 @@ void FxPropertiesDialog::MakeRows()
     m_Checks.resize(rows.size());
     for (uint32_t i = 0; i < rows.size(); ++i)
     {
-        if (const CControlDesc* pDesc = rows[i].m_pCheck.get())
-        {
-            auto* pCheck = new QCheckBox(this);
-            pCheck->setToolTip(PlainToolTip(QtText::ToQt(pDesc->m_sToolTip)));
-            const CControlDesc* pLabel = rows[i].m_pCtrls ? rows[i].m_pCtrls->GetControl(0) : nullptr;
-            const QString sRow =
-                pLabel ? QtText::ToQt(pLabel->m_sText).remove(QLatin1String(" :")) : QString();
-            pCheck->setAccessibleName(QStringLiteral("%1 from the parent prefab").arg(sRow));
-            connect(pCheck, &QCheckBox::clicked, this,
-                    [this, nID = pDesc->m_nID](bool bChecked) { m_Dialog.OnCheck(nID, bChecked); });
-            m_Checks[i] = pCheck;
+        if (rows[i].m_pCheck)
             OnCheckChanged(i);
-        }
         if (rows[i].m_pCtrls)
             m_Rows[i] = std::make_unique<PropertyRow>(*rows[i].m_pCtrls, this);
     }
+}
+
+void FxPropertiesDialog::MakeCheck(uint32_t nRow)
+{
+    const CFXPropertiesDlg::CRow& row = m_Dialog.GetRows()[nRow];
+    auto* pCheck = new QCheckBox(this);
+    pCheck->setToolTip(PlainToolTip(QtText::ToQt(row.m_pCheck->m_sToolTip)));
+    const CControlDesc* pLabel = row.m_pCtrls ? row.m_pCtrls->GetControl(0) : nullptr;
+    const QString sRow = pLabel ? QtText::ToQt(pLabel->m_sText).remove(QLatin1String(" :")) : QString();
+    pCheck->setAccessibleName(QStringLiteral("%1 from the parent prefab").arg(sRow));
+    connect(pCheck, &QCheckBox::clicked, this,
+            [this, nID = row.m_pCheck->m_nID](bool bChecked) { m_Dialog.OnCheck(nID, bChecked); });
+    // One that comes back stands where it was for the Tab key.
+    if (m_Rows[nRow] && !m_Rows[nRow]->Focusable().empty())
+        QWidget::setTabOrder(pCheck, m_Rows[nRow]->Focusable().front());
+    m_Checks[nRow] = pCheck;
 }
 
 // The rows come first, whose first value has the focus at the start.
@@ -148,10 +155,14 @@ void FxPropertiesDialog::accept()
 
 void FxPropertiesDialog::OnCheckChanged(uint32_t nRow)
 {
-    QCheckBox* pCheck = nRow < m_Checks.size() ? m_Checks[nRow].data() : nullptr;
-    if (!pCheck)
+    if (nRow >= m_Checks.size())
         return;
     const CControlDesc* pDesc = m_Dialog.GetRows()[nRow].m_pCheck.get();
+    if (pDesc && !m_Checks[nRow])
+        MakeCheck(nRow);
+    QCheckBox* pCheck = m_Checks[nRow];
+    if (!pCheck)
+        return;
     if (!pDesc)
     {
         pCheck->hide();

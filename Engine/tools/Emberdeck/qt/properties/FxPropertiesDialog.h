@@ -36,6 +36,7 @@ private:
 
     void FitScreen();
     void MakeRows();
+    void MakeCheck(uint32_t nRow);
     void SetTabOrder();
     void KeepFocusInView(const std::function<void()>& scroll);
     int RowOf(const QWidget* pWidget) const;             // -1: of no row
