@@ -91,7 +91,8 @@ private:
         }
         const bool bCtrl = Below(2), bShift = Below(4) == 0;
         m_sStep = std::string("drag") + (bCtrl ? " Ctrl" : "") + (bShift ? " Shift" : "");
-        const std::string sBefore = m_Undo.Text();
+        const bool bEscape = Below(8) == 0;
+        const std::string sBefore = bEscape ? m_Undo.Text() : std::string();
         m_Bench.Press(pt, bCtrl, bShift);
         for (uint32_t n = 1 + Below(4); n > 0; --n)
         {
@@ -100,7 +101,7 @@ private:
             pt.y += bShift ? int32_t(Below(80)) - 40 : 0;
             m_Bench.wnd->OnMove(pt, true);
         }
-        if (Below(8) == 0 && m_Bench.wnd->IsDragging())
+        if (bEscape && m_Bench.wnd->IsDragging())
         {
             EXPECT_TRUE(m_Bench.wnd->OnEscape());
             EXPECT_EQ(sBefore, m_Undo.Text()) << m_sStep;
@@ -125,10 +126,13 @@ TEST(TimelineWalk, NothingMakesAnOverlapOrAStartBeforeTheOrigin)
             walk.Step();
             ASSERT_TRUE(IsInOrder(walk.m_Bench)) << nSeed << '.' << i << ' ' << walk.m_sStep << "\nfrom "
                                                  << sBefore << "\nto   " << walk.m_Bench.Dump();
+            if (nSeed > 4) // it takes most of the time
+                continue;
             walk.m_Undo.Check();
             ASSERT_FALSE(HasFatalFailure()) << nSeed << '.' << i << ' ' << walk.m_sStep;
         }
-        walk.m_Undo.CheckAll();
+        if (nSeed <= 4)
+            walk.m_Undo.CheckAll();
     }
 }
 
