@@ -3,6 +3,10 @@
 
 #include "FuzzLibrary.h"
 
+#include "changes/Compare.h"
+#include "changes/ImageReader.h"
+#include "changes/Merge.h"
+
 namespace
 {
 struct CCountingObserver : ILoadObserver
@@ -28,6 +32,32 @@ void CheckPacked(CFuzzLibrary& library, const CEffectTypeTable& types, const cha
                 game.m_File.m_nNumKeys == packed.m_Header.m_nNumKeys,
             "the packed library holds something else");
 }
+
+bool SavePicture(const CLibraryImage& image, std::string& sText)
+{
+    const CMemoryFile file;
+    if (!SaveLibraryImage(file.Path(), image))
+        return false;
+    sText = file.Read();
+    return true;
+}
+
+// The reader that needs no plug-in: what it takes it gives back, and merged with itself it is that.
+void CheckPicture(std::string_view sText)
+{
+    std::vector<std::shared_ptr<const CLibraryImage>> first, again;
+    std::string sFirst, sSecond, sError;
+    const bool bRead = ReadLibraryImages({{"file", std::string(sText)}}, first, sError);
+    Require(bRead == sError.empty(), "a refusal without a reason, or a reason without one");
+    if (!bRead || !SavePicture(*first[0], sFirst))
+        return;
+    Require(ReadLibraryImages({{"again", sFirst}}, again, sError) && SavePicture(*again[0], sSecond) &&
+                sSecond == sFirst,
+            "a picture doesn't come back");
+    const CMerged merged = Merge(*first[0], *Align(*first[0], *again[0]), *first[0]);
+    Require(merged.m_Conflicts.empty() && SavePicture(*merged.m_pImage, sSecond) && sSecond == sFirst,
+            "a library merged with itself is another one");
+}
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
@@ -36,6 +66,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
     static CTestModule s_Types;
     const CEffectModule& module = s_Types.m_Module;
     const std::string_view sText(reinterpret_cast<const char*>(pData), nSize);
+    CheckPicture(sText);
 
     CFuzzLibrary library(module), watched(module);
     CCountingObserver observer;

@@ -100,13 +100,13 @@ private:
     {
         auto pSpell = std::make_shared<CSpellImage>(other);
         pSpell->m_nSerial = m_Objects[other.m_nSerial];
-        CLikes<uint32_t> likes; // keys by id
+        CLikes<std::pair<uint32_t, std::string>> likes; // keys by id and type: no key changes its type
         std::map<uint64_t, size_t> trackOf;
         for (size_t i = 0; pLike && i < pLike->m_Tracks.size(); ++i)
         {
             for (const auto& pKey : pLike->m_Tracks[i]->m_Keys)
             {
-                likes.Add(pKey->m_nKeyID, pKey->m_nSerial);
+                likes.Add(WhatOf(*pKey), pKey->m_nSerial);
                 trackOf.emplace(pKey->m_nSerial, i);
             }
         }
@@ -117,7 +117,7 @@ private:
             std::map<size_t, size_t>& counts = shared.emplace_back();
             for (auto& pKey : pCopy->m_Keys)
             {
-                const uint64_t nLike = likes.Take(pKey->m_nKeyID);
+                const uint64_t nLike = likes.Take(WhatOf(*pKey));
                 auto pKeyCopy = std::make_shared<CKeyImage>(*pKey);
                 Renumber(*pKeyCopy, nLike ? nLike : pKey->m_nSerial);
                 pKey = std::move(pKeyCopy);
@@ -129,6 +129,10 @@ private:
         if (pLike)
             AlignTracks(*pSpell, *pLike, shared);
         return pSpell;
+    }
+    static std::pair<uint32_t, std::string> WhatOf(const CKeyImage& key)
+    {
+        return {key.m_nKeyID, key.m_pType ? key.m_pType->m_sName : std::string()};
     }
     // Those with the most keys in common first; then what shares none in the order in which it stands.
     static void AlignTracks(CSpellImage& spell, const CSpellImage& like,
