@@ -4,8 +4,9 @@
 
 TEST(BatchUsage, EveryCommandHasHelpAndWrongUseExitsWithTwo)
 {
-    const char* const aCommands[] = {"types", "info", "check",    "convert",    "update", "pack",   "dump",
-                                     "nodes", "deps", "compress", "decompress", "launch", "recover"};
+    const char* const aCommands[] = {"types",      "info",   "check",   "convert", "update",
+                                     "pack",       "dump",   "nodes",   "deps",    "compress",
+                                     "decompress", "launch", "recover", "diff",    "merge"};
     const CProcessResult help = Batch({"--help"});
     EXPECT_EQ(0, help.m_nExitCode);
     for (const char* pszCommand : aCommands)

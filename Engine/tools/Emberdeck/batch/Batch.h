@@ -81,3 +81,6 @@ void AddContainerCommands(CLI::App& app, const CBatchOptions& options, CCommandR
 void AddDepsCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult);
 void AddLaunchCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult);
 void AddRecoverCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult);
+void AddDiffCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult);
+void AddMergeCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult);
+void AddGitSetupCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult);

@@ -72,6 +72,9 @@ int Run(int argc, char** argv)
     AddDepsCommand(app, options, nResult);
     AddLaunchCommand(app, options, nResult);
     AddRecoverCommand(app, options, nResult);
+    AddDiffCommand(app, options, nResult);
+    AddMergeCommand(app, options, nResult);
+    AddGitSetupCommand(app, options, nResult);
     RefuseEmptyNames(app);
 
     try
