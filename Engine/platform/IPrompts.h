@@ -38,13 +38,12 @@ enum class EAnswer
 // What a file dialog is to look like. All of it may stay empty.
 struct CFileDialogRequest
 {
-    bool m_bOpen = true;
+    bool m_bOpen = true;             // gives only existing files
     std::string m_sDefaultExtension; // as given, such as "Fx00c" or "*.Fx00c"
     std::string m_sInitialName;      // may hold patterns such as "*.Fx00a;*.Fx00c"
     std::string m_sInitialDirectory; // empty: the working directory
     std::string m_sFilter;           // "Text|pattern;pattern|Text|pattern||"
     bool m_bOverwritePrompt = true;  // a save dialog asks before it gives an existing file
-    bool m_bMustExist = false;       // an open dialog gives only existing files
 };
 
 // What EnterText asks for.

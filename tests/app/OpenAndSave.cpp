@@ -66,7 +66,7 @@ TEST(OpenAndSave, AProjectIsChosenByItsLocatorFile)
     EXPECT_TRUE(bench.app->m_EffectModule.IsLoaded());
     EXPECT_EQ(CCalls{"SetProject prov|db"}, bench.sourceControl.m_Calls);
     const CFileDialogRequest& request = bench.prompts.m_Files.back();
-    EXPECT_TRUE(request.m_bOpen && request.m_bMustExist);
+    EXPECT_TRUE(request.m_bOpen);
     EXPECT_NE(std::string::npos, request.m_sFilter.find("*.proj00"));
 }
 

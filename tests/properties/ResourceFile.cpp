@@ -35,7 +35,7 @@ TEST(ResourceFile, PathsBehindTheRootAreKept)
     EXPECT_EQ("", first.m_sInitialName); // the root exists too, but is no file
     EXPECT_EQ(bench.dir.path("res/"), first.m_sInitialDirectory);
     EXPECT_EQ("Textures (*.dds)|*.dds||", first.m_sFilter);
-    EXPECT_TRUE(first.m_bMustExist);
+    EXPECT_TRUE(first.m_bOpen);
 
     std::string sOther = bench.dir.path("RES/a.dds");
     EXPECT_TRUE(bench.Choose(button, sOther)); // the root in other case

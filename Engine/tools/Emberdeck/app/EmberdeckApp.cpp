@@ -189,7 +189,6 @@ bool CEmberdeckApp::ChooseProject()
 {
     CFileDialogRequest request;
     request.m_bOpen = true;
-    request.m_bMustExist = true;
     request.m_sInitialDirectory = GetCurrentDirectoryPath();
     request.m_sFilter = c_szProjectFilter;
     std::string sPath;

@@ -89,7 +89,6 @@ bool CResourceFileButton::OnClick(CEditContext& context)
 
     CFileDialogRequest request;
     request.m_bOpen = true;
-    request.m_bMustExist = true;
     request.m_sFilter = m_sFilter.empty() ? c_szAllFilesFilter : m_sFilter;
     // The root itself exists too, but is no file.
     if (!m_sFile.empty() && FileExists(sFull))
