@@ -94,6 +94,7 @@ public:
         ~CDialog() override { --m_View.m_nDialogs; }
         void Raise() override { ++m_View.m_nRaised; }
         void SetVisible(bool bVisible) override { m_View.m_bDialogShown = bVisible; }
+        void AskOver(const std::function<void()>& work) override { work(); }
         CFakeTreeView& m_View;
     };
 

@@ -24,6 +24,21 @@ TEST(DesktopAccessibility, MainWindowIsNamed)
     QWidget* pFind = Shown<TemplateDialog>();
     ASSERT_TRUE(pFind);
     Inspect(*pFind, "find");
+    Desktop::Type("nothing");
+    // Asked for in the tree, too, its boxes stand over the dialog.
+    const auto answerNo = [pFind](QWidget* pBox)
+    {
+        EXPECT_EQ(pFind, pBox->parentWidget());
+        Desktop::Key("alt+n");
+    };
+    Desktop::WhileOpen(answerNo);
+    Desktop::Key("Return");
+    Desktop::Click(desk.At(desk.pPrefabs, "Puff"));
+    ASSERT_TRUE(desk.window.isActiveWindow() && pFind->isVisible());
+    Desktop::WhileOpen(answerNo);
+    Desktop::Key("F3");
+    pFind->activateWindow();
+    ASSERT_TRUE(Desktop::Settle([&] { return pFind->isActiveWindow(); }));
     Desktop::Key("Escape");
     EXPECT_FALSE(Shown<TemplateDialog>());
 }

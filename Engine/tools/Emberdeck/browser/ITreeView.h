@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -13,6 +14,8 @@ public:
     virtual ~IFindDialog() = default; // closes it. Comes from within OnFindDialogClosed, too
     virtual void Raise() = 0;
     virtual void SetVisible(bool bVisible) = 0;
+    // Does the work at once. What is asked in it is asked over the dialog, if that is shown.
+    virtual void AskOver(const std::function<void()>& work) = 0;
 };
 
 // Where the rows stand: one height for all, the first one's top in window coordinates (above the window when

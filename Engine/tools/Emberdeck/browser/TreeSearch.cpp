@@ -57,6 +57,14 @@ void CTreeSearch::FindAgain()
 void CTreeSearch::Run()
 {
     m_LabelEdit.End();
+    if (m_pDialog)
+        m_pDialog->AskOver([this] { Walk(); });
+    else
+        Walk();
+}
+
+void CTreeSearch::Walk()
+{
     const CFindOptions search = m_Last; // the questions may lead to another search
     HLibraryItem hFound;
     const EFind eResult = FindInTree(

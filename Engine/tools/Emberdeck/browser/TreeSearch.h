@@ -26,6 +26,7 @@ public:
 
 private:
     void Run();
+    void Walk();
 
     CTreeSelection& m_Selection;
     CLabelEdit& m_LabelEdit;

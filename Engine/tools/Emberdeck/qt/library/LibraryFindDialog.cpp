@@ -6,6 +6,7 @@
 
 #include "app/resources/DialogTemplates.h"
 #include "qt/library/LibraryTreeView.h"
+#include "qt/toolkit/QtPrompts.h"
 #include "qt/toolkit/QtText.h"
 #include "qt/toolkit/TemplateDialog.h"
 
@@ -44,6 +45,11 @@ public:
         activateWindow();
     }
     void SetVisible(bool bVisible) override { setVisible(bVisible); }
+    void AskOver(const std::function<void()>& work) override
+    {
+        const CBoxOwner owner(*this);
+        work();
+    }
 
 private:
     void FindNext()

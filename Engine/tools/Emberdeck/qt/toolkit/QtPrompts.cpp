@@ -27,6 +27,8 @@ namespace
 constexpr qint64 c_nProgressAfterMs = 500;
 constexpr qint64 c_nProgressEachMs = 40; // work that tells more often isn't slowed down by it
 
+CBoxOwner* s_pBoxOwner = nullptr; // the innermost
+
 QMessageBox::StandardButtons Buttons(EButtons eButtons)
 {
     switch (eButtons)
@@ -144,11 +146,26 @@ private:
 };
 } // namespace
 
+CBoxOwner::CBoxOwner(QWidget& window) : m_pWindow(&window), m_pOuter(std::exchange(s_pBoxOwner, this)) {}
+
+CBoxOwner::~CBoxOwner()
+{
+    s_pBoxOwner = m_pOuter;
+}
+
+QWidget* CBoxOwner::Current()
+{
+    QWidget* pWindow = s_pBoxOwner ? s_pBoxOwner->m_pWindow.data() : nullptr;
+    return pWindow && pWindow->isVisible() ? pWindow : nullptr;
+}
+
 QWidget* QtPrompts::Owner() const
 {
     if (QWidget* pModal = QApplication::activeModalWidget())
         return pModal;
-    // A modeless one that the user works in, as the find dialog.
+    if (QWidget* pWindow = CBoxOwner::Current())
+        return pWindow;
+    // A modeless one that the user works in.
     if (QWidget* pActive = QApplication::activeWindow(); qobject_cast<QDialog*>(pActive))
         return pActive;
     return m_pOwner;

@@ -8,6 +8,21 @@
 
 class QWidget;
 
+// While one lives, boxes belong to this window in place of the main window, if it is shown. They nest.
+class CBoxOwner
+{
+public:
+    explicit CBoxOwner(QWidget& window); // borrowed, and may go
+    ~CBoxOwner();
+    CBoxOwner(const CBoxOwner&) = delete;
+    CBoxOwner& operator=(const CBoxOwner&) = delete;
+    static QWidget* Current(); // null: none that is shown
+
+private:
+    QPointer<QWidget> m_pWindow;
+    CBoxOwner* m_pOuter;
+};
+
 // Answers with dialogs over the main window, or over the dialog that is up. Each call runs a message loop until it is
 // answered. Long work gets the wait cursor at once, and after a while a window that tells how far it is and takes a
 // cancel.
