@@ -144,6 +144,28 @@ TEST_F(CPackedReaders, ALongCurveThatManyKeysInherit)
     EXPECT_EQ(keys[0].m_Properties[3].m_Keys.begin(), keys[4999].m_Properties[3].m_Keys.begin());
 }
 
+// Equal words are one curve, whatever numbers they have in the lists: those of the first property are in the file.
+TEST_F(CPackedReaders, EnumCurvesOfUnlikeListsShareARecord)
+{
+    m_pTypes = std::make_shared<CTestModule>(
+        [](CTestPlugin& plugin)
+        {
+            plugin.type("T").prop(ePropType_Enum, "Long").data("a,b,c").def("a").step();
+            plugin.prop(ePropType_Enum, "Short").data("c,a").def("a").step();
+        });
+    const std::vector<std::pair<float, const char*>> words = {{0.0f, "c"}, {0.5f, "a"}};
+    const auto pLibrary =
+        aLibrary(m_pTypes).effect("E").key("T").curve("Long", words).curve("Short", words).build();
+    std::string s = Pack(*pLibrary);
+    ASSERT_EQ(20u, WordAt(s, 16)) << "one record";
+    EXPECT_TRUE(Strict(s)) << m_sError;
+    EXPECT_TRUE(Game(s)) << m_sGameError;
+    const uint32_t nCurves = WordAt(s, 32) + WordAt(s, 12);
+    ASSERT_EQ(2u, WordAt(s, nCurves + 8));
+    SetWord(s, nCurves + 8, 3); // in neither list
+    EXPECT_FALSE(Strict(s) || Game(s));
+}
+
 // Unsound by the schema alone: each was a file that dump took.
 TEST_F(CPackedReaders, DumpKnowsTheSchema)
 {

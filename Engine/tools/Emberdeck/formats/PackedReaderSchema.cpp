@@ -66,12 +66,9 @@ bool CPackedReader::CheckCurveValues()
 }
 
 // Values are validated before they are packed, so validation has nothing left to do: times, and the range of
-// numbers. Enumerators have become indices, which must be among each list's.
+// numbers. Enumerators have become indices: equal texts are one curve, with the indices of the list that came first.
 bool CPackedReader::CheckValues(uint32_t nAt, const CEffectPropertyDesc& desc, const CPackedValues& values)
 {
-    const size_t nEnumerators = desc.m_eType == ePropType_Enum
-                                    ? std::max<size_t>(SplitEnumList(DescData(desc).c_str()).size(), 1)
-                                    : 0;
     CEffectProperty prop(&desc);
     prop.ReserveKeys(static_cast<uint32_t>(values.size()));
     for (const CPackedCurveKey& value : values)
@@ -84,9 +81,6 @@ bool CPackedReader::CheckValues(uint32_t nAt, const CEffectPropertyDesc& desc, c
             key.m_Data.SetFloat(*pFloat);
         else if (const auto* pVector = std::get_if<CVector3>(&value.m_Value.m_Value))
             key.m_Data.SetVector(*pVector);
-        else if (const auto* pIndex = std::get_if<uint32_t>(&value.m_Value.m_Value);
-                 pIndex && *pIndex >= nEnumerators)
-            return Fail(nAt, QSFormat("%s has no enumerator %u", DescName(desc).c_str(), *pIndex));
         prop.AddKey(std::move(key));
     }
     SettleStructure(&prop);
