@@ -20,7 +20,7 @@ namespace
 {
 CPoint ScreenPoint(const QMouseEvent* pEvent)
 {
-    return FromQt(pEvent->globalPosition().toPoint());
+    return FromQt(pEvent->globalPosition());
 }
 
 // In a folded dock the pages' rectangles are turned inside out, and a widget would still be pressed there.

@@ -1,7 +1,5 @@
 #include "qt/library/LibraryTreeView.h"
 
-#include <cmath>
-
 #include <QContextMenuEvent>
 #include <QMenu>
 #include <QMouseEvent>
@@ -15,11 +13,6 @@
 
 namespace
 {
-CPoint PointOf(const QPointF& pt)
-{
-    return CPoint{int32_t(std::floor(pt.x())), int32_t(std::floor(pt.y()))};
-}
-
 CModifiers ModifiersOf(const QInputEvent* pEvent)
 {
     return CModifiers{bool(pEvent->modifiers() & Qt::ControlModifier),
@@ -78,7 +71,7 @@ ETreeKey TreeKey(const QKeyEvent* pEvent)
 
 void LibraryTreeView::mousePressEvent(QMouseEvent* pEvent)
 {
-    const CPoint pt = PointOf(pEvent->position());
+    const CPoint pt = FromQt(pEvent->position());
     if (!m_pPanel)
         return;
     if (pEvent->button() == Qt::RightButton)
@@ -94,20 +87,20 @@ void LibraryTreeView::mousePressEvent(QMouseEvent* pEvent)
 void LibraryTreeView::mouseDoubleClickEvent(QMouseEvent* pEvent)
 {
     if (m_pPanel && pEvent->button() == Qt::LeftButton)
-        m_pPanel->OnDoubleClick(PointOf(pEvent->position()), ModifiersOf(pEvent));
+        m_pPanel->OnDoubleClick(FromQt(pEvent->position()), ModifiersOf(pEvent));
 }
 
 void LibraryTreeView::mouseMoveEvent(QMouseEvent* pEvent)
 {
     if (m_pPanel)
-        m_pPanel->OnMove(PointOf(pEvent->position()), pEvent->buttons() & Qt::LeftButton);
+        m_pPanel->OnMove(FromQt(pEvent->position()), pEvent->buttons() & Qt::LeftButton);
 }
 
 void LibraryTreeView::mouseReleaseEvent(QMouseEvent* pEvent)
 {
     if (!m_pPanel)
         return;
-    const CPoint pt = PointOf(pEvent->position());
+    const CPoint pt = FromQt(pEvent->position());
     if (pEvent->button() == Qt::LeftButton)
         m_pPanel->OnLeftRelease(pt);
     else if (pEvent->button() == Qt::RightButton && viewport()->rect().contains(pEvent->position().toPoint()))

@@ -8,7 +8,6 @@
 #include <QStyle>
 #include <QTimer>
 #include <QToolTip>
-#include <cmath>
 
 #include "qt/toolkit/KeyCodes.h"
 #include "qt/toolkit/PopupMenu.h"
@@ -17,10 +16,6 @@
 
 namespace
 {
-CPoint PointOf(const QPointF& pt)
-{
-    return CPoint{int32_t(std::floor(pt.x())), int32_t(std::floor(pt.y()))};
-}
 bool HasCtrl(const QInputEvent* pEvent)
 {
     return pEvent->modifiers() & Qt::ControlModifier;
@@ -138,26 +133,26 @@ void TrackWidget::paintEvent(QPaintEvent* pEvent)
 void TrackWidget::mousePressEvent(QMouseEvent* pEvent)
 {
     if (pEvent->button() == Qt::LeftButton)
-        m_Track.OnLeftPress(PointOf(pEvent->position()), HasCtrl(pEvent), HasShift(pEvent));
+        m_Track.OnLeftPress(FromQt(pEvent->position()), HasCtrl(pEvent), HasShift(pEvent));
 }
 
 void TrackWidget::mouseDoubleClickEvent(QMouseEvent* pEvent)
 {
     if (pEvent->button() == Qt::LeftButton)
-        m_Track.OnDoubleClick(PointOf(pEvent->position()), HasCtrl(pEvent), HasShift(pEvent));
+        m_Track.OnDoubleClick(FromQt(pEvent->position()), HasCtrl(pEvent), HasShift(pEvent));
 }
 
 void TrackWidget::mouseMoveEvent(QMouseEvent* pEvent)
 {
-    m_Track.OnMove(PointOf(pEvent->position()), pEvent->buttons() & Qt::LeftButton);
+    m_Track.OnMove(FromQt(pEvent->position()), pEvent->buttons() & Qt::LeftButton);
 }
 
 void TrackWidget::mouseReleaseEvent(QMouseEvent* pEvent)
 {
     if (pEvent->button() == Qt::LeftButton)
-        m_Track.OnLeftRelease(PointOf(pEvent->position()));
+        m_Track.OnLeftRelease(FromQt(pEvent->position()));
     else if (pEvent->button() == Qt::RightButton && rect().contains(pEvent->position().toPoint()))
-        ShowMenu(PointOf(pEvent->position()), HasCtrl(pEvent));
+        ShowMenu(FromQt(pEvent->position()), HasCtrl(pEvent));
 }
 
 // The mouse's own come as releases.
@@ -250,7 +245,7 @@ bool TrackWidget::IsLinkPress(QEvent* pEvent)
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
         if (static_cast<QMouseEvent*>(pEvent)->button() == Qt::LeftButton)
-            m_Track.OnLeftPress(PointOf(mapFromGlobal(static_cast<QMouseEvent*>(pEvent)->globalPosition())),
+            m_Track.OnLeftPress(FromQt(mapFromGlobal(static_cast<QMouseEvent*>(pEvent)->globalPosition())),
                                 false, false);
         return true;
     case QEvent::KeyPress:
@@ -372,7 +367,7 @@ void TrackWidget::SetCursorShape(ECursorShape eShape)
 
 CPoint TrackWidget::PointerPosition() const
 {
-    return PointOf(mapFromGlobal(QPointF(QCursor::pos())));
+    return FromQt(mapFromGlobal(QPointF(QCursor::pos())));
 }
 
 bool TrackWidget::IsLeftButtonDown() const

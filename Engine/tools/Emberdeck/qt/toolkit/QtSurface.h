@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <string>
 #include <unordered_map>
 
@@ -30,6 +31,10 @@ inline CRect FromQt(const QRect& rc)
 inline CPoint FromQt(const QPoint& pt)
 {
     return CPoint{pt.x(), pt.y()};
+}
+inline CPoint FromQt(const QPointF& pt) // the pixel that it lies in
+{
+    return CPoint{int32_t(std::floor(pt.x())), int32_t(std::floor(pt.y()))};
 }
 inline CColorRef FromQt(const QColor& color)
 {
