@@ -240,7 +240,9 @@ TEST(ColorChoosing, CellsAreSunkenAndMarked)
                      "x.x.x.x.x.x.x.x.x.x.x.x.x.......", "................................"}),
               Lines(lines.end() - 6, lines.end()));
     EXPECT_EQ(std::string(32, '.'), picture(false, 1).at(0));
-    const CPaletteColors dark{0x433D3A};
+    CPaletteColors dark{0x433D3A};
+    EXPECT_EQ(0u, palette.Paint(dark, false).GetPixel(2, 2)) << "black, unless the desktop asks for another";
+    dark.m_nOutline = 0xFFFFFF;
     EXPECT_EQ(0xFFFFFFu, palette.Paint(dark, false).GetPixel(2, 2));
 }
 

@@ -7,17 +7,6 @@
 namespace
 {
 
-constexpr CColorRef c_nBlack = 0;
-constexpr CColorRef c_nWhite = 0xFFFFFF;
-
-// Black as the edges of a cell are would not be seen on a dark desktop.
-CColorRef OutlineOn(CColorRef nFace)
-{
-    const uint32_t nLuminance =
-        (30 * (nFace & 0xFF) + 59 * (nFace >> 8 & 0xFF) + 11 * (nFace >> 16 & 0xFF)) / 100;
-    return nLuminance < 96 ? c_nWhite : c_nBlack;
-}
-
 // Across or down, without its last point.
 void DrawLine(CGDISurface& surface, CPoint from, CPoint to, CColorRef nColor)
 {
@@ -262,7 +251,7 @@ void CCustomColorPalette::PaintCell(int nCell, const CPaletteColors& colors)
     DrawLine(m_Surface, {r - 2, b - 2}, {r - 2, t + 2}, colors.m_nLight);
     m_Surface.FillRect(rc.Inset(2), GetColor(nCell) & 0xFFFFFF);
     if (nCell == m_nSelected)
-        DrawOutline(m_Surface, rc.Inset(-1), OutlineOn(colors.m_nFace));
+        DrawOutline(m_Surface, rc.Inset(-1), colors.m_nOutline);
 }
 
 // Dots in the opposite of what is there, so that they show on every desktop.

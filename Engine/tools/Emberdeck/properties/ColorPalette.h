@@ -39,6 +39,7 @@ struct CPaletteColors
     CColorRef m_nDarkShadow = 0;
     CColorRef m_nHighlight = 0;
     CColorRef m_nLight = 0;
+    CColorRef m_nOutline = 0; // round the selected cell; black wouldn't be seen on a dark desktop
 };
 
 // The grid of 24 custom colours. A colour word has red in bits 0 to 7, green, blue, and alpha in bits 24 to

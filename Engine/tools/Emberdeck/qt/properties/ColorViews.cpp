@@ -30,10 +30,14 @@ QSize DevicePixels(const QWidget& widget, const QSize& size)
     return (size * widget.devicePixelRatioF());
 }
 
+bool IsDark(const QPalette& palette)
+{
+    return palette.color(QPalette::Window).lightness() < 128;
+}
+
 QColor FrameColor(const QPalette& palette)
 {
-    const bool bDark = palette.color(QPalette::Window).lightness() < 128;
-    return palette.color(bDark ? QPalette::Light : QPalette::Dark);
+    return palette.color(IsDark(palette) ? QPalette::Light : QPalette::Dark);
 }
 
 std::optional<EPaletteKey> PaletteKey(int nKey)
@@ -66,8 +70,29 @@ ColorView::ColorView(CKRColorDialog& dialog, const QString& sName, QWidget* pPar
     setAccessibleName(sName);
 }
 
+void ColorCellsView::mousePressEvent(QMouseEvent* pEvent)
+{
+    if (pEvent->button() == Qt::LeftButton)
+        OnPress(FromQt(pEvent->position()), pEvent->modifiers() & Qt::ControlModifier);
+}
+
+void ColorCellsView::keyPressEvent(QKeyEvent* pEvent)
+{
+    const std::optional<EPaletteKey> eKey = PaletteKey(pEvent->key());
+    if (eKey)
+        OnKey(*eKey, pEvent->modifiers() & Qt::ControlModifier);
+    else
+        QWidget::keyPressEvent(pEvent);
+}
+
+void ColorFieldView::mouseMoveEvent(QMouseEvent* pEvent)
+{
+    if (pEvent->buttons() & Qt::LeftButton)
+        OnPointer(FromQt(pEvent->position()));
+}
+
 BasicColorsView::BasicColorsView(CKRColorDialog& dialog, QWidget* pParent)
-    : ColorView(dialog, QStringLiteral("Basic colors"), pParent)
+    : ColorCellsView(dialog, QStringLiteral("Basic colors"), pParent)
 {
     setFocusPolicy(Qt::StrongFocus);
 }
@@ -101,32 +126,13 @@ void BasicColorsView::paintEvent(QPaintEvent*)
     }
 }
 
-void BasicColorsView::mousePressEvent(QMouseEvent* pEvent)
+void BasicColorsView::OnPress(CPoint pt, bool)
 {
-    if (pEvent->button() == Qt::LeftButton)
-        m_Dialog.OnBasicPress(FromQt(rect()), FromQt(pEvent->position().toPoint()));
-}
-
-void BasicColorsView::keyPressEvent(QKeyEvent* pEvent)
-{
-    const std::optional<EPaletteKey> eKey = PaletteKey(pEvent->key());
-    if (eKey)
-        m_Dialog.OnBasicKey(*eKey);
-    else
-        QWidget::keyPressEvent(pEvent);
-}
-
-void BasicColorsView::focusInEvent(QFocusEvent*)
-{
-    update();
-}
-void BasicColorsView::focusOutEvent(QFocusEvent*)
-{
-    update();
+    m_Dialog.OnBasicPress(FromQt(rect()), pt);
 }
 
 ColorSquareView::ColorSquareView(CKRColorDialog& dialog, QWidget* pParent)
-    : ColorView(dialog, QStringLiteral("Hue and saturation"), pParent)
+    : ColorFieldView(dialog, QStringLiteral("Hue and saturation"), pParent)
 {
     setCursor(Qt::CrossCursor);
 }
@@ -160,14 +166,13 @@ void ColorSquareView::paintEvent(QPaintEvent*)
     painter.drawEllipse(centre, 5.0, 5.0);
 }
 
-void ColorSquareView::mouseMoveEvent(QMouseEvent* pEvent)
+void ColorSquareView::OnPointer(CPoint pt)
 {
-    if (pEvent->buttons() & Qt::LeftButton)
-        m_Dialog.OnSquare(FromQt(rect()), FromQt(pEvent->position().toPoint()));
+    m_Dialog.OnSquare(FromQt(rect()), pt);
 }
 
 LuminanceView::LuminanceView(CKRColorDialog& dialog, QWidget* pParent)
-    : ColorView(dialog, QStringLiteral("Luminance"), pParent)
+    : ColorFieldView(dialog, QStringLiteral("Luminance"), pParent)
 {
 }
 
@@ -200,10 +205,9 @@ void LuminanceView::paintEvent(QPaintEvent*)
     painter.drawPolygon(points, 3);
 }
 
-void LuminanceView::mouseMoveEvent(QMouseEvent* pEvent)
+void LuminanceView::OnPointer(CPoint pt)
 {
-    if (pEvent->buttons() & Qt::LeftButton)
-        m_Dialog.OnBar(FromQt(Bar()), FromQt(pEvent->position().toPoint()));
+    m_Dialog.OnBar(FromQt(Bar()), pt);
 }
 
 CurrentColorView::CurrentColorView(CKRColorDialog& dialog, QWidget* pParent)
@@ -224,7 +228,7 @@ void CurrentColorView::paintEvent(QPaintEvent*)
 }
 
 PaletteView::PaletteView(CKRColorDialog& dialog, QWidget* pParent)
-    : ColorView(dialog, QStringLiteral("Custom colors"), pParent)
+    : ColorCellsView(dialog, QStringLiteral("Custom colors"), pParent)
 {
     // A press between the cells takes nothing from the box that has the focus.
     setFocusPolicy(Qt::TabFocus);
@@ -251,31 +255,7 @@ void PaletteView::paintEvent(QPaintEvent*)
     colors.m_nDarkShadow = FromQt(p.color(QPalette::Shadow));
     colors.m_nHighlight = FromQt(p.color(QPalette::Light));
     colors.m_nLight = FromQt(p.color(QPalette::Midlight));
+    colors.m_nOutline = IsDark(p) ? 0xFFFFFF : 0;
     QPainter painter(this);
     painter.drawImage(QPoint(), ToImage(m_Dialog.GetPalette().Paint(colors, hasFocus())));
-}
-
-void PaletteView::mousePressEvent(QMouseEvent* pEvent)
-{
-    if (pEvent->button() == Qt::LeftButton)
-        m_Dialog.GetPalette().OnLeftDown(FromQt(pEvent->position().toPoint()),
-                                         pEvent->modifiers() & Qt::ControlModifier);
-}
-
-void PaletteView::keyPressEvent(QKeyEvent* pEvent)
-{
-    const std::optional<EPaletteKey> eKey = PaletteKey(pEvent->key());
-    if (eKey)
-        m_Dialog.GetPalette().OnKey(*eKey, pEvent->modifiers() & Qt::ControlModifier);
-    else
-        QWidget::keyPressEvent(pEvent);
-}
-
-void PaletteView::focusInEvent(QFocusEvent*)
-{
-    update();
-}
-void PaletteView::focusOutEvent(QFocusEvent*)
-{
-    update();
 }

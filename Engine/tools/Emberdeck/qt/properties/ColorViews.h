@@ -19,8 +19,41 @@ protected:
     CKRColorDialog& m_Dialog;
 };
 
-// 48 colours to start from. Arrows move among them, Space takes one.
-class BasicColorsView : public ColorView
+// A grid of cells. Arrows move among them, Space takes one.
+class ColorCellsView : public ColorView
+{
+    Q_OBJECT
+
+public:
+    using ColorView::ColorView;
+
+protected:
+    virtual void OnPress(CPoint pt, bool bCtrl) = 0;
+    virtual void OnKey(EPaletteKey eKey, bool bCtrl) = 0;
+
+    void mousePressEvent(QMouseEvent* pEvent) override;
+    void keyPressEvent(QKeyEvent* pEvent) override;
+    void focusInEvent(QFocusEvent*) override { update(); }
+    void focusOutEvent(QFocusEvent*) override { update(); }
+};
+
+// A field from which the pointer takes a value, pressed or dragged.
+class ColorFieldView : public ColorView
+{
+    Q_OBJECT
+
+public:
+    using ColorView::ColorView;
+
+protected:
+    virtual void OnPointer(CPoint pt) = 0;
+
+    void mousePressEvent(QMouseEvent* pEvent) override { mouseMoveEvent(pEvent); }
+    void mouseMoveEvent(QMouseEvent* pEvent) override;
+};
+
+// 48 colours to start from.
+class BasicColorsView : public ColorCellsView
 {
     Q_OBJECT
 
@@ -30,14 +63,12 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* pEvent) override;
-    void mousePressEvent(QMouseEvent* pEvent) override;
-    void keyPressEvent(QKeyEvent* pEvent) override;
-    void focusInEvent(QFocusEvent* pEvent) override;
-    void focusOutEvent(QFocusEvent* pEvent) override;
+    void OnPress(CPoint pt, bool bCtrl) override;
+    void OnKey(EPaletteKey eKey, bool) override { m_Dialog.OnBasicKey(eKey); }
 };
 
 // Hue across, saturation up.
-class ColorSquareView : public ColorView
+class ColorSquareView : public ColorFieldView
 {
     Q_OBJECT
 
@@ -47,15 +78,14 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* pEvent) override;
-    void mousePressEvent(QMouseEvent* pEvent) override { mouseMoveEvent(pEvent); }
-    void mouseMoveEvent(QMouseEvent* pEvent) override;
+    void OnPointer(CPoint pt) override;
 
 private:
     QImage m_Image; // always the same, for one size
 };
 
 // Luminance up, and beside it the mark of the present one.
-class LuminanceView : public ColorView
+class LuminanceView : public ColorFieldView
 {
     Q_OBJECT
 
@@ -70,8 +100,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* pEvent) override;
-    void mousePressEvent(QMouseEvent* pEvent) override { mouseMoveEvent(pEvent); }
-    void mouseMoveEvent(QMouseEvent* pEvent) override;
+    void OnPointer(CPoint pt) override;
 
 private:
     QRect Bar() const;
@@ -92,7 +121,7 @@ protected:
 };
 
 // The custom colours. The dialog gives them the focus, before a press changes anything.
-class PaletteView : public ColorView
+class PaletteView : public ColorCellsView
 {
     Q_OBJECT
 
@@ -102,8 +131,6 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* pEvent) override;
-    void mousePressEvent(QMouseEvent* pEvent) override;
-    void keyPressEvent(QKeyEvent* pEvent) override;
-    void focusInEvent(QFocusEvent* pEvent) override;
-    void focusOutEvent(QFocusEvent* pEvent) override;
+    void OnPress(CPoint pt, bool bCtrl) override { m_Dialog.GetPalette().OnLeftDown(pt, bCtrl); }
+    void OnKey(EPaletteKey eKey, bool bCtrl) override { m_Dialog.GetPalette().OnKey(eKey, bCtrl); }
 };
