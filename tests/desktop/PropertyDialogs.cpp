@@ -172,6 +172,16 @@ TEST(DesktopProperties, CurvesAreDraggedFittedCopiedAndPasted)
                       Desktop::Drag(InCurve(curve, 0.5, 0.25), InCurve(curve, 0.75, 0.45));
                       EXPECT_NEAR(0.75, pTime->text().toDouble(), 0.01);
                       EXPECT_NEAR(2.5, Part<QLineEdit>(curve, "Size")->text().toDouble(), 0.15);
+                      // Esc takes back a drag, and no more than that.
+                      Desktop::Move(InCurve(curve, 0.75, 0.45));
+                      Desktop::Press();
+                      Desktop::Move(InCurve(curve, 0.5, 0.9));
+                      EXPECT_NEAR(0.5, pTime->text().toDouble(), 0.01);
+                      Desktop::Key("Escape");
+                      Desktop::Release();
+                      ASSERT_TRUE(curve.isVisible());
+                      EXPECT_NEAR(0.75, pTime->text().toDouble(), 0.01);
+                      EXPECT_NEAR(2.5, Part<QLineEdit>(curve, "Size")->text().toDouble(), 0.15);
                       Enter(Part<QLineEdit>(curve, "Size"), "21.5");
                       Desktop::Key("ctrl+f");
                       EXPECT_EQ("0.50", curve.Controls().Get<QPushButton>(eCurve_YMin)->text());

@@ -116,6 +116,17 @@ TEST(CurveEditing, DragsMoveFromTheLastPointerOn)
     bench.dlg->OnLeftUp();
     bench.dlg->OnMouseMove(CPoint{60, 100}, false);
     EXPECT_EQ("0:1 0.75:2 1:7* 1:1", bench.Keys());
+    EXPECT_FALSE(bench.dlg->CancelDrag()) << "over";
+
+    // Taken back, also past a neighbour; the moves that follow belong to nobody.
+    bench.dlg->OnLeftDown(bench.At(0.75, 2), false);
+    bench.dlg->OnMouseMove(CPoint{20, 30}, false);
+    EXPECT_EQ("0:1 0.1:9* 1:7 1:1", bench.Keys());
+    EXPECT_TRUE(bench.dlg->CancelDrag());
+    EXPECT_EQ("0:1 0.75:2* 1:7 1:1", bench.Keys());
+    EXPECT_EQ("2.0000 0.7500", bench.dlg->GetRow().GetControl(1)->m_sText + " " + bench.TimeButton());
+    bench.dlg->OnMouseMove(CPoint{20, 30}, false);
+    EXPECT_EQ("0:1 0.75:2* 1:7 1:1", bench.Keys());
 }
 
 TEST(CurveEditing, GroupsMoveTogetherAndPinnedKeysKeepTheirTime)

@@ -106,6 +106,10 @@ TEST(VectorEditing, ViewsSwingAtHalfTheSpeed)
     axis.Drag({{250, 30}, {280, 60}, {250, 90}});
     axis.ExpectDirection(0, 1, 0);
 
+    CVectorBench steps({0, 1, 0});
+    steps.Drag({{60, 30}, {90, 60}, {60, 90}}); // each from where the last one ended
+    steps.ExpectDirection(0, 0, 1);
+
     // Straight down the angle jumps by a turn: two degrees of the pointer are one of the direction.
     CVectorBench down({0, 1, 0});
     down.Drag({{61, 90}, {59, 90}});
@@ -123,7 +127,12 @@ TEST(VectorEditing, PointersWithoutAnAngleAndPressesElsewhere)
     bench.Drag({{110, 60}, {60, 30}, {90, 60}}); // right edge
     bench.dlg.OnMouseMove({60, 90});
     bench.ExpectDirection(0, c_fDiagonal, c_fDiagonal);
-    EXPECT_FALSE(bench.dlg.IsDragging());
+    EXPECT_FALSE(bench.dlg.IsDragging() || bench.dlg.CancelDrag());
+    bench.dlg.OnLeftDown({60, 30});
+    bench.dlg.OnMouseMove({90, 60});
+    EXPECT_TRUE(bench.dlg.CancelDrag());
+    bench.dlg.OnMouseMove({60, 90});
+    bench.ExpectDirection(0, c_fDiagonal, c_fDiagonal); // taken back
 }
 
 TEST(VectorEditing, ViewsShowAnArrowWithACross)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -60,6 +61,8 @@ public:
     void OnLeftUp();
     void OnRightUp(CPoint pt);
     bool IsDragging() const { return m_bDragging; } // the pointer is captured
+    // The curve is again as it was before the drag, which is over. False: there was none.
+    bool CancelDrag();
     // The keyboard's ways. Selects the key behind or before the selected ones, bAdd: beside them; the first one when
     // none is. Inserts a key halfway in time to the one behind the selected, to the one before it at the end, in the middle of
     // what is shown without a selection. It has the curve's value there on every axis, so that the curve keeps its
@@ -126,6 +129,7 @@ private:
     bool m_bDragging = false;    // the left button went down on a key
     bool m_bDragStarted = false; // and has moved far enough since
     CPoint m_ptLast;
+    std::optional<CEffectProperty> m_BeforeDrag; // set while m_bDragging
     bool m_bUpdatingCtrls = false; // the row is being filled, and tells of nothing that the user did
     bool m_bRowShown = false;
 };

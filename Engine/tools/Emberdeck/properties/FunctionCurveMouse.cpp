@@ -40,6 +40,7 @@ void CFunctionCurveDlg::PickKey(CPoint pt, bool bCtrl)
     if (nKey < 0)
         return;
     m_ptLast = pt;
+    m_BeforeDrag = m_Prop;
     m_bDragging = true;
     m_bDragStarted = false;
 }
@@ -93,6 +94,17 @@ void CFunctionCurveDlg::OnLeftUp()
 {
     m_bDragging = false;
     m_bDragStarted = false;
+    m_BeforeDrag.reset();
+}
+
+bool CFunctionCurveDlg::CancelDrag()
+{
+    if (!m_bDragging)
+        return false;
+    m_Prop = *std::exchange(m_BeforeDrag, std::nullopt);
+    OnLeftUp();
+    OnSelectionChanged();
+    return true;
 }
 
 void CFunctionCurveDlg::OnRightUp(CPoint pt)

@@ -115,7 +115,18 @@ void CEditVectorDlg::OnLeftDown(CPoint pt)
         return;
     m_eDragged = bSide ? EVectorView::eSide : EVectorView::eTop;
     m_bDragging = true;
+    m_vBeforeDrag = m_vDirection;
     m_ptLast = FromCentre(pt);
+}
+
+bool CEditVectorDlg::CancelDrag()
+{
+    if (!m_bDragging)
+        return false;
+    m_bDragging = false;
+    m_vDirection = m_vBeforeDrag;
+    Repaint();
+    return true;
 }
 
 // The direction swings at half the speed of the pointer, clockwise on the screen as the pointer does, about +X

@@ -76,6 +76,8 @@ public:
     void OnMouseMove(CPoint pt);
     void OnLeftUp() { m_bDragging = false; }
     bool IsDragging() const { return m_bDragging; }
+    // The direction is again as it was before the drag, which is over. False: there was none.
+    bool CancelDrag();
 
     // Paints one view on a surface on which it has the rectangle rc.
     void PaintView(IDrawSurface& surface, EVectorView eView, const CRect& rc) const;
@@ -97,5 +99,6 @@ private:
     CRect m_rcTop;
     bool m_bDragging = false;
     EVectorView m_eDragged = EVectorView::eSide;
+    TVector3 m_vBeforeDrag;
     CPoint m_ptLast; // from the centre of the dragged view, y up
 };

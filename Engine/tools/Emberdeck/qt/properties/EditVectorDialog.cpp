@@ -3,7 +3,6 @@
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
 
@@ -11,23 +10,17 @@
 #include "qt/toolkit/QtSurface.h"
 #include "qt/toolkit/QtText.h"
 
-VectorView::VectorView(CEditVectorDlg& dialog, EVectorView eView, QWidget* pParent)
-    : QWidget(pParent),
+VectorView::VectorView(CEditVectorDlg& dialog, EVectorView eView, QWidget& parent)
+    : DragView(parent),
       m_Dialog(dialog),
       m_eView(eView)
 {
-    setAttribute(Qt::WA_OpaquePaintEvent);
     setAccessibleName(eView == EVectorView::eSide ? QStringLiteral("Side view") : QStringLiteral("Top view"));
 }
 
 QString VectorView::AccessibleText() const
 {
     return tr("magnitude %1").arg(QtText::ToQt(m_Dialog.GetMagnitudeText()));
-}
-
-CPoint VectorView::InDialog(const QMouseEvent& event) const
-{
-    return FromQt(mapToParent(event.position().toPoint()));
 }
 
 void VectorView::paintEvent(QPaintEvent*)
@@ -37,36 +30,11 @@ void VectorView::paintEvent(QPaintEvent*)
     m_Dialog.PaintView(surface, m_eView, FromQt(rect()));
 }
 
-void VectorView::mousePressEvent(QMouseEvent* pEvent)
-{
-    if (pEvent->button() == Qt::LeftButton)
-        m_Dialog.OnLeftDown(InDialog(*pEvent));
-}
-
-void VectorView::mouseMoveEvent(QMouseEvent* pEvent)
-{
-    if (!(pEvent->buttons() & Qt::LeftButton))
-        m_Dialog.OnLeftUp(); // the release went elsewhere
-    m_Dialog.OnMouseMove(InDialog(*pEvent));
-}
-
-void VectorView::mouseReleaseEvent(QMouseEvent* pEvent)
-{
-    if (pEvent->button() == Qt::LeftButton)
-        m_Dialog.OnLeftUp();
-}
-
-void VectorView::hideEvent(QHideEvent* pEvent)
-{
-    m_Dialog.OnLeftUp();
-    QWidget::hideEvent(pEvent);
-}
-
 EditVectorDialog::EditVectorDialog(CEditVectorDlg& dialog, QWidget* pParent)
     : TemplateDialog(eDlg_EditVector, pParent),
       m_Dialog(dialog),
-      m_pSide(new VectorView(dialog, EVectorView::eSide, this)),
-      m_pTop(new VectorView(dialog, EVectorView::eTop, this)),
+      m_pSide(new VectorView(dialog, EVectorView::eSide, *this)),
+      m_pTop(new VectorView(dialog, EVectorView::eTop, *this)),
       m_pMagnitude(m_Controls.Get<QLineEdit>(eVector_Magnitude)),
       m_pPresets(m_Controls.Get<QComboBox>(eVector_Presets))
 {
@@ -138,12 +106,4 @@ bool EditVectorDialog::eventFilter(QObject* pWatched, QEvent* pEvent)
         }
     }
     return TemplateDialog::eventFilter(pWatched, pEvent);
-}
-
-// Without the mouse there is no release to come.
-void EditVectorDialog::changeEvent(QEvent* pEvent)
-{
-    if (pEvent->type() == QEvent::ActivationChange && !isActiveWindow())
-        m_Dialog.OnLeftUp();
-    TemplateDialog::changeEvent(pEvent);
 }

@@ -1,32 +1,31 @@
 #pragma once
 
 #include "properties/VectorEditor.h"
-#include "qt/toolkit/AccessibleViews.h"
+#include "qt/properties/DragView.h"
 #include "qt/toolkit/TemplateDialog.h"
 
 class QComboBox;
 class QLineEdit;
 
 // One of the two views of a direction.
-class VectorView : public QWidget, public IAccessibleView
+class VectorView : public DragView
 {
     Q_OBJECT
 
 public:
-    VectorView(CEditVectorDlg& dialog, EVectorView eView, QWidget* pParent);
+    VectorView(CEditVectorDlg& dialog, EVectorView eView, QWidget& parent);
     QAccessible::Role AccessibleRole() const override { return QAccessible::Graphic; }
     QString AccessibleText() const override;
 
 protected:
     void paintEvent(QPaintEvent* pEvent) override;
-    void mousePressEvent(QMouseEvent* pEvent) override;
-    void mouseMoveEvent(QMouseEvent* pEvent) override;
-    void mouseReleaseEvent(QMouseEvent* pEvent) override;
-    void hideEvent(QHideEvent* pEvent) override;
+    void OnPress(CPoint pt, Qt::KeyboardModifiers) override { m_Dialog.OnLeftDown(pt); }
+    void OnMove(CPoint pt, Qt::KeyboardModifiers) override { m_Dialog.OnMouseMove(pt); }
+    void OnRightRelease(CPoint) override {}
+    void EndDrag() override { m_Dialog.OnLeftUp(); }
+    bool CancelDrag() override { return m_Dialog.CancelDrag(); }
 
 private:
-    CPoint InDialog(const QMouseEvent& event) const;
-
     CEditVectorDlg& m_Dialog;
     EVectorView m_eView;
 };
@@ -43,7 +42,6 @@ public:
     void accept() override;
 
 protected:
-    void changeEvent(QEvent* pEvent) override;
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 private:

@@ -4,7 +4,6 @@
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -43,9 +42,8 @@ uint32_t AcceleratorOf(const QKeyEvent& event)
 
 } // namespace
 
-CurveArea::CurveArea(CFunctionCurveDlg& dialog, QWidget* pParent) : QWidget(pParent), m_Dialog(dialog)
+CurveArea::CurveArea(CFunctionCurveDlg& dialog, QWidget& parent) : DragView(parent), m_Dialog(dialog)
 {
-    setAttribute(Qt::WA_OpaquePaintEvent);
     setAccessibleName(QStringLiteral("Curve"));
     setFocusPolicy(Qt::TabFocus); // a press leaves the focus where it is
 }
@@ -59,11 +57,6 @@ QString CurveArea::AccessibleText() const
     if (!m_Dialog.GetControl(eCurve_Time).m_bEnabled)
         return sRange;
     return tr("%1; selected key at time %2").arg(sRange, text(eCurve_Time));
-}
-
-CPoint CurveArea::InDialog(const QMouseEvent& event) const
-{
-    return FromQt(mapToParent(event.position().toPoint()));
 }
 
 void CurveArea::paintEvent(QPaintEvent* pEvent)
@@ -85,37 +78,10 @@ void CurveArea::keyPressEvent(QKeyEvent* pEvent)
         QWidget::keyPressEvent(pEvent);
 }
 
-void CurveArea::mousePressEvent(QMouseEvent* pEvent)
-{
-    if (pEvent->button() == Qt::LeftButton)
-        m_Dialog.OnLeftDown(InDialog(*pEvent), pEvent->modifiers() & Qt::ControlModifier);
-}
-
-void CurveArea::mouseMoveEvent(QMouseEvent* pEvent)
-{
-    if (!(pEvent->buttons() & Qt::LeftButton))
-        m_Dialog.OnLeftUp(); // the release went elsewhere
-    m_Dialog.OnMouseMove(InDialog(*pEvent), pEvent->modifiers() & Qt::ShiftModifier);
-}
-
-void CurveArea::mouseReleaseEvent(QMouseEvent* pEvent)
-{
-    if (pEvent->button() == Qt::LeftButton)
-        m_Dialog.OnLeftUp();
-    else if (pEvent->button() == Qt::RightButton)
-        m_Dialog.OnRightUp(InDialog(*pEvent));
-}
-
-void CurveArea::hideEvent(QHideEvent* pEvent)
-{
-    m_Dialog.OnLeftUp();
-    QWidget::hideEvent(pEvent);
-}
-
 FunctionCurveDialog::FunctionCurveDialog(CFunctionCurveDlg& dialog, QWidget* pParent)
     : TemplateDialog(eDlg_FunctionCurve, pParent),
       m_Dialog(dialog),
-      m_pArea(new CurveArea(dialog, this)),
+      m_pArea(new CurveArea(dialog, *this)),
       m_pAxes(m_Controls.Get<QComboBox>(eCurve_Axis))
 {
     KeepDisabledReadable(*this);
@@ -233,12 +199,4 @@ bool FunctionCurveDialog::eventFilter(QObject* pWatched, QEvent* pEvent)
         m_Dialog.OnCommand(nCommand);
     pEvent->accept();
     return true;
-}
-
-// Without the mouse there is no release to come.
-void FunctionCurveDialog::changeEvent(QEvent* pEvent)
-{
-    if (pEvent->type() == QEvent::ActivationChange && !isActiveWindow())
-        m_Dialog.OnLeftUp();
-    TemplateDialog::changeEvent(pEvent);
 }

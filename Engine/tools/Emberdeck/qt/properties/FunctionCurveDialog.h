@@ -3,34 +3,39 @@
 #include <memory>
 
 #include "properties/FunctionCurveEditor.h"
+#include "qt/properties/DragView.h"
 #include "qt/properties/PropertyRow.h"
-#include "qt/toolkit/AccessibleViews.h"
 #include "qt/toolkit/TemplateDialog.h"
 
 class QComboBox;
 class QLabel;
 
 // The curve itself.
-class CurveArea : public QWidget, public IAccessibleView
+class CurveArea : public DragView
 {
     Q_OBJECT
 
 public:
-    CurveArea(CFunctionCurveDlg& dialog, QWidget* pParent);
+    CurveArea(CFunctionCurveDlg& dialog, QWidget& parent);
     QAccessible::Role AccessibleRole() const override { return QAccessible::Chart; }
     QString AccessibleText() const override;
 
 protected:
     void paintEvent(QPaintEvent* pEvent) override;
-    void mousePressEvent(QMouseEvent* pEvent) override;
-    void mouseMoveEvent(QMouseEvent* pEvent) override;
-    void mouseReleaseEvent(QMouseEvent* pEvent) override;
     void keyPressEvent(QKeyEvent* pEvent) override;
-    void hideEvent(QHideEvent* pEvent) override;
+    void OnPress(CPoint pt, Qt::KeyboardModifiers held) override
+    {
+        m_Dialog.OnLeftDown(pt, held & Qt::ControlModifier);
+    }
+    void OnMove(CPoint pt, Qt::KeyboardModifiers held) override
+    {
+        m_Dialog.OnMouseMove(pt, held & Qt::ShiftModifier);
+    }
+    void OnRightRelease(CPoint pt) override { m_Dialog.OnRightUp(pt); }
+    void EndDrag() override { m_Dialog.OnLeftUp(); }
+    bool CancelDrag() override { return m_Dialog.CancelDrag(); }
 
 private:
-    CPoint InDialog(const QMouseEvent& event) const;
-
     CFunctionCurveDlg& m_Dialog;
 };
 
@@ -47,7 +52,6 @@ public:
 
 protected:
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
-    void changeEvent(QEvent* pEvent) override;
 
 private:
     void RepaintCurve() override { m_pArea->update(); }
