@@ -50,7 +50,11 @@ struct CJobBench : CFaultBench
     }
     CJob Update()
     {
-        return {"emberdeck-batch", {"update", "@all"}, "all/file.Fx00a", m_Content["a.Fx00a"] + "\r\n", true};
+        return {"emberdeck-batch",
+                {"update", "--json", "@all"},
+                "all/file.Fx00a",
+                m_Content["a.Fx00a"] + "\r\n",
+                true};
     }
     CJob Recovery()
     {

@@ -2,6 +2,9 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <new>
 
 #include <CLI/CLI.hpp>
 
@@ -16,6 +19,8 @@ constexpr const char* c_pszFooter =
     "\nExit status: 0 the job is done; 1 it failed, with the reason on standard error; 2 wrong usage.\n"
     "A library whose name ends in c is compressed text, any other is plain text.\n"
     "\"emberdeck-batch COMMAND --help\" tells more of a command.";
+
+constexpr const char* c_pszOutOfMemory = "emberdeck-batch: out of memory\n";
 
 // An empty name is a variable of a script that wasn't set. Only what the game is given may be empty.
 void RefuseEmptyNames(CLI::App& app)
@@ -92,6 +97,24 @@ int Run(int argc, char** argv)
         nResult = eExit_Failed;
     return nResult;
 }
+// Where nothing can be thrown, as in destructors, memory that runs out comes here: a failure like any other.
+[[noreturn]] void OnTerminate()
+{
+    try
+    {
+        if (const std::exception_ptr pCause = std::current_exception())
+            std::rethrow_exception(pCause);
+    }
+    catch (const std::bad_alloc&)
+    {
+        std::fputs(c_pszOutOfMemory, stderr);
+        EndProgram(eExit_Failed);
+    }
+    catch (...)
+    {
+    }
+    std::abort();
+}
 } // namespace
 
 // A plug-in finds these before the system's own, which would end the program past every exit handler.
@@ -107,6 +130,7 @@ extern "C" [[noreturn]] void _Exit(int nStatus) noexcept
 int main(int argc, char** argv)
 {
     std::signal(SIGXFSZ, SIG_IGN); // a limit on file sizes is a failed write, which is told
+    std::set_terminate(OnTerminate);
     TellOfPluginsThatEnd("emberdeck-batch");
     try
     {
@@ -116,7 +140,7 @@ int main(int argc, char** argv)
     }
     catch (const std::bad_alloc&)
     {
-        std::fprintf(stderr, "emberdeck-batch: out of memory\n");
+        std::fputs(c_pszOutOfMemory, stderr);
     }
     catch (const std::exception& error)
     {
