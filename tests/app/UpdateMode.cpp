@@ -4,8 +4,17 @@ namespace
 {
 struct CStoppingPrompts : CScriptedPrompts
 {
-    bool Progress(const std::string&, double fFraction) override { return fFraction < fStop; }
+    bool Progress(const std::string& sWhat, double fFraction) override
+    {
+        const size_t nFolders = sWhat.find('/');
+        sTold += sWhat.substr(0, nFolders);
+        if (nFolders != std::string::npos)
+            sTold += sWhat.substr(sWhat.rfind('/') + 1);
+        sTold += " " + std::to_string(int(fFraction * 100)) + "; ";
+        return fFraction < fStop;
+    }
     double fStop = 2.0;
+    std::string sTold; // without folders, in per cent
 };
 } // namespace
 
@@ -54,4 +63,12 @@ TEST(UpdateMode, StopsBetweenFilesOnRequest)
     EXPECT_FALSE(app.UpdateEffectsInDirectory(bench.path("art").c_str()));
     EXPECT_EQ(sGood, ReadBytes(bench.path("art/a.Fx00a")));
     EXPECT_EQ(sOld, ReadBytes(bench.path("art/b.Fx00a")));
+    EXPECT_EQ("Looking for effect files -100; Updating a.Fx00a 0; Updating b.Fx00a 50; ",
+              std::exchange(prompts.sTold, ""));
+
+    prompts.fStop = 2.0;
+    prompts.onAsk("a.Fx00a", EAnswer::eNo).onAsk("b.Fx00a", EAnswer::eNo);
+    EXPECT_TRUE(app.UpdateEffectsInDirectory(bench.path("art").c_str()));
+    EXPECT_EQ("Looking for effect files -100; Updating a.Fx00a 0; Updating b.Fx00a 50; Updated 2 files 100; ",
+              prompts.sTold);
 }

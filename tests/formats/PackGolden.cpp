@@ -303,6 +303,11 @@ TEST(PackGolden, FailuresTouchNoFile)
     {
         EXPECT_FALSE(PackEffectLibrary("/dev/full", pLibrary->m_SpellMgr, pLibrary->Module()));
     }
+    // Why an earlier pack failed is no matter of the next one.
+    std::string sError = "too large";
+    EXPECT_TRUE(
+        PackEffectLibrary(sFile.c_str(), pLibrary->m_SpellMgr, pLibrary->Module(), nullptr, "PC", &sError));
+    EXPECT_EQ("", sError);
 }
 
 TEST(StrictReading, SaysWhatIsWrongAndWhere)

@@ -56,7 +56,6 @@ std::string CEmberdeckApp::MakePackName(const std::string& sFileName)
 bool CEmberdeckApp::PackTo(const std::string& sPackName, const char* pszTarget) noexcept
 {
     bool bPacked = false;
-    m_sPackError.clear();
     const auto pack = [&]
     {
         if (IsOwnFile(sPackName))

@@ -419,6 +419,8 @@ bool PackEffectLibrary(const char* pszFilename, CSpellMgr& spellMgr, const CEffe
                        IPrompts* pPrompts, const char* pszTarget, std::string* pError)
 {
     const CWaitScope wait(pPrompts);
+    if (pError)
+        pError->clear();
     if (!pszFilename || !module.IsLoaded())
         return false;
     std::optional<CReplacingFile> file;
