@@ -2,6 +2,15 @@
 
 #include "support/TempDir.h"
 
+namespace
+{
+// The file that tells whose copy it is.
+std::string OwnerFile(const std::string& sCopy)
+{
+    return sCopy.substr(0, sCopy.find('-', sCopy.rfind('/'))) + ".path";
+}
+} // namespace
+
 TEST(BackupStore, KeepsTheLastFiveStatesAndBringsThemBack)
 {
     CTempDir dir;
@@ -20,8 +29,8 @@ TEST(BackupStore, KeepsTheLastFiveStatesAndBringsThemBack)
     ASSERT_EQ(5u, other.List(sFile).size());
     EXPECT_EQ("state 6", ReadBytes(other.List(dir.path("./smoke.fx00A")).at(0).m_sBackup))
         << "one file, other words";
-    ASSERT_EQ(1u, other.ListAll().size());
-    EXPECT_EQ(std::filesystem::canonical(sFile), other.ListAll()[0].m_sPath);
+    EXPECT_EQ(std::filesystem::canonical(sFile).string(),
+              ReadBytes(OwnerFile(other.List(sFile)[0].m_sBackup)));
 
     // The oldest, with the cut file kept in its turn; then again by number.
     WriteBytes(sFile, "cut");
@@ -46,16 +55,15 @@ TEST(BackupStore, StandsDamageAndStaysWithinItsSize)
     const std::string sCopy = store.Keep(sFirst);
 
     // A lost owner file, foreign files and a folder with a copy's name don't disturb.
-    std::filesystem::remove(sCopy.substr(0, sCopy.find('-', dir.path("store").size())) + ".path");
+    std::filesystem::remove(OwnerFile(sCopy));
     dir.write("store/readme.bak", "mine");
     const char cOther = sCopy[sCopy.size() - 5] == 'f' ? 'e' : 'f';
     std::filesystem::create_directories(sCopy.substr(0, sCopy.size() - 5) + cOther + ".bak");
-    ASSERT_EQ(1u, store.ListAll().size());
-    EXPECT_EQ("", store.ListAll()[0].m_sPath);
     EXPECT_EQ(1u, store.List(sFirst).size());
     WriteBytes(sFirst, "changed");
     EXPECT_NE("", store.Keep(sFirst));
-    EXPECT_NE("", store.ListAll()[0].m_sPath) << "made good by the next copy";
+    EXPECT_EQ(std::filesystem::canonical(sFirst).string(), ReadBytes(OwnerFile(sCopy)))
+        << "made good by the next copy";
 
     // Oldest first, and never the new one.
     store.SetMaxTotal(25000);
@@ -177,6 +185,36 @@ TEST(BackupStore, RecoversWhatIsSound)
         EXPECT_NE("", later.Keep(sFile));
     }
     EXPECT_EQ("whole 2", chosen()) << "and kept";
+}
+
+TEST(BackupStore, LooksIntoUnknownCopiesUntilOneIsSound)
+{
+    CTempDir dir;
+    std::string sLooked;
+    CBackupStore plain(dir.path("store"));
+    CBackupStore store(dir.path("store"),
+                       [&](const std::string& sPath, const std::string& sContent)
+                       {
+                           sLooked += sContent + ", ";
+                           return IsWholeText(sPath, sContent);
+                       });
+    const auto kept =
+        [&](CBackupStore& into, const char* pszName, std::initializer_list<const char*> contents)
+    {
+        for (const char* pszContent : contents)
+            EXPECT_NE("", into.Keep(dir.write(pszName, pszContent)));
+        return std::exchange(sLooked, "");
+    };
+    // From the newest on, not into those whose names say it, and no further than needed.
+    EXPECT_EQ("", kept(plain, "first", {"whole a", "whole b", "cut c"}));
+    EXPECT_EQ("cut d, cut e, cut f, cut c, whole b, ", kept(store, "first", {"cut d", "cut e", "cut f"}));
+    EXPECT_EQ("cut g, ", kept(store, "first", {"cut g"})) << "it is known now";
+    // Down to the oldest, and that stays.
+    EXPECT_EQ("", kept(plain, "second", {"whole a", "cut b", "cut c", "cut d", "cut e"}));
+    EXPECT_EQ("cut f, cut e, cut d, cut c, cut b, whole a, ", kept(store, "second", {"cut f"}));
+    const auto entries = store.List(dir.path("second"));
+    ASSERT_EQ(5u, entries.size());
+    EXPECT_EQ("whole a", ReadBytes(entries.back().m_sBackup));
 }
 
 TEST(BackupStore, WithoutASoundCopyNothingIsPreferredButTheUnknown)

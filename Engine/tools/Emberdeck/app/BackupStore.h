@@ -11,7 +11,7 @@
 // Keeps what a save is about to overwrite. A save writes in place, so that a full disk or a crash part
 // way leaves a cut file; the copy that lies here is then the artist's way back.
 //
-// A copy is a plain file HASH-TIME-MARK-SOUND.bak in the store's folder, and HASH.path beside it tells whose it is.
+// A copy is a plain file HASH-TIME-MARK-SOUND.bak in the store's folder, and HASH.path beside it tells whoever looks into the folder whose it is.
 // SOUND is a letter that says whether the content was found whole when the copy was made: s for sound, d for damaged,
 // u for not known; older copies have none. There is no index that could be damaged: names alone say what belongs
 // together, files that don't fit the pattern are left alone, and programs that run side by side never write one name.
@@ -33,11 +33,6 @@ public:
         uint64_t m_nSize = 0;              // bytes
         std::optional<bool> m_bSound = {}; // as its name says; none: it doesn't
     };
-    struct CKeptFile
-    {
-        std::string m_sPath;           // whose copies they are; empty when its .path file is lost
-        std::vector<CEntry> m_Entries; // newest first
-    };
 
     // Empty: the folder emberdeck/backups of the user's state directory. Without a check nothing is known of any
     // copy.
@@ -54,7 +49,6 @@ public:
     std::string Keep(const std::string& sPath);
 
     std::vector<CEntry> List(const std::string& sPath) const; // newest first
-    std::vector<CKeptFile> ListAll() const;
 
     // The number in List of the copy that a recovery should bring back: the newest one that is found sound now,
     // whatever its name says, and that isn't what the file holds already: a recovery that was killed may have kept
