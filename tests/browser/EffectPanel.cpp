@@ -3,10 +3,10 @@
 
 namespace
 {
-std::string MenuText(const CPanelMenu& menu)
+std::string MenuText(const std::vector<CMenuEntry>& menu)
 {
     std::string sText;
-    for (const CPanelMenuEntry& entry : menu)
+    for (const CMenuEntry& entry : menu)
         sText += entry.IsSeparator() ? "|"
                                      : std::to_string(entry.m_nID) + (entry.m_bEnabled ? "+" : "-") +
                                            (entry.m_bDefault ? "*" : "") + " ";

@@ -13,7 +13,7 @@ CEffectTreePanel::CEffectTreePanel(CEditContext& context, ITreeView& view, IImpo
 {
 }
 
-CPanelMenu CEffectTreePanel::GetMenu() const
+std::vector<CMenuEntry> CEffectTreePanel::GetMenu() const
 {
     return BuildMenu(c_EffectPanelMenu);
 }

@@ -12,7 +12,7 @@ public:
     CEffectTreePanel(CEditContext& context, ITreeView& view, IImportView& importView,
                      const CTreeOptions& options = {});
 
-    CPanelMenu GetMenu() const override;
+    std::vector<CMenuEntry> GetMenu() const override;
 
     void OnOpenEffects();
     void OnNewEffect();

@@ -88,21 +88,14 @@ bool CLibraryPanel::IsAllowed(EEnableRule eRule) const
     }
 }
 
-CPanelMenu CLibraryPanel::BuildMenu(const CMenuTable& table) const
+std::vector<CMenuEntry> CLibraryPanel::BuildMenu(const CMenuTable& table) const
 {
-    CPanelMenu menu;
+    std::vector<CMenuEntry> menu;
     for (const CMenuItem& item : table)
     {
-        CPanelMenuEntry entry;
+        menu.push_back(MakeMenuEntry(item));
         if (const CCommand* pCommand = FindCommand(item.m_nID))
-        {
-            const std::string_view sLabel = item.GetLabel();
-            const size_t nTab = sLabel.find('\t');
-            entry = {item.m_nID, std::string(sLabel.substr(0, nTab)),
-                     std::string(nTab == std::string_view::npos ? "" : sLabel.substr(nTab + 1)),
-                     IsAllowed(pCommand->m_eRule), item.m_bDefault};
-        }
-        menu.push_back(entry);
+            menu.back().m_bEnabled = IsAllowed(pCommand->m_eRule);
     }
     return menu;
 }

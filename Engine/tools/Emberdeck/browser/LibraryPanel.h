@@ -6,10 +6,9 @@
 #include "app/DialogSizeCtrl.h"
 #include "app/EditContext.h"
 #include "app/LibraryEditor.h"
+#include "app/MenuEntry.h"
 #include "app/resources/DialogIds.h"
-#include "app/resources/Menus.h"
 #include "browser/MultiSelectTreeCtrl.h"
-#include "browser/PanelMenu.h"
 #include "browser/TreeMessages.h"
 #include "browser/gestures/ItemDrag.h"
 
@@ -37,8 +36,8 @@ public:
     void OnDoubleClick(CPoint pt, CModifiers modifiers);
     void OnRightPress(CPoint pt, CModifiers modifiers);
     // The menu to be shown there; empty: none.
-    CPanelMenu OnRightRelease(CPoint pt);
-    CPanelMenu OnMenuKey(CPoint& pt); // pt: where it is to be shown
+    std::vector<CMenuEntry> OnRightRelease(CPoint pt);
+    std::vector<CMenuEntry> OnMenuKey(CPoint& pt); // pt: where it is to be shown
     void OnMouseLost();
     bool OnKey(const CTreeKey& key); // true: it ends here
     bool OnCharacter(std::string_view sCharacter, uint64_t nTime);
@@ -47,7 +46,7 @@ public:
     // A command of the menu, when it is enabled; and c_nControlOk and c_nControlCancel, which come from Enter and Esc
     // in the tree or in its edit box.
     void Command(int32_t nID);
-    virtual CPanelMenu GetMenu() const = 0;
+    virtual std::vector<CMenuEntry> GetMenu() const = 0;
     // A click, a band or a drag runs: commands that change or close the library are to be refused.
     bool IsBusy() const { return IsDragging() || m_Tree.IsBusy(); }
     bool IsDragging() const { return m_Drag.IsRunning(); }
@@ -82,7 +81,7 @@ protected:
 
     virtual void OnOpen() = 0;
     virtual void RunCommand(int32_t nID) = 0; // enabled by now; one that isn't the panel's does nothing
-    CPanelMenu BuildMenu(const CMenuTable& table) const;
+    std::vector<CMenuEntry> BuildMenu(const CMenuTable& table) const;
     virtual CLibraryEditor& Editor() = 0;
     virtual bool& CancelEditFlag() = 0; // the label edit in progress was ended by Cancel
 

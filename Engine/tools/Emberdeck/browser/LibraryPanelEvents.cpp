@@ -70,16 +70,16 @@ void CLibraryPanel::OnRightPress(CPoint pt, CModifiers modifiers)
         m_Tree.OnRightPress(pt, modifiers);
 }
 
-CPanelMenu CLibraryPanel::OnRightRelease(CPoint pt)
+std::vector<CMenuEntry> CLibraryPanel::OnRightRelease(CPoint pt)
 {
     if (IsBusy())
         return {};
     FinishEdit();
     m_Tree.OnRightRelease();
-    return m_View.GetClientRect().Contains(pt) ? GetMenu() : CPanelMenu();
+    return m_View.GetClientRect().Contains(pt) ? GetMenu() : std::vector<CMenuEntry>();
 }
 
-CPanelMenu CLibraryPanel::OnMenuKey(CPoint& pt)
+std::vector<CMenuEntry> CLibraryPanel::OnMenuKey(CPoint& pt)
 {
     if (IsBusy())
         return {};

@@ -10,7 +10,7 @@ CPrefabTreePanel::CPrefabTreePanel(CEditContext& context, ITreeView& view, const
 {
 }
 
-CPanelMenu CPrefabTreePanel::GetMenu() const
+std::vector<CMenuEntry> CPrefabTreePanel::GetMenu() const
 {
     return BuildMenu(c_PrefabPanelMenu);
 }

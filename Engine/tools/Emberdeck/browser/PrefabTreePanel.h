@@ -10,7 +10,7 @@ class CPrefabTreePanel : public CLibraryPanel
 public:
     CPrefabTreePanel(CEditContext& context, ITreeView& view, const CTreeOptions& options = {});
 
-    CPanelMenu GetMenu() const override;
+    std::vector<CMenuEntry> GetMenu() const override;
 
     CEffectPropertySet* GetActivePrefab() const; // null: none
     HLibraryItem GetActiveItem() const { return m_hActivePrefab; }

@@ -1,9 +1,9 @@
 #include "timeline/TrackMenu.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "app/StatusText.h"
-#include "app/resources/Menus.h"
 
 bool CTrackMenuState::IsAllowed(EEnableRule eRule) const
 {
@@ -42,13 +42,13 @@ namespace
 {
 
 // The active prefab's name is filled in.
-std::string Label(const CMenuItem& item, const CTrackMenuState& state)
+CMenuEntry Entry(const CMenuItem& item, const CTrackMenuState& state)
 {
-    std::string sLabel = item.GetLabel();
-    const size_t nPlace = sLabel.find("%s");
+    CMenuEntry entry = MakeMenuEntry(item);
+    const size_t nPlace = entry.m_sLabel.find("%s");
     if (nPlace != std::string::npos && state.m_pActivePrefab)
-        sLabel.replace(nPlace, 2, DoubleAmpersands(state.m_pActivePrefab->GetDisplayName()));
-    return sLabel;
+        entry.m_sLabel.replace(nPlace, 2, DoubleAmpersands(state.m_pActivePrefab->GetDisplayName()));
+    return entry;
 }
 
 std::vector<CMenuEntry> Offered(const CMenuTable& table, const CTrackMenuState& state)
@@ -57,15 +57,16 @@ std::vector<CMenuEntry> Offered(const CMenuTable& table, const CTrackMenuState& 
     for (const CMenuItem& item : table)
     {
         const CCommand* pCommand = FindCommand(item.m_nID);
+        CMenuEntry entry = Entry(item, state);
         if (item.m_pSubmenu)
         {
-            CMenuEntry popup{Label(item, state), 0, Offered(*item.m_pSubmenu, state)};
-            if (std::any_of(popup.m_Entries.begin(), popup.m_Entries.end(),
-                            [](const CMenuEntry& entry) { return !entry.IsSeparator(); }))
-                entries.push_back(std::move(popup));
+            entry.m_Entries = Offered(*item.m_pSubmenu, state);
+            if (std::any_of(entry.m_Entries.begin(), entry.m_Entries.end(),
+                            [](const CMenuEntry& inner) { return !inner.IsSeparator(); }))
+                entries.push_back(std::move(entry));
         }
         else if (!pCommand || state.IsAllowed(pCommand->m_eRule))
-            entries.push_back(CMenuEntry{Label(item, state), item.m_nID, {}});
+            entries.push_back(std::move(entry));
     }
     return entries;
 }

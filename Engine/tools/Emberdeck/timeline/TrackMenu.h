@@ -1,20 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 #include <vector>
 
+#include "app/MenuEntry.h"
 #include "app/resources/Commands.h"
 #include "model/Key.h"
-
-// One entry of a popup menu: a command, a popup of its own, or a separator.
-struct CMenuEntry
-{
-    std::string m_sLabel; // "&" marks the shortcut letter, "&&" is an ampersand; empty for a separator
-    int32_t m_nID = 0;    // 0: a popup, or a separator
-    std::vector<CMenuEntry> m_Entries;
-    bool IsSeparator() const { return m_nID == 0 && m_Entries.empty(); }
-};
 
 // What decides on the entries of the popup menu, as the right button release has left it.
 struct CTrackMenuState

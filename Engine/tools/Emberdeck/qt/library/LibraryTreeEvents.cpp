@@ -103,7 +103,7 @@ void LibraryTreeView::mouseReleaseEvent(QMouseEvent* pEvent)
     const CPoint pt = FromQt(pEvent->position());
     if (pEvent->button() == Qt::LeftButton)
         m_pPanel->OnLeftRelease(pt);
-    else if (pEvent->button() == Qt::RightButton && viewport()->rect().contains(pEvent->position().toPoint()))
+    else if (pEvent->button() == Qt::RightButton && viewport()->rect().contains(ToQt(pt)))
         ShowMenu(m_pPanel->OnRightRelease(pt), pEvent->globalPosition().toPoint());
 }
 
@@ -114,32 +114,15 @@ void LibraryTreeView::contextMenuEvent(QContextMenuEvent* pEvent)
     if (!m_pPanel || pEvent->reason() != QContextMenuEvent::Keyboard)
         return;
     CPoint pt;
-    const CPanelMenu menu = m_pPanel->OnMenuKey(pt);
+    const std::vector<CMenuEntry> menu = m_pPanel->OnMenuKey(pt);
     ShowMenu(menu, viewport()->mapToGlobal(ToQt(pt)));
 }
 
-void LibraryTreeView::ShowMenu(const CPanelMenu& entries, const QPoint& at)
+void LibraryTreeView::ShowMenu(const std::vector<CMenuEntry>& entries, const QPoint& at)
 {
     if (entries.empty())
         return;
-    auto* pMenu = new QMenu(this);
-    for (const CPanelMenuEntry& entry : entries)
-    {
-        if (entry.IsSeparator())
-        {
-            pMenu->addSeparator();
-            continue;
-        }
-        QString sLabel = QString::fromStdString(entry.m_sLabel);
-        if (!entry.m_sKey.empty())
-            sLabel += QLatin1Char('\t') + QString::fromStdString(entry.m_sKey);
-        QAction* pAction = pMenu->addAction(sLabel);
-        pAction->setData(entry.m_nID);
-        pAction->setEnabled(entry.m_bEnabled);
-        if (entry.m_bDefault)
-            pMenu->setDefaultAction(pAction);
-    }
-    const std::optional<int> nChosen = RunPopup(pMenu, at);
+    const std::optional<int> nChosen = RunPopup(MakePopup(this, entries), at);
     if (nChosen && *nChosen && m_pPanel)
         m_pPanel->Command(*nChosen);
 }

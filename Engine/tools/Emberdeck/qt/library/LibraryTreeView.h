@@ -60,7 +60,7 @@ private:
     std::unique_ptr<IFindDialog> OpenFindDialog() override;
 
     void Sync() const; // brings Qt's picture of the tree up to date
-    void ShowMenu(const CPanelMenu& entries, const QPoint& at);
+    void ShowMenu(const std::vector<CMenuEntry>& entries, const QPoint& at);
     CRect ItemRect(const QModelIndex& index) const; // of the label
     void FitColumn();
     void QueueFit();

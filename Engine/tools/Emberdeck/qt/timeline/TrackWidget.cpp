@@ -149,10 +149,11 @@ void TrackWidget::mouseMoveEvent(QMouseEvent* pEvent)
 
 void TrackWidget::mouseReleaseEvent(QMouseEvent* pEvent)
 {
+    const CPoint pt = FromQt(pEvent->position());
     if (pEvent->button() == Qt::LeftButton)
-        m_Track.OnLeftRelease(FromQt(pEvent->position()));
-    else if (pEvent->button() == Qt::RightButton && rect().contains(pEvent->position().toPoint()))
-        ShowMenu(FromQt(pEvent->position()), HasCtrl(pEvent));
+        m_Track.OnLeftRelease(pt);
+    else if (pEvent->button() == Qt::RightButton && rect().contains(ToQt(pt)))
+        ShowMenu(pt, HasCtrl(pEvent));
 }
 
 // The mouse's own come as releases.
@@ -208,26 +209,12 @@ void TrackWidget::keyPressEvent(QKeyEvent* pEvent)
     }
 }
 
-void TrackWidget::AddEntries(QMenu& menu, const std::vector<CMenuEntry>& entries)
-{
-    for (const CMenuEntry& entry : entries)
-    {
-        if (entry.IsSeparator())
-            menu.addSeparator();
-        else if (entry.m_nID == 0)
-            AddEntries(*menu.addMenu(QtText::ToQt(entry.m_sLabel)), entry.m_Entries);
-        else
-            menu.addAction(QtText::ToQt(entry.m_sLabel))->setData(entry.m_nID);
-    }
-}
-
 void TrackWidget::ShowMenu(CPoint pt, bool bCtrl)
 {
     const std::vector<CMenuEntry> entries = m_Track.OnRightRelease(pt, bCtrl);
     if (entries.empty())
         return;
-    auto* pMenu = new QMenu(this);
-    AddEntries(*pMenu, entries);
+    QMenu* pMenu = MakePopup(this, entries);
     const QPoint at = mapToGlobal(QPoint(pt.x - pMenu->sizeHint().width() / 2, pt.y));
     if (const std::optional<int> nChosen = RunPopup(pMenu, at))
         m_Track.OnMenuClosed(*nChosen);

@@ -55,7 +55,6 @@ private:
     void Layout();
     void ShowMenu(CPoint pt, bool bCtrl);
     void ShowPlace();
-    void AddEntries(QMenu& menu, const std::vector<CMenuEntry>& entries);
     QString TipFor(CPoint pt) const;
     bool IsLinkPress(QEvent* pEvent);
 
