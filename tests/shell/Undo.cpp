@@ -61,6 +61,9 @@ TEST(Undo, CommandsBearTheStepsNameAndTellWhatTheyDid)
     CEffectEditor effects(bench.app->Context());
     effects.Rename(bench.app->m_EffectTree.FindData(&bench.Smoke()), "Smoke & Ash");
     EXPECT_EQ("&Undo Rename Effect|*&Redo", bench.Menu());
+    EXPECT_EQ("Undo Rename Effect", bench.frame.GetTip(c_nCmdUndo));
+    EXPECT_EQ("Redo", bench.frame.GetTip(c_nCmdRedo));
+    EXPECT_EQ("Open", bench.frame.GetTip(c_nCmdOpen));
     EXPECT_EQ(" - smoke.Fx00a*", bench.Title());
     bench.window.Take();
     bench.sourceControl.m_Calls.clear();

@@ -43,6 +43,8 @@ public:
     // What a menu shows for a command: the label of its item, with the name of the step behind it where the command
     // is Undo or Redo and there is one. "&" marks the shortcut letter.
     std::string GetLabel(const CMenuItem& item) const;
+    // The tool tip of a command's button, likewise. Plain text.
+    std::string GetTip(int32_t nID) const;
     // Carries a command out, if it may be given by now: a menu may show a state that is gone. A command
     // that comes while another has a dialog up, or while a gesture runs, does nothing; but Exit is the
     // window's to judge. False: nothing was done.
@@ -90,6 +92,8 @@ private:
 
     void DockWithImages(CKRToolbar& toolbar, int32_t nBesideBar);
     bool IsAllowed(EEnableRule eRule) const;
+    // Of the step that Undo or Redo would go; empty: there is none, or it is another command.
+    std::string GetStepLabel(int32_t nID) const;
     // Carries something out when nothing else is under way; false: it isn't, or has given false. bFile: it may have
     // changed what source control says of the file.
     bool RunAlone(const std::function<bool()>& operation, bool bFile = true);

@@ -1,19 +1,31 @@
 #include "app/ChangeSpots.h"
 #include "app/StatusText.h"
+#include "app/resources/Strings.h"
 #include "model/MakeOrNull.h"
 #include "shell/MainFrame.h"
 
 // Undo and redo.
 
-std::string CMainFrame::GetLabel(const CMenuItem& item) const
+std::string CMainFrame::GetStepLabel(int32_t nID) const
 {
     const CHistory& history = m_App.History();
-    const std::string sLabel = item.GetLabel();
-    if (item.m_nID == c_nCmdUndo && history.CanUndo())
-        return sLabel + " " + DoubleAmpersands(history.GetLabel(history.GetPosition() - 1));
-    if (item.m_nID == c_nCmdRedo && history.CanRedo())
-        return sLabel + " " + DoubleAmpersands(history.GetLabel(history.GetPosition()));
-    return sLabel;
+    if (nID == c_nCmdUndo && history.CanUndo())
+        return history.GetLabel(history.GetPosition() - 1);
+    if (nID == c_nCmdRedo && history.CanRedo())
+        return history.GetLabel(history.GetPosition());
+    return std::string();
+}
+
+std::string CMainFrame::GetLabel(const CMenuItem& item) const
+{
+    const std::string sStep = GetStepLabel(item.m_nID);
+    return item.GetLabel() + (sStep.empty() ? sStep : " " + DoubleAmpersands(sStep));
+}
+
+std::string CMainFrame::GetTip(int32_t nID) const
+{
+    const std::string sStep = GetStepLabel(nID);
+    return std::string(GetToolTip(nID)) + (sStep.empty() ? sStep : " " + sStep);
 }
 
 void CMainFrame::OnUndo()

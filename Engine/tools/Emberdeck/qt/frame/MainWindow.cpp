@@ -243,7 +243,10 @@ void MainWindow::ShowCommandStates()
         m_pMenus->ShowStates();
     for (const auto& [nBar, pBar] : m_Bars)
         for (ToolButton* pButton : pBar->findChildren<ToolButton*>())
+        {
             pButton->setEnabled(m_pFrame->IsEnabled(pButton->GetCommand()));
+            pButton->setToolTip(QtText::ToQt(m_pFrame->GetTip(pButton->GetCommand())));
+        }
     if (m_sToldProblem == m_App.History().GetProblem())
         return;
     m_sToldProblem = m_App.History().GetProblem();
