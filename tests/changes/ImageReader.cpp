@@ -91,6 +91,8 @@ TEST(Renames, AreFoundByContent)
                   }));
     EXPECT_EQ("prefab \"Puff\": name: \"Puff\" -> \"Cloud\"\n",
               listed([](const CSide& s) { s.m_Library.m_SpellMgr.FindPrefab("Puff")->m_sName = "Cloud"; }));
+    EXPECT_EQ("effects: group \"Old\", name: \"Old\" -> \"Smoky\"\n",
+              listed([](const CSide& s) { s.m_Library.m_EffectTree.SetItemText(s.Item("Old"), "Smoky"); }));
     EXPECT_EQ("effects: group \"Empty\" is new\neffect \"Fire\": group: \"[Effects]\" -> \"Old\"\n",
               listed(
                   [](const CSide& s)

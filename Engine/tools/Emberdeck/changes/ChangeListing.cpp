@@ -101,7 +101,11 @@ public:
     {
         const size_t nSide = Side(difference);
         if (difference.m_eKind == EDifference::eItemText)
-            return !m_Renamed[nSide].contains(NamesOf(difference));
+        {
+            const auto [sOld, sNew] = NamesOf(difference);
+            told.m_sWhat = "group " + Quoted(sOld) + ", name: " + Quoted(sOld) + " -> " + Quoted(sNew);
+            return !m_Renamed[nSide].contains({sOld, sNew});
+        }
         if (difference.m_eKind != EDifference::eItem)
             return true;
         const auto* pItem = std::get_if<CItemImage>(&difference.m_After);

@@ -165,6 +165,113 @@ void GiveNamesBack(std::vector<std::shared_ptr<const TNode>>& nodes,
     }
 }
 
+// The same for groups, from the roots down: those of one parent, by what lies in them.
+class CGroupRenames
+{
+public:
+    CGroupRenames(const CTreeImage& library, CTreeImage& other) : m_Library(library), m_Other(other) {}
+
+    // Gives the texts that the other has, by the library's items.
+    std::unordered_map<uint32_t, std::string> Run()
+    {
+        std::vector<std::pair<uint32_t, uint32_t>> open = {{0, 0}};
+        while (!open.empty())
+        {
+            const auto [nLibrary, nOther] = open.back();
+            open.pop_back();
+            Pair(nLibrary, nOther, open);
+        }
+        return std::move(m_Texts);
+    }
+
+private:
+    using CGroups = std::vector<std::pair<std::string, uint32_t>>; // in their order
+
+    static CGroups GroupsOf(const CTreeImage& tree, uint32_t nItem)
+    {
+        CGroups groups;
+        const CGroupImage* pGroup = FindGroup(tree, nItem);
+        for (size_t i = 0; pGroup && i < pGroup->m_Children.size(); ++i)
+        {
+            const CItemImage& item = pGroup->m_Children[i];
+            if (!item.m_nObject)
+                groups.emplace_back(FoldedName(item.m_sText), item.m_nItem);
+        }
+        return groups;
+    }
+    // The texts of leaves are those of what they stand for, but for renamed ones: those are told apart by others.
+    static CFeatures FeaturesOf(const CTreeImage& tree, uint32_t nItem)
+    {
+        CFeatures features;
+        const CGroupImage* pGroup = FindGroup(tree, nItem);
+        for (size_t i = 0; pGroup && i < pGroup->m_Children.size(); ++i)
+            features.push_back(HashOf(FoldedName(pGroup->m_Children[i].m_sText)));
+        return Sorted(std::move(features));
+    }
+    // As Align does it: of equal names the first with the first. What is left over is looked at more closely.
+    void Pair(uint32_t nLibrary, uint32_t nOther, std::vector<std::pair<uint32_t, uint32_t>>& open)
+    {
+        std::map<std::string, std::vector<uint32_t>> byName;
+        const CGroups ours = GroupsOf(m_Library, nLibrary);
+        for (size_t i = ours.size(); i-- > 0;)
+            byName[ours[i].first].push_back(ours[i].second);
+        std::vector<CLone> lone, lonelyOthers;
+        for (const auto& [sName, nItem] : GroupsOf(m_Other, nOther))
+        {
+            const auto found = byName.find(sName);
+            if (found == byName.end())
+                lonelyOthers.push_back({nItem, FeaturesOf(m_Other, nItem)});
+            else if (!found->second.empty())
+            {
+                open.emplace_back(found->second.back(), nItem);
+                found->second.pop_back();
+            }
+        }
+        for (const auto& [sName, items] : byName)
+        {
+            for (const uint32_t nItem : items)
+                lone.push_back({nItem, FeaturesOf(m_Library, nItem)});
+        }
+        for (const auto& [nTheirs, nOurs] : FindLikes(lone, lonelyOthers))
+        {
+            TakeText(nLibrary, static_cast<uint32_t>(nOurs), nOther, static_cast<uint32_t>(nTheirs));
+            open.emplace_back(static_cast<uint32_t>(nOurs), static_cast<uint32_t>(nTheirs));
+        }
+    }
+    void TakeText(uint32_t nParent, uint32_t nItem, uint32_t nOtherParent, uint32_t nOther)
+    {
+        const auto isItem = [](uint32_t n)
+        { return [n](const CItemImage& item) { return item.m_nItem == n; }; };
+        const auto& children = FindGroup(m_Library, nParent)->m_Children;
+        const std::string& sText = std::find_if(children.begin(), children.end(), isItem(nItem))->m_sText;
+        const auto group = std::lower_bound(m_Other.begin(), m_Other.end(), nOtherParent,
+                                            [](const auto& p, uint32_t n) { return p->m_nItem < n; });
+        auto pCopy = std::make_shared<CGroupImage>(**group);
+        const auto item = std::find_if(pCopy->m_Children.begin(), pCopy->m_Children.end(), isItem(nOther));
+        m_Texts.emplace(nItem, item->m_sText);
+        item->m_sText = sText;
+        *group = std::move(pCopy);
+    }
+
+    const CTreeImage& m_Library;
+    CTreeImage& m_Other;
+    std::unordered_map<uint32_t, std::string> m_Texts;
+};
+
+void GiveTextsBack(CTreeImage& tree, const std::unordered_map<uint32_t, std::string>& texts)
+{
+    for (auto& pGroup : tree)
+    {
+        auto pCopy = std::make_shared<CGroupImage>(*pGroup);
+        for (CItemImage& item : pCopy->m_Children)
+        {
+            const auto found = texts.find(item.m_nItem);
+            item.m_sText = found != texts.end() ? found->second : item.m_sText;
+        }
+        pGroup = std::move(pCopy);
+    }
+}
+
 } // namespace
 
 std::shared_ptr<const CLibraryImage> AlignRenamed(const CLibraryImage& library, const CLibraryImage& other)
@@ -173,11 +280,16 @@ std::shared_ptr<const CLibraryImage> AlignRenamed(const CLibraryImage& library, 
     std::unordered_map<uint64_t, std::string> prefabs, spells;
     TakeNames(library.m_Prefabs, named.m_Prefabs, prefabs);
     TakeNames(library.m_Spells, named.m_Spells, spells);
-    const auto pAligned = Align(library, named);
-    if (prefabs.empty() && spells.empty())
-        return pAligned;
-    auto pResult = std::make_shared<CLibraryImage>(*pAligned);
+    std::unordered_map<uint32_t, std::string> texts[c_nNumSides];
+    for (size_t nSide = 0; nSide < c_nNumSides; ++nSide)
+        texts[nSide] = CGroupRenames(library.m_Trees[nSide], named.m_Trees[nSide]).Run();
+    auto pResult = std::make_shared<CLibraryImage>(*Align(library, named));
     GiveNamesBack(pResult->m_Prefabs, prefabs);
     GiveNamesBack(pResult->m_Spells, spells);
+    for (size_t nSide = 0; nSide < c_nNumSides; ++nSide)
+    {
+        if (!texts[nSide].empty())
+            GiveTextsBack(pResult->m_Trees[nSide], texts[nSide]);
+    }
     return pResult;
 }
