@@ -35,7 +35,8 @@ void HistoryModel::Refresh()
         m_nRows = nRows;
         endRemoveRows();
     }
-    emit dataChanged(index(0), index(m_nRows - 1));
+    const QModelIndex last = index(m_nRows - 1);
+    emit dataChanged(index(0), last);
 }
 
 int HistoryModel::rowCount(const QModelIndex& parent) const
