@@ -41,7 +41,11 @@ TEST(LibraryEditor, CopiesGetFreeNamesBesideTheirSources)
     // The number of a name of full length is kept, and no character is cut in two.
     CSpell* pLong = bench.app->NewEffect();
     const std::string sLong = std::string(115, 'x') + "\xC3\xA4" + std::string(10, 'y');
-    pLong->SetName(sLong);
+    {
+        CEditScope scope(bench.app->m_Edits, "Test");
+        scope.TouchHead(*pLong);
+        pLong->SetName(sLong);
+    }
     const HLibraryItem hCopy = bench.effectEditor.Duplicate(bench.app->m_EffectTree.FindData(pLong));
     EXPECT_EQ(std::string(115, 'x'), bench.app->m_EffectTree.GetItemText(hCopy));
     EXPECT_EQ(std::string(115, 'x') + "_1", bench.app->m_EffectTree.GetItemText(bench.effectEditor.Duplicate(
@@ -230,12 +234,15 @@ TEST(LibraryEditor, ATreeWithoutASoundRootGetsOneBeforeItsFirstChange)
     EXPECT_EQ("[[Effects]]\n  " + std::string(pNew->m_szName) + "\n", bench.effects());
 
     // A hand-made file: a leaf at the top, groups beside it. All of it is saved from now on.
-    bench.app->NewEffectFile();
-    tree.DeleteAllItems();
-    CSpell* pTop = bench.app->m_SpellMgr.AddSpell();
-    pTop->SetName("Top");
-    tree.InsertLeaf("Top", {}, pTop);
-    tree.InsertGroup("Inner", tree.InsertGroup("Beside", {}));
+    {
+        CEditScope scope(bench.app->m_Edits, "Test");
+        bench.app->NewEffectFile();
+        tree.DeleteAllItems();
+        CSpell* pTop = bench.app->m_SpellMgr.AddSpell();
+        pTop->SetName("Top");
+        tree.InsertLeaf("Top", {}, pTop);
+        tree.InsertGroup("Inner", tree.InsertGroup("Beside", {}));
+    }
     EXPECT_TRUE(bench.effectEditor.Duplicate(bench.effect("Top")));
     EXPECT_EQ("[[Effects]]\n  Top\n  [Beside]\n    [Inner]\n  Top_1\n", bench.effects());
 }

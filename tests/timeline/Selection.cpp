@@ -107,7 +107,7 @@ TEST(TimelineSelection, NothingPointsToWhatIsGone)
     CTrackWnd& wnd = *bench.wnd;
     bench.Click(bench.At(500, 1));
     {
-        CEditScope scope(bench.edits, "From elsewhere");
+        CEditScope scope(bench.edits, "From elsewhere in a Test");
         scope.Touch(&bench.Spell());
         bench.Tracks().RemoveTrack(bench.Tracks().GetTrack(1));
         bench.Tracks().m_nPhaseLength = 20000;
@@ -122,7 +122,7 @@ TEST(TimelineSelection, NothingPointsToWhatIsGone)
     {
         const int nInvalidated = bench.view.m_nInvalidated;
         {
-            CEditScope scope(bench.edits, "From elsewhere");
+            CEditScope scope(bench.edits, "From elsewhere in a Test");
             touch(scope);
         }
         return bench.view.m_nInvalidated - nInvalidated;

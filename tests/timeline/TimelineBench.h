@@ -103,6 +103,8 @@ struct CTimelineBench
     {
         {
             CEditScope scope(edits, "Test");
+            scope.TouchSpellList();
+            scope.TouchPrefabList();
             scope.Touch(&Spell());
             change();
         }

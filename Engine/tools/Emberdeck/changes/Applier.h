@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "changes/Apply.h"
+#include "changes/Serials.h"
 
 // Does differences one by one. Each function gives why it didn't, or nothing.
 class CApplier
@@ -85,19 +86,6 @@ template <class TList, class TSerial>
 bool IsAt(const TList& list, uint32_t nPlace, uint64_t nSerial, const TSerial& serialOf)
 {
     return nPlace < list.size() && serialOf(*list[nPlace]) == nSerial;
-}
-
-inline uint64_t SerialOf(const CSpell& spell)
-{
-    return spell.m_nSerial;
-}
-inline uint64_t SerialOf(const CEffectPropertySet& set)
-{
-    return set.m_Serial.Get();
-}
-inline uint64_t SerialOf(const CTrack& track)
-{
-    return track.m_Serial.Get();
 }
 
 // Puts a range of owned objects into another order. False: it isn't in the order that is expected.

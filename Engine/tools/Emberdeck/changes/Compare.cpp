@@ -98,7 +98,7 @@ void CComparison::CompareSpells(uint64_t nSerial, const CKnownSpell& before, con
         const auto now = after.m_Keys.find(nKey);
         return old != before.m_Keys.end()  ? KeyRef(*old->second)
                : now != after.m_Keys.end() ? KeyRef(*now->second)
-                                           : CChangeRef{nKey, {}};
+                                           : CChangeRef{nKey, std::to_string(m_Names.m_KeyID(nSerial, nKey))};
     };
     for (const uint64_t nTrack : tracks.m_Tracks.Target())
     {

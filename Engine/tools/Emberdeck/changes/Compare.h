@@ -33,6 +33,7 @@ struct CChangeNames
     std::function<std::string(uint64_t)> m_Spell;
     std::function<std::string(uint64_t)> m_Prefab;
     std::function<std::string(ETreeSide, uint32_t)> m_Item;
+    std::function<uint32_t(uint64_t, uint64_t)> m_KeyID; // of a key's serial in the effect of that serial
 };
 
 // What has come of the first. Both know the same parts, and each the contents of what only it has. False: one of these

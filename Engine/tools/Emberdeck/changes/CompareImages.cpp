@@ -1,6 +1,7 @@
 #include "changes/Compare.h"
 
 #include <algorithm>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace
@@ -67,39 +68,39 @@ CKnownLibrary KnownOf(const CLibraryImage& image, const CLibraryImage& other)
     return known;
 }
 
-std::string ItemName(const CLibraryImage& image, ETreeSide eSide, uint32_t nItem)
+using CTexts = std::unordered_map<uint64_t, const std::string*>;
+
+std::string Named(const CTexts& texts, uint64_t nNumber)
 {
-    for (const auto& pGroup : image.Tree(eSide))
-    {
-        for (const CItemImage& item : pGroup->m_Children)
-        {
-            if (item.m_nItem == nItem)
-                return item.m_sText;
-        }
-    }
-    return {};
+    const auto found = texts.find(nNumber);
+    return found != texts.end() ? *found->second : std::string();
 }
 
 } // namespace
 
 CLibraryChange Compare(const CLibraryImage& before, const CLibraryImage& after)
 {
-    std::unordered_map<uint64_t, const std::string*> spells, prefabs;
+    CTexts spells, prefabs, items[c_nNumSides];
     for (const CLibraryImage* pImage : {&before, &after})
     {
         for (const auto& pSpell : pImage->m_Spells)
             spells.emplace(pSpell->m_nSerial, &pSpell->m_sName);
         for (const auto& pPrefab : pImage->m_Prefabs)
             prefabs.emplace(pPrefab->m_nSerial, &pPrefab->m_sName);
+        for (const ETreeSide eSide : c_TreeSides)
+        {
+            for (const auto& pGroup : pImage->Tree(eSide))
+            {
+                for (const CItemImage& item : pGroup->m_Children)
+                    items[static_cast<size_t>(eSide)].emplace(item.m_nItem, &item.m_sText);
+            }
+        }
     }
     CChangeNames names;
-    names.m_Spell = [&](uint64_t n) { return spells.contains(n) ? *spells[n] : std::string(); };
-    names.m_Prefab = [&](uint64_t n) { return prefabs.contains(n) ? *prefabs[n] : std::string(); };
-    names.m_Item = [&](ETreeSide eSide, uint32_t n)
-    {
-        const std::string sName = ItemName(before, eSide, n);
-        return sName.empty() ? ItemName(after, eSide, n) : sName;
-    };
+    names.m_Spell = [&](uint64_t n) { return Named(spells, n); };
+    names.m_Prefab = [&](uint64_t n) { return Named(prefabs, n); };
+    names.m_Item = [&](ETreeSide eSide, uint32_t n) { return Named(items[static_cast<size_t>(eSide)], n); };
+    names.m_KeyID = [](uint64_t, uint64_t) { return 0; }; // of an effect that differs all keys are known
     CLibraryChange change;
     Compare(KnownOf(before, after), KnownOf(after, before), names, change);
     return change;

@@ -8,9 +8,10 @@
 
 bool CEdit::Touches(const void* pObject) const
 {
-    return pObject && std::any_of(m_Touched.begin(), m_Touched.end(),
-                                  [pObject](const CTouch& touch)
-                                  { return touch.m_pObject == pObject || touch.m_pPart == pObject; });
+    return pObject && (m_bTouchesLost ||
+                       std::any_of(m_Touched.begin(), m_Touched.end(),
+                                   [pObject](const CTouch& touch)
+                                   { return touch.m_pObject == pObject || touch.m_pPart == pObject; }));
 }
 
 bool CEdit::Touches(ETouched eKind) const
@@ -43,7 +44,7 @@ void CEditHub::Tell(const TCall& call)
     struct CWalk
     {
         explicit CWalk(CEditHub& hub) : m_Hub(hub) { ++m_Hub.m_nTelling; }
-        ~CWalk() // also when a listener is out of memory
+        ~CWalk()
         {
             std::vector<IEditListener*>& list = m_Hub.m_Listeners;
             if (--m_Hub.m_nTelling == 0)
@@ -55,16 +56,16 @@ void CEditHub::Tell(const TCall& call)
     const size_t nCount = m_Listeners.size();
     for (size_t i = 0; i < nCount; ++i)
     {
+        // Scopes end in destructors. Who has no memory to hear of it shows the old state; the others hear of it.
         if (IEditListener* pListener = m_Listeners[i])
-            call(*pListener);
+            TryAllocating([&] { call(*pListener); });
     }
 }
 
-void CEditHub::Open(const std::string& sLabel)
+void CEditHub::Open(std::string_view sLabel)
 {
-    if (m_nDepth == 0)
-        m_Edit.m_sLabel = sLabel;
-    ++m_nDepth; // last: without memory the scope isn't there, and nobody closes it
+    if (m_nDepth++ == 0)
+        TryAllocating([&] { m_Edit.m_sLabel = sLabel; });
 }
 
 void CEditHub::Touch(const CTouch& touch)
@@ -72,44 +73,44 @@ void CEditHub::Touch(const CTouch& touch)
     QS_ASSERT(m_nDepth > 0);
     if (m_nDepth == 0 || m_Seen.contains(touch))
         return;
-    m_Edit.m_Touched.push_back(touch);
-    m_Seen.insert(touch); // without memory it is touched twice rather than never
+    if (!TryAllocating([&] { m_Edit.m_Touched.push_back(touch); }))
+        m_Edit.m_bTouchesLost = m_Edit.m_bRecordFailed = true;
+    TryAllocating([&] { m_Seen.insert(touch); }); // without memory it is touched twice rather than never
     if (m_pRecorder)
         m_pRecorder->OnTouching(touch);
-    // A copy, since a listener may open a scope that joins this one and touches more.
-    const std::string sLabel = m_Edit.m_sLabel;
-    Tell([&](IEditListener& listener) { listener.OnTouching(sLabel, touch); });
+    Tell([&](IEditListener& listener) { listener.OnTouching(m_Edit.m_sLabel, touch); });
 }
 
 void CEditHub::Step()
 {
-    if (m_nDepth == 0 || m_Edit.m_Touched.empty())
+    if (m_nDepth == 0 || !HasTouched())
         return;
-    const CEdit edit = m_Edit; // a listener may open a scope that joins this one and touches more
-    Tell([&](IEditListener& listener) { listener.OnEditStep(edit); });
+    CEdit edit; // a copy: a listener may open a scope that joins this one and touches more
+    if (TryAllocating([&] { edit = m_Edit; }))
+        Tell([&](IEditListener& listener) { listener.OnEditStep(edit); });
 }
 
 bool CEditHub::Abandon()
 {
-    return m_Edit.m_Touched.empty() || (m_pRecorder && m_pRecorder->PutBack(m_Edit));
+    return !HasTouched() || (m_pRecorder && !m_Edit.m_bTouchesLost && m_pRecorder->PutBack(m_Edit));
 }
 
 void CEditHub::Close()
 {
     if (--m_nDepth > 0)
         return;
+    const bool bTouched = HasTouched();
     CEdit edit = std::exchange(m_Edit, CEdit());
     m_Seen.clear();
-    if (edit.m_Touched.empty())
+    if (!bTouched)
         return;
     ++m_nNumEdits;
     if (m_pRecorder)
         m_pRecorder->Finish(edit);
-    // This runs in destructors. Who has no memory to hear of it shows the old state; the others hear of it.
-    Tell([&](IEditListener& listener) { TryAllocating([&] { listener.OnEdit(edit); }); });
+    Tell([&](IEditListener& listener) { listener.OnEdit(edit); });
 }
 
-CEditScope::CEditScope(CEditHub& hub, const std::string& sLabel) : m_Hub(hub)
+CEditScope::CEditScope(CEditHub& hub, std::string_view sLabel) : m_Hub(hub)
 {
     m_Hub.Open(sLabel);
 }

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 #include <vector>
 
@@ -59,8 +60,11 @@ struct CEdit
     std::shared_ptr<const CLibraryChange> m_pChange;
     bool m_bRecordFailed = false;
     bool m_bContinues = false; // completes the edit before it: to a person both are one
+    // Memory was short: more was touched than m_Touched tells. So m_bRecordFailed, too.
+    bool m_bTouchesLost = false;
 
-    bool Touches(const void* pObject) const; // an effect, also by one of its parts, prefab, track or key
+    // An effect, also by one of its parts, prefab, track or key. Where touches are lost, it may be any.
+    bool Touches(const void* pObject) const;
     bool Touches(ETouched eKind) const;
 };
 
@@ -97,6 +101,8 @@ public:
 // the next event on; one that is removed within a call hears nothing more. A listener may open scopes
 // of its own within OnEdit, which are edits of their own.
 //
+// An edit never fails for lack of memory here: what can't be noted is lost, and the edit says so.
+//
 // One for each library, of one thread. It outlives its listeners and scopes.
 class CEditHub
 {
@@ -104,16 +110,18 @@ public:
     void AddListener(IEditListener* pListener);    // not owned; null, or one that is there already: nothing
     void RemoveListener(IEditListener* pListener); // also from within a call
     void SetRecorder(IEditRecorder* pRecorder) { m_pRecorder = pRecorder; } // not owned; null: nobody records
+    bool HasRecorder() const { return m_pRecorder != nullptr; }
     bool IsOpen() const { return m_nDepth > 0; }
     uint64_t GetNumEdits() const { return m_nNumEdits; } // scopes that touched something, once closed
 
 private:
     friend class CEditScope;
-    void Open(const std::string& sLabel);
+    void Open(std::string_view sLabel);
     void Touch(const CTouch& touch);
     void Step();
     bool Abandon();
     void Close();
+    bool HasTouched() const { return !m_Edit.m_Touched.empty() || m_Edit.m_bTouchesLost; }
     template <typename TCall>
     void Tell(const TCall& call);
 
@@ -145,7 +153,7 @@ private:
 class CEditScope
 {
 public:
-    CEditScope(CEditHub& hub, const std::string& sLabel);
+    CEditScope(CEditHub& hub, std::string_view sLabel);
     ~CEditScope();
     CEditScope(const CEditScope&) = delete;
     CEditScope& operator=(const CEditScope&) = delete;

@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "model/MakeOrNull.h"
-
 namespace
 {
 
@@ -96,9 +94,7 @@ bool CCarryKey::Drop()
         return false;
     if (CTrack* pTrack = Tracks().GetTrack(landing->m_nTrack))
         return DropOn(*pTrack, landing->m_Span);
-    // To keep what was takes memory, too: without it the key is refused.
-    if (!TryAllocating([this] { Scope(Label()).TouchTracks(m_Context.m_Spell); }))
-        return false;
+    Scope(Label()).TouchTracks(m_Context.m_Spell);
     CTrack* pNew = Tracks().AddTrack();
     if (!pNew)
         return false;
@@ -112,8 +108,7 @@ bool CCarryKey::DropOn(CTrack& track, CKeySpan span)
 {
     if (!track.ReserveKey()) // a key that is appended without room would be gone
         return false;
-    if (!TryAllocating([&] { Scope(Label()).TouchTrack(m_Context.m_Spell, track); }))
-        return false;
+    Scope(Label()).TouchTrack(m_Context.m_Spell, track);
     CKey* pKey = m_pKey.get();
     pKey->m_nStartTime = span.m_nStart;
     pKey->m_nEndTime = span.m_nEnd;
