@@ -28,15 +28,33 @@ TEST(PackAndLaunch, PacksBesideTheFileAndRepairsValuesInTheOpen)
     std::replace(sWindows.begin(), sWindows.end(), '/', '\\');
     EXPECT_EQ("EnsureCheckedOut " + sWindows + " 0", bench.sourceControl.m_Calls.back());
 
+    // What it repairs is no step: it is undone with the step before, and a saved library counts as saved.
+    CHistory& history = bench.app->History();
+    const std::string sBefore = LibrarySnapshot(bench.app->Context(), bench.dir);
+    const auto spoil = [&]
     {
         CEditScope scope(bench.app->m_Edits, "Spoil");
-        scope.TouchLibrary();
-        PropOf(*bench.app->m_SpellMgr.FindPrefab("Puff"), "Count")->GetKey(0)->m_Data.SetInt(5000);
-    }
+        CEffectPropertySet* pPuff = bench.app->m_SpellMgr.FindPrefab("Puff");
+        scope.TouchPrefab(pPuff);
+        PropOf(*pPuff, "Count")->GetKey(0)->m_Data.SetInt(5000);
+    };
+    spoil();
     checker.ExpectEdits(1);
+    history.MarkSaved();
     EXPECT_TRUE(bench.app->PackEffects());
     checker.ExpectEdits(1, "a value beyond its range");
     EXPECT_EQ(1000, IntOf(*KeyOf(bench.app->m_SpellMgr, "Smoke"), "Count"));
+    EXPECT_TRUE(history.GetNumSteps() == 1 && history.IsSaved());
+    EXPECT_EQ("Spoil", history.GetLabel(0));
+    const std::string sPacked = LibrarySnapshot(bench.app->Context(), bench.dir);
+    EXPECT_TRUE(history.Undo());
+    EXPECT_EQ(sBefore, LibrarySnapshot(bench.app->Context(), bench.dir));
+    EXPECT_TRUE(history.Redo());
+    EXPECT_EQ(sPacked, LibrarySnapshot(bench.app->Context(), bench.dir));
+    spoil();
+    history.Forget();
+    EXPECT_TRUE(bench.app->PackEffects());
+    EXPECT_EQ(0u, history.GetNumSteps()) << "nothing to go with";
 
     bench.app->m_sFileName = bench.path("no/x.Fx00a");
     bench.prompts.onAsk("An error occurred packing the file " + bench.path("no/x.Fx00p") +

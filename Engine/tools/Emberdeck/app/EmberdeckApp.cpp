@@ -167,6 +167,7 @@ bool CEmberdeckApp::LoadProjectPlugin()
     if (m_EffectModule.IsLoaded() && (!m_SpellMgr.Spells().empty() || !m_SpellMgr.Prefabs().empty()))
         NewEffectFile();
 
+    m_History.Forget(); // an empty library, too, may have steps: of effects whose types go now
     m_Clipboard.FreezeForUnload();
     if (m_bStarting)
         m_pPluginMark->Set(m_Project.m_sFireglass + '\0' + m_sFileName);

@@ -8,8 +8,10 @@ namespace
 {
 
 constexpr const char* c_szNotRecorded =
-    "This step can't be undone: memory was short. The history begins anew.";
-constexpr const char* c_szNotAsItWas = "The library isn't what this step left. The history begins anew.";
+    "The computer ran short of memory: your last change is made, but it and those before it can't be undone.";
+constexpr const char* c_szNotAsItWas = "Nothing was changed: the library isn't what this step expects. The "
+                                       "steps so far can't be undone or redone.";
+constexpr const char* c_szNotDone = "Nothing was changed: the computer ran short of memory. Try again.";
 
 } // namespace
 
@@ -41,21 +43,16 @@ void CHistory::OnEdit(const CEdit& edit)
     if (edit.Touches(ETouched::eLibrary))
         BeginAnew(edit.m_sLabel == c_szOpenLabel ? EHistoryStart::eOpened : EHistoryStart::eNew, "");
     else if (m_bDoing)
-        return;
-    else if (edit.m_bRecordFailed || (edit.m_pChange && !TryAllocating([&] { Push(edit); })))
+        return; // of its own steps it knows the change
+    else if (edit.m_bRecordFailed)
+        BeginAnew(EHistoryStart::eCut, c_szNotRecorded);
+    else if (edit.m_pChange && !edit.m_pChange->IsEmpty() &&
+             !AllocateAll([&] { edit.m_bStep ? Push(edit) : JoinStepBefore(edit); }))
         BeginAnew(EHistoryStart::eCut, c_szNotRecorded);
 }
 
-void CHistory::Push(const CEdit& edit)
+void CHistory::DropRedo()
 {
-    if (edit.m_pChange->IsEmpty())
-        return;
-    // What is saved stays a position of its own.
-    if (edit.m_bContinues && CanUndo() && !CanRedo() && !IsSaved())
-    {
-        Complete(m_Steps.back(), *edit.m_pChange);
-        return;
-    }
     while (CanRedo())
     {
         m_nMemory -= m_Steps.back().m_nMemory;
@@ -63,6 +60,17 @@ void CHistory::Push(const CEdit& edit)
     }
     if (m_Saved && *m_Saved > m_nPosition)
         m_Saved.reset();
+}
+
+void CHistory::Push(const CEdit& edit)
+{
+    // What is saved stays a position of its own.
+    if (edit.m_bContinues && CanUndo() && !CanRedo() && !IsSaved())
+    {
+        Complete(m_Steps.back(), *edit.m_pChange);
+        return;
+    }
+    DropRedo();
     const size_t nMemory = sizeof(CStep) + edit.m_pChange->GetMemory();
     m_Steps.push_back({edit.m_sLabel, edit.m_pChange, nMemory});
     m_nMemory += nMemory;
@@ -81,6 +89,17 @@ void CHistory::Complete(CStep& step, const CLibraryChange& change)
     m_nMemory += step.m_nMemory;
     DropOldest();
     Tell();
+}
+
+// What isn't a step of its own is done and undone with the one before. Without one it lies where the history begins.
+// A saved library counts as saved on: it loads as what it is now.
+void CHistory::JoinStepBefore(const CEdit& edit)
+{
+    DropRedo();
+    if (m_nPosition > 0)
+        Complete(m_Steps.back(), *edit.m_pChange);
+    else
+        Tell();
 }
 
 void CHistory::DropOldest()
@@ -104,27 +123,55 @@ void CHistory::BeginAnew(EHistoryStart eStart, const char* pszProblem)
     m_nMemory = 0;
     m_eStart = eStart;
     m_Saved = eStart == EHistoryStart::eCut ? std::nullopt : std::optional<size_t>(0);
+    SetProblem(pszProblem);
+}
+
+void CHistory::SetProblem(const char* pszProblem)
+{
     TryAllocating([&] { m_sProblem = pszProblem; });
     Tell();
 }
 
-bool CHistory::Do(const CLibraryChange& change, const std::string& sLabel)
+void CHistory::Forget()
 {
+    const bool bSaved = IsSaved();
+    if (m_Steps.empty())
+        return;
+    BeginAnew(EHistoryStart::eCut, "");
+    if (bSaved)
+        MarkSaved();
+}
+
+// The step may go while it is done, with the whole history.
+bool CHistory::Do(const CStep& step, bool bBack)
+{
+    const std::shared_ptr<const CLibraryChange> pChange = step.m_pChange;
+    CLibraryChange turned;
+    std::string sLabel;
+    const auto prepare = [&]
+    {
+        sLabel = (bBack ? "Undo " : "Redo ") + step.m_sLabel;
+        if (bBack)
+            turned = pChange->TurnedRound();
+    };
+    const bool bPrepared = AllocateAll(prepare);
     m_bDoing = true;
-    bool bDone = false;
-    TryAllocating([&] { bDone = !Apply(change, m_Target, sLabel); });
+    std::optional<CConflict> conflict;
+    if (bPrepared)
+        conflict = Apply(bBack ? turned : *pChange, m_Target, sLabel);
     m_bDoing = false;
-    if (!bDone)
+    if (!bPrepared || (conflict && conflict->m_bNoMemory))
+        SetProblem(c_szNotDone);
+    else if (conflict)
         BeginAnew(EHistoryStart::eCut, c_szNotAsItWas);
-    return bDone;
+    else
+        m_sProblem.clear();
+    return bPrepared && !conflict;
 }
 
 bool CHistory::Undo()
 {
-    if (!CanUndo() || m_Target.m_Edits.IsOpen())
-        return false;
-    const CStep step = m_Steps[m_nPosition - 1];
-    if (!Do(step.m_pChange->TurnedRound(), "Undo " + step.m_sLabel))
+    if (!CanUndo() || m_Target.m_Edits.IsOpen() || !Do(m_Steps[m_nPosition - 1], true))
         return false;
     --m_nPosition;
     Tell();
@@ -133,10 +180,7 @@ bool CHistory::Undo()
 
 bool CHistory::Redo()
 {
-    if (!CanRedo() || m_Target.m_Edits.IsOpen())
-        return false;
-    const CStep step = m_Steps[m_nPosition];
-    if (!Do(*step.m_pChange, "Redo " + step.m_sLabel))
+    if (!CanRedo() || m_Target.m_Edits.IsOpen() || !Do(m_Steps[m_nPosition], false))
         return false;
     ++m_nPosition;
     Tell();

@@ -54,8 +54,8 @@ public:
     bool CanUndo() const { return m_nPosition > 0; }
     bool CanRedo() const { return m_nPosition < m_Steps.size(); }
 
-    // One step. False: there is none, an edit is open, or the library isn't as the step left it; this empties the
-    // history, the library stays, and GetProblem tells it.
+    // One step. False, the library as it was: there is none, an edit is open, memory is short, or the library isn't as
+    // the step left it; this empties the history. Of the last two GetProblem tells.
     bool Undo();
     bool Redo();
     bool GoTo(size_t nPosition); // step by step; false as soon as one is
@@ -69,8 +69,11 @@ public:
     void SetBudget(size_t nBytes);
     size_t GetMemory() const { return m_nMemory; } // bytes, about
 
-    // Why the history is empty, until the next step; empty when it has begun so.
+    // Why the history is empty, or the last step back or forth did nothing, until the next one; empty when all is well.
     const std::string& GetProblem() const { return m_sProblem; }
+
+    // Begins anew, with what is there now: before what the steps stand on goes. What is saved stays so.
+    void Forget();
 
     // Told behind each change of what stands above, a problem among them. It opens no scope.
     std::function<void()> m_OnChanged;
@@ -86,9 +89,12 @@ private:
     void OnEdit(const CEdit& edit) override;
     void Push(const CEdit& edit);
     void Complete(CStep& step, const CLibraryChange& change); // with what an edit adds to it
+    void JoinStepBefore(const CEdit& edit);
+    void DropRedo();
     void DropOldest();
     void BeginAnew(EHistoryStart eStart, const char* pszProblem);
-    bool Do(const CLibraryChange& change, const std::string& sLabel);
+    void SetProblem(const char* pszProblem);
+    bool Do(const CStep& step, bool bBack);
     void Tell() const;
 
     CApplyTarget m_Target;

@@ -36,7 +36,7 @@ void TouchWhatPackingChanges(CEditScope& scope, CSpellMgr& spellMgr)
         [&](CSpell& spell, CKey& key)
         {
             if (key.m_pTypeDesc && WouldChange(key))
-                scope.Touch(&spell);
+                scope.TouchKey(spell, key);
         });
 }
 
@@ -61,6 +61,7 @@ bool CEmberdeckApp::PackTo(const std::string& sPackName, const char* pszTarget) 
         if (IsOwnFile(sPackName))
             return;
         CEditScope scope(m_Context.m_Edits, "Pack Effects");
+        scope.BelongToStepBefore(); // a pack is no step
         TouchWhatPackingChanges(scope, m_SpellMgr);
         bPacked = PackEffectLibrary(sPackName.c_str(), m_SpellMgr, m_EffectModule, &m_Services.m_Prompts,
                                     pszTarget, &m_sPackError);

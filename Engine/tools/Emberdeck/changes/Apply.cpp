@@ -2,6 +2,20 @@
 
 #include "model/MakeOrNull.h"
 
+CApplier::TWhy CApplier::DoTrackOrder(const CDifference& d, CSpell& spell)
+{
+    struct CRenumber
+    {
+        CTrackList& m_Tracks;
+        void operator()() { m_Tracks.Renumber(); }
+    };
+    m_Scope.TouchTracks(spell);
+    Note(CRenumber{spell.m_Tracks}); // behind the order that is taken back
+    const TWhy sWhy = Reorder(spell.m_Tracks.TracksToRestore(), d);
+    spell.m_Tracks.Renumber();
+    return sWhy;
+}
+
 CApplier::TWhy CApplier::DoInSpell(const CDifference& d)
 {
     CSpell* pSpell = FindSpell(d.m_Effect.m_nSerial);
@@ -12,14 +26,7 @@ CApplier::TWhy CApplier::DoInSpell(const CDifference& d)
     case EDifference::eTrack:
         return DoTrack(d, *pSpell);
     case EDifference::eTrackOrder:
-    {
-        m_Scope.TouchTracks(*pSpell);
-        const bool bDone = Reorder(pSpell->m_Tracks.TracksToRestore(), d);
-        pSpell->m_Tracks.Renumber();
-        return bDone ? TWhy() : TWhy(c_szOther);
-    }
-    case EDifference::eKey:
-        return DoKey(d, *pSpell);
+        return DoTrackOrder(d, *pSpell);
     case EDifference::eKeyTrack:
         return DoKeyTrack(d, *pSpell);
     case EDifference::eKeyOrder:
@@ -28,7 +35,7 @@ CApplier::TWhy CApplier::DoInSpell(const CDifference& d)
         if (!pTrack)
             return c_szGone;
         m_Scope.TouchTrack(*pSpell, *pTrack);
-        return Reorder(pTrack->KeysToRestore(), d) ? TWhy() : TWhy(c_szOther);
+        return Reorder(pTrack->KeysToRestore(), d);
     }
     default:
     {
@@ -38,7 +45,7 @@ CApplier::TWhy CApplier::DoInSpell(const CDifference& d)
     }
 }
 
-std::string CApplier::Do(const CDifference& d)
+CApplier::TWhy CApplier::DoOne(const CDifference& d)
 {
     switch (d.m_eKind)
     {
@@ -46,7 +53,7 @@ std::string CApplier::Do(const CDifference& d)
         return DoSpell(d);
     case EDifference::eEffectOrder:
         m_Scope.TouchSpellList();
-        return Reorder(Mgr().SpellsToRestore(), d) ? TWhy() : TWhy(c_szOther);
+        return Reorder(Mgr().SpellsToRestore(), d);
     case EDifference::eEffectName:
     case EDifference::eEffectLength:
     {
@@ -57,7 +64,7 @@ std::string CApplier::Do(const CDifference& d)
         return DoPrefab(d);
     case EDifference::ePrefabOrder:
         m_Scope.TouchPrefabList();
-        return Reorder(Mgr().PrefabsToRestore(), d) ? TWhy() : TWhy(c_szOther);
+        return Reorder(Mgr().PrefabsToRestore(), d);
     case EDifference::eItem:
         return DoItem(d);
     case EDifference::eItemOrder:
@@ -77,26 +84,75 @@ std::string CApplier::Do(const CDifference& d)
     return DoSetField(d, *pPrefab);
 }
 
+namespace
+{
+
+// Keys that come to one track, or go from it, each behind or before the one that was done last.
+size_t LengthOfRun(std::span<const CDifference> rest)
+{
+    const CDifference& first = rest.front();
+    const auto isGone = [](const CDifference& d)
+    { return !std::holds_alternative<std::monostate>(d.m_Before); };
+    size_t n = 1;
+    for (; first.m_eKind == EDifference::eKey && n < rest.size(); ++n)
+    {
+        const CDifference& d = rest[n];
+        const uint32_t nLast = rest[n - 1].m_Place.m_nPlace;
+        if (d.m_eKind != first.m_eKind || isGone(d) != isGone(first) ||
+            d.m_Effect.m_nSerial != first.m_Effect.m_nSerial ||
+            d.m_Place.m_List.m_nSerial != first.m_Place.m_List.m_nSerial ||
+            (isGone(d) ? d.m_Place.m_nPlace >= nLast : d.m_Place.m_nPlace <= nLast))
+            break;
+    }
+    return n;
+}
+
+bool MayChangeParents(EDifference eKind)
+{
+    return eKind == EDifference::eEffect || eKind == EDifference::eTrack || eKind == EDifference::eKey ||
+           eKind == EDifference::eSetParent;
+}
+
+} // namespace
+
+std::string CApplier::Do(std::span<const CDifference> rest, size_t& nDone)
+{
+    m_nFailed = GetNumFailedAllocations();
+    nDone = 0;
+    const size_t nCount = LengthOfRun(rest);
+    if (MayChangeParents(rest[0].m_eKind))
+        m_Users.reset();
+    const TWhy sWhy =
+        rest[0].m_eKind == EDifference::eKey ? DoKeys(rest.first(nCount), nDone) : DoOne(rest[0]);
+    if (sWhy.empty())
+        nDone = nCount;
+    return sWhy;
+}
+
 std::optional<CConflict> Apply(const CLibraryChange& change, const CApplyTarget& target,
                                const std::string& sLabel)
 {
-    std::optional<CConflict> conflict;
     CEditScope scope(target.m_Edits, sLabel);
     CApplier applier(target, scope);
-    for (size_t i = 0; i < change.m_Differences.size() && !conflict; ++i)
+    const std::span<const CDifference> all = change.m_Differences;
+    for (size_t i = 0; i < all.size();)
     {
-        std::string sWhy = c_szNoMemory;
-        TryAllocating([&] { sWhy = applier.Do(change.m_Differences[i]); });
-        if (!sWhy.empty())
-            conflict = CConflict{i, Tell(change.m_Differences[i]) + ": " + sWhy};
-    }
-    if (!conflict)
+        const uint64_t nFailed = GetNumFailedAllocations();
+        size_t nDone = 0;
+        std::string sWhy;
+        const bool bTried = TryAllocating([&] { sWhy = applier.Do(all.subspan(i), nDone); });
+        if (bTried)
+            i += nDone;
+        if (bTried && sWhy.empty())
+            continue;
+        applier.TakeBack();
+        CConflict conflict;
+        conflict.m_nDifference = i;
+        // What was looked at may lack a payload where memory was short, and seem to be another.
+        conflict.m_bNoMemory = !bTried || GetNumFailedAllocations() != nFailed;
+        TryAllocating(
+            [&] { conflict.m_sWhy = Tell(all[i]) + ": " + (conflict.m_bNoMemory ? "out of memory" : sWhy); });
         return conflict;
-    CLibraryChange done;
-    done.m_Differences.assign(change.m_Differences.begin(),
-                              change.m_Differences.begin() +
-                                  static_cast<std::ptrdiff_t>(conflict->m_nDifference));
-    for (const CDifference& difference : done.TurnedRound().m_Differences)
-        TryAllocating([&] { applier.Do(difference); });
-    return conflict;
+    }
+    return std::nullopt;
 }

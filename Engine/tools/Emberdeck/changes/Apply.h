@@ -31,14 +31,15 @@ struct CApplyTarget
 struct CConflict
 {
     size_t m_nDifference = 0; // the first one that wasn't as it should be
-    std::string m_sWhy;       // for people: what it is, and what was found
+    std::string m_sWhy;       // for people: what it is, and what was found; empty without memory for it
+    bool m_bNoMemory = false; // the library may well be as it should be
 };
 
 // Does a change of the library, as one edit under that label. Beside the library editor the one place that makes and
 // deletes. Objects that survive keep their addresses; those that come back have their serials, tree items their handles.
 //
-// A difference is done only where the library is what it was before it. Else all that was done is taken back, and the
-// result is that difference. Nothing: the change is done.
+// A difference is done only where the library is what it was before it. Else, and when memory runs out, all that was
+// done is taken back, which takes no memory, and the result is that difference. Nothing: the change is done.
 std::optional<CConflict> Apply(const CLibraryChange& change, const CApplyTarget& target,
                                const std::string& sLabel);
 

@@ -1,6 +1,5 @@
 #include "changes/Applier.h"
 #include "changes/SameContent.h"
-#include "model/MakeOrNull.h"
 
 // Effects, prefabs, tracks and keys that come, go and move.
 
@@ -70,7 +69,7 @@ std::optional<uint32_t> CApplier::SlotOf(const CEffectPropertySet& set, uint32_t
     return nFound >= 0 && isIt(nOther) ? std::optional<uint32_t>(nOther) : std::nullopt;
 }
 
-void CApplier::SetPoints(CEffectProperty& prop, std::vector<CPointImage> points)
+CPropKeyList CApplier::ListOf(std::vector<CPointImage> points)
 {
     CPropKeyList keys;
     keys.Reserve(static_cast<uint32_t>(points.size()));
@@ -81,7 +80,7 @@ void CApplier::SetPoints(CEffectProperty& prop, std::vector<CPointImage> points)
         key.m_Data = std::move(point.m_Data);
         keys.Add(std::move(key));
     }
-    prop.SetKeys(std::move(keys));
+    return keys;
 }
 
 // Into an empty set of that type.
@@ -99,7 +98,7 @@ CApplier::TWhy CApplier::FillSet(CEffectPropertySet& set, const CSetImage& image
             return c_szNoType;
         auto pProp = std::make_unique<CEffectProperty>(&set.m_pTypeDesc->m_pProps[*nSlot]);
         const auto first = image.m_Points.begin() + slot.m_nFirst;
-        SetPoints(*pProp, {first, first + slot.m_nCount});
+        pProp->SetKeys(ListOf({first, first + slot.m_nCount}));
         set.m_Props[*nSlot] = std::move(pProp);
     }
     return {};
@@ -136,25 +135,24 @@ CApplier::TWhy CApplier::MakeTrack(const CTrackImage& image, std::unique_ptr<CTr
     return {};
 }
 
-// Whether a track or one of its keys has a number that is in use in its effect.
-bool CApplier::IsInUse(const CTrackImage& track, CSpellIndex& index)
-{
-    bool bFree = index.m_Tracks.emplace(track.m_nSerial, nullptr).second;
-    for (const auto& pKey : track.m_Keys)
-        bFree = index.m_Keys.emplace(pKey->m_nSerial, nullptr).second && bFree;
-    return !bFree;
-}
-
 void RaiseCounter(CTrackList& tracks, uint32_t nKeyID)
 {
     if (nKeyID >= tracks.m_nNextKeyID)
         tracks.m_nNextKeyID = nKeyID + 1;
 }
 
-void RaiseCounter(CTrackList& tracks, const CTrackImage& track)
+// Whether keys or prefabs stand on it.
+bool CApplier::IsInUse(const CEffectPropertySet& prefab)
 {
-    for (const auto& pKey : track.m_Keys)
-        RaiseCounter(tracks, pKey->m_nKeyID);
+    if (!m_Users)
+    {
+        m_Users.emplace();
+        Mgr().ForEachKey([this](CSpell&, CKey& key) { ++(*m_Users)[key.GetParent()]; });
+        for (const auto& pPrefab : Mgr().Prefabs())
+            ++(*m_Users)[pPrefab->GetParent()];
+    }
+    const auto found = m_Users->find(&prefab);
+    return found != m_Users->end() && found->second > 0;
 }
 
 CApplier::TWhy CApplier::DoSpell(const CDifference& d)
@@ -174,32 +172,59 @@ CApplier::TWhy CApplier::DoSpell(const CDifference& d)
         m_Scope.TouchSpellList();
         m_Scope.Touch(pSpell);
         m_Target.m_Owner.OnReleasing(*pSpell);
-        ForgetIndex(*pSpell);
+        auto& back = Note(CPutBack<CSpell>{spells, {nPlace}, COwned<CSpell>(1)});
         m_Spells.erase(nSerial);
-        TakeAt(spells, nPlace);
+        m_Indexes.erase(pSpell);
+        TakeOut(spells, back.m_Places, back.m_Taken);
         return {};
     }
     const CSpellImage* pNew = NodeOf<CSpellImage>(d, d.m_After);
     if (!pNew || pSpell || nPlace > spells.size())
         return c_szThere;
-    auto pMade = std::make_unique<CSpell>(nSerial);
-    pMade->SetName(pNew->m_sName);
-    pMade->m_Tracks.m_nPhaseLength = pNew->m_nPhaseLength;
-    CSpellIndex used;
+    COwned<CSpell> made(1);
+    made[0] = std::make_unique<CSpell>(nSerial);
+    made[0]->SetName(pNew->m_sName);
+    CTrackList& tracks = made[0]->m_Tracks;
+    tracks.m_nPhaseLength = pNew->m_nPhaseLength;
     for (const auto& pTrackImage : pNew->m_Tracks)
     {
-        if (IsInUse(*pTrackImage, used))
-            return c_szThere;
         std::unique_ptr<CTrack> pTrack;
         if (const TWhy sWhy = MakeTrack(*pTrackImage, pTrack); !sWhy.empty())
             return sWhy;
-        pMade->m_Tracks.TracksToRestore().push_back(std::move(pTrack));
-        RaiseCounter(pMade->m_Tracks, *pTrackImage);
+        tracks.TracksToRestore().push_back(std::move(pTrack));
+        for (const auto& pKeyImage : pTrackImage->m_Keys)
+            RaiseCounter(tracks, pKeyImage->m_nKeyID);
     }
-    pMade->m_Tracks.Renumber();
+    tracks.Renumber();
+    const CSpellIndex& index = IndexOf(*made[0]);
+    if (index.m_Tracks.size() != tracks.GetNumTracks() || index.m_Keys.size() != tracks.GetNumKeys())
+        return c_szThere; // twice the same
     m_Scope.TouchSpellList();
-    m_Spells[nSerial] = pMade.get();
-    InsertAt(spells, nPlace, std::move(pMade));
+    m_Spells[nSerial] = made[0].get();
+    ReserveMore(spells, 1);
+    auto& back = Note(CTakeOutAgain<CSpell>{spells, {nPlace}, COwned<CSpell>(1)});
+    PutIn(spells, back.m_Places, made);
+    return {};
+}
+
+CApplier::TWhy CApplier::DropPrefab(const CSetImage& old, uint32_t nPlace, CEffectPropertySet* pPrefab)
+{
+    auto& prefabs = Mgr().PrefabsToRestore();
+    if (!pPrefab || nPlace >= prefabs.size() || prefabs[nPlace].get() != pPrefab)
+        return c_szGone;
+    if (!IsSameContent(old, *m_Maker.MakePrefab(*pPrefab)))
+        return c_szOther;
+    if (IsInUse(*pPrefab))
+        return "others stand on it";
+    if (m_Target.m_Library.m_PrefabTree.FindData(pPrefab))
+        return c_szHasItem;
+    m_Scope.TouchPrefabList();
+    m_Scope.TouchPrefab(pPrefab);
+    m_Target.m_Owner.OnReleasing(*pPrefab);
+    auto& back = Note(CPutBack<CEffectPropertySet>{prefabs, {nPlace}, COwned<CEffectPropertySet>(1)});
+    m_Prefabs.erase(old.m_nSerial);
+    --(*m_Users)[pPrefab->GetParent()]; // known, since somebody looked
+    TakeOut(prefabs, back.m_Places, back.m_Taken);
     return {};
 }
 
@@ -210,26 +235,7 @@ CApplier::TWhy CApplier::DoPrefab(const CDifference& d)
     const uint32_t nPlace = d.m_Place.m_nPlace;
     CEffectPropertySet* pPrefab = FindPrefab(nSerial);
     if (const CSetImage* pOld = NodeOf<CSetImage>(d, d.m_Before))
-    {
-        if (!pPrefab || nPlace >= prefabs.size() || prefabs[nPlace].get() != pPrefab)
-            return c_szGone;
-        if (!IsSameContent(*pOld, *m_Maker.MakePrefab(*pPrefab)))
-            return c_szOther;
-        bool bUsed = false;
-        Mgr().ForEachKey([&](CSpell&, CKey& key) { bUsed = bUsed || key.GetParent() == pPrefab; });
-        for (const auto& pOther : prefabs)
-            bUsed = bUsed || pOther->GetParent() == pPrefab;
-        if (bUsed)
-            return "others stand on it";
-        if (m_Target.m_Library.m_PrefabTree.FindData(pPrefab))
-            return c_szHasItem;
-        m_Scope.TouchPrefabList();
-        m_Scope.TouchPrefab(pPrefab);
-        m_Target.m_Owner.OnReleasing(*pPrefab);
-        m_Prefabs.erase(nSerial);
-        TakeAt(prefabs, nPlace);
-        return {};
-    }
+        return DropPrefab(*pOld, nPlace, pPrefab);
     const CSetImage* pNew = NodeOf<CSetImage>(d, d.m_After);
     if (!pNew || pPrefab || nPlace > prefabs.size())
         return c_szThere;
@@ -237,103 +243,15 @@ CApplier::TWhy CApplier::DoPrefab(const CDifference& d)
         pNew->m_pType ? m_Target.m_Module.FindType(pNew->m_pType->m_sName.c_str()) : nullptr;
     if (!pType)
         return c_szNoType;
-    auto pMade = std::make_unique<CEffectPropertySet>(pType);
-    if (const TWhy sWhy = FillSet(*pMade, *pNew); !sWhy.empty())
+    COwned<CEffectPropertySet> made(1);
+    made[0] = std::make_unique<CEffectPropertySet>(pType);
+    if (const TWhy sWhy = FillSet(*made[0], *pNew); !sWhy.empty())
         return sWhy;
+    m_Users.reset();
     m_Scope.TouchPrefabList();
-    m_Prefabs[nSerial] = pMade.get();
-    InsertAt(prefabs, nPlace, std::move(pMade));
-    return {};
-}
-
-CApplier::TWhy CApplier::DoTrack(const CDifference& d, CSpell& spell)
-{
-    auto& tracks = spell.m_Tracks.TracksToRestore();
-    const uint32_t nPlace = d.m_Place.m_nPlace;
-    CTrack* pTrack = FindTrack(spell, d.m_Object.m_nSerial);
-    if (const CTrackImage* pOld = NodeOf<CTrackImage>(d, d.m_Before))
-    {
-        if (!pTrack || nPlace >= tracks.size() || tracks[nPlace].get() != pTrack)
-            return c_szGone;
-        if (!IsSameContent(*pOld, *m_Maker.MakeTrack(*pTrack)))
-            return c_szOther;
-        m_Scope.TouchTracks(spell);
-        m_Scope.TouchTrack(spell, *pTrack);
-        for (const auto& pKey : pTrack->Keys())
-            m_Scope.TouchKey(spell, *pKey);
-        TakeAt(tracks, nPlace);
-        ForgetIndex(spell);
-    }
-    else
-    {
-        const CTrackImage* pNew = NodeOf<CTrackImage>(d, d.m_After);
-        if (!pNew || pTrack || nPlace > tracks.size() || tracks.size() >= CTrackList::c_nMaxTracks)
-            return c_szThere;
-        CSpellIndex used = IndexOf(spell);
-        if (IsInUse(*pNew, used))
-            return c_szThere;
-        std::unique_ptr<CTrack> pMade;
-        if (const TWhy sWhy = MakeTrack(*pNew, pMade); !sWhy.empty())
-            return sWhy;
-        m_Scope.TouchTracks(spell);
-        InsertAt(tracks, nPlace, std::move(pMade));
-        RaiseCounter(spell.m_Tracks, *pNew);
-        ForgetIndex(spell);
-    }
-    spell.m_Tracks.Renumber();
-    return {};
-}
-
-CApplier::TWhy CApplier::DoKey(const CDifference& d, CSpell& spell)
-{
-    CTrack* pTrack = FindTrack(spell, d.m_Place.m_List.m_nSerial);
-    if (!pTrack)
-        return "its track isn't there";
-    auto& keys = pTrack->KeysToRestore();
-    const uint64_t nSerial = d.m_Object.m_nSerial;
-    const uint32_t nPlace = d.m_Place.m_nPlace;
-    CKey* pKey = FindKey(spell, nSerial);
-    if (const CKeyImage* pOld = NodeOf<CKeyImage>(d, d.m_Before))
-    {
-        if (!pKey || nPlace >= keys.size() || keys[nPlace].get() != pKey)
-            return c_szGone;
-        if (!IsSameContent(*pOld, *m_Maker.MakeKey(*pKey)))
-            return c_szOther;
-        m_Scope.TouchTrack(spell, *pTrack);
-        m_Scope.TouchKey(spell, *pKey);
-        IndexOf(spell).m_Keys.erase(nSerial);
-        TakeAt(keys, nPlace);
-        return {};
-    }
-    const CKeyImage* pNew = NodeOf<CKeyImage>(d, d.m_After);
-    if (!pNew || pKey || nPlace > keys.size())
-        return c_szThere;
-    std::unique_ptr<CKey> pMade;
-    if (const TWhy sWhy = MakeKey(*pNew, pMade); !sWhy.empty())
-        return sWhy;
-    m_Scope.TouchTrack(spell, *pTrack);
-    pMade->m_nTrack = spell.m_Tracks.GetTrackNumber(pTrack);
-    IndexOf(spell).m_Keys[nSerial] = pMade.get();
-    InsertAt(keys, nPlace, std::move(pMade));
-    RaiseCounter(spell.m_Tracks, pNew->m_nKeyID);
-    return {};
-}
-
-CApplier::TWhy CApplier::DoKeyTrack(const CDifference& d, CSpell& spell)
-{
-    const auto* pFrom = std::get_if<CChangePlace>(&d.m_Before);
-    const auto* pTo = std::get_if<CChangePlace>(&d.m_After);
-    CTrack* pOld = pFrom ? FindTrack(spell, pFrom->m_List.m_nSerial) : nullptr;
-    CTrack* pNew = pTo ? FindTrack(spell, pTo->m_List.m_nSerial) : nullptr;
-    CKey* pKey = FindKey(spell, d.m_Object.m_nSerial);
-    if (!pOld || !pNew || pOld == pNew || !pKey || pFrom->m_nPlace >= pOld->Keys().size() ||
-        pOld->Keys()[pFrom->m_nPlace].get() != pKey || pTo->m_nPlace > pNew->Keys().size())
-        return c_szGone;
-    m_Scope.TouchTrack(spell, *pOld);
-    m_Scope.TouchTrack(spell, *pNew);
-    m_Scope.TouchKey(spell, *pKey);
-    pNew->KeysToRestore().reserve(pNew->Keys().size() + 1);
-    InsertAt(pNew->KeysToRestore(), pTo->m_nPlace, TakeAt(pOld->KeysToRestore(), pFrom->m_nPlace));
-    pKey->m_nTrack = spell.m_Tracks.GetTrackNumber(pNew);
+    m_Prefabs[nSerial] = made[0].get();
+    ReserveMore(prefabs, 1);
+    auto& back = Note(CTakeOutAgain<CEffectPropertySet>{prefabs, {nPlace}, COwned<CEffectPropertySet>(1)});
+    PutIn(prefabs, back.m_Places, made);
     return {};
 }

@@ -32,7 +32,7 @@ void CChangeRecorder::OnTouching(const CTouch& touch)
 {
     if (m_bLibrary || m_bFailed)
         return;
-    m_bFailed = !TryAllocating([&] { Keep(touch); });
+    m_bFailed = !AllocateAll([&] { Keep(touch); });
 }
 
 void CChangeRecorder::Keep(const CTouch& touch)
@@ -173,14 +173,14 @@ void CChangeRecorder::Finish(CEdit& edit)
     {
         std::shared_ptr<CLibraryChange> pChange;
         bool bFound = false;
-        TryAllocating(
-            [&]
-            {
-                pChange = std::make_shared<CLibraryChange>();
-                bFound = !m_bFailed && !edit.m_bTouchesLost && FindChange(*pChange);
-            });
-        edit.m_bRecordFailed = !bFound;
-        if (bFound)
+        const auto find = [&]
+        {
+            pChange = std::make_shared<CLibraryChange>();
+            bFound = FindChange(*pChange);
+            pChange->m_Differences.shrink_to_fit();
+        };
+        edit.m_bRecordFailed = m_bFailed || edit.m_bTouchesLost || !AllocateAll(find) || !bFound;
+        if (!edit.m_bRecordFailed)
             edit.m_pChange = std::move(pChange);
     }
     Forget();
@@ -192,8 +192,12 @@ bool CChangeRecorder::PutBack(const CEdit& edit)
         return false;
     CLibraryChange change;
     bool bFound = false;
-    TryAllocating([&] { bFound = FindChange(change); });
-    return bFound && !Apply(change.TurnedRound(), m_Target, edit.m_sLabel);
+    const auto find = [&]
+    {
+        bFound = FindChange(change);
+        change = change.TurnedRound();
+    };
+    return AllocateAll(find) && bFound && !Apply(change, m_Target, edit.m_sLabel);
 }
 
 void CChangeRecorder::Forget()

@@ -58,6 +58,7 @@ struct CEdit
     // What the edit has changed; null when nobody records, it could not be recorded, or it touched the library as a
     // whole. Empty when in the end nothing has changed.
     std::shared_ptr<const CLibraryChange> m_pChange;
+    bool m_bStep = true; // false: for undo it belongs to the step before
     bool m_bRecordFailed = false;
     bool m_bContinues = false; // completes the edit before it: to a person both are one
     // Memory was short: more was touched than m_Touched tells. So m_bRecordFailed, too.
@@ -155,6 +156,8 @@ class CEditScope
 public:
     CEditScope(CEditHub& hub, std::string_view sLabel);
     ~CEditScope();
+    // What is to change isn't what the user does: it is undone together with the step before. Of the outermost scope.
+    void BelongToStepBefore() { m_Hub.m_Edit.m_bStep = false; }
     CEditScope(const CEditScope&) = delete;
     CEditScope& operator=(const CEditScope&) = delete;
 

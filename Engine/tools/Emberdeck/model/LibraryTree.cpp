@@ -27,6 +27,11 @@ struct CLibraryTree::CDataUse
     uint32_t m_nID = 0; // of the item, when there is only one and it is known
 };
 
+CLibraryTree::CTakenItem::CTakenItem() = default;
+CLibraryTree::CTakenItem::~CTakenItem() = default;
+CLibraryTree::CTakenItem::CTakenItem(CTakenItem&&) noexcept = default;
+CLibraryTree::CTakenItem& CLibraryTree::CTakenItem::operator=(CTakenItem&&) noexcept = default;
+
 CLibraryTree::CLibraryTree() = default;
 CLibraryTree::~CLibraryTree() = default;
 
@@ -214,6 +219,54 @@ void CLibraryTree::SetItemText(HLibraryItem hItem, std::string_view sText)
         pItem->m_sText = std::string(sText);
         Tell(eTree_Text, hItem);
     }
+}
+
+void CLibraryTree::SwapItemText(HLibraryItem hItem, std::string& sText)
+{
+    if (CItem* pItem = Find(hItem))
+    {
+        pItem->m_sText.swap(sText);
+        Tell(eTree_Text, hItem);
+    }
+}
+
+void CLibraryTree::TakeItem(HLibraryItem hItem, CTakenItem& taken)
+{
+    if (!IsAlive(hItem) || HasChildren(hItem))
+        return;
+    Tell(eTree_Removing, hItem);
+    CItem* pItem = Find(hItem);
+    if (!pItem || pItem->m_pFirstChild)
+        return;
+    Unlink(pItem); // it keeps its own links
+    ForgetData(pItem);
+    --m_nCount;
+    taken.m_pItem = std::move(m_Items[hItem.m_nID - m_nFirstID]);
+    Tell(eTree_Removed, hItem);
+}
+
+void CLibraryTree::PutBackItem(CTakenItem& taken)
+{
+    CItem* pItem = taken.m_pItem.get();
+    if (!pItem)
+        return;
+    m_Items[pItem->m_nID - m_nFirstID] = std::move(taken.m_pItem);
+    InsertBehind(pItem, pItem->m_pParent, pItem->m_pPrev);
+    NoteData(pItem);
+    ++m_nCount;
+    Tell(eTree_Inserted, HandleOf(pItem));
+}
+
+void CLibraryTree::OrderChildren(HLibraryItem hItem, const std::vector<HLibraryItem>& children)
+{
+    CItem* pParent = Find(hItem);
+    if (!pParent)
+        return;
+    pParent->m_pFirstChild = nullptr;
+    pParent->m_pLastChild = nullptr;
+    for (const HLibraryItem hChild : children)
+        Append(Find(hChild), pParent);
+    Tell(eTree_Sorted, hItem);
 }
 
 void CLibraryTree::DeleteItem(HLibraryItem hItem)

@@ -66,10 +66,19 @@ public:
     // its image for both states; the old ones are dead. The new handle of hItem.
     HLibraryItem MoveItem(HLibraryItem hItem, HLibraryItem hTarget);
     void SetItemText(HLibraryItem hItem, std::string_view sText);
-    void DeleteItem(HLibraryItem hItem); // with all below it
+    void SwapItemText(HLibraryItem hItem,
+                      std::string& sText); // the same, without memory, and gives the old one
+    void DeleteItem(HLibraryItem hItem);   // with all below it
     void DeleteAllItems(); // handles that were given out stay dead: their numbers don't come again
     // Reorders the children of hItem: stable, by compare(left, right) < 0. compare changes nothing here.
     void SortChildren(HLibraryItem hItem, const std::function<int(HLibraryItem, HLibraryItem)>& compare);
+
+    // For whoever takes a change back, as these need no memory. An item without children goes out of the tree, and
+    // later back to where it was, under its handle: what has changed since is taken back by then.
+    class CTakenItem;
+    void TakeItem(HLibraryItem hItem, CTakenItem& taken); // with children, or dead: nothing is taken
+    void PutBackItem(CTakenItem& taken);                  // nothing, when nothing is taken
+    void OrderChildren(HLibraryItem hItem, const std::vector<HLibraryItem>& children); // all of hItem's, once
 
     // The next item in display order as if all were expanded; null at the end.
     HLibraryItem GetNextItem(HLibraryItem hItem) const;
@@ -121,6 +130,19 @@ private:
     std::unordered_map<const void*, CDataUse> m_Data;
     bool m_bDataComplete = true; // false once memory was short: ItemOf walks then
     std::function<void(EChange, HLibraryItem)> m_Listener;
+};
+
+class CLibraryTree::CTakenItem
+{
+public:
+    CTakenItem();
+    ~CTakenItem();
+    CTakenItem(CTakenItem&&) noexcept;
+    CTakenItem& operator=(CTakenItem&&) noexcept;
+
+private:
+    friend class CLibraryTree;
+    std::unique_ptr<CItem> m_pItem;
 };
 
 // A tree whose leaves stand for objects of one kind, which it doesn't own.
