@@ -144,6 +144,63 @@ void MeasureDrag(CRecorded& recorded)
     Print("taking back the loss of a track of 1,000 keys", Now() - fUndo);
 }
 
+void PrintBackAndForth(CHistory& history, const char* pszWhat)
+{
+    const double fStart = Now();
+    history.Undo();
+    const double fUndone = Now();
+    history.Redo();
+    std::printf("| taking back the loss of %s, and doing it again | %.1f ms, %.1f ms |\n", pszWhat,
+                (fUndone - fStart) * 1e3, (Now() - fUndone) * 1e3);
+    history.Undo();
+}
+
+// Losses that leave gaps all over long lists: twice as much has to take twice as long, not four times.
+void MeasureLosses(CRecorded& recorded)
+{
+    for (const uint32_t nKeys : {50000u, 100000u})
+    {
+        CSpell& spell = AddBigSpell(recorded, nKeys);
+        {
+            CEditScope scope(recorded.m_Hub, "Delete Keys");
+            for (const auto& pTrack : spell.m_Tracks.Tracks())
+            {
+                for (uint32_t i = pTrack->GetNumKeys(); i-- > 0;)
+                {
+                    if (i % 2 == 0)
+                        continue;
+                    scope.TouchTrack(spell, *pTrack);
+                    scope.TouchKey(spell, *pTrack->GetKey(i));
+                    pTrack->RemoveKey(pTrack->GetKey(i));
+                }
+            }
+        }
+        const std::string sWhat = "every second of " + std::to_string(nKeys) + " keys";
+        PrintBackAndForth(recorded.m_History, sWhat.c_str());
+    }
+    CEffectTree& tree = recorded.m_Library.m_EffectTree;
+    CSpellMgr& spellMgr = recorded.m_Library.m_SpellMgr;
+    for (const size_t nEffects : {5000u, 10000u})
+    {
+        const size_t nOld = spellMgr.Spells().size();
+        const HLibraryItem hGroup = tree.InsertGroup("Many", tree.GetRootItem());
+        for (size_t i = 0; i < nEffects; ++i)
+            tree.InsertLeaf("Effect", hGroup, spellMgr.AddSpell());
+        {
+            CEditScope scope(recorded.m_Hub, "Delete");
+            scope.TouchTree(ETreeSide::eEffects);
+            scope.TouchSpellList();
+            for (size_t i = nOld; i < spellMgr.Spells().size(); ++i)
+                scope.Touch(spellMgr.Spells()[i].get());
+            tree.DeleteItem(hGroup);
+            while (spellMgr.Spells().size() > nOld)
+                spellMgr.DeleteSpell(spellMgr.Spells().back().get());
+        }
+        const std::string sWhat = "a group of " + std::to_string(nEffects) + " effects";
+        PrintBackAndForth(recorded.m_History, sWhat.c_str());
+    }
+}
+
 void MeasureHistory(CRecorded& recorded)
 {
     const size_t nBefore = recorded.m_History.GetMemory();
@@ -241,5 +298,6 @@ int main(int argc, char** argv)
     recorded.m_History.SetBudget(CHistory::c_nDefaultBudget);
     MeasureHistory(recorded);
     MeasureMerge(recorded);
+    MeasureLosses(recorded);
     return 0;
 }

@@ -1,4 +1,5 @@
 #include "BrowserBench.h"
+#include "support/UndoChecker.h"
 
 TEST(PrefabPanel, FirstNewPrefabBecomesActive)
 {
@@ -80,6 +81,7 @@ TEST(PrefabPanel, OpensOneEditorAfterTheOther)
 TEST(PrefabPanel, ActivePrefabFollowsItsItem)
 {
     CBrowserBench bench("", "[G [H a]] b [T]");
+    CUndoChecker undo(bench.context);
     bench.Run(bench.prefabs, {"a"}, c_nCmdSetActivePrefab);
     CEffectPropertySet* pActive = bench.prefabs.GetActivePrefab();
     const HLibraryItem hOld = bench.prefabs.GetActiveItem();
@@ -91,6 +93,30 @@ TEST(PrefabPanel, ActivePrefabFollowsItsItem)
     EXPECT_EQ("[[Prefabs]]\n  [T]\n    [G]\n      [H]\n        a\n  b\n", bench.prefabDump());
     EXPECT_EQ(pActive, bench.prefabs.GetActivePrefab());
     EXPECT_NE(hOld, bench.prefabs.GetActiveItem());
+    bench.CheckModel();
+
+    // Undone and redone, with its mark; when it is deleted there is none, and with it it comes back.
+    CHistory& history = undo.History();
+    const auto isActive = [&](const CEffectPropertySet* pPrefab)
+    {
+        const HLibraryItem hItem = bench.prefabs.GetActiveItem();
+        return bench.prefabs.GetActivePrefab() == pPrefab &&
+               (!pPrefab || (bench.lib->m_PrefabTree.GetItemData(hItem) == pPrefab &&
+                             bench.prefabs.m_Tree.GetItemStateEx(hItem, eState_Bold) == eState_Bold));
+    };
+    for (int i = 0; i < 2; ++i)
+    {
+        EXPECT_TRUE(history.Undo() && isActive(pActive) && bench.prefabs.GetActiveItem() == hOld);
+        EXPECT_TRUE(history.Redo() && isActive(pActive) && bench.prefabs.GetActiveItem() != hOld);
+    }
+    bench.prompts.onAsk("3 groups selected.\n1 prefabs selected.", EAnswer::eOk);
+    bench.Run(bench.prefabs, {"T"}, c_nCmdDeleteSelection);
+    EXPECT_TRUE(isActive(nullptr));
+    ASSERT_TRUE(history.Undo());
+    pActive = bench.lib->m_SpellMgr.FindPrefab("a"); // made anew
+    EXPECT_TRUE(isActive(pActive));
+    EXPECT_TRUE(history.Redo() && isActive(nullptr));
+    EXPECT_TRUE(history.GoTo(0) && isActive(bench.lib->m_SpellMgr.FindPrefab("a")));
     bench.CheckModel();
 
     // New and Open: none.

@@ -99,6 +99,25 @@ TEST(Compare, LibrariesOfTwoFilesAreAlignedByNamesAndIds)
               }());
 }
 
+TEST(Compare, AnEffectAndAPrefabMayHaveOneNumber)
+{
+    auto pMine = Two();
+    auto pTheirs = Two();
+    const auto pBase = ImageOf(*pMine);
+    CLibraryImage other = *ImageOf(*pTheirs);
+    auto pSmoke = std::make_shared<CSpellImage>(*other.m_Spells[0]);
+    const uint64_t nOld = std::exchange(pSmoke->m_nSerial, other.m_Prefabs[0]->m_nSerial);
+    other.m_Spells[0] = pSmoke;
+    for (auto& pGroup : other.m_Trees[0])
+    {
+        auto pCopy = std::make_shared<CGroupImage>(*pGroup);
+        for (CItemImage& item : pCopy->m_Children)
+            item.m_nObject = item.m_nObject == nOld ? pSmoke->m_nSerial : item.m_nObject;
+        pGroup = pCopy;
+    }
+    EXPECT_EQ("", Words(Compare(*pBase, *Align(*pBase, other))));
+}
+
 TEST(Compare, WhatIsNotAsItShouldBeStaysAsItIs)
 {
     CRecordedLibrary recorded;

@@ -36,6 +36,7 @@ void CPrefabTreePanel::SetActiveItem(HLibraryItem hItem)
 {
     m_Tree.SetItemStateEx(m_hActivePrefab, 0, eState_Bold);
     m_hActivePrefab = hItem;
+    m_hGone = {};
     m_Tree.SetItemStateEx(m_hActivePrefab, eState_Bold, eState_Bold);
 }
 
@@ -46,9 +47,16 @@ void CPrefabTreePanel::OnTreeChange(CLibraryTree::EChange eChange, HLibraryItem 
     if (eChange == CLibraryTree::eTree_Removing && m_hActivePrefab && tree.IsAncestor(hItem, m_hActivePrefab))
         m_pLeaving = tree.GetItemData(m_hActivePrefab);
     if (eChange == CLibraryTree::eTree_Removed && m_pLeaving)
+    {
+        const HLibraryItem hGone = m_hActivePrefab;
         SetActiveItem(tree.FindData(std::exchange(m_pLeaving, nullptr)));
+        if (!m_hActivePrefab)
+            m_hGone = hGone;
+    }
+    if (eChange == CLibraryTree::eTree_Inserted && hItem == m_hGone) // undone
+        SetActiveItem(hItem);
     if (eChange == CLibraryTree::eTree_Cleared)
-        m_hActivePrefab = {};
+        m_hActivePrefab = m_hGone = {};
 }
 
 void CPrefabTreePanel::OnSetActivePrefab()

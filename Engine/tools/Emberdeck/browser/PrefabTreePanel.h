@@ -33,6 +33,7 @@ private:
     static bool s_bCancelEdit;
     CPrefabEditor m_Editor;
     HLibraryItem m_hActivePrefab;
+    HLibraryItem m_hGone; // of the active prefab, when it has gone: an undo brings it back
     // The active prefab while its item is being taken away. Only compared: the prefab may go, too.
     const CEffectPropertySet* m_pLeaving = nullptr;
 };

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <deque>
 #include <map>
 
 #include "changes/Compare.h"
@@ -28,12 +29,12 @@ public:
         if (found == m_Likes.end() || found->second.empty())
             return 0;
         const uint64_t nSerial = found->second.front();
-        found->second.erase(found->second.begin());
+        found->second.pop_front();
         return nSerial;
     }
 
 private:
-    std::map<TWhat, std::vector<uint64_t>> m_Likes;
+    std::map<TWhat, std::deque<uint64_t>> m_Likes;
 };
 
 class CAlignment
@@ -54,6 +55,8 @@ public:
     }
 
 private:
+    std::map<uint64_t, uint64_t>& Objects(ETreeSide eSide) { return m_Objects[static_cast<size_t>(eSide)]; }
+
     void AlignPrefabs()
     {
         CLikes<std::string> likes;
@@ -63,20 +66,20 @@ private:
         for (const auto& pPrefab : m_Other.m_Prefabs)
         {
             const uint64_t nLike = likes.Take(Folded(pPrefab->m_sName));
-            m_Objects[pPrefab->m_nSerial] = nLike ? nLike : pPrefab->m_nSerial;
+            Objects(ETreeSide::ePrefabs)[pPrefab->m_nSerial] = nLike ? nLike : pPrefab->m_nSerial;
         }
         for (const auto& pPrefab : m_Other.m_Prefabs)
         {
             auto pCopy = std::make_shared<CSetImage>(*pPrefab);
-            Renumber(*pCopy, m_Objects[pPrefab->m_nSerial]);
+            Renumber(*pCopy, Objects(ETreeSide::ePrefabs)[pPrefab->m_nSerial]);
             m_pResult->m_Prefabs.push_back(std::move(pCopy));
         }
     }
-    void Renumber(CSetImage& set, uint64_t nSerial) const
+    void Renumber(CSetImage& set, uint64_t nSerial)
     {
         set.m_nSerial = nSerial;
-        const auto parent = m_Objects.find(set.m_nParent);
-        if (parent != m_Objects.end())
+        const auto parent = Objects(ETreeSide::ePrefabs).find(set.m_nParent);
+        if (parent != Objects(ETreeSide::ePrefabs).end())
             set.m_nParent = parent->second;
     }
 
@@ -92,14 +95,14 @@ private:
         for (const auto& pSpell : m_Other.m_Spells)
         {
             const uint64_t nLike = likes.Take(Folded(pSpell->m_sName));
-            m_Objects[pSpell->m_nSerial] = nLike ? nLike : pSpell->m_nSerial;
+            Objects(ETreeSide::eEffects)[pSpell->m_nSerial] = nLike ? nLike : pSpell->m_nSerial;
             m_pResult->m_Spells.push_back(AlignSpell(*pSpell, nLike ? spells[nLike] : nullptr));
         }
     }
     std::shared_ptr<const CSpellImage> AlignSpell(const CSpellImage& other, const CSpellImage* pLike)
     {
         auto pSpell = std::make_shared<CSpellImage>(other);
-        pSpell->m_nSerial = m_Objects[other.m_nSerial];
+        pSpell->m_nSerial = Objects(ETreeSide::eEffects)[other.m_nSerial];
         CLikes<std::pair<uint32_t, std::string>> likes; // keys by id and type: no key changes its type
         std::map<uint64_t, size_t> trackOf;
         for (size_t i = 0; pLike && i < pLike->m_Tracks.size(); ++i)
@@ -207,8 +210,8 @@ private:
             pGroup->m_nItem = nHere;
             for (CItemImage& item : pGroup->m_Children)
             {
-                const auto object = m_Objects.find(item.m_nObject);
-                item.m_nObject = object != m_Objects.end() ? object->second : 0;
+                const auto object = Objects(eSide).find(item.m_nObject);
+                item.m_nObject = object != Objects(eSide).end() ? object->second : 0;
                 const auto nLike = static_cast<uint32_t>(likes.Take(whatOf(item, item.m_nObject)));
                 const uint32_t nNumber = nLike ? nLike : nFree++;
                 open.emplace_back(item.m_nItem, nNumber);
@@ -223,7 +226,8 @@ private:
     const CLibraryImage& m_Library;
     const CLibraryImage& m_Other;
     std::shared_ptr<CLibraryImage> m_pResult;
-    std::map<uint64_t, uint64_t> m_Objects; // of the other's effects and prefabs: what they are called here
+    // Of the other's effects, and of its prefabs: what they are called here. Serials of both may be the same.
+    std::map<uint64_t, uint64_t> m_Objects[c_nNumSides];
 };
 
 } // namespace

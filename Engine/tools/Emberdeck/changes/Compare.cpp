@@ -79,18 +79,17 @@ void CComparison::CompareSpells(uint64_t nSerial, const CKnownSpell& before, con
     }
 
     CTrackComparison tracks(before, after);
+    std::unordered_map<uint64_t, size_t> numbers; // of tracks
+    for (const CKnownSpell* pKnown : {&before, &after})
+    {
+        const size_t nCount = pKnown->m_Tracks ? pKnown->m_Tracks->size() : 0;
+        for (size_t i = 0; i < nCount; ++i)
+            numbers.emplace((*pKnown->m_Tracks)[i], i);
+    }
     const auto trackRef = [&](uint64_t nTrack)
     {
-        for (const CKnownSpell* pKnown : {&before, &after})
-        {
-            const size_t nCount = pKnown->m_Tracks ? pKnown->m_Tracks->size() : 0;
-            for (size_t i = 0; i < nCount; ++i)
-            {
-                if ((*pKnown->m_Tracks)[i] == nTrack)
-                    return CChangeRef{nTrack, std::to_string(i)};
-            }
-        }
-        return CChangeRef{nTrack, {}};
+        const auto number = numbers.find(nTrack);
+        return CChangeRef{nTrack, number != numbers.end() ? std::to_string(number->second) : std::string()};
     };
     const auto keyRef = [&](uint64_t nKey)
     {
@@ -100,17 +99,16 @@ void CComparison::CompareSpells(uint64_t nSerial, const CKnownSpell& before, con
                : now != after.m_Keys.end() ? KeyRef(*now->second)
                                            : CChangeRef{nKey, std::to_string(m_Names.m_KeyID(nSerial, nKey))};
     };
-    for (const uint64_t nTrack : tracks.m_Tracks.Target())
-    {
-        if (!tracks.IsBornTrack(nTrack))
-            continue;
-        CDifference& difference = Add(EDifference::eTrack, effect, trackRef(nTrack));
-        difference.m_Place.m_nPlace = tracks.m_Tracks.Insert(nTrack);
-        const auto lists = tracks.m_Lists.find(nTrack);
-        m_bWhole = m_bWhole && lists != tracks.m_Lists.end();
-        if (m_bWhole)
-            difference.m_After = AssembleTrack(after, nTrack, lists->second.Now());
-    }
+    tracks.m_Tracks.InsertMissing(
+        [&](uint64_t nTrack, uint32_t nPlace)
+        {
+            CDifference& difference = Add(EDifference::eTrack, effect, trackRef(nTrack));
+            difference.m_Place.m_nPlace = nPlace;
+            const auto lists = tracks.m_Lists.find(nTrack);
+            m_bWhole = m_bWhole && lists != tracks.m_Lists.end();
+            if (m_bWhole)
+                difference.m_After = AssembleTrack(after, nTrack, lists->second.Now());
+        });
     for (auto& [nTrack, lists] : tracks.m_Lists)
     {
         const CChangePlace track = {trackRef(nTrack), 0};
@@ -141,15 +139,13 @@ void CComparison::CompareSpells(uint64_t nSerial, const CKnownSpell& before, con
     {
         if (tracks.IsDyingTrack(nTrack))
             continue;
-        const CNumbers here(lists.Now().begin(), lists.Now().end());
-        for (const uint64_t nKey : lists.Target())
-        {
-            if (here.contains(nKey))
-                continue;
-            CDifference& difference = Add(EDifference::eKey, effect, keyRef(nKey));
-            difference.m_Place = {trackRef(nTrack), lists.Insert(nKey)};
-            difference.m_After = Content(after.m_Keys, nKey);
-        }
+        lists.InsertMissing(
+            [&](uint64_t nKey, uint32_t nPlace)
+            {
+                CDifference& difference = Add(EDifference::eKey, effect, keyRef(nKey));
+                difference.m_Place = {trackRef(nTrack), nPlace};
+                difference.m_After = Content(after.m_Keys, nKey);
+            });
         AddOrder(EDifference::eKeyOrder, ETreeSide::eEffects, effect, trackRef(nTrack), lists, keyRef);
     }
     tracks.m_Tracks.Remove([](uint64_t) { return true; },
@@ -198,7 +194,7 @@ void CComparison::CompareSets(const CChangeRef& effect, const CChangeRef& object
     const bool bSameType = before.m_pType == after.m_pType ||
                            (before.m_pType && after.m_pType && *before.m_pType == *after.m_pType);
     m_bWhole = m_bWhole && bSameType; // no edit does that
-    if (!bSameType)
+    if (!bSameType || &before == &after || IsSameSet(before, after))
         return;
     AddField(EDifference::eSetName, effect, object, before.m_sName, after.m_sName);
     if (before.m_nParent != after.m_nParent)

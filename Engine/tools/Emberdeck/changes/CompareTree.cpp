@@ -3,8 +3,8 @@
 namespace
 {
 
-// One side's tree: items that go, from the leaves up, items that come, from the top down, order, texts. An item never
-// changes its parent.
+// One side's tree: items that come, from the top down, items that go, from the leaves up, order, texts. An item never
+// changes its parent: what moves comes anew before its old item goes, so that what it stands for has one all the time.
 class CTreeComparison
 {
 public:
@@ -19,19 +19,19 @@ public:
             Lists(nGroup);
     }
 
-    // Calls gone(parent, item, place), come(parent, item, place), order(group, lists), text(parent, old, new).
+    // Calls come(parent, item, place), gone(parent, item, place), order(group, lists), text(parent, old, new).
     template <class TGone, class TCome, class TOrder, class TText>
     void Run(const TGone& gone, const TCome& come, const TOrder& order, const TText& text)
     {
-        for (const auto& [nGroup, pGroup] : m_Before)
-        {
-            if (nGroup == 0 || m_New.contains(nGroup) || !m_Old.contains(nGroup))
-                Clear(nGroup, gone);
-        }
         for (const auto& [nGroup, pGroup] : m_After)
         {
             if (nGroup == 0 || m_Old.contains(nGroup) || !m_New.contains(nGroup))
                 Fill(nGroup, come);
+        }
+        for (const auto& [nGroup, pGroup] : m_Before)
+        {
+            if (nGroup == 0 || m_New.contains(nGroup) || !m_Old.contains(nGroup))
+                Clear(nGroup, gone);
         }
         for (auto& [nGroup, lists] : m_Lists)
             order(nGroup, lists);
@@ -106,16 +106,13 @@ private:
         {
             const uint32_t nGroup = open.back();
             open.pop_back();
-            CListDifference& lists = Lists(nGroup);
-            const CNumbers here(lists.Now().begin(), lists.Now().end());
-            for (const uint64_t nItem : lists.Target())
-            {
-                if (here.contains(nItem))
-                    continue;
-                come(nGroup, *m_New.at(nItem).second, lists.Insert(nItem));
-                if (m_After.contains(static_cast<uint32_t>(nItem)))
-                    open.push_back(static_cast<uint32_t>(nItem));
-            }
+            Lists(nGroup).InsertMissing(
+                [&](uint64_t nItem, uint32_t nPlace)
+                {
+                    come(nGroup, *m_New.at(nItem).second, nPlace);
+                    if (m_After.contains(static_cast<uint32_t>(nItem)))
+                        open.push_back(static_cast<uint32_t>(nItem));
+                });
         }
     }
 

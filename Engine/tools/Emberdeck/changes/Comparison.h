@@ -94,6 +94,8 @@ private:
         difference.m_eSide = eSide;
         difference.m_Place = {list, static_cast<uint32_t>(nFirst)};
         std::vector<CChangeRef> before, after;
+        before.reserve(nEnd - nFirst);
+        after.reserve(nEnd - nFirst);
         for (size_t i = nFirst; i < nEnd; ++i)
         {
             before.push_back(ref(lists.Now()[i]));
@@ -152,29 +154,25 @@ private:
 
     void BearPrefabs(CListDifference& prefabs)
     {
-        const CNumbers old(prefabs.Now().begin(), prefabs.Now().end());
-        for (const uint64_t nSerial : prefabs.Target())
-        {
-            if (old.contains(nSerial))
-                continue;
-            m_BornPrefabs.insert(nSerial);
-            CDifference& difference = Add(EDifference::ePrefab, {}, PrefabRef(nSerial));
-            difference.m_Place.m_nPlace = prefabs.Insert(nSerial);
-            difference.m_After = Content(m_After.m_Prefabs, nSerial);
-        }
+        prefabs.InsertMissing(
+            [this](uint64_t nSerial, uint32_t nPlace)
+            {
+                m_BornPrefabs.insert(nSerial);
+                CDifference& difference = Add(EDifference::ePrefab, {}, PrefabRef(nSerial));
+                difference.m_Place.m_nPlace = nPlace;
+                difference.m_After = Content(m_After.m_Prefabs, nSerial);
+            });
     }
     void BearSpells(CListDifference& spells)
     {
-        const CNumbers old(spells.Now().begin(), spells.Now().end());
-        for (const uint64_t nSerial : spells.Target())
-        {
-            if (old.contains(nSerial))
-                continue;
-            m_BornSpells.insert(nSerial);
-            CDifference& difference = Add(EDifference::eEffect, {}, SpellRef(nSerial));
-            difference.m_Place.m_nPlace = spells.Insert(nSerial);
-            difference.m_After = Assemble(m_After, nSerial);
-        }
+        spells.InsertMissing(
+            [this](uint64_t nSerial, uint32_t nPlace)
+            {
+                m_BornSpells.insert(nSerial);
+                CDifference& difference = Add(EDifference::eEffect, {}, SpellRef(nSerial));
+                difference.m_Place.m_nPlace = nPlace;
+                difference.m_After = Assemble(m_After, nSerial);
+            });
     }
     void DropSpells(CListDifference& spells)
     {

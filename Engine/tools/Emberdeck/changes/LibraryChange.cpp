@@ -1,6 +1,8 @@
 #include "changes/LibraryChange.h"
 
 #include <algorithm>
+#include <map>
+#include <tuple>
 
 namespace
 {
@@ -41,7 +43,10 @@ struct CMemoryOf
     size_t operator()(const CChangePlace& place) const { return MemoryOf(place.m_List.m_sName); }
     size_t operator()(const std::vector<CChangeRef>& refs) const
     {
-        return refs.capacity() * sizeof(CChangeRef);
+        size_t nBytes = refs.capacity() * sizeof(CChangeRef);
+        for (const CChangeRef& ref : refs)
+            nBytes += MemoryOf(ref.m_sName);
+        return nBytes;
     }
     size_t operator()(const CChangePoints& points) const { return MemoryOf(points.m_Points); }
     size_t operator()(const CItemImage& item) const { return MemoryOf(item.m_sText); }
@@ -113,10 +118,11 @@ bool IsSameValue(const CChangeValue& left, const CChangeValue& right)
     return std::holds_alternative<std::monostate>(left);
 }
 
-bool IsSameField(const CDifference& left, const CDifference& right)
+using CFieldOf = std::tuple<EDifference, ETreeSide, uint64_t, uint32_t>;
+
+CFieldOf FieldOf(const CDifference& d)
 {
-    return left.m_eKind == right.m_eKind && left.m_eSide == right.m_eSide &&
-           left.m_Object.m_nSerial == right.m_Object.m_nSerial && left.m_nSlot == right.m_nSlot;
+    return {d.m_eKind, d.m_eSide, d.m_Object.m_nSerial, d.m_nSlot};
 }
 
 } // namespace
@@ -151,16 +157,22 @@ CLibraryChange CLibraryChange::Joined(const CLibraryChange& next) const
     const bool bFields = std::all_of(m_Differences.begin(), m_Differences.end(), isField) &&
                          std::all_of(next.m_Differences.begin(), next.m_Differences.end(), isField);
     CLibraryChange joined = *this;
+    std::map<CFieldOf, size_t> last; // the last difference of each field
+    for (size_t i = 0; bFields && i < joined.m_Differences.size(); ++i)
+        last[FieldOf(joined.m_Differences[i])] = i;
     for (const CDifference& difference : next.m_Differences)
     {
-        const auto same =
-            std::find_if(joined.m_Differences.rbegin(), joined.m_Differences.rend(),
-                         [&](const CDifference& other) { return IsSameField(other, difference); });
+        const auto same = last.find(FieldOf(difference));
+        CDifference* pSame = same != last.end() ? &joined.m_Differences[same->second] : nullptr;
         // Of values only the same run: of others nobody knows what lies between.
-        if (bFields && same != joined.m_Differences.rend() && IsSameValue(same->m_After, difference.m_Before))
-            same->m_After = difference.m_After;
-        else
-            joined.m_Differences.push_back(difference);
+        if (pSame && IsSameValue(pSame->m_After, difference.m_Before))
+        {
+            pSame->m_After = difference.m_After;
+            continue;
+        }
+        if (bFields)
+            last[FieldOf(difference)] = joined.m_Differences.size();
+        joined.m_Differences.push_back(difference);
     }
     std::erase_if(joined.m_Differences, [&](const CDifference& difference)
                   { return isField(difference) && IsSameValue(difference.m_Before, difference.m_After); });
