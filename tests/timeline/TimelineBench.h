@@ -58,6 +58,25 @@ private:
     CEditHub& m_Edits;
 };
 
+// No command or gesture touches an effect as a whole: an undo costs, and a painter paints, what is touched.
+class CNarrowTouches : private IEditListener
+{
+public:
+    explicit CNarrowTouches(CEditHub& edits) : m_Edits(edits) { m_Edits.AddListener(this); }
+    ~CNarrowTouches() override { m_Edits.RemoveListener(this); }
+    static constexpr const char* c_szTest = "Test"; // the label of edits that a test makes itself
+
+private:
+    void OnEdit(const CEdit& edit) override
+    {
+        for (const CTouch& touch : edit.m_Touched)
+            EXPECT_TRUE(touch.m_eKind != ETouched::eSpell || touch.m_ePart != EPart::eWhole ||
+                        edit.m_sLabel.ends_with(c_szTest))
+                << edit.m_sLabel;
+    }
+    CEditHub& m_Edits;
+};
+
 // The timeline of the first effect of a library, 0.1 pixels a millisecond, rows from y 70 on.
 struct CTimelineBench
 {
@@ -102,7 +121,7 @@ struct CTimelineBench
     void Arrange(const TChange& change)
     {
         {
-            CEditScope scope(edits, "Test");
+            CEditScope scope(edits, CNarrowTouches::c_szTest);
             scope.TouchSpellList();
             scope.TouchPrefabList();
             scope.Touch(&Spell());
@@ -178,6 +197,7 @@ struct CTimelineBench
                          host,
                          documents};
     CScopeChecker checker;
+    CNarrowTouches narrow{edits};
     CFakeTrackView view;
     std::unique_ptr<CTrackWnd> wnd;
 };

@@ -265,7 +265,7 @@ bool EditProperties(CPropertyServices& services, CEffectPropertySet& set)
     const bool bFound = FindOwner(services.m_Context.m_SpellMgr, set, pSpell);
     CEditScope scope(services.m_Context.m_Edits, pSpell ? "Edit Key" : "Edit Prefab");
     if (pSpell)
-        scope.Touch(pSpell);
+        scope.TouchKey(*pSpell, static_cast<const CKey&>(set)); // what belongs to an effect is a key
     else if (bFound)
         scope.TouchPrefab(&set);
     set = dialog.m_Props;

@@ -65,7 +65,7 @@ bool CKeyCommands::PlaceNewKey(CTrack& track, std::unique_ptr<CKey> pKey, CPoint
         return false; // nobody could see or hit it
 
     CEditScope scope(m_Context.m_Edits, pszLabel);
-    scope.Touch(&m_Spell);
+    scope.TouchTrack(m_Spell, track);
     pKey->m_nStartTime = SaturateTime(nStart);
     pKey->m_nEndTime = SaturateTime(nEnd);
     pKey->m_nTrack = Tracks().GetTrackNumber(&track);
@@ -93,7 +93,7 @@ void CKeyCommands::AddChildKey()
 void CKeyCommands::InsertTrack()
 {
     CEditScope scope(m_Context.m_Edits, "Insert Track");
-    scope.Touch(&m_Spell);
+    scope.TouchTracks(m_Spell);
     if (CurTrack())
         Tracks().InsertTrackAfter(CurTrack());
     else
@@ -111,7 +111,10 @@ void CKeyCommands::DeleteTrack()
     if (eAnswer == EAnswer::eNo || eAnswer == EAnswer::eCancel || !CurTrack())
         return;
     CEditScope scope(m_Context.m_Edits, "Delete Track");
-    scope.Touch(&m_Spell);
+    scope.TouchTracks(m_Spell);
+    scope.TouchTrack(m_Spell, *CurTrack());
+    for (const std::unique_ptr<CKey>& pKey : CurTrack()->Keys())
+        scope.TouchKey(m_Spell, *pKey);
     Tracks().RemoveTrack(CurTrack());
     m_Selection.SetCurTrack(nullptr);
     m_Selection.SetCurKey(nullptr); // also one on another track
@@ -128,7 +131,8 @@ void CKeyCommands::DeleteKeys()
             {
                 if (!pTrack->GetKey(i)->m_bSelected)
                     continue;
-                scope.Touch(&m_Spell);
+                scope.TouchTrack(m_Spell, *pTrack);
+                scope.TouchKey(m_Spell, *pTrack->GetKey(i));
                 pTrack->RemoveKey(pTrack->GetKey(i));
             }
         }
@@ -155,7 +159,7 @@ void CKeyCommands::ExpandKeys()
                 const int32_t nEnd = nBound > nStart ? nBound : key.m_nEndTime;
                 if (nStart >= nEnd || (nStart == key.m_nStartTime && nEnd == key.m_nEndTime))
                     continue;
-                scope.Touch(&m_Spell);
+                scope.TouchKey(m_Spell, key);
                 key.m_nStartTime = nStart;
                 key.m_nEndTime = nEnd;
             }
@@ -176,7 +180,8 @@ void CKeyCommands::SetKeyLength()
             CTrack* pTrack = m_Scene.Layout().TrackFromKey(pKey);
             if (!pTrack)
                 continue;
-            scope.Touch(&m_Spell);
+            scope.TouchTrack(m_Spell, *pTrack);
+            scope.TouchKey(m_Spell, *pKey);
             pKey->m_nEndTime = SaturateTime(int64_t(pKey->m_nStartTime) + nLength);
             pTrack->PlaceKey(pKey);
         }
@@ -199,7 +204,7 @@ void CKeyCommands::NameKeys(const CKey& first)
         CEditScope scope(m_Context.m_Edits, LabelFor("Name"));
         for (CKey* pKey : m_Selection.GetKeys())
         {
-            scope.Touch(&m_Spell);
+            scope.TouchKey(m_Spell, *pKey);
             pKey->m_sName = sName;
         }
     }
@@ -286,6 +291,6 @@ void CKeyCommands::AssignPrefab()
     if (pPrefab == CurKey()->GetParent())
         return;
     CEditScope scope(m_Context.m_Edits, "Assign Prefab To Key");
-    scope.Touch(&m_Spell);
+    scope.TouchKey(m_Spell, *CurKey());
     CurKey()->SetParent(pPrefab);
 }

@@ -87,6 +87,6 @@ void CKeyInfoBar::OnPhaseLengthEntered()
     if (m_Spell.m_Tracks.m_nPhaseLength == m_nPhaseLength)
         return;
     CEditScope scope(m_Context.m_Edits, "Set Phase Length");
-    scope.Touch(&m_Spell);
+    scope.TouchHead(m_Spell);
     m_Spell.m_Tracks.m_nPhaseLength = m_nPhaseLength;
 }

@@ -55,7 +55,7 @@ void CKeyLinks::UnlinkKeys(const std::vector<CKey*>& keys, CEditScope& scope)
     {
         if (!key.m_bMotionLinked || !(unlinked.count(&key) || ids.count(key.m_nMotionLinkID)))
             continue;
-        scope.Touch(&m_Spell);
+        scope.TouchKey(m_Spell, key);
         key.Unlink();
     }
 }
@@ -103,7 +103,7 @@ void CKeyLinks::EndLine(CPoint pt)
         if (pKey->m_nStartTime > pTarget->m_nStartTime && pKey->m_nEndTime < pTarget->m_nEndTime)
         {
             CEditScope scope(m_Context.m_Edits, "Link Key");
-            scope.Touch(&m_Spell);
+            scope.TouchKey(m_Spell, *pKey);
             pKey->Link(pTarget->m_nKeyID);
         }
         else
