@@ -88,12 +88,14 @@ HLibraryItem CEffectEditor::DuplicateLeaf(HLibraryItem hItem, CUniqueNames& name
     return tree.InsertLeaf(pSpell->m_szName, hGroup, pSpell);
 }
 
-void CEffectEditor::DeleteLeaves(CEditScope& scope, const std::vector<HLibraryItem>& leaves)
+bool CEffectEditor::DeleteLeaves(CEditScope& scope, const std::vector<HLibraryItem>& leaves)
 {
     CEffectTree& tree = m_Context.m_EffectTree;
     std::unordered_set<const CSpell*> doomed;
-    if (leaves.empty() || !TryAllocating([&] { doomed = ObjectsOf(tree, leaves); }))
-        return;
+    if (leaves.empty())
+        return true;
+    if (!TryAllocating([&] { doomed = ObjectsOf(tree, leaves); }))
+        return false;
     TouchTree(scope);
     scope.TouchSpellList();
     for (const HLibraryItem hItem : leaves)
@@ -112,6 +114,7 @@ void CEffectEditor::DeleteLeaves(CEditScope& scope, const std::vector<HLibraryIt
         if (doomed.contains(spells[i].get()))
             m_Context.m_SpellMgr.DeleteSpell(spells[i].get());
     }
+    return true;
 }
 
 // The prefabs of the temporary library go with it, so the keys take over what they have from them. False:

@@ -33,7 +33,7 @@ private:
     void RenameLeaf(CEditScope& scope, HLibraryItem hItem, const std::string& sName) override;
     bool IndexNames(size_t nMore, CUniqueNames& names) const override;
     HLibraryItem DuplicateLeaf(HLibraryItem hItem, CUniqueNames& names) override;
-    void DeleteLeaves(CEditScope& scope, const std::vector<HLibraryItem>& leaves) override;
+    bool DeleteLeaves(CEditScope& scope, const std::vector<HLibraryItem>& leaves) override;
 
     static std::string UniqueName(CUniqueNames& names, const std::string& sName);
     bool FlattenAll(const std::vector<std::unique_ptr<CSpell>>& spells);

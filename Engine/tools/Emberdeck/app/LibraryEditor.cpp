@@ -115,10 +115,7 @@ bool CLibraryEditor::Delete(HLibraryItem hItem)
         return false;
     CEditScope scope(m_Context.m_Edits, LabelFor("Delete", {hItem}));
     if (bLeaf)
-    {
-        DeleteLeaves(scope, {hItem});
-        return true;
-    }
+        return DeleteLeaves(scope, {hItem});
 
     std::vector<HLibraryItem> leaves;
     for (HLibraryItem h = m_Tree.GetNextItem(hItem); h && m_Tree.IsAncestor(hItem, h);
@@ -127,7 +124,8 @@ bool CLibraryEditor::Delete(HLibraryItem hItem)
         if (m_Tree.IsLeaf(h))
             leaves.push_back(h);
     }
-    DeleteLeaves(scope, leaves);
+    if (!DeleteLeaves(scope, leaves)) // without their items they would be in no tree
+        return false;
     TouchTree(scope);
     m_Tree.DeleteItem(hItem);
     return true;
@@ -142,7 +140,8 @@ void CLibraryEditor::DeleteItems(const std::vector<HLibraryItem>& items)
         if (m_Tree.IsLeaf(hItem))
             leaves.push_back(hItem);
     }
-    DeleteLeaves(scope, leaves);
+    if (!DeleteLeaves(scope, leaves))
+        return;
     for (const HLibraryItem hItem : items)
         Delete(hItem); // dead by now: nothing
 }

@@ -92,7 +92,8 @@ protected:
     virtual HLibraryItem DuplicateLeaf(HLibraryItem hItem, CUniqueNames& names) = 0;
     // Items of leaves with all that they stand for. The items go first: while they are taken away, whoever shows
     // them can still read their data.
-    virtual void DeleteLeaves(CEditScope& scope, const std::vector<HLibraryItem>& leaves) = 0;
+    // False: out of memory, and nothing is deleted.
+    virtual bool DeleteLeaves(CEditScope& scope, const std::vector<HLibraryItem>& leaves) = 0;
 
     CEditContext& m_Context;
 

@@ -137,12 +137,14 @@ void CPrefabEditor::FreeFrom(CEditScope& scope, const CDoomed& doomed)
         detach(*pKey);
 }
 
-void CPrefabEditor::DeleteLeaves(CEditScope& scope, const std::vector<HLibraryItem>& leaves)
+bool CPrefabEditor::DeleteLeaves(CEditScope& scope, const std::vector<HLibraryItem>& leaves)
 {
     CPrefabTree& tree = m_Context.m_PrefabTree;
     CDoomed doomed;
-    if (leaves.empty() || !TryAllocating([&] { doomed = ObjectsOf(tree, leaves); }))
-        return;
+    if (leaves.empty())
+        return true;
+    if (!TryAllocating([&] { doomed = ObjectsOf(tree, leaves); }))
+        return false;
     TouchTree(scope);
     for (const HLibraryItem hItem : leaves)
         tree.DeleteItem(hItem);
@@ -161,4 +163,5 @@ void CPrefabEditor::DeleteLeaves(CEditScope& scope, const std::vector<HLibraryIt
         scope.TouchPrefab(pPrefab);
         m_Context.m_SpellMgr.DeletePrefab(pPrefab);
     }
+    return true;
 }

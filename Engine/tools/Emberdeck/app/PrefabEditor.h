@@ -29,7 +29,7 @@ private:
     void RenameLeaf(CEditScope& scope, HLibraryItem hItem, const std::string& sName) override;
     bool IndexNames(size_t nMore, CUniqueNames& names) const override;
     HLibraryItem DuplicateLeaf(HLibraryItem hItem, CUniqueNames& names) override;
-    void DeleteLeaves(CEditScope& scope, const std::vector<HLibraryItem>& leaves) override;
+    bool DeleteLeaves(CEditScope& scope, const std::vector<HLibraryItem>& leaves) override;
 
     using CDoomed = std::unordered_set<const CEffectPropertySet*>; // to be destroyed
     void FreeFrom(CEditScope& scope, const CDoomed& doomed);
