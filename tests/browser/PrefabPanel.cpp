@@ -1,5 +1,5 @@
 #include "BrowserBench.h"
-#include "support/UndoChecker.h"
+#include "support/HistoryBench.h"
 
 TEST(PrefabPanel, FirstNewPrefabBecomesActive)
 {
@@ -81,7 +81,7 @@ TEST(PrefabPanel, OpensOneEditorAfterTheOther)
 TEST(PrefabPanel, ActivePrefabFollowsItsItem)
 {
     CBrowserBench bench("", "[G [H a]] b [T]");
-    CUndoChecker undo(bench.context);
+    CHistoryBench undo(bench.context);
     bench.Run(bench.prefabs, {"a"}, c_nCmdSetActivePrefab);
     CEffectPropertySet* pActive = bench.prefabs.GetActivePrefab();
     const HLibraryItem hOld = bench.prefabs.GetActiveItem();
@@ -96,7 +96,7 @@ TEST(PrefabPanel, ActivePrefabFollowsItsItem)
     bench.CheckModel();
 
     // Undone and redone, with its mark; when it is deleted there is none, and with it it comes back.
-    CHistory& history = undo.History();
+    CHistory& history = undo.m_History;
     const auto isActive = [&](const CEffectPropertySet* pPrefab)
     {
         const HLibraryItem hItem = bench.prefabs.GetActiveItem();

@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "app/History.h"
-#include "changes/ChangeRecorder.h"
 #include "changes/Compare.h"
 #include "formats/EmberdeckPacker.h"
 #include "formats/EmberdeckQSA.h"
@@ -25,26 +24,14 @@ inline int WalkSteps()
 // Goes back and forth over what a walk does: after each of its steps the library that was saved before comes back to
 // the byte, and the new one again; and at the end the first one and the last one, packed too.
 //
-//     CUndoChecker undo(context);
+//     CUndoChecker undo(context, history);
 //     while (...) { walk.Step(); undo.Check("where"); }
 //     undo.Finish();
 class CUndoChecker
 {
 public:
-    explicit CUndoChecker(CEditContext& context, CHistory* pHistory = nullptr)
-        : m_Context(context),
-          m_Owner(context),
-          m_Target{{context.m_SpellMgr, context.m_EffectTree, context.m_PrefabTree},
-                   context.m_EffectModule,
-                   context.m_Edits,
-                   m_Owner},
-          m_pRecorder(context.m_Edits.HasRecorder() ? nullptr : std::make_unique<CChangeRecorder>(m_Target)),
-          m_pOwnHistory(pHistory ? nullptr : std::make_unique<CHistory>(m_Target)),
-          m_History(pHistory ? *pHistory : *m_pOwnHistory)
-    {
-    }
+    CUndoChecker(const CEditContext& context, CHistory& history) : m_Context(context), m_History(history) {}
 
-    CHistory& History() { return m_History; }
     std::string Label() const // of the newest step
     {
         return m_History.GetNumSteps() ? m_History.GetLabel(m_History.GetNumSteps() - 1) : std::string();
@@ -97,15 +84,12 @@ private:
     std::shared_ptr<const CLibraryImage> Image()
     {
         CImageMaker maker;
-        return CLibraryImage::Make(m_Target.m_Library, maker);
+        return CLibraryImage::Make({m_Context.m_SpellMgr, m_Context.m_EffectTree, m_Context.m_PrefabTree},
+                                   maker);
     }
 
     const CTempDir m_Dir;
-    CEditContext& m_Context;
-    CLibraryOwner m_Owner;
-    const CApplyTarget m_Target;
-    std::unique_ptr<CChangeRecorder> m_pRecorder; // null: the library has one
-    std::unique_ptr<CHistory> m_pOwnHistory;
+    const CEditContext& m_Context;
     CHistory& m_History;
     size_t m_nSteps = 0; // the position behind the last check
     std::string m_sText = Text();
