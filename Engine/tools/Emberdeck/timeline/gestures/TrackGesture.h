@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "changes/EditScope.h"
 #include "timeline/TrackLayout.h"
@@ -57,7 +58,7 @@ public:
 protected:
     CTrackList& Tracks() const { return m_Context.m_Spell.m_Tracks; }
     // Opened with the first change; what a change touches is told before it.
-    CEditScope& Scope(const std::string& sLabel)
+    CEditScope& Scope(std::string_view sLabel) // takes no memory of its own
     {
         return m_Scope ? *m_Scope : m_Scope.emplace(m_Context.m_Edits, sLabel);
     }
