@@ -92,14 +92,6 @@ void RemoveLeftovers(const std::string& sFolder)
     }
 }
 
-// The rename is safe on the disk once its folder is. Some file systems can't do it: no failure.
-void SyncFolder(const std::string& sFolder)
-{
-    CFileHandle folder(open(sFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (folder.IsOpen())
-        fsync(folder.Get());
-}
-
 bool IsRegular(int nFile)
 {
     struct stat info;
@@ -190,6 +182,13 @@ std::string TargetOf(const std::string& sPath)
 }
 
 } // namespace
+
+void SyncFolder(const std::string& sFolder)
+{
+    CFileHandle folder(open(sFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder.IsOpen())
+        fsync(folder.Get());
+}
 
 CReplacingFile::CReplacingFile(const std::string& sPath, unsigned nNewMode)
     : m_sTarget(TargetOf(NativePath(sPath))),

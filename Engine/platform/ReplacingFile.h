@@ -49,3 +49,7 @@ private:
 
 // What the names of those temporary files begin with.
 constexpr const char* c_szSafeWritePrefix = ".ember-";
+
+// A file that was made, renamed or removed is so on the disk once its folder is. Some file systems can't do it: no
+// failure. The machine's form of the path.
+void SyncFolder(const std::string& sFolder);
