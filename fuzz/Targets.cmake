@@ -10,7 +10,8 @@ set(FUZZ_TARGETS
   profile_text ProfileText
   command_line CommandLine
   plugin_table PluginTable
-  change_text ChangeText)
+  change_text ChangeText
+  journal Journal)
 
 add_library(fuzz_support STATIC
   "${CMAKE_SOURCE_DIR}/bench/plain/PlainNodeReader.cpp" "${CMAKE_SOURCE_DIR}/bench/plain/PlainContainer.cpp")

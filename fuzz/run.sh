@@ -12,7 +12,7 @@ need_packages $BUILD_PACKAGES clang libclang-rt-14-dev
 
 seconds="${1:-60}"
 [ $# -eq 0 ] || shift
-[ $# -gt 0 ] || set -- node_text container effect_library packed_file effects_header project_locator profile_text command_line plugin_table change_text
+[ $# -gt 0 ] || set -- node_text container effect_library packed_file effects_header project_locator profile_text command_line plugin_table change_text journal
 
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz --target fuzz_programs

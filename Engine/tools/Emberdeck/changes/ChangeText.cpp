@@ -112,9 +112,9 @@ public:
         Number(uint64_t(key.m_nKeyID));
         Number(int64_t(key.m_nStartTime));
         Number(int64_t(key.m_nEndTime));
-        if (key.m_bMotionLinked)
+        if (key.m_bMotionLinked || key.m_nMotionLinkID != 0)
         {
-            Open("link");
+            Open(key.m_bMotionLinked ? "link" : "unlinked");
             Number(uint64_t(key.m_nMotionLinkID));
             Close();
         }

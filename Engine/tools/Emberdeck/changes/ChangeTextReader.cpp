@@ -1,82 +1,26 @@
-#include <cstring>
-#include <limits>
 #include <map>
 
 #include "changes/ChangeText.h"
 #include "changes/ChangeTextNames.h"
+#include "changes/ListIn.h"
 #include "model/EffectModule.h"
 #include "model/EffectProperty.h"
 #include "model/MakeOrNull.h"
+#include "model/Serial.h"
 #include "model/Spell.h"
 #include "qsamgr/qsaallocator.h"
 #include "qsamgr/qsatextloader.h"
-#include "qsnumber.h"
 
 namespace
 {
-
-// Walks over the elements of a list. What isn't as it should be is remembered, and all that follows gives nothing.
-class CListIn
-{
-public:
-    // The list's own name is the first element; without one it is taken from nFirst on.
-    CListIn(const CQSANode& list, uint32_t nFirst) : m_List(list), m_nNext(nFirst) {}
-
-    bool HasMore() const { return m_nNext < m_List.GetNumElements(); }
-    bool IsNext(const char* pszName) const
-    {
-        const CQSANode* p = HasMore() ? m_List.GetElement(m_nNext) : nullptr;
-        return p && IsList(*p, pszName);
-    }
-    bool IsNextList() const { return HasMore() && m_List.GetElement(m_nNext)->IsList(); }
-    const CQSANode* Next() { return HasMore() ? m_List.GetElement(m_nNext++) : nullptr; }
-
-    bool Number(int64_t nMin, int64_t nMax, int64_t& n)
-    {
-        const CQSANode* p = Next();
-        return p && p->IsAtom() && !p->IsString() && QSParseInt(p->GetValue(), n) && n >= nMin && n <= nMax;
-    }
-    template <class T>
-    bool Number(T& value)
-    {
-        int64_t n = 0;
-        constexpr bool bWide = sizeof(T) == sizeof(int64_t);
-        const int64_t nMax = bWide ? INT64_MAX : static_cast<int64_t>(std::numeric_limits<T>::max());
-        const int64_t nMin = std::is_signed_v<T> ? static_cast<int64_t>(std::numeric_limits<T>::min()) : 0;
-        const bool bOk = Number(nMin, nMax, n);
-        value = static_cast<T>(n);
-        return bOk;
-    }
-    bool Float(float& f)
-    {
-        const CQSANode* p = Next();
-        return p && p->IsAtom() && !p->IsString() && QSParseFloat(p->GetValue(), f);
-    }
-    bool Text(std::string& sText, size_t nMax)
-    {
-        const CQSANode* p = Next();
-        if (!p || !p->IsAtom() || !p->IsString())
-            return false;
-        sText = p->GetValue();
-        return sText.size() <= nMax;
-    }
-
-    static bool IsList(const CQSANode& node, const char* pszName)
-    {
-        return node.IsList() && node.GetNumElements() > 0 && node.GetElement(0)->IsAtom() &&
-               !node.GetElement(0)->IsString() && std::strcmp(node.GetElement(0)->GetValue(), pszName) == 0;
-    }
-
-private:
-    const CQSANode& m_List;
-    uint32_t m_nNext;
-};
 
 constexpr size_t c_nMaxName = 1023; // as long as an atom may be
 
 class CChangeReader
 {
 public:
+    explicit CChangeReader(CChangeNumbers* pNumbers) : m_pNumbers(pNumbers) {}
+
     // Why the difference was refused; empty: it is read.
     std::string Read(const CQSANode& node, CDifference& d)
     {
@@ -95,8 +39,8 @@ public:
                 return "a side with something in it";
             d.m_eSide = ETreeSide::ePrefabs;
         }
-        const bool bRefs = Ref(in, "effect", d.m_Effect) && Ref(in, "object", d.m_Object) &&
-                           Ref(in, "list", d.m_Place.m_List) && Place(in, d.m_Place.m_nPlace);
+        const bool bRefs = Ref(in, "effect", d, d.m_Effect) && Ref(in, "object", d, d.m_Object) &&
+                           Ref(in, "list", d, d.m_Place.m_List) && Place(in, d.m_Place.m_nPlace);
         if (!bRefs || !Property(in, d))
             return "a broken reference";
         if (!Side(in, "before", d, d.m_Before) || !Side(in, "after", d, d.m_After) || in.HasMore())
@@ -105,13 +49,30 @@ public:
     }
 
 private:
-    static bool Ref(CListIn& in, const char* pszName, CChangeRef& ref)
+    // What the object or item of that number is called here.
+    uint64_t Object(uint64_t n) const { return m_pNumbers ? m_pNumbers->Object(n) : n; }
+    uint32_t Item(ETreeSide eSide, uint32_t n) const { return m_pNumbers ? m_pNumbers->Item(eSide, n) : n; }
+    static bool IsOfItems(EDifference eKind)
+    {
+        return eKind == EDifference::eItem || eKind == EDifference::eItemOrder ||
+               eKind == EDifference::eItemText;
+    }
+
+    bool RefHere(CListIn& list, const CDifference& d, CChangeRef& ref) const
+    {
+        const bool bItem = IsOfItems(d.m_eKind);
+        if (!list.Text(ref.m_sName, c_nMaxName) || !list.Number(ref.m_nSerial) || list.HasMore() ||
+            (bItem && ref.m_nSerial > UINT32_MAX))
+            return false;
+        ref.m_nSerial = bItem ? Item(d.m_eSide, static_cast<uint32_t>(ref.m_nSerial)) : Object(ref.m_nSerial);
+        return true;
+    }
+    bool Ref(CListIn& in, const char* pszName, const CDifference& d, CChangeRef& ref) const
     {
         if (!in.IsNext(pszName))
             return true; // there is none
         CListIn list(*in.Next(), 1);
-        return list.Text(ref.m_sName, c_nMaxName) && list.Number(ref.m_nSerial) && !list.HasMore() &&
-               ref != CChangeRef();
+        return RefHere(list, d, ref) && ref != CChangeRef();
     }
     static bool Place(CListIn& in, uint32_t& nPlace)
     {
@@ -221,8 +182,9 @@ private:
             pType->m_sName = sType;
         }
         set.m_pType = pType;
+        set.m_nSerial = Object(set.m_nSerial);
         CChangeRef parent;
-        if (!Ref(in, "parent", parent))
+        if (!Ref(in, "parent", CDifference(), parent))
             return false;
         set.m_nParent = parent.m_nSerial;
         set.m_sParent = parent.m_sName;
@@ -255,10 +217,12 @@ private:
         if (!in.Number(pKey->m_nKeyID) || !in.Number(pKey->m_nStartTime) || !in.Number(pKey->m_nEndTime))
             return nullptr;
         pKey->m_bMotionLinked = in.IsNext("link");
-        if (pKey->m_bMotionLinked)
+        const bool bWasLinked = in.IsNext("unlinked");
+        if (pKey->m_bMotionLinked || bWasLinked)
         {
             CListIn link(*in.Next(), 1);
-            if (!link.Number(pKey->m_nMotionLinkID) || link.HasMore())
+            if (!link.Number(pKey->m_nMotionLinkID) || link.HasMore() ||
+                (bWasLinked && pKey->m_nMotionLinkID == 0))
                 return nullptr;
         }
         return Set(in, *pKey) ? pKey : nullptr;
@@ -269,6 +233,7 @@ private:
         CListIn in(node, 1);
         if (!in.Number(pTrack->m_nSerial))
             return nullptr;
+        pTrack->m_nSerial = Object(pTrack->m_nSerial);
         while (in.IsNext("key"))
         {
             pTrack->m_Keys.push_back(Key(*in.Next()));
@@ -284,6 +249,7 @@ private:
         if (!in.Number(pSpell->m_nSerial) || !in.Text(pSpell->m_sName, CSpell::c_nMaxName) ||
             !in.Number(pSpell->m_nPhaseLength))
             return nullptr;
+        pSpell->m_nSerial = Object(pSpell->m_nSerial);
         while (in.IsNext("track"))
         {
             pSpell->m_Tracks.push_back(Track(*in.Next()));
@@ -317,20 +283,19 @@ private:
             return in.Text(value.emplace<std::string>(), c_nMaxName) && !in.HasMore();
         if (CListIn::IsList(node, "ref"))
         {
-            CChangeRef& ref = value.emplace<CChangeRef>();
-            return in.Text(ref.m_sName, c_nMaxName) && in.Number(ref.m_nSerial) && !in.HasMore();
+            return RefHere(in, d, value.emplace<CChangeRef>());
         }
         if (CListIn::IsList(node, "place"))
         {
             CChangePlace& place = value.emplace<CChangePlace>();
-            return in.Number(place.m_nPlace) && Ref(in, "list", place.m_List) && !in.HasMore();
+            return in.Number(place.m_nPlace) && Ref(in, "list", d, place.m_List) && !in.HasMore();
         }
         if (CListIn::IsList(node, "order"))
         {
             auto& refs = value.emplace<std::vector<CChangeRef>>();
             while (in.IsNext("ref"))
             {
-                if (!Ref(in, "ref", refs.emplace_back()))
+                if (!Ref(in, "ref", d, refs.emplace_back()))
                     return false;
             }
             return !in.HasMore();
@@ -346,8 +311,12 @@ private:
         if (CListIn::IsList(node, "item"))
         {
             CItemImage& item = value.emplace<CItemImage>();
-            return in.Number(item.m_nItem) && in.Text(item.m_sText, c_nMaxName) && in.Number(item.m_nImage) &&
-                   in.Number(item.m_nSelectedImage) && in.Number(item.m_nObject) && !in.HasMore();
+            if (!in.Number(item.m_nItem) || !in.Text(item.m_sText, c_nMaxName) || !in.Number(item.m_nImage) ||
+                !in.Number(item.m_nSelectedImage) || !in.Number(item.m_nObject) || in.HasMore())
+                return false;
+            item.m_nItem = Item(d.m_eSide, item.m_nItem);
+            item.m_nObject = Object(item.m_nObject);
+            return true;
         }
         if (CListIn::IsList(node, "effect"))
             return take(Spell(node));
@@ -433,13 +402,34 @@ private:
         return false;
     }
 
+    CChangeNumbers* m_pNumbers;
     std::map<std::string, std::shared_ptr<CTypeImage>> m_Types;
     size_t m_nProps = 0;
 };
 
 } // namespace
 
-bool ReadChangeText(std::string_view sText, CLibraryChange& change, std::string& sError)
+uint64_t CChangeNumbers::Object(uint64_t nThere)
+{
+    if (nThere == 0)
+        return 0;
+    const auto [place, bNew] = m_Objects.try_emplace(nThere, 0);
+    if (bNew)
+        place->second = CSerial().Get();
+    return place->second;
+}
+
+uint32_t CChangeNumbers::Item(ETreeSide eSide, uint32_t nThere)
+{
+    if (nThere == 0)
+        return 0;
+    auto& items = m_Items[static_cast<size_t>(eSide)];
+    const auto nNext = static_cast<uint32_t>(items.size() + 1);
+    return items.try_emplace(nThere, nNext).first->second;
+}
+
+bool ReadChangeText(std::string_view sText, CLibraryChange& change, std::string& sError,
+                    CChangeNumbers* pNumbers)
 {
     sError = "out of memory";
     const auto read = [&]
@@ -460,7 +450,7 @@ bool ReadChangeText(std::string_view sText, CLibraryChange& change, std::string&
             sError = "the text is cut or damaged";
             return;
         }
-        CChangeReader reader;
+        CChangeReader reader(pNumbers);
         for (uint32_t i = 0; i < nodes.m_Root.GetNumElements(); ++i)
         {
             const std::string sWhy =

@@ -168,13 +168,16 @@ bool CLibraryTree::RestoreItem(HLibraryItem hItem, std::string_view sText, int n
     CItem* pPrev = Find(hPrev);
     const uint32_t nPlace = hItem.m_nID - m_nFirstID; // wraps for what lies before the first
     const bool bPlaces = (!hParent || pParent) && (!hPrev || (pPrev && pPrev->m_pParent == pParent));
-    if (!bPlaces || nPlace >= m_Items.size() || m_Items[nPlace])
+    const bool bNew = nPlace >= m_Items.size();
+    if (!bPlaces || (bNew ? nPlace - m_Items.size() >= c_nMaxGap : m_Items[nPlace] != nullptr))
         return false;
     const bool bMade = TryAllocating(
         [&]
         {
             auto pNew = std::make_unique<CItem>();
             pNew->m_sText = sText;
+            if (bNew)
+                m_Items.resize(size_t(nPlace) + 1);
             m_Items[nPlace] = std::move(pNew);
         });
     if (!bMade)

@@ -106,6 +106,7 @@ protected:
                             void* pData);
     bool RestoreItem(HLibraryItem hItem, std::string_view sText, int nImage, int nSelectedImage,
                      HLibraryItem hParent, HLibraryItem hPrev, void* pData);
+    static constexpr uint32_t c_nMaxGap = 1u << 22;
 
 private:
     struct CItem;
@@ -158,9 +159,10 @@ public:
     {
         return InsertItem(sText, eImage_Leaf, eImage_Leaf, hParent, pData);
     }
-    // An item that was here before, under its old handle: behind hPrev, a child of hParent, or first for an empty
-    // one; pData is null for a group. False, nothing inserted: the handle was never given out, is in use or older
-    // than the last DeleteAllItems, hParent or hPrev is dead or not where it should be, or memory is out.
+    // An item under a handle that is told, as it was here before or comes from another library: behind hPrev, a child
+    // of hParent, or first for an empty one; pData is null for a group. False, nothing inserted: the handle is in use,
+    // older than the last DeleteAllItems or c_nMaxGap and more beyond all that were given out, hParent or hPrev is dead
+    // or not where it should be, or memory is out.
     bool RestoreItem(HLibraryItem hItem, std::string_view sText, int nImage, int nSelectedImage,
                      HLibraryItem hParent, HLibraryItem hPrev, TObject* pData)
     {

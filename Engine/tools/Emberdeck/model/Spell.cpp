@@ -4,6 +4,8 @@
 #include <cstring>
 #include <string>
 
+#include "model/Serial.h"
+
 namespace
 {
 
@@ -12,7 +14,7 @@ uint64_t s_nNumSpells = 0;
 
 } // namespace
 
-CSpell::CSpell() : m_nSerial(s_nNumSpells + 1)
+CSpell::CSpell() : m_nSerial(CSerial().Get())
 {
     SetName("Untitled FX " + std::to_string(s_nNumSpells++));
 }

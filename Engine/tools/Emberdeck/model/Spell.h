@@ -23,7 +23,7 @@ public:
     // RecalcNextKeyID at the end. False when memory ran out part way: only good to be deleted then.
     bool CopyFrom(const CSpell& other);
 
-    // From 1 on, never given twice in a process: tells effects apart where a pointer might have been reused.
+    // As of model/Serial.h: tells effects apart where a pointer might have been reused.
     const uint64_t m_nSerial;
     char m_szName[c_nMaxName + 1];
     CTrackList m_Tracks;
