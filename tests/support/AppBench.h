@@ -29,8 +29,8 @@ struct CAppBench
     void Start()
     {
         app.reset();
-        app = std::make_unique<CEmberdeckApp>(
-            CAppServices{prompts, *profile, sourceControl, &documents, &host, dir.path("backups")});
+        app = std::make_unique<CEmberdeckApp>(CAppServices{prompts, *profile, sourceControl, &documents,
+                                                           &host, dir.path("backups"), dir.path("journals")});
     }
     // Expects the question of an open, too.
     bool Open(const std::string& sPath, EAnswer eCheckOut = EAnswer::eNo)

@@ -6,11 +6,7 @@
 
 // The names of files in a folder of backup copies (see CBackupStore).
 
-// The machine's one name of a file, so that it doesn't matter how it was written.
-std::string OwnerOf(const std::string& sPath);
-// What stands for such a name: 128 bits in hexadecimal digits, so that two files never share one by chance.
-std::string BackupHash(const std::string& sOwner);
-
+// A hash is that of app/StoreNames.h, of the owner's name.
 std::string OwnerFileName(const std::string& sHash); // of the file that holds the owner's name
 // Of a copy: nTime in nanoseconds since 1970, nMark a number at random.
 std::string BackupName(const std::string& sHash, uint64_t nTime, uint32_t nMark, std::optional<bool> bSound);

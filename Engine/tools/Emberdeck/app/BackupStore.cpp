@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "app/BackupNames.h"
+#include "app/StoreNames.h"
 #include "model/MakeOrNull.h"
 #include "platform/FileMode.h"
 #include "platform/Files.h"
@@ -16,13 +17,6 @@ namespace
 
 constexpr uint64_t c_nMaxOwner = 64 << 10;
 constexpr std::chrono::seconds c_ScanLife(2);
-
-uint64_t Now()
-{
-    const auto now = std::chrono::system_clock::now().time_since_epoch();
-    const int64_t nTime = std::chrono::duration_cast<std::chrono::nanoseconds>(now).count();
-    return nTime < 0 ? 0 : static_cast<uint64_t>(nTime);
-}
 
 } // namespace
 
@@ -116,7 +110,7 @@ std::string CBackupStore::KeepNow(const std::string& sPath)
 
     Refresh();
     const std::string sOwner = OwnerOf(sPath);
-    const std::string sHash = BackupHash(sOwner);
+    const std::string sHash = HashOf(sOwner);
     const auto it = m_Items.find(sHash);
     if (it != m_Items.end() && !it->second.empty())
     {
@@ -156,7 +150,7 @@ bool CBackupStore::Write(const std::string& sHash, const std::string& sOwner, co
 
     writeOwner();
     // The clock may have been set back: the newest copy still sorts last.
-    item.m_nTime = Now();
+    item.m_nTime = NowNanoseconds();
     const auto it = m_Items.find(sHash);
     if (it != m_Items.end() && !it->second.empty())
         item.m_nTime = std::max(item.m_nTime, it->second.back().m_nTime + 1);
@@ -173,7 +167,7 @@ std::vector<CBackupStore::CEntry> CBackupStore::List(const std::string& sPath) c
 {
     std::vector<CEntry> entries;
     const CItems items = Scan();
-    const auto it = items.find(BackupHash(OwnerOf(sPath)));
+    const auto it = items.find(HashOf(OwnerOf(sPath)));
     if (it == items.end())
         return entries;
     for (auto item = it->second.rbegin(); item != it->second.rend(); ++item)

@@ -66,6 +66,8 @@ CEmberdeckApp::CEmberdeckApp(const CAppServices& services)
                 m_sResourceRoot, m_Edits,        services.m_Prompts, HostOf(services), DocumentsOf(services)},
       m_Recorder(ApplyTarget()),
       m_History(ApplyTarget()),
+      m_Journal({{m_SpellMgr, m_EffectTree, m_PrefabTree}, m_EffectModule, m_Project, m_Edits},
+                CJournalStore(services.m_sJournalDirectory), [this] { return m_History.IsSaved(); }),
       m_Backups(services.m_sBackupDirectory, IsWholeEffectFile)
 {
 }
@@ -81,6 +83,8 @@ CEmberdeckApp::~CEmberdeckApp()
 void CEmberdeckApp::Start()
 {
     m_Services.m_SourceControl.SetChangeSetInfo("Emberdeck", "Change set created by Emberdeck");
+    if (!m_Services.m_sJournalDirectory.empty())
+        TryAllocating([this] { TurnJournalOn(); });
 }
 
 void CEmberdeckApp::OpenFirstFile(const std::string& sAskedFor)
@@ -147,6 +151,8 @@ void CEmberdeckApp::NewEffectFile()
     m_sFileName.clear();
     ClearAll();
     InsertRoots();
+    m_Journal.Begin(CContentStamp());
+    TryAllocating([this] { TellKept(std::string()); });
 }
 
 bool CEmberdeckApp::LocateProject(const char* pszPath)
@@ -251,7 +257,8 @@ bool CEmberdeckApp::OpenNow(const std::string& sPath, bool bHold)
         return false;
     }
     std::string sError;
-    if (bHold) // not before the check-out, which may put another file there
+    const CContentStamp stamp(sPath); // before it is read: what comes later is another content
+    if (bHold)                        // not before the check-out, which may put another file there
         m_pHold = std::make_unique<CFileHold>(sPath);
     if (!LoadLibrary(sPath, sError))
     {
@@ -260,6 +267,7 @@ bool CEmberdeckApp::OpenNow(const std::string& sPath, bool bHold)
     }
     if (m_LoadReport.IsDamaged())
         m_sDamagedFile = sPath;
+    m_Journal.Begin(stamp);
     RememberFile(sPath);
     if (m_pPluginMark)
         m_pPluginMark->Clear();
@@ -292,7 +300,7 @@ bool CEmberdeckApp::MaySaveOver(const std::string& sPath)
 
 void CEmberdeckApp::TellDone(const char* pszDone, const std::string& sPath)
 {
-    TryAllocating([&] { m_Context.m_Host.ShowStatus(TellFile(pszDone, sPath, m_SpellMgr.Spells().size())); });
+    TryAllocating([&] { TellKept(TellFile(pszDone, sPath, m_SpellMgr.Spells().size())); });
 }
 
 void CEmberdeckApp::TellLoadFailed(const std::string& sPath, const std::string& sError,
@@ -338,6 +346,7 @@ bool CEmberdeckApp::SaveEffectFile()
         if (!m_sDamagedFile.empty() && IsSameFile(m_sFileName, m_sDamagedFile))
             AcceptDamage();
         m_History.MarkSaved();
+        m_Journal.Begin(CContentStamp(m_sFileName));
         TellDone("Saved", m_sFileName);
     }
     if (!bSaved)
@@ -446,6 +455,7 @@ bool CEmberdeckApp::ConfirmExit()
         SaveEffectFile(); // whatever it gives
         return true;
     case EAnswer::eNo:
+        m_Journal.Leave();
         return true;
     default:
         return false;

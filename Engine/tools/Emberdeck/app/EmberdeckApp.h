@@ -8,6 +8,7 @@
 #include "app/BackupStore.h"
 #include "app/EditContext.h"
 #include "app/History.h"
+#include "app/Journal.h"
 #include "changes/ChangeRecorder.h"
 #include "formats/LoadReport.h"
 #include "platform/CrashMark.h"
@@ -22,9 +23,10 @@ struct CAppServices
     IPrompts& m_Prompts;
     IProfile& m_Profile;
     ISourceControl& m_SourceControl;
-    IDocuments* m_pDocuments = nullptr;             // null: nothing is ever open
-    IEditorHost* m_pHost = nullptr;                 // null: no prefab is ever active
-    std::string m_sBackupDirectory = std::string(); // empty: in the user's state directory
+    IDocuments* m_pDocuments = nullptr;              // null: nothing is ever open
+    IEditorHost* m_pHost = nullptr;                  // null: no prefab is ever active
+    std::string m_sBackupDirectory = std::string();  // empty: in the user's state directory
+    std::string m_sJournalDirectory = std::string(); // empty: no journal is written
 };
 
 // Which files an update leaves as they are, besides those that don't load.
@@ -44,7 +46,7 @@ public:
     CEmberdeckApp(const CEmberdeckApp&) = delete;
     CEmberdeckApp& operator=(const CEmberdeckApp&) = delete;
 
-    // Before the first file: names the program to source control.
+    // Before the first file: names the program to source control, and turns the journal on.
     void Start();
     // The first file of a session: the one that was asked for, else the last one, else a new library. The
     // session goes on whatever came of it. While the plug-in loads a mark stands in the state directory; when
@@ -131,6 +133,10 @@ public:
     ISourceControl& SourceControl() { return m_Services.m_SourceControl; }
     IProfile& Profile() { return m_Services.m_Profile; }
     CHistory& History() { return m_History; }
+    // Of the work since the last load or save. The profile may turn it off (see Start).
+    CJournal& Journal() { return m_Journal; }
+    void SetJournalOn(bool bOn); // and in the profile; off takes away what there is of one
+    CJournalStore Journals() const { return CJournalStore(m_Services.m_sJournalDirectory); }
 
     // What every room works on. Destroyed in the order that the destructor gives: the plug-in before the model.
     std::string m_sFileName; // empty for a library that was never saved
@@ -162,13 +168,16 @@ private:
     bool SaveTo(const std::string& sPath);
     void RememberFile(const std::string& sPath);
     void TellDone(const char* pszDone, const std::string& sPath); // in the status line
-    std::string WhereOldContentLies() const;                      // for the user, after a save that failed
+    void TurnJournalOn();
+    void TellKept(std::string sText);        // in the status line, with what was kept of the work before
+    std::string WhereOldContentLies() const; // for the user, after a save that failed
 
     CAppServices m_Services;
     CEditContext m_Context;
     CLibraryOwner m_Owner{m_Context};
     CChangeRecorder m_Recorder;
     CHistory m_History;
+    CJournal m_Journal;
     CBackupStore m_Backups;
     std::string m_sLastBackup;
     CLoadReport m_LoadReport;

@@ -92,6 +92,12 @@ constexpr const char* c_szGameInfoLabel = "Command Line";
 constexpr const char* c_szSettingLastFile = "LastOpenedFile";
 constexpr const char* c_szSettingCommandLine = "CommandLine";
 
+// Of the journal, in a section of its own: "0" turns it off; the megabytes of steps beyond which it begins anew.
+constexpr const char* c_szJournalSection = "Journal";
+constexpr const char* c_szSettingJournalKeep = "Keep";
+constexpr const char* c_szSettingJournalSize = "Megabytes";
+constexpr int c_nMaxJournalMegabytes = 512;
+
 // A message's text with its places filled. Arguments are data: nothing in them is a place. Missing
 // ones are empty.
 std::string FillMessage(const CMessage& message, std::initializer_list<std::string> arguments);
