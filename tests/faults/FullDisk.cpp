@@ -6,7 +6,9 @@
 #include <unistd.h>
 
 #include "FaultBench.h"
+#include "app/Recovery.h"
 #include "platform/ReplacingFile.h"
+#include "support/EditWalk.h"
 
 namespace
 {
@@ -110,6 +112,39 @@ TEST(FullDisk, APackThatFailsInTheMiddleIsToldAndTheOldFileStands)
     }
     EXPECT_TRUE(pApp->PackEffects());
     EXPECT_EQ(sPacked, ReadBytes(bench.path("file.Fx00p")));
+}
+
+TEST(FullDisk, StepsThatHaveNoRoomInTheJournalFollowLater)
+{
+    CFaultBench bench;
+    bench.MakeFile("fire.Fx00a", 2, "Fire");
+    CEmberdeckApp app({bench.prompts, *bench.profile, bench.sourceControl, nullptr, nullptr,
+                       bench.dir.path("backups"), bench.dir.path("journals")});
+    app.Start();
+    ASSERT_TRUE(app.OpenEffectFile(bench.path("fire.Fx00a").c_str()));
+    int nTold = 0;
+    app.Journal().m_OnProblem = [&nTold](const std::string&) { ++nTold; };
+    CEditWalk walk(app, 7);
+    while (app.Journal().GetStem().empty())
+        walk.EditOnce();
+    {
+        const CSizeLimit limit(std::filesystem::file_size(app.Journal().GetStem() + ".journal") + 1500);
+        for (int i = 0; i < 40; ++i)
+            walk.EditOnce();
+        EXPECT_FALSE(app.Journal().IsWhole());
+    }
+    EXPECT_EQ(1, nTold);
+    while (!app.Journal().IsWhole())
+        walk.EditOnce();
+    const std::string sCopy = bench.dir.path("crash");
+    std::filesystem::copy(bench.dir.path("journals"), sCopy);
+    const auto entries = CJournalStore(sCopy).List();
+    ASSERT_EQ(1u, entries.size());
+    CReplayedJournal replayed;
+    ASSERT_TRUE(ReplayJournal(entries[0], app.m_EffectModule, replayed));
+    EXPECT_EQ(app.History().GetNumSteps(), replayed.m_nSteps);
+    ASSERT_TRUE(SaveLibraryImage(bench.path("back.Fx00a").c_str(), *replayed.m_pNow));
+    EXPECT_EQ(walk.Text(), ReadBytes(bench.path("back.Fx00a")));
 }
 
 TEST(FullDisk, AWriteThatFailsAtOnceIsTold)

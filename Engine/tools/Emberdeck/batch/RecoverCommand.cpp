@@ -4,21 +4,12 @@
 #include <CLI/CLI.hpp>
 
 #include "app/BackupStore.h"
-#include "batch/Batch.h"
 #include "batch/Output.h"
+#include "batch/RecoverRequest.h"
 #include "formats/EmberdeckQSA.h"
 #include "platform/FileLock.h"
 
-namespace
-{
-struct CRecoverRequest
-{
-    std::string m_sFile;
-    bool m_bList = false;
-    std::optional<uint32_t> m_nCopy; // 1 is the newest; none: the newest one that is sound
-};
-
-std::string TimeText(uint64_t nNanoseconds)
+std::string RecoverTimeText(uint64_t nNanoseconds)
 {
     const std::time_t nSeconds = static_cast<std::time_t>(nNanoseconds / 1000000000u);
     std::tm local = {};
@@ -28,6 +19,8 @@ std::string TimeText(uint64_t nNanoseconds)
     return szText;
 }
 
+namespace
+{
 const char* TellSound(std::optional<bool> bSound)
 {
     return !bSound ? "unknown" : *bSound ? "sound" : "damaged";
@@ -48,12 +41,12 @@ int List(const CRecoverRequest& request, const CBackupStore& store,
         const std::optional<bool> bSound =
             entry.m_bSound ? entry.m_bSound : store.IsSound(request.m_sFile, entry);
         list.push_back({{"copy", i + 1},
-                        {"saved", TimeText(entry.m_nTime)},
+                        {"saved", RecoverTimeText(entry.m_nTime)},
                         {"bytes", entry.m_nSize},
                         {"sound", SoundJson(bSound)},
                         {"path", ReadableText(entry.m_sBackup)}});
         if (!options.m_bJson)
-            std::printf("%zu  %s  %-7s  %llu bytes  %s\n", i + 1, TimeText(entry.m_nTime).c_str(),
+            std::printf("%zu  %s  %-7s  %llu bytes  %s\n", i + 1, RecoverTimeText(entry.m_nTime).c_str(),
                         TellSound(bSound), static_cast<unsigned long long>(entry.m_nSize),
                         entry.m_sBackup.c_str());
     }
@@ -95,24 +88,40 @@ int Recover(const CRecoverRequest& request, const CBatchOptions& options)
     if (options.m_bJson)
         PrintJson({{"file", ReadableText(request.m_sFile)},
                    {"copy", *nChosen + 1},
-                   {"saved", TimeText(chosen.m_nTime)},
+                   {"saved", RecoverTimeText(chosen.m_nTime)},
                    {"bytes", chosen.m_nSize},
                    {"sound", SoundJson(bSound)}});
     else if (!options.m_bQuiet)
         std::printf("%s is as it was before the save of %s (copy %zu, %s)\n", request.m_sFile.c_str(),
-                    TimeText(chosen.m_nTime).c_str(), *nChosen + 1, TellSound(bSound));
+                    RecoverTimeText(chosen.m_nTime).c_str(), *nChosen + 1, TellSound(bSound));
     return eExit_Done;
 }
 } // namespace
 
 void AddRecoverCommand(CLI::App& app, const CBatchOptions& options, CCommandResult& nResult)
 {
-    CLI::App* pCommand =
-        app.add_subcommand("recover", "Bring back what a file held before it was saved over");
+    CLI::App* pCommand = app.add_subcommand(
+        "recover", "Bring back what a file held before it was saved over, or work that was never saved");
     auto pRequest = std::make_shared<CRecoverRequest>();
-    pCommand->add_option("FILE", pRequest->m_sFile, "The library")->required();
+    CLI::Option* pFile = pCommand->add_option("FILE", pRequest->m_sFile, "The library");
     pCommand->add_flag("--list", pRequest->m_bList, "Only list the copies, newest first");
-    pCommand->add_option("--copy", pRequest->m_nCopy,
-                         "Number of the copy in that list; by default the newest one that is sound");
-    pCommand->callback([&options, &nResult, pRequest] { nResult = Recover(*pRequest, options); });
+    CLI::Option* pCopy =
+        pCommand->add_option("--copy", pRequest->m_nCopy,
+                             "Number of the copy in that list; by default the newest one that is sound");
+    CLI::Option* pJournals = pCommand->add_flag(
+        "--journals", pRequest->m_bJournals,
+        "Work that was not saved when a program or machine ended; --copy is the number in its list");
+    pCommand
+        ->add_option("-o,--output", pRequest->m_sOut,
+                     "Save that work under this name; by default in its own file")
+        ->needs(pJournals);
+    pCommand->add_flag("--drop", pRequest->m_bDrop, "Forget that work")->needs(pJournals)->needs(pCopy);
+    pCommand->callback(
+        [&options, &nResult, pRequest, pFile]
+        {
+            if (!pRequest->m_bJournals && pRequest->m_sFile.empty())
+                throw CLI::RequiredError(pFile->get_name());
+            nResult =
+                pRequest->m_bJournals ? RecoverJournals(*pRequest, options) : Recover(*pRequest, options);
+        });
 }
