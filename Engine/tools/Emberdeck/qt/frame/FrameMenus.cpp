@@ -20,7 +20,9 @@ FrameMenus::FrameMenus(QMainWindow& window, CMainFrame& frame, std::function<voi
     {
         QMenu* pMenu = m_Window.menuBar()->addMenu(QString::fromUtf8(item.GetLabel()));
         AddItems(*pMenu, *item.m_pSubmenu);
-        if (item.m_pSubmenu == &menu_items::c_ViewMenu)
+        if (item.m_pSubmenu == &menu_items::c_FileMenu)
+            m_pFile = pMenu;
+        else if (item.m_pSubmenu == &menu_items::c_ViewMenu)
             m_pView = pMenu;
         else if (item.m_pSubmenu == &menu_items::c_HelpMenu)
             m_pHelp = pMenu;
@@ -117,6 +119,12 @@ void FrameMenus::AddTimelineOptions(IProfile& profile, const std::function<void(
 void FrameMenus::AddManual(IPrompts& prompts)
 {
     AddManualItems(*m_pHelp, &m_Window, prompts);
+}
+
+QMenu& FrameMenus::AddRecover()
+{
+    m_pFile->addSeparator();
+    return *m_pFile->addMenu(QObject::tr("&Recover"));
 }
 
 void FrameMenus::AddShortcuts()

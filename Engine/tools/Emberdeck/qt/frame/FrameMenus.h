@@ -25,6 +25,8 @@ public:
     // Switches of what timelines show, and who hears of a change.
     void AddTimelineOptions(IProfile& profile, const std::function<void()>& changed);
     void AddManual(IPrompts& prompts);
+    // A submenu below the table's items of the File menu.
+    QMenu& AddRecover();
 
 private:
     void AddItems(QMenu& menu, const CMenuTable& table);
@@ -34,6 +36,7 @@ private:
     CMainFrame& m_Frame;
     std::function<void(int32_t)> m_Run;
     std::vector<std::pair<QAction*, const CMenuItem*>> m_Actions;
+    QMenu* m_pFile = nullptr;
     QMenu* m_pView = nullptr;
     QMenu* m_pHelp = nullptr;
 };

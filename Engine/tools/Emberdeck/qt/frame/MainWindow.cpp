@@ -13,6 +13,7 @@
 #include "qt/frame/FrameStatusBar.h"
 #include "qt/frame/HistoryDock.h"
 #include "qt/frame/PaneKeys.h"
+#include "qt/frame/RecoveryBar.h"
 #include "qt/library/LeftDockWidget.h"
 #include "qt/timeline/TrackWidget.h"
 #include "qt/toolkit/AccessibleViews.h"
@@ -29,7 +30,8 @@ MainWindow::MainWindow(IProfile& profile, ISourceControl& sourceControl, QtPromp
       m_pStatus(new FrameStatusBar(this)),
       m_pEffects(new EffectWindows(m_App, profile)),
       m_Host(*this, m_App, *m_pStatus),
-      m_App(CAppServices{prompts, profile, sourceControl, m_pEffects, &m_Host}),
+      m_App(CAppServices{prompts, profile, sourceControl, m_pEffects, &m_Host, std::string(),
+                         CJournalStore().GetDirectory()}),
       m_Splash(*this),
       m_pCentre(new QWidget)
 {
@@ -83,6 +85,7 @@ bool MainWindow::Create(bool bSplash, MenuStyle* pStyle)
     m_pMenus->AddAppearance(m_Profile);
     m_pMenus->AddTimelineOptions(m_Profile, [this] { m_pEffects->ReadOptions(); });
     m_pMenus->AddManual(m_Prompts);
+    m_pRecovery->AddMenu(m_pMenus->AddRecover());
     AddPaneKeys(*this);
     qApp->installEventFilter(this);
 #if QT_CONFIG(sessionmanager)
@@ -133,7 +136,13 @@ void MainWindow::CreateLeftDock()
     pLayout->setContentsMargins(0, 0, 0, 0);
     pLayout->setSpacing(0);
     pLayout->addWidget(m_pDock);
-    pLayout->addWidget(m_pEffects, 1);
+    auto* pWork = new QVBoxLayout;
+    pWork->setSpacing(0);
+    m_pRecovery = new RecoveryBar(m_App, m_pCentre);
+    connect(m_pRecovery, &RecoveryBar::BroughtBack, this, &MainWindow::OnBroughtBack);
+    pWork->addWidget(m_pRecovery);
+    pWork->addWidget(m_pEffects, 1);
+    pLayout->addLayout(pWork, 1);
     setCentralWidget(m_pCentre);
 }
 
@@ -282,9 +291,21 @@ void MainWindow::OnEdit(const CEdit& edit)
 {
     m_pEffects->RepaintAll();
     if (edit.Touches(ETouched::eLibrary))
+    {
         UpdateTextForm();
+        if (m_pRecovery)
+            QTimer::singleShot(0, m_pRecovery, &RecoveryBar::OfferFile); // when it is open, or isn't
+    }
     m_pEffects->RetitleAll();
     CommandsChanged();
+}
+
+void MainWindow::OnBroughtBack(const QString& sText)
+{
+    UpdateTextForm();
+    UpdateTitle();
+    CommandsChanged();
+    m_pStatus->ShowStatus(sText);
 }
 
 TrackWidget* MainWindow::ActiveTimeline() const

@@ -19,6 +19,7 @@ class FrameStatusBar;
 class HistoryDock;
 class LeftDockWidget;
 class QSessionManager;
+class RecoveryBar;
 class ToolBarWidget;
 class TrackWidget;
 
@@ -41,6 +42,7 @@ public:
     EditorHost& Host() { return m_Host; }
     EffectWindows& Effects() { return *m_pEffects; }
     LeftDockWidget* Dock() const { return m_pDock; }
+    RecoveryBar* Recovery() const { return m_pRecovery; }
     TrackWidget* ActiveTimeline() const;
 
 protected:
@@ -80,6 +82,7 @@ private:
     void ShowHint(int32_t nID);
     void UpdateTitle();
     void UpdateTextForm();
+    void OnBroughtBack(const QString& sText);
     void FocusLibrary();
     void CancelGestures();
     void OnSessionEnd(QSessionManager& session);
@@ -98,6 +101,7 @@ private:
     MenuStyle* m_pStyle = nullptr;
     LeftDockWidget* m_pDock = nullptr;
     HistoryDock* m_pHistory = nullptr;
+    RecoveryBar* m_pRecovery = nullptr;
     QWidget* m_pCentre;
     std::string m_sToldProblem; // of the history
     std::map<int32_t, ToolBarWidget*> m_Bars;

@@ -13,6 +13,7 @@
 #include "qt/frame/AssertDialog.h"
 #include "qt/frame/EffectWindows.h"
 #include "qt/frame/MainWindow.h"
+#include "qt/frame/RecoveryBar.h"
 #include "qt/properties/QtPropertyDialogs.h"
 #include "qt/sourcecontrol/SourceControlFront.h"
 #include "qt/toolkit/Appearance.h"
@@ -122,6 +123,7 @@ int Start(const CEmberdeckCommandLineInfo& line, MenuStyle* pStyle)
     WaitForWindow(window);
     window.Frame().OpenFirstFile(line.m_sOpenFile);
     window.Effects().RetitleAll();
+    window.Recovery()->OfferAll();
     return QApplication::exec();
 }
 } // namespace
