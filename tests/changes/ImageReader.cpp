@@ -91,6 +91,10 @@ TEST(Renames, AreFoundByContent)
                   }));
     EXPECT_EQ("prefab \"Puff\": name: \"Puff\" -> \"Cloud\"\n",
               listed([](const CSide& s) { s.m_Library.m_SpellMgr.FindPrefab("Puff")->m_sName = "Cloud"; }));
+    EXPECT_EQ("prefab \"Puff\": is new\nprefab \"Puff\": is gone\n",
+              Listed(*ImageOf(*aLibrary().prefab("Sprite", "Puff").build()),
+                     *ImageOf(*aLibrary().prefab("Light", "Puff").build())))
+        << "of another type it is another one";
     EXPECT_EQ("effects: group \"Old\", name: \"Old\" -> \"Smoky\"\n",
               listed([](const CSide& s) { s.m_Library.m_EffectTree.SetItemText(s.Item("Old"), "Smoky"); }));
     EXPECT_EQ("effects: group \"Empty\" is new\neffect \"Fire\": group: \"[Effects]\" -> \"Old\"\n",

@@ -150,6 +150,29 @@ void TakeNames(const std::vector<std::shared_ptr<const TNode>>& library,
     }
 }
 
+// A prefab never changes its type: one that has the name of another type's is another one. Hides its name for a while,
+// by a number that stays its own.
+void HideOtherTypes(const CLibraryImage& library, CLibraryImage& other,
+                    std::unordered_map<uint64_t, std::string>& names)
+{
+    const auto typeOf = [](const CSetImage& set)
+    { return set.m_pType ? set.m_pType->m_sName : std::string(); };
+    std::map<std::string, std::vector<std::string>> types;
+    for (const auto& pPrefab : library.m_Prefabs)
+        types[FoldedName(pPrefab->m_sName)].push_back(typeOf(*pPrefab));
+    for (auto& pPrefab : other.m_Prefabs)
+    {
+        const auto found = types.find(FoldedName(pPrefab->m_sName));
+        if (found == types.end() ||
+            std::find(found->second.begin(), found->second.end(), typeOf(*pPrefab)) != found->second.end())
+            continue;
+        names.emplace(pPrefab->m_nSerial, pPrefab->m_sName);
+        auto pHidden = std::make_shared<CSetImage>(*pPrefab);
+        pHidden->m_sName += std::string(1, '\0') + std::to_string(pPrefab->m_nSerial); // in no file
+        pPrefab = std::move(pHidden);
+    }
+}
+
 template <class TNode>
 void GiveNamesBack(std::vector<std::shared_ptr<const TNode>>& nodes,
                    const std::unordered_map<uint64_t, std::string>& names)
@@ -279,6 +302,7 @@ std::shared_ptr<const CLibraryImage> AlignRenamed(const CLibraryImage& library, 
     CLibraryImage named = other;
     std::unordered_map<uint64_t, std::string> prefabs, spells;
     TakeNames(library.m_Prefabs, named.m_Prefabs, prefabs);
+    HideOtherTypes(library, named, prefabs);
     TakeNames(library.m_Spells, named.m_Spells, spells);
     std::unordered_map<uint32_t, std::string> texts[c_nNumSides];
     for (size_t nSide = 0; nSide < c_nNumSides; ++nSide)
