@@ -231,9 +231,24 @@ TEST(DesktopProperties, VectorsSwingAndColorsAreStored)
             [](TemplateDialog& vector)
             {
                 auto* pSide = vector.findChildren<VectorView*>().value(0);
-                Desktop::Drag(Desktop::On(pSide, {pSide->width() / 2, 4}),
-                              Desktop::On(pSide, {pSide->width() - 4, pSide->height() / 2}));
-                Enter(vector.Controls().Find(eVector_Magnitude), "10");
+                auto* pMagnitude = vector.Controls().Get<QLineEdit>(eVector_Magnitude);
+                Enter(pMagnitude, "10");
+                const auto drag = [&](QPoint to)
+                {
+                    Desktop::Drag(Desktop::On(pSide, {pSide->width() / 2, 4}), Desktop::On(pSide, to));
+                    return pSide->AccessibleText();
+                };
+                // Each drag is a step, and what was typed before it another, wherever the focus is.
+                const QString was = pSide->AccessibleText();
+                const QString right = drag({pSide->width() - 4, pSide->height() / 2});
+                EXPECT_NE(right, drag({4, pSide->height() / 2}));
+                Desktop::Key("ctrl+z");
+                EXPECT_EQ(right, pSide->AccessibleText());
+                Desktop::Key("ctrl+z");
+                EXPECT_EQ(was, pSide->AccessibleText());
+                EXPECT_EQ("10", pMagnitude->text());
+                Desktop::Key("ctrl+y");
+                EXPECT_EQ(right, pSide->AccessibleText());
             },
             bOk);
         for (QPushButton* p : dialog.findChildren<QPushButton*>())

@@ -1,3 +1,4 @@
+#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -145,9 +146,13 @@ TEST(DesktopUndo, GesturesAndTextsKeepTheirKeys)
     // A new group and its name are one step. While the name is typed, the keys are its own.
     desk.Choose(desk.CLibraryDesktop::At(desk.pEffects, "[Effects]"), {"New Group"});
     Desktop::Type("Old");
+    const auto* pLabel = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+    ASSERT_TRUE(pLabel);
     Desktop::Key("ctrl+z");
     EXPECT_TRUE(desk.pEffects->Panel()->m_Tree.IsEditing());
+    EXPECT_NE("Old", pLabel->text());
     Desktop::Key("ctrl+y");
+    EXPECT_EQ("Old", pLabel->text());
     Desktop::Key("Return");
     EXPECT_EQ("[[Effects]]\n  Fire\n  Smoke\n  [Old]\n", desk.Effects());
     EXPECT_EQ("Undo New Group|(Redo)", desk.EditMenu());
@@ -177,6 +182,8 @@ TEST(DesktopUndo, TheHistoryListsStepsAndLeadsToThem)
     EXPECT_EQ("Move Key in Smoke, saved", text(2));
     EXPECT_EQ("Delete Key in Smoke, current", text(3));
 
+    // The effect comes to the front, and the list keeps the keyboard.
+    desk.window.Effects().Open(*desk.App().m_SpellMgr.FindSpell("Fire"));
     Desktop::Click(desk.Row(0));
     EXPECT_EQ(1000, desk.Key().m_nStartTime);
     EXPECT_EQ("Undone: 3 steps, back to before Move Key in Smoke", desk.Status());

@@ -37,6 +37,10 @@ public:
         case EDifference::eTrackOrder:
             AddTrack(d.m_Effect.m_nSerial, d.m_Object.m_nSerial);
             break;
+        case EDifference::eKey: // where it is, or was
+            if (!AddKey(d.m_Effect.m_nSerial, d.m_Object.m_nSerial))
+                AddTrack(d.m_Effect.m_nSerial, d.m_Place.m_List.m_nSerial);
+            break;
         case EDifference::eEffectOrder:
         case EDifference::ePrefabOrder:
         case EDifference::eItemOrder:
@@ -75,14 +79,16 @@ private:
         }
         return &place->second;
     }
-    void AddKey(uint64_t nSpell, uint64_t nKey)
+    // False: the effect has no such key, or it is told already.
+    bool AddKey(uint64_t nSpell, uint64_t nKey)
     {
         CIndex* pIndex = EffectOf(nSpell);
         const auto found = pIndex ? pIndex->m_Keys.find(nKey) : decltype(pIndex->m_Keys.end())();
         if (!pIndex || found == pIndex->m_Keys.end())
-            return;
+            return false;
         m_Spots.m_Effects[pIndex->m_nPlace].m_Keys.push_back(found->second);
         pIndex->m_Keys.erase(found);
+        return true;
     }
     void AddTrack(uint64_t nSpell, uint64_t nTrack)
     {

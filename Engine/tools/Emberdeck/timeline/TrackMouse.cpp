@@ -158,7 +158,8 @@ void CTrackWnd::CarryKey(bool bMove)
         return;
     if (!GetCurKey() || !GetCurTrack())
         return;
-    CEditScope scope(m_Context.m_Edits, "Move Key To Track"); // one edit with the gesture's own
+    // One edit with the gesture's own.
+    CEditScope scope(m_Context.m_Edits, bMove ? "Move Key To Track" : "Copy Key");
     if (bUnlink)
         UnlinkKey(GetCurKey());
     auto pCarry =

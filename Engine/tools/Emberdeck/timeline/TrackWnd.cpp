@@ -57,7 +57,8 @@ void CTrackWnd::ShowKeys(const std::vector<CKey*>& keys, CTrack* pTrack)
     if (IsBusy())
         return;
     m_Selection.Select(keys, pTrack);
-    m_Scene.ShowCurrent();
+    if (!keys.empty() || pTrack)
+        m_Scene.ShowCurrent();
     m_Scene.Refresh();
 }
 

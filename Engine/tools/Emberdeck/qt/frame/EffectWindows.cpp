@@ -105,20 +105,25 @@ void EffectWindows::PlaceChild(QMdiSubWindow& child)
     child.setGeometry(QRect(QPoint(nPlace, nPlace) * nStep, size));
 }
 
+// The effect that becomes active would take the keyboard, from the tree for instance: the next Delete would go to its
+// keys. From another effect it takes it.
+void EffectWindows::KeepKeyboard(const std::function<void()>& activate)
+{
+    QPointer<QWidget> pFocus = window()->focusWidget();
+    if (pFocus && isAncestorOf(pFocus))
+        pFocus = nullptr;
+    activate();
+    if (pFocus)
+        pFocus->setFocus();
+}
+
 void EffectWindows::Close(const CSpell* pSpell)
 {
     // At once: the effect may be destroyed right after.
     QMdiSubWindow* pChild = FindChild(pSpell);
     if (!pChild)
         return;
-    // The one that is active next would take the keyboard, from the tree for instance: the next Delete would
-    // go to its keys.
-    QPointer<QWidget> pFocus = window()->focusWidget();
-    if (pFocus && pChild->isAncestorOf(pFocus))
-        pFocus = nullptr;
-    delete pChild;
-    if (pFocus)
-        pFocus->setFocus();
+    KeepKeyboard([pChild] { delete pChild; });
     emit Changed();
 }
 
@@ -159,7 +164,7 @@ bool EffectWindows::ShowChange(const std::vector<CChangeSpots::CEffect>& effects
             pFirst = pChild;
     }
     if (pFirst && !bActive)
-        setActiveSubWindow(pFirst);
+        KeepKeyboard([this, pFirst] { setActiveSubWindow(pFirst); });
     return pFirst != nullptr;
 }
 

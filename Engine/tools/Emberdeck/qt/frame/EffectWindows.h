@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include <QMdiArea>
 
 #include "app/ChangeSpots.h"
@@ -47,6 +49,7 @@ protected:
     void changeEvent(QEvent* pEvent) override;
 
 private:
+    void KeepKeyboard(const std::function<void()>& activate);
     std::vector<TrackWidget*> Timelines() const; // in the order in which they were opened
     QMdiSubWindow* FindChild(const CSpell* pSpell) const;
     void PlaceChild(QMdiSubWindow& child);

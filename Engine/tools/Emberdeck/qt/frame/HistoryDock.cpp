@@ -5,14 +5,14 @@
 #include <QPixmap>
 
 #include "app/resources/ToolbarIcons.h"
-#include "qt/toolkit/IconPainter.h"
+#include "qt/toolkit/PropertyControls.h"
 #include "qt/toolkit/QtText.h"
 
 HistoryModel::HistoryModel(const CHistory& history, QObject* pParent)
     : QAbstractListModel(pParent),
       m_List(history),
       m_nRows(int(m_List.GetNumRows())),
-      m_Saved(QPixmap::fromImage(ToQImage(MakeImage(c_SaveIcon))))
+      m_Saved(ArtIcon(c_SaveIcon))
 {
     QPixmap none(c_nIconSize, c_nIconSize);
     none.fill(Qt::transparent);
@@ -95,8 +95,17 @@ HistoryDock::HistoryDock(const CHistory& history, QWidget* pParent)
     Refresh();
 }
 
+void HistoryDock::showEvent(QShowEvent* pEvent)
+{
+    QDockWidget::showEvent(pEvent);
+    Refresh();
+}
+
+// A list that nobody sees isn't laid out at each step.
 void HistoryDock::Refresh()
 {
+    if (isHidden())
+        return;
     m_pModel->Refresh();
     const QModelIndex current = m_pModel->index(int(m_pModel->List().GetCurrent()));
     m_pView->setCurrentIndex(current);

@@ -36,6 +36,9 @@ public:
     HistoryDock(const CHistory& history, QWidget* pParent); // history: borrowed
     void Refresh();                                         // the history has changed
 
+protected:
+    void showEvent(QShowEvent* pEvent) override;
+
 signals:
     void Chosen(size_t nPosition);
 

@@ -154,7 +154,8 @@ void MainWindow::CreateHistoryDock()
     connect(m_pHistory, &HistoryDock::Chosen, this,
             [this](size_t nPosition)
             {
-                m_pFrame->GoToStep(nPosition);
+                if (!m_pFrame->GoToStep(nPosition))
+                    m_pHistory->Refresh(); // the row that was chosen isn't where the library is
                 CommandsChanged();
             });
     connect(m_pHistory, &QDockWidget::visibilityChanged, this, [this] { CommandsChanged(); });

@@ -54,7 +54,8 @@ std::vector<CPane> PanesOf(MainWindow& window)
     if (TrackWidget* pTimeline = window.ActiveTimeline())
         add(pTimeline, pTimeline);
     for (QDockWidget* pDock : window.findChildren<QDockWidget*>())
-        add(pDock, pDock->widget());
+        if (!pDock->isFloating()) // a window of its own, which the keyboard leaves by its own ways
+            add(pDock, pDock->widget());
     for (QToolBar* pBar : window.findChildren<QToolBar*>())
         add(pBar, FirstInBar(*pBar));
     return panes;

@@ -11,6 +11,25 @@
 #include "app/resources/Commands.h"
 #include "qt/toolkit/TextUndo.h"
 
+namespace
+{
+
+// A text keeps what was typed in it earlier. Once other things have been done since, that would come back out of turn.
+void ForgetTyping(QWidget* pFocus)
+{
+    QLineEdit* pLine = LineEditOf(pFocus);
+    if (pLine && (pLine->isUndoAvailable() || pLine->isRedoAvailable()))
+    {
+        const int nCursor = pLine->cursorPosition();
+        pLine->setText(pLine->text());
+        pLine->setCursorPosition(nCursor);
+    }
+    if (auto* pText = qobject_cast<QPlainTextEdit*>(pFocus))
+        pText->document()->clearUndoRedoStacks();
+}
+
+} // namespace
+
 DialogUndo::DialogUndo(QDialog& dialog, IOwnUndo& undo) : QObject(&dialog), m_Dialog(dialog), m_Undo(undo)
 {
     qApp->installEventFilter(this);
@@ -32,21 +51,39 @@ bool DialogUndo::eventFilter(QObject* pWatched, QEvent* pEvent)
     case QEvent::KeyPress:
         if (UndoCommandOf(*static_cast<QKeyEvent*>(pEvent)) != 0)
             return OnUndoKey(*pEvent);
+        if (Run() != 0)
+            m_nTyped = m_nRun;
         [[fallthrough]];
     case QEvent::KeyRelease:
     case QEvent::MouseButtonRelease:
-    case QEvent::Wheel:
     case QEvent::WindowActivate:
         NoteSoon();
         return false;
+    case QEvent::Wheel:
+        BeginRun(*pWidget);
+        NoteSoon();
+        return false;
     case QEvent::FocusIn:
+        if (static_cast<QFocusEvent*>(pEvent)->reason() == Qt::ActiveWindowFocusReason)
+            return false;
+        [[fallthrough]];
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
     case QEvent::FocusOut:
-        m_Undo.NoteStep(Run());
-        ++m_nFocus;
+        BeginRun(*pWidget);
         return false;
     default:
         return false;
     }
+}
+
+// What was typed until now is a step by itself, also where the focus stays: what a press begins is none of it.
+void DialogUndo::BeginRun(const QWidget& widget)
+{
+    m_Undo.NoteStep(Run());
+    ++m_nRun;
+    if (&widget != m_Dialog.focusWidget())
+        ForgetTyping(m_Dialog.focusWidget());
 }
 
 bool DialogUndo::OnUndoKey(QEvent& event)
@@ -56,8 +93,9 @@ bool DialogUndo::OnUndoKey(QEvent& event)
         return true;
     const bool bUndo = UndoCommandOf(static_cast<QKeyEvent&>(event)) == c_nCmdUndo;
     QWidget* pFocus = m_Dialog.focusWidget();
-    auto* pText = qobject_cast<QPlainTextEdit*>(pFocus);
-    QLineEdit* pLine = LineEditOf(pFocus);
+    const bool bTyping = m_nTyped == m_nRun;
+    auto* pText = bTyping ? qobject_cast<QPlainTextEdit*>(pFocus) : nullptr;
+    QLineEdit* pLine = bTyping ? LineEditOf(pFocus) : nullptr;
     if (pLine && (bUndo ? pLine->isUndoAvailable() : pLine->isRedoAvailable()))
         bUndo ? pLine->undo() : pLine->redo();
     else if (pText && (bUndo ? pText->document()->isUndoAvailable() : pText->document()->isRedoAvailable()))
@@ -85,5 +123,5 @@ void DialogUndo::NoteSoon()
 uint64_t DialogUndo::Run() const
 {
     QWidget* pFocus = m_Dialog.focusWidget();
-    return LineEditOf(pFocus) || qobject_cast<QPlainTextEdit*>(pFocus) ? m_nFocus : 0;
+    return LineEditOf(pFocus) || qobject_cast<QPlainTextEdit*>(pFocus) ? m_nRun : 0;
 }

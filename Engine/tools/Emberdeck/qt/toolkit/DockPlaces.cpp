@@ -47,13 +47,18 @@ void PlaceDock(const IProfile& profile, QMainWindow& window, QDockWidget& dock)
         dock.setGeometry(DialogPlaces::FitOnScreen(dock, QRect(x, y, nWidth, nHeight)));
     }
     dock.setVisible(nShown == 1);
-    if (nFloating || !nShown)
+    if (nFloating)
         return;
-    // The window gives its docks their room when it is laid out for the first time.
-    QTimer::singleShot(0, &dock,
-                       [&window, &dock, nSize = IsBeside(nArea) ? nWidth : nHeight,
-                        eWay = IsBeside(nArea) ? Qt::Horizontal : Qt::Vertical]
-                       { window.resizeDocks({&dock}, {nSize}, eWay); });
+    const auto resize = [&window, &dock, nSize = IsBeside(nArea) ? nWidth : nHeight,
+                         eWay = IsBeside(nArea) ? Qt::Horizontal : Qt::Vertical]
+    { window.resizeDocks({&dock}, {nSize}, eWay); };
+    // The window gives its docks their room when it is laid out with them for the first time.
+    if (nShown)
+        QTimer::singleShot(0, &dock, resize);
+    else
+        QObject::connect(
+            &dock, &QDockWidget::visibilityChanged, &dock,
+            [&dock, resize] { QTimer::singleShot(0, &dock, resize); }, Qt::SingleShotConnection);
 }
 
 bool SaveDockPlace(IProfile& profile, const QMainWindow& window, const QDockWidget& dock)
