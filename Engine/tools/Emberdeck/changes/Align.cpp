@@ -3,19 +3,10 @@
 #include <map>
 
 #include "changes/Compare.h"
-#include "model/NameIndex.h"
+#include "changes/FoldedName.h"
 
 namespace
 {
-
-std::string Folded(const std::string& sName)
-{
-    std::string sFolded;
-    sFolded.reserve(sName.size());
-    for (const char c : sName)
-        sFolded += static_cast<char>(FoldNameByte(c));
-    return sFolded;
-}
 
 // Finds for one thing after the other its like among those of the library: of equal ones the first for the first.
 template <class TWhat>
@@ -61,11 +52,11 @@ private:
     {
         CLikes<std::string> likes;
         for (const auto& pPrefab : m_Library.m_Prefabs)
-            likes.Add(Folded(pPrefab->m_sName), pPrefab->m_nSerial);
+            likes.Add(FoldedName(pPrefab->m_sName), pPrefab->m_nSerial);
         // All of them, before one is looked up as another's parent.
         for (const auto& pPrefab : m_Other.m_Prefabs)
         {
-            const uint64_t nLike = likes.Take(Folded(pPrefab->m_sName));
+            const uint64_t nLike = likes.Take(FoldedName(pPrefab->m_sName));
             Objects(ETreeSide::ePrefabs)[pPrefab->m_nSerial] = nLike ? nLike : pPrefab->m_nSerial;
         }
         for (const auto& pPrefab : m_Other.m_Prefabs)
@@ -89,12 +80,12 @@ private:
         std::map<uint64_t, const CSpellImage*> spells;
         for (const auto& pSpell : m_Library.m_Spells)
         {
-            likes.Add(Folded(pSpell->m_sName), pSpell->m_nSerial);
+            likes.Add(FoldedName(pSpell->m_sName), pSpell->m_nSerial);
             spells.emplace(pSpell->m_nSerial, pSpell.get());
         }
         for (const auto& pSpell : m_Other.m_Spells)
         {
-            const uint64_t nLike = likes.Take(Folded(pSpell->m_sName));
+            const uint64_t nLike = likes.Take(FoldedName(pSpell->m_sName));
             Objects(ETreeSide::eEffects)[pSpell->m_nSerial] = nLike ? nLike : pSpell->m_nSerial;
             m_pResult->m_Spells.push_back(AlignSpell(*pSpell, nLike ? spells[nLike] : nullptr));
         }
@@ -181,7 +172,7 @@ private:
     {
         using CWhat = std::pair<std::string, uint64_t>;
         const auto whatOf = [](const CItemImage& item, uint64_t nObject) {
-            return nObject ? CWhat{{}, nObject} : CWhat{Folded(item.m_sText), 0};
+            return nObject ? CWhat{{}, nObject} : CWhat{FoldedName(item.m_sText), 0};
         };
         uint32_t nFree = 1;
         for (const CLibraryImage* pImage : {&m_Library, &m_Other})
