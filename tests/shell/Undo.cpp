@@ -121,6 +121,13 @@ TEST(Undo, TheListTellsWhereTheLibraryStands)
     bench.app->History().SetBudget(1);
     EXPECT_EQ("Earlier Changes\nMove Keys in Smoke, current\n", bench.Rows());
 
+    // What couldn't be written is saved nowhere.
+    EXPECT_TRUE(bench.app->SaveEffectFile());
+    bench.prompts.onFile(bench.path("none/such.Fx00a"));
+    bench.frame.Run(c_nCmdSaveAs);
+    EXPECT_EQ(" - such.Fx00a*", bench.Title());
+    EXPECT_EQ("Earlier Changes\nMove Keys in Smoke, current\n", bench.Rows());
+
     // A save under another name marks the place, too; what is opened begins anew.
     bench.prompts.onFile(bench.path("other.Fx00a"));
     EXPECT_TRUE(bench.frame.Run(c_nCmdSaveAs));

@@ -212,15 +212,18 @@ bool CEmberdeckApp::ChooseProject()
 // The library of a file in place of the empty one. On failure nothing of it is left.
 bool CEmberdeckApp::LoadLibrary(const std::string& sPath, std::string& sError)
 {
-    CEditScope scope(m_Edits, c_szOpenLabel);
-    scope.TouchLibrary();
-    m_LoadReport = CLoadReport(m_OnLoaded != nullptr);
-    if (m_pHold && !m_pHold->IsHeld())
-        sError = m_pHold->GetProblem();
-    else if (LoadEffectLibrary(sPath.c_str(), m_SpellMgr, m_EffectModule, &m_EffectTree, &m_PrefabTree,
-                               sError, &m_Services.m_Prompts, &m_LoadReport))
-        return true;
-    NewEffectFile();
+    {
+        CEditScope scope(m_Edits, c_szOpenLabel);
+        scope.TouchLibrary();
+        m_LoadReport = CLoadReport(m_OnLoaded != nullptr);
+        if (m_pHold && !m_pHold->IsHeld())
+            sError = m_pHold->GetProblem();
+        else if (LoadEffectLibrary(sPath.c_str(), m_SpellMgr, m_EffectModule, &m_EffectTree, &m_PrefabTree,
+                                   sError, &m_Services.m_Prompts, &m_LoadReport))
+            return true;
+        ClearAll();
+    }
+    NewEffectFile(); // an edit of its own: the history begins with a new library, not with an opened one
     return false;
 }
 
@@ -351,6 +354,9 @@ bool CEmberdeckApp::SaveEffectFile()
     }
     if (!bSaved)
     {
+        // Written in place, so the file may hold a part of it, or what was there before.
+        if (bMaySave)
+            m_History.MarkUnsaved();
         Advise(m_Services.m_Prompts,
                [&]
                {
@@ -435,8 +441,12 @@ bool CEmberdeckApp::SaveEffectFileAs()
     // An empty answer would bring the dialog up again, without an end.
     if (!m_Services.m_Prompts.ChooseFile(request, sPath) || sPath.empty())
         return false;
+    const bool bOther = sPath != m_sFileName;
     m_sFileName = sPath;
-    return SaveEffectFile();
+    const bool bSaved = SaveEffectFile();
+    if (!bSaved && bOther)
+        m_History.MarkUnsaved(); // under this name nothing is
+    return bSaved;
 }
 
 CSpell* CEmberdeckApp::NewEffect()

@@ -191,17 +191,24 @@ bool CHistory::GoTo(size_t nPosition)
 {
     if (nPosition > m_Steps.size())
         return false;
-    while (m_nPosition != nPosition)
-    {
-        if (!(m_nPosition > nPosition ? Undo() : Redo()))
-            return false;
-    }
-    return true;
+    m_bWalking = true; // of the way there nobody needs to hear
+    bool bDone = true;
+    while (bDone && m_nPosition != nPosition)
+        bDone = m_nPosition > nPosition ? Undo() : Redo();
+    m_bWalking = false;
+    Tell();
+    return bDone;
 }
 
 void CHistory::MarkSaved()
 {
     m_Saved = m_nPosition;
+    Tell();
+}
+
+void CHistory::MarkUnsaved()
+{
+    m_Saved.reset();
     Tell();
 }
 
@@ -214,6 +221,6 @@ void CHistory::SetBudget(size_t nBytes)
 
 void CHistory::Tell() const
 {
-    if (m_OnChanged)
+    if (m_OnChanged && !m_bWalking)
         TryAllocating(m_OnChanged);
 }

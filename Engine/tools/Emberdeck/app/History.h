@@ -62,6 +62,7 @@ public:
 
     // The position that is saved. New and opened libraries count as saved.
     void MarkSaved();
+    void MarkUnsaved(); // the file holds none of them any more
     bool IsSaved() const { return m_Saved == m_nPosition; }
     std::optional<size_t> GetSavedPosition() const { return m_Saved; } // nothing: no way leads there
 
@@ -106,4 +107,5 @@ private:
     size_t m_nBudget = c_nDefaultBudget;
     std::string m_sProblem;
     bool m_bDoing = false;
+    bool m_bWalking = false; // over several steps
 };

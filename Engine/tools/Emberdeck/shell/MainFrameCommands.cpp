@@ -123,9 +123,11 @@ void CMainFrame::TellOperation(const std::function<bool(const char*)>& operation
     const CFileVersion before = FileVersion(sFile);
     const bool bDone = operation(sFile.c_str());
     const char* pszText = bDone ? pszDone : pszFailed;
+    const bool bSame = FileVersion(sFile) == before;
+    if (!bSame)
+        m_App.History().MarkUnsaved(); // the library isn't what the file holds now
     if (*pszText)
-        Tell(TellName(sFile) + pszText +
-             (FileVersion(sFile) == before ? "" : ". File > Open shows the version that is there now"));
+        Tell(TellName(sFile) + pszText + (bSame ? "" : ". File > Open shows the version that is there now"));
 }
 
 void CMainFrame::OnAddToSourceControl()
