@@ -23,6 +23,7 @@ std::string RunEditor(const CTempDir& dir, const std::string& sFile, int nSeed, 
                       std::chrono::microseconds life)
 {
     const std::string sOutput = dir.path("output");
+    WriteBytes(sOutput, ""); // one that is killed at once has printed nothing
     const std::string sTemporary = "TMPDIR=" + dir.dir();
     std::vector<std::string> arguments = {EMBERDECK_JOURNAL_EDITOR, sFile,
                                           dir.path("state/emberdeck/journals"), std::to_string(nSeed),
