@@ -124,6 +124,7 @@ TEST(Undo, TheListTellsWhereTheLibraryStands)
     // What couldn't be written is saved nowhere.
     EXPECT_TRUE(bench.app->SaveEffectFile());
     bench.prompts.onFile(bench.path("none/such.Fx00a"));
+    bench.prompts.onAsk("An error occurred saving the file", EAnswer::eOk);
     bench.frame.Run(c_nCmdSaveAs);
     EXPECT_EQ(" - such.Fx00a*", bench.Title());
     EXPECT_EQ("Earlier Changes\nMove Keys in Smoke, current\n", bench.Rows());
