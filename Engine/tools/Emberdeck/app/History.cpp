@@ -44,11 +44,15 @@ void CHistory::OnEdit(const CEdit& edit)
         BeginAnew(edit.m_sLabel == c_szOpenLabel ? EHistoryStart::eOpened : EHistoryStart::eNew, "");
     else if (m_bDoing)
         return; // of its own steps it knows the change
-    else if (edit.m_bRecordFailed)
+    else if (edit.m_bRecordFailed || !Take(edit))
         BeginAnew(EHistoryStart::eCut, c_szNotRecorded);
-    else if (edit.m_pChange && !edit.m_pChange->IsEmpty() &&
-             !AllocateAll([&] { edit.m_bStep ? Push(edit) : JoinStepBefore(edit); }))
-        BeginAnew(EHistoryStart::eCut, c_szNotRecorded);
+}
+
+bool CHistory::Take(const CEdit& edit)
+{
+    if (!edit.m_pChange || edit.m_pChange->IsEmpty())
+        return true;
+    return AllocateAll([&] { edit.m_bStep ? Push(edit) : JoinStepBefore(edit); });
 }
 
 void CHistory::DropRedo()

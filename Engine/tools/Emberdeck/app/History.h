@@ -88,6 +88,7 @@ private:
     };
 
     void OnEdit(const CEdit& edit) override;
+    bool Take(const CEdit& edit); // false: memory is short
     void Push(const CEdit& edit);
     void Complete(CStep& step, const CLibraryChange& change); // with what an edit adds to it
     void JoinStepBefore(const CEdit& edit);

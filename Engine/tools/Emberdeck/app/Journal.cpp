@@ -59,6 +59,7 @@ CJournal::CJournal(const CSource& source, CJournalStore store, std::function<boo
       m_Store(std::move(store)),
       m_IsSaved(std::move(isSaved))
 {
+    m_bStopped = true; // until there is a library
     m_Source.m_Edits.AddListener(this);
 }
 

@@ -140,7 +140,7 @@ void CComparison::CompareSpells(uint64_t nSerial, const CKnownSpell& before, con
         if (tracks.IsDyingTrack(nTrack))
             continue;
         lists.InsertMissing(
-            [&](uint64_t nKey, uint32_t nPlace)
+            [&, nTrack = nTrack](uint64_t nKey, uint32_t nPlace)
             {
                 CDifference& difference = Add(EDifference::eKey, effect, keyRef(nKey));
                 difference.m_Place = {trackRef(nTrack), nPlace};

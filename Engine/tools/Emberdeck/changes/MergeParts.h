@@ -69,13 +69,13 @@ public:
     // The whole of a thing in the three states.
     template <class T>
     EMergeSide SettleWhole(EMergeConflict eWhy, CDifference mine, const CThree<T>& three,
-                           CChangeRef other = {})
+                           const CChangeRef& other = {})
     {
         const auto valueOf = [](const std::shared_ptr<const T>& p)
         { return p ? CChangeValue(p) : CChangeValue(); };
         mine.m_Before = valueOf(three[eState_Base]);
         mine.m_After = valueOf(three[eState_Mine]);
-        return Settle(eWhy, std::move(mine), valueOf(three[eState_Theirs]), std::move(other));
+        return Settle(eWhy, std::move(mine), valueOf(three[eState_Theirs]), other);
     }
 
     size_t GetNumConflicts() const { return m_Conflicts.size(); }

@@ -30,12 +30,12 @@ void ForEachThatIsThere(const std::vector<std::unique_ptr<TObject>>& list, const
 {
     std::vector<std::pair<const TObject*, uint64_t>> sorted;
     sorted.reserve(touched.size());
-    for (const auto& [nSerial, object] : touched)
+    for (const auto& entry : touched)
     {
-        if constexpr (requires { object.m_pSpell; })
-            sorted.emplace_back(object.m_pSpell, nSerial);
+        if constexpr (requires { entry.second.m_pSpell; })
+            sorted.emplace_back(entry.second.m_pSpell, entry.first);
         else
-            sorted.emplace_back(object, nSerial);
+            sorted.emplace_back(entry.second, entry.first);
     }
     std::sort(sorted.begin(), sorted.end());
     for (size_t i = 0; !sorted.empty() && i < list.size(); ++i)
