@@ -58,7 +58,7 @@ TEST(Journal, HoldsEachStepOfARandomWalk)
         EXPECT_EQ(sPacked, there.Packed());
         EXPECT_FALSE(std::filesystem::exists(entry.m_sStem + ".journal")) << "it is in the new one";
         EXPECT_EQ(1u, other.app->History().GetNumSteps());
-        EXPECT_EQ("Bring Back " + TellCount(nSteps, "change"), other.app->History().GetLabel(0));
+        EXPECT_EQ(TellThings("Bring Back", nSteps, "Change"), other.app->History().GetLabel(0));
         ASSERT_TRUE(other.app->History().Undo());
         if (nSeed == 1)
         {

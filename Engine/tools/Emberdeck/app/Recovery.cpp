@@ -187,7 +187,8 @@ private:
     CBroughtBack Make(const CLibraryImage& image, bool bRenamed)
     {
         const std::string sChanges = TellCount(m_Replayed.m_nSteps, "change");
-        const std::string sWhy = MakeIt(m_App, image, "Bring Back " + sChanges);
+        const std::string sWhy =
+            MakeIt(m_App, image, TellThings("Bring Back", m_Replayed.m_nSteps, "Change"));
         if (!sWhy.empty())
             return Fail(SentenceOf("They can't be brought back: " + sWhy));
         m_Result.m_bDone = true;

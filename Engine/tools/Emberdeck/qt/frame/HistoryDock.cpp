@@ -84,6 +84,7 @@ HistoryDock::HistoryDock(const CHistory& history, QWidget* pParent)
     setContextMenuPolicy(Qt::PreventContextMenu);
     m_pView->setModel(m_pModel);
     m_pView->setUniformItemSizes(true);
+    m_pView->setIconSize(QSize(c_nIconSize, c_nIconSize));
     m_pView->setAccessibleName(tr("History"));
     m_pView->setFrameShape(QFrame::NoFrame);
     m_pView->setTextElideMode(Qt::ElideRight);
