@@ -28,7 +28,7 @@ void CSpell::SetName(std::string_view sName)
 {
     sName = sName.substr(0, sName.find('\0')).substr(0, c_nMaxName);
     char szName[sizeof(m_szName)] = {}; // sName may be a part of the old name
-    std::memcpy(szName, sName.data(), sName.size());
+    std::copy(sName.begin(), sName.end(), szName);
     std::memcpy(m_szName, szName, sizeof(m_szName));
 }
 
