@@ -40,6 +40,8 @@ public:
 
     void EditOnce()
     {
+        if (App().m_SpellMgr.Spells().size() > 20 || App().m_SpellMgr.Prefabs().size() > 20)
+            return Thin();
         const uint32_t nKind = Below(26);
         CEffectEditor effects(App().Context());
         CPrefabEditor prefabs(App().Context());
@@ -88,6 +90,17 @@ public:
     }
 
 private:
+    // A library that doubles again and again isn't what is looked for here.
+    void Thin()
+    {
+        CEditScope scope(App().m_Edits, "Thin"); // one step, as all of these are
+        std::vector<HLibraryItem> items;
+        for (HLibraryItem h = App().m_EffectTree.GetRootItem(); h; h = App().m_EffectTree.GetNextItem(h))
+            items.insert(items.end(), Below(2), h);
+        CEffectEditor(App().Context()).DeleteItems(items);
+        const HLibraryItem hPrefabs = App().m_PrefabTree.GetRootItem();
+        CPrefabEditor(App().Context()).DeleteItems({hPrefabs, App().m_PrefabTree.GetChildItem(hPrefabs)});
+    }
     std::string Name() { return "n" + std::to_string(Below(1000)); }
     HLibraryItem AnyItem(const CLibraryTree& tree)
     {
@@ -118,13 +131,14 @@ private:
         CSpellMgr other;
         CEffectTree effects;
         CPrefabTree prefabs;
+        const std::string sType = TypeName(*AnyType());
         aLibrary(App().m_EffectModule, other, effects, prefabs)
-            .prefab("Sprite", "Theirs")
+            .prefab(sType.c_str(), "Theirs")
             .effect("Import")
-            .key("Sprite")
+            .key(sType.c_str())
             .onPrefab("Theirs")
             .effect("Import")
-            .key("Light");
+            .key(TypeName(*AnyType()).c_str());
         editor.ImportEffects(other, {other.Spells()[0].get(), other.Spells()[1].get()});
     }
 
