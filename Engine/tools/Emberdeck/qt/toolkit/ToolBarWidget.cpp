@@ -1,5 +1,6 @@
 #include "qt/toolkit/ToolBarWidget.h"
 
+#include <QEvent>
 #include <QMainWindow>
 
 #include "app/resources/Strings.h"
