@@ -78,7 +78,7 @@ CClientProgram::CRun CGitProvider::Git(const std::vector<std::string>& arguments
 {
     std::vector<std::string> all = {"-C", Top()};
     all.insert(all.end(), arguments.begin(), arguments.end());
-    return Run(std::move(all), pszWhat, ePatience);
+    return Run(all, pszWhat, ePatience);
 }
 
 CSourceControlStatus CGitProvider::FindWorkCopyOf(const std::string& sFolder, CWorkCopy& workCopy)

@@ -53,7 +53,7 @@ CClientProgram::CRun CSubversionProvider::Svn(std::vector<std::string> arguments
     arguments.push_back("--non-interactive");
     arguments.push_back("--");
     arguments.push_back(Target(sDepotPath));
-    return Run(std::move(arguments), pszWhat, ePatience);
+    return Run(arguments, pszWhat, ePatience);
 }
 
 CSourceControlStatus CSubversionProvider::FindWorkCopyOf(const std::string& sFolder, CWorkCopy& workCopy)
