@@ -1,15 +1,11 @@
 // An editor is killed at random moments of its work. Every step that had returned comes back, and no half step.
 
-#include <csignal>
 #include <cstdlib>
 #include <map>
 #include <random>
 
-#include <fcntl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include "FaultBench.h"
+#include "ShortLife.h"
 #include "app/Recovery.h"
 #include "app/StoreNames.h"
 #include "platform/Process.h"
@@ -30,26 +26,7 @@ std::string RunEditor(const CTempDir& dir, const std::string& sFile, int nSeed, 
                                           c_szEdits};
     if (bTexts)
         arguments.emplace_back("texts");
-    std::vector<char*> argv;
-    for (std::string& sArgument : arguments)
-        argv.push_back(sArgument.data());
-    argv.push_back(nullptr);
-    const pid_t nChild = fork();
-    if (nChild == 0)
-    {
-        char* const envp[] = {const_cast<char*>(sTemporary.c_str()), nullptr};
-        const int nOutput = open(sOutput.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        dup2(nOutput, STDOUT_FILENO);
-        execve(argv[0], argv.data(), envp);
-        _exit(127);
-    }
-    if (life.count() != 0)
-    {
-        usleep(static_cast<useconds_t>(life.count()));
-        kill(nChild, SIGKILL);
-    }
-    int nStatus = 0;
-    EXPECT_EQ(nChild, waitpid(nChild, &nStatus, 0));
+    const int nStatus = RunForAWhile(arguments, sTemporary, life, sOutput);
     EXPECT_TRUE(life.count() != 0 || (WIFEXITED(nStatus) && WEXITSTATUS(nStatus) == 0)) << nStatus;
     return ReadBytes(sOutput);
 }

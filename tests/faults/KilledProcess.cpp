@@ -1,14 +1,11 @@
 // The batch program is killed at random moments of everything that it writes. Afterwards the old or the new content is
 // there, whole: in the file, or in the copy that `recover` finds; and the next run leaves nothing of ours behind.
 
-#include <csignal>
 #include <cstdlib>
 #include <random>
 
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include "FaultBench.h"
+#include "ShortLife.h"
 #include "platform/ReplacingFile.h"
 
 namespace
@@ -31,25 +28,7 @@ int NumKills()
 bool RunBatch(const std::string& sHome, std::vector<std::string> arguments, std::chrono::microseconds life)
 {
     arguments.insert(arguments.begin(), {EMBERDECK_BIN_DIR "/emberdeck-batch", "--quiet"});
-    std::vector<char*> argv;
-    for (std::string& sArgument : arguments)
-        argv.push_back(sArgument.data());
-    argv.push_back(nullptr);
-    const std::string sState = "XDG_STATE_HOME=" + sHome;
-    const pid_t nChild = fork();
-    if (nChild == 0)
-    {
-        char* const envp[] = {const_cast<char*>(sState.c_str()), nullptr};
-        execve(argv[0], argv.data(), envp);
-        _exit(127);
-    }
-    if (life.count() != 0)
-    {
-        usleep(static_cast<useconds_t>(life.count()));
-        kill(nChild, SIGKILL);
-    }
-    int nStatus = 0;
-    EXPECT_EQ(nChild, waitpid(nChild, &nStatus, 0));
+    const int nStatus = RunForAWhile(arguments, "XDG_STATE_HOME=" + sHome, life);
     return WIFEXITED(nStatus) && WEXITSTATUS(nStatus) == 0;
 }
 

@@ -103,10 +103,10 @@ public:
     }
     void Commit(const CEdit& edit) const
     {
-        WriteBytes(Library(), edit(ReadBytes(Library())));
+        WriteBytes(EffectFile(), edit(ReadBytes(EffectFile())));
         Do({"commit", "-q", "-a", "-m", "edit"});
     }
-    std::string Library() const { return m_sFolder + "/bonfire.Fx00a"; }
+    std::string EffectFile() const { return m_sFolder + "/bonfire.Fx00a"; }
 
     const std::string m_sFolder;
 
@@ -124,7 +124,7 @@ void TryCase(const CGitCase& c, bool bRebase)
     ASSERT_EQ(0, Batch({"git-setup", project.dir()}).m_nExitCode);
     git.Do({"add", ".gitattributes", "bonfire.Fx00a"});
     git.Do({"commit", "-q", "-m", "base"});
-    const std::string sBase = home.write("base.Fx00a", ReadBytes(git.Library()));
+    const std::string sBase = home.write("base.Fx00a", ReadBytes(git.EffectFile()));
     git.Do({"clone", "-q", project.dir(), home.path("other")});
     const CRepository other(home.dir(), home.path("other"));
     ASSERT_EQ(0, Batch({"git-setup", home.path("other")}).m_nExitCode);
@@ -139,11 +139,11 @@ void TryCase(const CGitCase& c, bool bRebase)
         git.Git(bRebase ? std::vector<std::string>{"rebase", "--onto", "main", "theirs~1", "work"}
                         : std::vector<std::string>{"merge", "-q", "--no-edit", "theirs"});
     EXPECT_EQ(c.m_Conflicts.empty(), merged.m_nExitCode == 0) << merged.m_sOutput << merged.m_sErrors;
-    EXPECT_EQ(0, Batch({"check", "--strict", git.Library()}).m_nExitCode) << "it loads, conflicts or not";
-    const CProcessResult diff = Batch({"diff", sBase, git.Library()});
+    EXPECT_EQ(0, Batch({"check", "--strict", git.EffectFile()}).m_nExitCode) << "it loads, conflicts or not";
+    const CProcessResult diff = Batch({"diff", sBase, git.EffectFile()});
     for (const std::string& sPart : c.m_Differs)
         EXPECT_TRUE(Holds(diff.m_sOutput, sPart)) << diff.m_sOutput;
-    const std::string sSideFile = git.Library() + ".conflicts";
+    const std::string sSideFile = git.EffectFile() + ".conflicts";
     EXPECT_EQ(!c.m_Conflicts.empty(), std::filesystem::exists(sSideFile));
     for (const std::string& sConflict : c.m_Conflicts)
     {
@@ -184,7 +184,7 @@ TEST(GitMerge, GitShowsAndForgetsWhatItWasSetUpFor)
     EXPECT_TRUE(Holds(sDiff, "effect \"Campfire\"\n    key 2, end: 9000 ms -> 9400 ms\n")) << sDiff;
     const std::string sLog = git.Git({"log", "-p", "-1"}).m_sOutput;
     EXPECT_TRUE(Holds(sLog, "-    end 9000 ms\n+    end 9400 ms\n")) << sLog;
-    std::filesystem::rename(git.Library(), project.path("renamed.Fx00a"));
+    std::filesystem::rename(git.EffectFile(), project.path("renamed.Fx00a"));
     git.Do({"add", "-A"});
     EXPECT_EQ(0, git.Git({"diff", "-M", "HEAD"}).m_nExitCode);
     EXPECT_EQ(0, Batch({"git-setup", project.dir(), "--undo"}).m_nExitCode);

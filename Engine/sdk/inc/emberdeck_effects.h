@@ -17,7 +17,8 @@
 
 /*
  * Reads in a game what Emberdeck packs: files *.Fx00p. C99 and C++. Copy this header and effecttypes.h
- * into the game; there is nothing to link and nothing to define. All functions are static inline: most are
+ * into the game; there is nothing to link and nothing to define. It is one file, long as it is, so that a
+ * game has one to copy and one to update; the parts that it has have headings. All functions are static inline: most are
  * a few lines that a loop over particles wants inlined, and the one large one, EmberdeckOpen, is called
  * from one or two places of a game. A macro that makes one file of the game hold the code would save
  * nothing, and can be forgotten.

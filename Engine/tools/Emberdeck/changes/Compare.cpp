@@ -99,16 +99,21 @@ void CComparison::CompareSpells(uint64_t nSerial, const CKnownSpell& before, con
                : now != after.m_Keys.end() ? KeyRef(*now->second)
                                            : CChangeRef{nKey, std::to_string(m_Names.m_KeyID(nSerial, nKey))};
     };
-    tracks.m_Tracks.InsertMissing(
-        [&](uint64_t nTrack, uint32_t nPlace)
-        {
-            CDifference& difference = Add(EDifference::eTrack, effect, trackRef(nTrack));
-            difference.m_Place.m_nPlace = nPlace;
-            const auto lists = tracks.m_Lists.find(nTrack);
-            m_bWhole = m_bWhole && lists != tracks.m_Lists.end();
-            if (m_bWhole)
-                difference.m_After = AssembleTrack(after, nTrack, lists->second.Now());
-        });
+    // A track comes or goes with the keys that are on it then.
+    const auto addTrack = [&](uint64_t nTrack, uint32_t nPlace) -> CDifference&
+    {
+        CDifference& difference = Add(EDifference::eTrack, effect, trackRef(nTrack));
+        difference.m_Place.m_nPlace = nPlace;
+        return difference;
+    };
+    const auto wholeTrack = [&](const CKnownSpell& known, uint64_t nTrack) -> CChangeValue
+    {
+        const auto lists = tracks.m_Lists.find(nTrack);
+        m_bWhole = m_bWhole && lists != tracks.m_Lists.end();
+        return m_bWhole ? CChangeValue(AssembleTrack(known, nTrack, lists->second.Now())) : CChangeValue();
+    };
+    tracks.m_Tracks.InsertMissing([&](uint64_t nTrack, uint32_t nPlace)
+                                  { addTrack(nTrack, nPlace).m_After = wholeTrack(after, nTrack); });
     for (auto& [nTrack, lists] : tracks.m_Lists)
     {
         const CChangePlace track = {trackRef(nTrack), 0};
@@ -148,16 +153,8 @@ void CComparison::CompareSpells(uint64_t nSerial, const CKnownSpell& before, con
             });
         AddOrder(EDifference::eKeyOrder, ETreeSide::eEffects, effect, trackRef(nTrack), lists, keyRef);
     }
-    tracks.m_Tracks.Remove([](uint64_t) { return true; },
-                           [&](uint64_t nTrack, uint32_t nPlace)
-                           {
-                               CDifference& difference = Add(EDifference::eTrack, effect, trackRef(nTrack));
-                               difference.m_Place.m_nPlace = nPlace;
-                               const auto lists = tracks.m_Lists.find(nTrack);
-                               m_bWhole = m_bWhole && lists != tracks.m_Lists.end();
-                               if (m_bWhole)
-                                   difference.m_Before = AssembleTrack(before, nTrack, lists->second.Now());
-                           });
+    tracks.m_Tracks.Remove([](uint64_t) { return true; }, [&](uint64_t nTrack, uint32_t nPlace)
+                           { addTrack(nTrack, nPlace).m_Before = wholeTrack(before, nTrack); });
     AddOrder(EDifference::eTrackOrder, ETreeSide::eEffects, effect, {}, tracks.m_Tracks, trackRef);
 
     for (const auto& [nKey, pKey] : before.m_Keys)
