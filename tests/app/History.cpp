@@ -105,3 +105,27 @@ TEST(History, AnotherPluginBeginsItAnew)
     EXPECT_EQ(0u, history.GetNumSteps());
     EXPECT_TRUE(!history.IsSaved() && history.GetProblem().empty());
 }
+
+TEST(History, TheSettingsSayHowMuchItKeeps)
+{
+    for (const char* pszMegabytes : {"1", "0", "-1", "much"})
+    {
+        CAppBench bench;
+        bench.Build().effect("Smoke");
+        bench.profile->WriteString("History", "Megabytes", pszMegabytes);
+        bench.app->Start();
+        CHistory& history = bench.app->History();
+        CEffectEditor editor(bench.app->Context());
+        const HLibraryItem hItem = ItemOf(bench.app->m_EffectTree, "Smoke");
+        const size_t nBefore = history.GetNumSteps();
+        size_t nSteps = 0; // somewhat over a megabyte of them
+        for (size_t nBytes = 0; nBytes < size_t(1200) << 10; ++nSteps)
+        {
+            ASSERT_EQ(ERename::eDone, editor.Rename(hItem, "n" + std::to_string(nSteps)));
+            nBytes += sizeof(CLibraryChange) + history.GetChange(history.GetNumSteps() - 1).GetMemory();
+        }
+        const bool bDropped = history.GetNumSteps() < nBefore + nSteps;
+        EXPECT_EQ(std::string(pszMegabytes) == "1", bDropped) << pszMegabytes;
+        EXPECT_EQ(bDropped, history.GetMemory() <= size_t(1) << 20);
+    }
+}

@@ -83,6 +83,7 @@ CEmberdeckApp::~CEmberdeckApp()
 void CEmberdeckApp::Start()
 {
     m_Services.m_SourceControl.SetChangeSetInfo("Emberdeck", "Change set created by Emberdeck");
+    TryAllocating([this] { ReadHistorySize(); });
     if (!m_Services.m_sJournalDirectory.empty())
         TryAllocating([this] { TurnJournalOn(); });
 }

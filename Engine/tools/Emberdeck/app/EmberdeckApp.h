@@ -168,6 +168,7 @@ private:
     bool SaveTo(const std::string& sPath);
     void RememberFile(const std::string& sPath);
     void TellDone(const char* pszDone, const std::string& sPath); // in the status line
+    void ReadHistorySize();
     void TurnJournalOn();
     void TellKept(std::string sText);        // in the status line, with what was kept of the work before
     std::string WhereOldContentLies() const; // for the user, after a save that failed

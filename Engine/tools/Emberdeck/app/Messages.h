@@ -95,8 +95,11 @@ constexpr const char* c_szSettingCommandLine = "CommandLine";
 // Of the journal, in a section of its own: "0" turns it off; the megabytes of steps beyond which it begins anew.
 constexpr const char* c_szJournalSection = "Journal";
 constexpr const char* c_szSettingJournalKeep = "Keep";
-constexpr const char* c_szSettingJournalSize = "Megabytes";
 constexpr int c_nMaxJournalMegabytes = 512;
+// Of the history: the megabytes of memory beyond which its oldest steps go.
+constexpr const char* c_szHistorySection = "History";
+constexpr int c_nMaxHistoryMegabytes = 65536;
+constexpr const char* c_szSettingMegabytes = "Megabytes"; // of both
 
 // A message's text with its places filled. Arguments are data: nothing in them is a place. Missing
 // ones are empty.
